@@ -1,0 +1,115 @@
+#include "base/fecha.h"
+
+#include <charconv>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+
+#include "base/error.h"
+
+namespace zuvi {
+namespace {
+
+namespace ch = std::chrono;
+
+constexpr double kSecondsPerDay = 86400.0;
+constexpr ch::sys_days kEpoch{ch::year{1899} / 12 / 30};
+constexpr double kFirst = -657434.0;  // 1-1-100
+constexpr double kLast = 2958466.0;   // first day past 31-12-9999
+
+int Digits(std::string_view text, std::size_t at, std::size_t count) {
+  int result = 0;
+  if (at + count > text.size()) throw HostError(ErrorNumber::TypeMismatch);
+  const auto [end, error] = std::from_chars(text.data() + at, text.data() + at + count, result);
+  if (error != std::errc{} || end != text.data() + at + count || result < 0)
+    throw HostError(ErrorNumber::TypeMismatch);
+  return result;
+}
+
+}  // namespace
+
+Fecha Fecha::DesdeSerie(double dias) {
+  if (!(dias > kFirst - 1 && dias < kLast)) throw HostError(ErrorNumber::Overflow);
+  return Fecha(dias);
+}
+
+Fecha Fecha::DesdeCivil(const FechaCivil& c) {
+  const ch::year_month_day day{ch::year{c.anio}, ch::month{static_cast<unsigned>(c.mes)},
+                               ch::day{static_cast<unsigned>(c.dia)}};
+  const bool time_ok =
+      c.hora >= 0 && c.hora < 24 && c.minuto >= 0 && c.minuto < 60 && c.segundo >= 0 && c.segundo < 60;
+  if (c.anio < 100 || c.anio > 9999 || !day.ok() || !time_ok) throw HostError(ErrorNumber::TypeMismatch);
+  const auto days = static_cast<double>((ch::sys_days{day} - kEpoch).count());
+  const double time = (c.hora * 3600 + c.minuto * 60 + c.segundo) / kSecondsPerDay;
+  // Before the epoch the fraction still counts forward from midnight while the whole part counts back.
+  return Fecha(days < 0 ? days - time : days + time);
+}
+
+Fecha Fecha::DesdeTexto(std::string_view iso) {
+  if (iso.size() < 10 || iso[4] != '-' || iso[7] != '-') throw HostError(ErrorNumber::TypeMismatch);
+  FechaCivil c{.anio = Digits(iso, 0, 4), .mes = Digits(iso, 5, 2), .dia = Digits(iso, 8, 2)};
+  if (iso.size() > 10) {
+    if ((iso[10] != ' ' && iso[10] != 'T') || iso.size() < 16 || iso[13] != ':')
+      throw HostError(ErrorNumber::TypeMismatch);
+    c.hora = Digits(iso, 11, 2);
+    c.minuto = Digits(iso, 14, 2);
+    if (iso.size() > 16) {
+      if (iso[16] != ':' || (iso.size() > 19 && iso[19] != '.')) throw HostError(ErrorNumber::TypeMismatch);
+      c.segundo = Digits(iso, 17, 2);
+    }
+  }
+  return DesdeCivil(c);
+}
+
+FechaCivil Fecha::Civil() const {
+  double days = std::trunc(dias_);
+  double seconds = std::nearbyint(std::abs(dias_ - days) * kSecondsPerDay);
+  if (seconds >= kSecondsPerDay) {
+    seconds = 0;
+    days += 1;
+  }
+  const ch::year_month_day day{kEpoch + ch::days{static_cast<int>(days)}};
+  const int s = static_cast<int>(seconds);
+  return {.anio = static_cast<int>(day.year()),
+          .mes = static_cast<int>(static_cast<unsigned>(day.month())),
+          .dia = static_cast<int>(static_cast<unsigned>(day.day())),
+          .hora = s / 3600,
+          .minuto = s / 60 % 60,
+          .segundo = s % 60};
+}
+
+Fecha Fecha::SoloDia() const { return Fecha(std::trunc(dias_)); }
+
+std::string Fecha::Formatea(std::string_view patron) const {
+  const FechaCivil c = Civil();
+  const struct {
+    std::string_view mark;
+    int value;
+    int width;
+  } fields[] = {{"yyyy", c.anio, 4}, {"dd", c.dia, 2},    {"MM", c.mes, 2},
+                {"hh", c.hora, 2},   {"mm", c.minuto, 2}, {"ss", c.segundo, 2}};
+  std::string out;
+  while (!patron.empty()) {
+    bool taken = false;
+    for (const auto& field : fields) {
+      if (!patron.starts_with(field.mark)) continue;
+      char buffer[16];
+      std::snprintf(buffer, sizeof buffer, "%0*d", field.width, field.value);
+      out += buffer;
+      patron.remove_prefix(field.mark.size());
+      taken = true;
+      break;
+    }
+    if (taken) continue;
+    out += patron.front();
+    patron.remove_prefix(1);
+  }
+  return out;
+}
+
+std::string Fecha::Texto() const {
+  const bool has_time = dias_ != std::trunc(dias_);
+  return Formatea(has_time ? "yyyy-MM-dd hh:mm:ss" : "yyyy-MM-dd");
+}
+
+}  // namespace zuvi

@@ -1,0 +1,31 @@
+#include "base/members.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+
+namespace zuvi {
+
+const Member* MemberTable::ByName(std::string_view name) const {
+  const auto found = by_name_.find(Minusculas(name));
+  return found == by_name_.end() ? nullptr : &members_[found->second];
+}
+
+const Member* MemberTable::ById(MemberId id) const {
+  // Ids follow the order of the table but for a default member, so the guess is nearly always right.
+  const auto guess = static_cast<std::size_t>(id) - 1;
+  if (id > 0 && guess < members_.size() && members_[guess].id == id) return &members_[guess];
+  const auto found = std::ranges::find(members_, id, &Member::id);
+  return found == members_.end() ? nullptr : &*found;
+}
+
+Member& MemberTable::Add(std::string_view name, std::initializer_list<std::string_view> params) {
+  by_name_.emplace(Minusculas(name), members_.size());
+  Member& member = members_.emplace_back();
+  member.name = name;
+  member.params = params;
+  member.id = static_cast<MemberId>(members_.size());
+  return member;
+}
+
+}  // namespace zuvi

@@ -1,0 +1,121 @@
+#include "base/value.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include "base/object.h"
+#include "base/text.h"
+
+namespace zuvi {
+namespace {
+
+template <class... F>
+struct Overloaded : F... {
+  using F::operator()...;
+};
+template <class... F>
+Overloaded(F...) -> Overloaded<F...>;
+
+template <class Integer>
+Integer RedondeaA(double number) {
+  // nearbyint follows the rounding mode, which is half to even unless somebody changed it.
+  const double rounded = std::nearbyint(number);
+  if (!(rounded >= static_cast<double>(std::numeric_limits<Integer>::min()) &&
+        rounded <= static_cast<double>(std::numeric_limits<Integer>::max())))
+    throw HostError(ErrorNumber::Overflow);
+  return static_cast<Integer>(rounded);
+}
+
+Value DefaultOf(const ObjectPtr& object) {
+  if (!object) throw HostError(ErrorNumber::ObjectNotSet);
+  Value value = object->Default();
+  // An object whose default is again an object has no plain value; following it could go round for ever.
+  if (value.IsObject()) throw HostError(ErrorNumber::TypeMismatch);
+  return value;
+}
+
+}  // namespace
+
+std::int16_t RedondeaA16(double number) { return RedondeaA<std::int16_t>(number); }
+std::int32_t RedondeaA32(double number) { return RedondeaA<std::int32_t>(number); }
+
+double ANumero(const Value& value) {
+  return std::visit(
+      Overloaded{
+          [](Empty) { return 0.0; }, [](Null) -> double { throw HostError(ErrorNumber::InvalidUseOfNull); },
+          [](std::int16_t n) { return static_cast<double>(n); },
+          [](std::int32_t n) { return static_cast<double>(n); }, [](double n) { return n; },
+          [](const std::string& s) { return NumeroDeTexto(s); }, [](const Fecha& f) { return f.Serie(); },
+          [](bool b) { return b ? -1.0 : 0.0; }, [](const ObjectPtr& o) { return ANumero(DefaultOf(o)); }},
+      value.Get());
+}
+
+std::int32_t AEntero32(const Value& value) {
+  if (const auto* n = std::get_if<std::int32_t>(&value.Get())) return *n;
+  return RedondeaA32(ANumero(value));
+}
+
+std::int16_t AEntero16(const Value& value) {
+  if (const auto* n = std::get_if<std::int16_t>(&value.Get())) return *n;
+  return RedondeaA16(ANumero(value));
+}
+
+bool ABooleano(const Value& value) {
+  if (const auto* b = std::get_if<bool>(&value.Get())) return *b;
+  if (const auto* s = std::get_if<std::string>(&value.Get())) {
+    if (IgualSinCaso(*s, "True")) return true;
+    if (IgualSinCaso(*s, "False")) return false;
+  }
+  return ANumero(value) != 0;
+}
+
+Fecha AFecha(const Value& value) {
+  if (const auto* f = std::get_if<Fecha>(&value.Get())) return *f;
+  if (const auto* s = std::get_if<std::string>(&value.Get())) return Fecha::DesdeTexto(Recorta(*s));
+  return Fecha::DesdeSerie(ANumero(value));
+}
+
+std::string ATexto(const Value& value) {
+  return std::visit(
+      Overloaded{[](Empty) { return std::string(); },
+                 [](Null) -> std::string { throw HostError(ErrorNumber::InvalidUseOfNull); },
+                 [](std::int16_t n) { return Decimal(n); }, [](std::int32_t n) { return Decimal(n); },
+                 [](double n) { return TextoDeNumero(n); }, [](const std::string& s) { return s; },
+                 [](const Fecha& f) { return f.Texto(); },
+                 [](bool b) { return std::string(b ? "True" : "False"); },
+                 [](const ObjectPtr& o) { return ATexto(DefaultOf(o)); }},
+      value.Get());
+}
+
+ObjectPtr AObjeto(const Value& value) {
+  if (const auto* o = std::get_if<ObjectPtr>(&value.Get())) return *o;
+  throw HostError(ErrorNumber::TypeMismatch);
+}
+
+std::string Decimal(std::int32_t number) { return std::to_string(number); }
+
+std::string TextoDeNumero(double number) {
+  if (std::isnan(number)) return "NaN";
+  if (std::isinf(number)) return number < 0 ? "-Inf" : "Inf";
+  if (number == 0) return "0";
+  char buffer[64];
+  const auto end = std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::general, 15).ptr;
+  std::string text(buffer, end);
+  const auto exponent = text.find('e');
+  if (exponent != std::string::npos) text[exponent] = 'E';
+  return text;
+}
+
+double NumeroDeTexto(std::string_view text) {
+  std::string_view digits = Recorta(text);
+  if (digits.starts_with('+')) digits.remove_prefix(1);
+  double number = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  const bool whole = end == digits.data() + digits.size();
+  if (error == std::errc::result_out_of_range && whole) throw HostError(ErrorNumber::Overflow);
+  if (error != std::errc{} || !whole || !std::isfinite(number)) throw HostError(ErrorNumber::TypeMismatch);
+  return number;
+}
+
+}  // namespace zuvi

@@ -1,0 +1,21 @@
+# Warnings and hardening for every target of ours, given as one interface library.
+add_library(zuvi_flags INTERFACE)
+target_compile_options(zuvi_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Werror -finput-charset=UTF-8 -fstack-protector-strong)
+target_include_directories(zuvi_flags INTERFACE ${PROJECT_SOURCE_DIR})
+if(ZUVI_SANITIZE)
+  target_compile_options(zuvi_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(zuvi_flags INTERFACE -fsanitize=address,undefined)
+endif()
+if(WIN32)
+  target_compile_definitions(zuvi_flags INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
+  # No DLL of the compiler is left to find at the user's; the same input gives the same bytes.
+  target_link_options(zuvi_flags INTERFACE -static -static-libgcc -static-libstdc++ -Wl,--no-insert-timestamp)
+endif()
+
+# zuvi_library(name SOURCES … LINKS …): one folder's static library.
+function(zuvi_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC zuvi_flags ${ARG_LINKS})
+endfunction()

@@ -1,0 +1,119 @@
+#include "component/produccion.h"
+
+#include <limits>
+
+#include "component/services/reporta_error.h"
+#include "component/services/ventanas_host.h"
+
+namespace zuvi {
+
+const MemberTable* Produccion::Members() const {
+  // The order is that of the interface: ids are promised to hosts.
+  static const MemberTable table =
+      MemberTable::Of<Produccion>()
+          .Property<&Produccion::TraeAmbiente, &Produccion::PonAmbiente>("Ambiente")
+          .Property<&Produccion::Parent, &Produccion::PonParent>("Parent")
+          .Method<&Produccion::NuevaOp>("NuevaOp")
+          .Method<&Produccion::ModificaOp>("ModificaOp", {"nOp"})
+          .Method<&Produccion::ConsultaOp>("ConsultaOp", {"nOp"})
+          .Method<&Produccion::EntregaProductoTerminado>("EntregaProductoTerminado", {"nOp"})
+          .Method<&Produccion::Ensamble>("Ensamble", {"Articulo", "nAlmacen", "nCantidad", "nOp"}, 1)
+          .Method<&Produccion::Desensamble>("Desensamble", {"Articulo", "nCantidad", "nAlmacen", "nOp"}, 1)
+          .Method<&Produccion::CancelaOp>("CancelaOp", {"nOp"})
+          .Method<&Produccion::MuestraCapturaDeFracciones>("MuestraCapturaDeFracciones")
+          .Method<&Produccion::MuestraTurnos>("MuestraTurnos");
+  return &table;
+}
+
+void Produccion::PonAmbiente(ObjectPtr ambiente) {
+  servicio_ = ComoOpcional<Ambiente>(ambiente);
+  ambiente_ = std::move(ambiente);
+}
+
+Produccion::Sesion Produccion::AbreSesion() {
+  if (!servicio_) throw HostError(ErrorNumber::ObjectNotSet);
+  Sesion sesion{servicio_, servicio_->TraeConexion()};
+  modulo_.Datos();
+  return sesion;
+}
+
+void Produccion::NuevaOp() { VentanaAusente(); }
+void Produccion::ModificaOp(std::int32_t) { VentanaAusente(); }
+void Produccion::ConsultaOp(std::int32_t) { VentanaAusente(); }
+void Produccion::MuestraCapturaDeFracciones() { VentanaAusente(); }
+void Produccion::MuestraTurnos() { VentanaAusente(); }
+
+void Produccion::VentanaAusente() {
+  throw HostError("Esta versión de ZuviProduccion no incluye la ventana", ErrorNumber::NoSuchMember);
+}
+
+bool Produccion::CancelaOp(std::int32_t n_op) noexcept {
+  bool cancelada = false;
+  EnSilencio([&] {
+    const Sesion sesion = AbreSesion();
+    AccesoDatos& datos = modulo_.Datos();
+    constexpr std::int16_t kModo = 2;
+    if (!datos.Pregunta(datos.TraeMensaje(757, sesion.ambiente), kModo)) return;
+
+    const std::string op = Decimal(n_op);
+    const auto orden = datos.Consulta("SELECT * FROM op WHERE op = " + op, sesion.conexion);
+    const auto partidas = datos.Consulta("SELECT * FROM oppart WHERE op = " + op, sesion.conexion);
+    if (orden->Eof()) return;
+
+    if (const Value estado = orden->Campo("Estado"); !estado.IsNull() && ATexto(estado) == "CO") {
+      if (!datos.Pregunta("Esta orden de producción ya fue confirmada, Desea cerrar esta order de producción",
+                          kModo))
+        return;
+      sesion.ambiente->EjecutaSQL("UPDATE op SET cerrado = 1 WHERE op = " + op);
+      cancelada = true;
+      return;
+    }
+    // Header first: when the second statement fails the lines are left without their order.
+    sesion.ambiente->EjecutaSQL("DELETE FROM op WHERE op = " + op);
+    sesion.ambiente->EjecutaSQL("DELETE FROM oppart WHERE op = " + op);
+    cancelada = true;
+  });
+  return cancelada;
+}
+
+void Produccion::EntregaProductoTerminado(std::int32_t n_op) noexcept {
+  EnSilencio([&] { Entrega(n_op); });
+}
+
+void Produccion::Entrega(std::int32_t n_op) {
+  const Sesion sesion = AbreSesion();
+  AccesoDatos& datos = modulo_.Datos();
+  const std::string op = Decimal(n_op);
+
+  const auto cuenta = datos.Consulta("SELECT COUNT( * ) FROM oppart WHERE op = " + op, sesion.conexion);
+  const std::int32_t total = RedondeaA32(datos.ValorNumerico(cuenta->Campo(0)));
+  const auto partidas = datos.Consulta(
+      "SELECT oppart.articulo, oppart.cantidad, op.almacen FROM oppart INNER JOIN op USING(op) WHERE op.op "
+      "= " +
+          op,
+      sesion.conexion);
+
+  std::shared_ptr<VentanaProgreso> progreso;
+  const auto avance = [&]() -> VentanaProgreso& {
+    if (!progreso) progreso = modulo_.Fabrica().Nuevo<VentanaProgreso>();
+    return *progreso;
+  };
+  if (total > 0)
+    avance().Inicia(total, "Entregando producto terminado",
+                    sesion.ambiente->RutaAplicacion() + "\\Images\\Gears.Avi");
+
+  for (std::int32_t paso = 0; !partidas->Eof(); partidas->MoveNext()) {
+    if (paso == std::numeric_limits<std::int32_t>::max()) throw HostError(ErrorNumber::Overflow);
+    ++paso;
+    avance().Avanza(paso, "Procesando: " + ATexto(partidas->Campo("Articulo")), "");
+    const std::string articulo = ATexto(partidas->Campo("Articulo"));
+    const std::int32_t almacen = AEntero32(partidas->Campo("Almacen"));
+    // Ensamble takes whole kits, so a fractional line is delivered rounded.
+    const std::int32_t cantidad = AEntero32(partidas->Campo("Cantidad"));
+    Ensamble(articulo, almacen, cantidad, n_op);
+  }
+  sesion.ambiente->EjecutaSQL("UPDATE oppart SET terminado = cantidad WHERE op = " + op);
+  avance().Cierra();
+}
+
+}  // namespace zuvi

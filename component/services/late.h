@@ -1,0 +1,31 @@
+#pragma once
+
+#include <initializer_list>
+#include <span>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "base/object.h"
+
+namespace zuvi {
+
+/// An object called by name. Each name is resolved once and its id kept.
+class Late {
+ public:
+  explicit Late(ObjectPtr target) : target_(std::move(target)) {}
+
+  const ObjectPtr& Target() const { return target_; }
+  /// Calls with arguments by value.
+  Value Call(const char* name, std::initializer_list<Value> args = {});
+  /// Calls with the arguments marked in `by_ref` by reference; they are changed in place.
+  Value CallByRef(const char* name, std::span<Value> args, ByRef by_ref);
+  void Put(const char* name, Value value);
+
+ private:
+  MemberId Resolve(const char* name);
+  ObjectPtr target_;
+  std::vector<std::pair<std::string_view, MemberId>> ids_;
+};
+
+}  // namespace zuvi

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "component/services/recordset.h"
+#include "host/traza.h"
+
+namespace zuvi::host {
+
+enum class Motor { Sqlite, MariaDb };
+
+/// One open ODBC connection, shaped as an ADO connection for automation clients (members `Execute`, `Close`,
+/// `State`, `ConnectionString`, `BeginTrans`, `CommitTrans`, `RollbackTrans`). Every statement of the host
+/// passes `Consulta` or `Ejecuta`: they are the one funnel that the trace listens to. One call runs one
+/// statement: a text that holds a second one is refused. Failures are HostError with the database's own
+/// description, native code and SQLSTATE.
+class BaseDatos : public Conexion {
+ public:
+  /// Opens by ODBC connection string ("DRIVER={SQLite3};Database=…" or "DRIVER={MariaDB
+  /// Unicode};Server=…;…").
+  static std::shared_ptr<BaseDatos> Abre(const std::string& cadena, const Traza& traza);
+
+  virtual Motor TraeMotor() const = 0;
+  /// Runs a SELECT and reads it whole, so that further statements may run while it is walked.
+  virtual std::shared_ptr<Recordset> Consulta(const std::string& sql) = 0;
+  /// Runs an action statement; returns the number of rows it touched.
+  virtual std::int64_t Ejecuta(const std::string& sql) = 0;
+  virtual void Cierra() = 0;
+};
+
+/// A transaction: undone by the destructor unless confirmed. One at a time on a connection.
+class Transaccion {
+ public:
+  explicit Transaccion(BaseDatos& base) : base_(base) { base_.Ejecuta("BEGIN"); }
+  Transaccion(const Transaccion&) = delete;
+  Transaccion& operator=(const Transaccion&) = delete;
+  ~Transaccion();
+  void Confirma();
+
+ private:
+  BaseDatos& base_;
+  bool abierta_ = true;
+};
+
+/// A new record set that is not open yet, as `ADODB.Recordset` creates it.
+std::shared_ptr<Recordset> NuevoRecordset();
+
+// The one dialect table: everything that differs between the engines.
+
+/// A date as literal: 'yyyy-mm-dd', with the time of day when there is one.
+std::string LiteralFecha(Motor motor, const Fecha& fecha);
+/// A value as literal: text quoted with the quotes in it doubled (and whatever else the engine needs), NULL
+/// for Null.
+std::string Literal(Motor motor, const Value& valor);
+
+}  // namespace zuvi::host

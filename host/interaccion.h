@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "component/services/acceso_datos.h"
+
+namespace zuvi::host {
+
+/// A progress display; closed by its destructor at the latest.
+class Progreso {
+ public:
+  virtual ~Progreso() = default;
+  virtual void Avanza(std::int32_t paso, const std::string& texto, const std::string& texto2) = 0;
+};
+
+/// How the host talks to its user: console (`zuvi`), windows (ZuviHost.dll, Zuvi.exe) or answers given
+/// beforehand.
+class Interaccion {
+ public:
+  virtual ~Interaccion() = default;
+  virtual void Mensaje(const std::string& texto, EstiloMensaje estilo) = 0;
+  /// True when the user confirms. Without anybody to ask the answer is no.
+  virtual bool Pregunta(const std::string& texto) = 0;
+  virtual std::unique_ptr<Progreso> AbreProgreso(std::int32_t total, const std::string& titulo,
+                                                 const std::string& animacion) = 0;
+  /// True once the user wants running work to end; the next statement then fails. Reading it clears nothing.
+  virtual bool Cancelado() = 0;
+};
+
+}  // namespace zuvi::host
