@@ -1,0 +1,206 @@
+#include "host/win32/guion.h"
+
+#include <activscp.h>
+#include <objbase.h>
+#include <windows.h>
+
+#include <map>
+#include <optional>
+
+#include "base/text.h"
+#include "com/automation/com_object.h"
+#include "com/automation/com_ptr.h"
+#include "com/automation/dispatch_object.h"
+#include "host/win32/wscript.h"
+
+namespace zuvi::host {
+namespace {
+
+using automation::ComPtr;
+using automation::UniqueBstr;
+
+const wchar_t* Ancho(const std::u16string& texto) { return reinterpret_cast<const wchar_t*>(texto.c_str()); }
+
+[[noreturn]] void Falla(const std::string& texto, HRESULT codigo) {
+  throw HostError(texto, ErrorNumber::AutomationFailure, static_cast<std::int32_t>(codigo));
+}
+
+void Exige(HRESULT codigo, const char* que) {
+  if (FAILED(codigo)) Falla(std::string("El motor de guiones falló: ") + que, codigo);
+}
+
+/// The file's text: UTF-16 by its mark, else UTF-8 with or without mark, else the Western code page.
+std::u16string LeeTexto(const std::u16string& archivo) {
+  const HANDLE crudo =
+      CreateFileW(Ancho(archivo), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (crudo == INVALID_HANDLE_VALUE) throw HostError("No se pudo abrir el guion " + Utf8(archivo));
+  std::string bytes;
+  char tramo[4096];
+  DWORD leidos = 0;
+  while (ReadFile(crudo, tramo, sizeof tramo, &leidos, nullptr) && leidos > 0) bytes.append(tramo, leidos);
+  CloseHandle(crudo);
+  if (bytes.starts_with("\xFF\xFE")) {
+    std::u16string texto;
+    for (std::size_t i = 2; i + 1 < bytes.size(); i += 2)
+      texto += static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) |
+                                     static_cast<unsigned>(static_cast<unsigned char>(bytes[i + 1])) << 8);
+    return texto;
+  }
+  if (bytes.starts_with("\xEF\xBB\xBF")) bytes.erase(0, 3);
+  std::u16string texto = Utf16(bytes);
+  const bool utf8 = texto.find(u'\uFFFD') == std::u16string::npos;
+  if (utf8 || bytes.empty()) return texto;
+  const int largo = static_cast<int>(bytes.size());
+  std::wstring ancho(bytes.size(), L'\0');
+  ancho.resize(
+      static_cast<std::size_t>(MultiByteToWideChar(1252, 0, bytes.data(), largo, ancho.data(), largo)));
+  return {ancho.begin(), ancho.end()};
+}
+
+CLSID MotorDe(const std::u16string& archivo) {
+  const auto punto = archivo.find_last_of(u'.');
+  const std::string extension = punto == std::u16string::npos ? "" : Minusculas(Utf8(archivo.substr(punto)));
+  const wchar_t* nombre = extension == ".vbs" ? L"VBScript" : extension == ".js" ? L"JScript" : nullptr;
+  if (!nombre) throw HostError("Un guion termina en .vbs o .js: " + Utf8(archivo));
+  CLSID motor{};
+  if (FAILED(CLSIDFromProgID(nombre, &motor)))
+    throw HostError("Este sistema no tiene el motor " + Utf8(archivo));
+  return motor;
+}
+
+/// What the engine asks of its host.
+class Sitio final : public IActiveScriptSite, public IActiveScriptSiteWindow {
+ public:
+  explicit Sitio(std::string archivo) : archivo_(std::move(archivo)) {}
+
+  void Publica(const wchar_t* nombre, ComPtr<IDispatch> objeto) { objetos_[nombre] = std::move(objeto); }
+  const std::optional<std::string>& Error() const { return error_; }
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** salida) override {
+    if (!salida) return E_POINTER;
+    *salida = nullptr;
+    if (iid == IID_IUnknown || iid == IID_IActiveScriptSite) *salida = static_cast<IActiveScriptSite*>(this);
+    if (iid == IID_IActiveScriptSiteWindow) *salida = static_cast<IActiveScriptSiteWindow*>(this);
+    return *salida ? S_OK : E_NOINTERFACE;
+  }
+  // The site lives on the stack of the run and outlives its engine, so the counts have nothing to decide.
+  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+  STDMETHODIMP_(ULONG) Release() override { return 1; }
+
+  STDMETHODIMP GetLCID(LCID* lcid) override {
+    *lcid = LOCALE_INVARIANT;
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP GetItemInfo(LPCOLESTR nombre, DWORD que, IUnknown** objeto, ITypeInfo** tipo) override {
+    const auto hallado = objetos_.find(nombre);
+    if (hallado == objetos_.end()) return TYPE_E_ELEMENTNOTFOUND;
+    if (tipo) *tipo = nullptr;
+    if ((que & SCRIPTINFO_IUNKNOWN) && objeto)
+      return hallado->second.get()->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(objeto));
+    return S_OK;
+  }
+  STDMETHODIMP GetDocVersionString(BSTR* version) override {
+    *version = nullptr;
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP OnScriptTerminate(const VARIANT*, const EXCEPINFO*) override { return S_OK; }
+  STDMETHODIMP OnStateChange(SCRIPTSTATE) override { return S_OK; }
+  STDMETHODIMP OnScriptError(IActiveScriptError* error) override;
+  STDMETHODIMP OnEnterScript() override { return S_OK; }
+  STDMETHODIMP OnLeaveScript() override { return S_OK; }
+  STDMETHODIMP GetWindow(HWND* ventana) override {
+    *ventana = GetActiveWindow();
+    return S_OK;
+  }
+  STDMETHODIMP EnableModeless(BOOL) override { return S_OK; }
+
+ private:
+  std::string archivo_;
+  std::map<std::wstring, ComPtr<IDispatch>> objetos_;
+  std::optional<std::string> error_;
+};
+
+std::string TextoDe(const BSTR texto) {
+  return texto ? Utf8({reinterpret_cast<const char16_t*>(texto), SysStringLen(texto)}) : std::string();
+}
+
+STDMETHODIMP Sitio::OnScriptError(IActiveScriptError* error) {
+  try {
+    DWORD contexto = 0;
+    ULONG linea = 0;
+    LONG columna = 0;
+    error->GetSourcePosition(&contexto, &linea, &columna);
+    EXCEPINFO datos{};
+    std::string texto;
+    if (SUCCEEDED(error->GetExceptionInfo(&datos))) {
+      if (datos.pfnDeferredFillIn) datos.pfnDeferredFillIn(&datos);
+      texto = TextoDe(datos.bstrDescription);
+      char codigo[32];
+      std::snprintf(codigo, sizeof codigo, "0x%08lX", static_cast<unsigned long>(datos.scode));
+      texto = texto.empty() ? std::string("error ") + codigo : texto + " [" + codigo + "]";
+      SysFreeString(datos.bstrSource);
+      SysFreeString(datos.bstrDescription);
+      SysFreeString(datos.bstrHelpFile);
+    }
+    // The engine counts lines from 0 and columns from 0; an editor counts both from 1.
+    error_ = archivo_ + "(" + std::to_string(linea + 1) + "," + std::to_string(std::max(0L, columna) + 1) +
+             "): " + texto;
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+  return S_OK;
+}
+
+}  // namespace
+
+void AtiendeMensajes(unsigned milisegundos) {
+  const ULONGLONG fin = GetTickCount64() + milisegundos;
+  for (;;) {
+    MSG mensaje;
+    while (PeekMessageW(&mensaje, nullptr, 0, 0, PM_REMOVE)) {
+      if (mensaje.message == WM_QUIT) {
+        PostQuitMessage(static_cast<int>(mensaje.wParam));
+        return;
+      }
+      TranslateMessage(&mensaje);
+      DispatchMessageW(&mensaje);
+    }
+    const ULONGLONG ahora = GetTickCount64();
+    if (ahora >= fin) return;
+    MsgWaitForMultipleObjectsEx(0, nullptr, static_cast<DWORD>(fin - ahora), QS_ALLINPUT,
+                                MWMO_INPUTAVAILABLE);
+  }
+}
+
+ResultadoGuion EjecutaGuion(const std::u16string& archivo, const std::vector<std::string>& argumentos) {
+  const std::u16string texto = LeeTexto(archivo);
+  const std::string nombre = Utf8(archivo);
+  Sitio sitio(nombre);
+  sitio.Publica(L"WScript", automation::Publish(std::make_shared<WScript>(nombre, argumentos)));
+  sitio.Publica(L"Ambiente", automation::DispatchOf(automation::CreateComObject("ZuviEnviroment.Ambiente")));
+
+  ComPtr<IActiveScript> motor;
+  Exige(CoCreateInstance(MotorDe(archivo), nullptr, CLSCTX_INPROC_SERVER, IID_IActiveScript,
+                         reinterpret_cast<void**>(motor.put())),
+        "no se pudo crear");
+  ComPtr<IActiveScriptParse> analizador;
+  Exige(motor.get()->QueryInterface(IID_IActiveScriptParse, reinterpret_cast<void**>(analizador.put())),
+        "no analiza texto");
+  Exige(motor.get()->SetScriptSite(&sitio), "no acepta el sitio");
+  Exige(analizador.get()->InitNew(), "no se inicia");
+  for (const wchar_t* objeto : {L"WScript", L"Ambiente"})
+    Exige(motor.get()->AddNamedItem(objeto, SCRIPTITEM_ISVISIBLE), "no acepta un objeto");
+
+  ResultadoGuion resultado;
+  HRESULT codigo = analizador.get()->ParseScriptText(Ancho(texto), nullptr, nullptr, nullptr, 0, 0,
+                                                     SCRIPTTEXT_ISVISIBLE, nullptr, nullptr);
+  if (SUCCEEDED(codigo)) codigo = motor.get()->SetScriptState(SCRIPTSTATE_STARTED);
+  if (FAILED(codigo) || sitio.Error()) {
+    resultado.codigo = 1;
+    resultado.error = sitio.Error().value_or(nombre + ": el guion no se pudo ejecutar");
+  }
+  motor.get()->Close();
+  return resultado;
+}
+
+}  // namespace zuvi::host

@@ -1,0 +1,80 @@
+#include "host/win32/opciones_windows.h"
+
+#include <lmcons.h>
+#include <shlobj.h>
+#include <windows.h>
+
+#include "base/text.h"
+
+namespace zuvi::host {
+namespace {
+
+std::string DeAncho(const wchar_t* texto) {
+  return Utf8(std::u16string(texto, texto + std::char_traits<wchar_t>::length(texto)));
+}
+
+std::string Variable(const wchar_t* nombre) {
+  const DWORD largo = GetEnvironmentVariableW(nombre, nullptr, 0);
+  if (largo == 0) return {};
+  std::wstring valor(largo, L'\0');
+  valor.resize(GetEnvironmentVariableW(nombre, valor.data(), largo));
+  return DeAncho(valor.c_str());
+}
+
+std::string CarpetaDelModulo() {
+  HMODULE modulo = nullptr;
+  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                     reinterpret_cast<LPCWSTR>(&CarpetaDelModulo), &modulo);
+  wchar_t ruta[MAX_PATH * 4] = L"";
+  GetModuleFileNameW(modulo, ruta, static_cast<DWORD>(std::size(ruta)));
+  const std::string completa = DeAncho(ruta);
+  const auto barra = completa.find_last_of('\\');
+  return barra == std::string::npos ? std::string(".") : completa.substr(0, barra);
+}
+
+std::string ArchivoPropio() {
+  wchar_t carpeta[MAX_PATH] = L"";
+  if (FAILED(SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA | CSIDL_FLAG_CREATE, nullptr, 0, carpeta)))
+    throw HostError("No se encontró la carpeta de datos del usuario");
+  const std::wstring zuvi = std::wstring(carpeta) + L"\\Zuvi";
+  CreateDirectoryW(zuvi.c_str(), nullptr);  // may exist already
+  return DeAncho((zuvi + L"\\zuvi.db").c_str());
+}
+
+}  // namespace
+
+std::string RutaParaControlador(const std::string& archivo) {
+  using NombreUnix = char*(CDECL*)(LPCWSTR);
+  const auto convierte = reinterpret_cast<NombreUnix>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32"), "wine_get_unix_file_name")));
+  const bool de_windows =
+      archivo.size() > 2 && (archivo[1] == ':' || archivo.find('\\') != std::string::npos);
+  if (!convierte || !de_windows) return archivo;
+  const std::u16string ancho = Utf16(archivo);
+  char* ruta = convierte(reinterpret_cast<const wchar_t*>(ancho.c_str()));
+  if (!ruta) return archivo;
+  const std::string resultado = ruta;
+  HeapFree(GetProcessHeap(), 0, ruta);
+  return resultado;
+}
+
+Opciones OpcionesDeWindows() {
+  Opciones opciones;
+  const std::string base = Variable(L"ZUVI_BASE");
+  if (base.find('=') != std::string::npos) {
+    opciones.cadena = base;
+  } else {
+    opciones.archivo = RutaParaControlador(base.empty() ? ArchivoPropio() : base);
+  }
+  opciones.ruta = CarpetaDelModulo();
+  if (const std::string idioma = Variable(L"ZUVI_IDIOMA"); !idioma.empty()) opciones.idioma = idioma;
+  opciones.usuario = Variable(L"ZUVI_USUARIO");
+  if (opciones.usuario.empty()) {
+    wchar_t usuario[UNLEN + 1] = L"";
+    DWORD largo = UNLEN + 1;
+    if (GetUserNameW(usuario, &largo)) opciones.usuario = DeAncho(usuario);
+  }
+  return opciones;
+}
+
+}  // namespace zuvi::host

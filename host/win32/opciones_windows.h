@@ -1,0 +1,17 @@
+#pragma once
+
+#include "host/anfitrion.h"
+
+namespace zuvi::host {
+
+/// Settings of a host that a script or a program starts without giving any: environment variables ZUVI_BASE
+/// (SQLite file or ODBC connection string), ZUVI_USUARIO (else the Windows user), ZUVI_IDIOMA ("es" or "en");
+/// without ZUVI_BASE the file zuvi.db in the user's own application data folder "Zuvi". The application
+/// folder is that of the module.
+Opciones OpcionesDeWindows();
+
+/// A file name as the database driver wants it: where the driver belongs to another system under an
+/// emulation, that system's own name of the file; else unchanged.
+std::string RutaParaControlador(const std::string& archivo);
+
+}  // namespace zuvi::host

@@ -1,0 +1,159 @@
+#include "host/win32/ventana_trabajo.h"
+
+#include <commctrl.h>
+#include <windows.h>
+
+#include <utility>
+
+#include "base/text.h"
+
+namespace zuvi::host {
+namespace {
+
+constexpr wchar_t kClase[] = L"ZuviVentanaTrabajo";
+constexpr int kAncho = 420;
+constexpr int kAlto = 150;
+constexpr int kMargen = 14;
+constexpr int kAnimacion = 48;
+constexpr UINT_PTR kRelojQuieto = 1;
+constexpr UINT kMilisegundosQuieto = 1200;
+
+const wchar_t* Ancho(const std::u16string& texto) { return reinterpret_cast<const wchar_t*>(texto.c_str()); }
+
+struct FuenteSistema {
+  FuenteSistema() {
+    NONCLIENTMETRICSW metricas{};
+    metricas.cbSize = sizeof metricas;
+    if (SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metricas, &metricas, 0))
+      fuente = CreateFontIndirectW(&metricas.lfMessageFont);
+  }
+  ~FuenteSistema() {
+    if (fuente) DeleteObject(fuente);
+  }
+  FuenteSistema(const FuenteSistema&) = delete;
+  FuenteSistema& operator=(const FuenteSistema&) = delete;
+  HFONT fuente = nullptr;
+};
+
+HINSTANCE Modulo() {
+  HMODULE modulo = nullptr;
+  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                     reinterpret_cast<LPCWSTR>(&Modulo), &modulo);
+  return modulo;
+}
+
+}  // namespace
+
+struct VentanaTrabajo::Partes {
+  FuenteSistema fuente;
+  HWND ventana = nullptr;
+  HWND texto = nullptr;
+  HWND texto2 = nullptr;
+  HWND barra = nullptr;
+  bool cancelado = false;
+  bool se_oculta_sola = false;
+
+  static LRESULT CALLBACK Procedimiento(HWND ventana, UINT mensaje, WPARAM w, LPARAM l) {
+    auto* partes = reinterpret_cast<Partes*>(GetWindowLongPtrW(ventana, GWLP_USERDATA));
+    if (partes && mensaje == WM_TIMER && w == kRelojQuieto) {
+      KillTimer(ventana, kRelojQuieto);
+      ShowWindow(ventana, SW_HIDE);
+      return 0;
+    }
+    const bool cancela = mensaje == WM_CLOSE || (mensaje == WM_COMMAND && LOWORD(w) == IDCANCEL);
+    if (partes && cancela) {
+      partes->cancelado = true;
+      SetWindowTextW(partes->texto2, L"Cancelando…");
+      return 0;
+    }
+    return DefWindowProcW(ventana, mensaje, w, l);
+  }
+
+  HWND Hijo(const wchar_t* clase, const wchar_t* caption, DWORD estilo, RECT r, int id = 0) {
+    HWND hijo = CreateWindowExW(0, clase, caption, WS_CHILD | WS_VISIBLE | estilo, r.left, r.top,
+                                r.right - r.left, r.bottom - r.top, ventana,
+                                reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), Modulo(), nullptr);
+    if (hijo && fuente.fuente) SendMessageW(hijo, WM_SETFONT, reinterpret_cast<WPARAM>(fuente.fuente), TRUE);
+    return hijo;
+  }
+};
+
+VentanaTrabajo::VentanaTrabajo(const OpcionesTrabajo& opciones) : partes_(std::make_unique<Partes>()) {
+  const INITCOMMONCONTROLSEX clases{sizeof(INITCOMMONCONTROLSEX), ICC_PROGRESS_CLASS | ICC_ANIMATE_CLASS};
+  InitCommonControlsEx(&clases);
+  WNDCLASSW clase{};
+  clase.lpfnWndProc = &Partes::Procedimiento;
+  clase.hInstance = Modulo();
+  clase.hCursor = LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_APPSTARTING));
+  clase.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_BTNFACE + 1));
+  clase.lpszClassName = kClase;
+  RegisterClassW(&clase);  // a second registration fails and does no harm
+
+  RECT marco{0, 0, kAncho, kAlto};
+  constexpr DWORD kEstilo = WS_POPUP | WS_CAPTION | WS_SYSMENU;
+  AdjustWindowRectEx(&marco, kEstilo, FALSE, WS_EX_DLGMODALFRAME);
+  const int ancho = marco.right - marco.left;
+  const int alto = marco.bottom - marco.top;
+  Partes& p = *partes_;
+  p.ventana = CreateWindowExW(
+      WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT, kClase, Ancho(Utf16(opciones.titulo)), kEstilo,
+      (GetSystemMetrics(SM_CXSCREEN) - ancho) / 2, (GetSystemMetrics(SM_CYSCREEN) - alto) / 2, ancho, alto,
+      GetActiveWindow(), nullptr, Modulo(), nullptr);
+  if (!p.ventana) return;  // no desktop to show it on: the work goes on without
+  SetWindowLongPtrW(p.ventana, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&p));
+
+  p.se_oculta_sola = opciones.se_oculta_sola;
+
+  int izquierda = kMargen;
+  if (!opciones.animacion.empty()) {
+    HWND animacion = p.Hijo(ANIMATE_CLASSW, L"", ACS_TRANSPARENT | ACS_AUTOPLAY,
+                            {kMargen, kMargen, kMargen + kAnimacion, kMargen + kAnimacion});
+    const std::u16string archivo = Utf16(opciones.animacion);
+    if (animacion && SendMessageW(animacion, ACM_OPENW, 0, reinterpret_cast<LPARAM>(archivo.c_str()))) {
+      izquierda += kAnimacion + kMargen;
+    } else if (animacion) {
+      DestroyWindow(animacion);
+    }
+  }
+  p.texto = p.Hijo(L"STATIC", L"", SS_LEFT | SS_ENDELLIPSIS, {izquierda, 16, kAncho - kMargen, 36});
+  p.texto2 = p.Hijo(L"STATIC", L"", SS_LEFT | SS_ENDELLIPSIS, {izquierda, 40, kAncho - kMargen, 60});
+  p.barra =
+      p.Hijo(PROGRESS_CLASSW, L"", opciones.total > 0 ? 0 : PBS_MARQUEE, {kMargen, 72, kAncho - kMargen, 90});
+  SendMessageW(p.barra, PBM_SETRANGE32, 0, opciones.total);
+  if (opciones.total <= 0) SendMessageW(p.barra, PBM_SETMARQUEE, TRUE, 40);
+  HWND cancelar = p.Hijo(L"BUTTON", L"&Cancelar", BS_DEFPUSHBUTTON | WS_TABSTOP,
+                         {kAncho - kMargen - 96, 108, kAncho - kMargen, 136}, IDCANCEL);
+  ShowWindow(p.ventana, SW_SHOW);
+  SetFocus(cancelar);
+  UpdateWindow(p.ventana);
+}
+
+VentanaTrabajo::~VentanaTrabajo() {
+  if (!partes_->ventana) return;
+  SetWindowLongPtrW(partes_->ventana, GWLP_USERDATA, 0);
+  DestroyWindow(partes_->ventana);
+}
+
+void VentanaTrabajo::Avanza(std::int32_t paso, const std::string& texto, const std::string& texto2) {
+  if (!partes_->ventana) return;
+  SendMessageW(partes_->barra, PBM_SETPOS, static_cast<WPARAM>(paso), 0);
+  SetWindowTextW(partes_->texto, Ancho(Utf16(texto)));
+  if (!partes_->cancelado) SetWindowTextW(partes_->texto2, Ancho(Utf16(texto2)));
+  if (partes_->se_oculta_sola) {
+    ShowWindow(partes_->ventana, SW_SHOWNA);
+    SetTimer(partes_->ventana, kRelojQuieto, kMilisegundosQuieto, nullptr);
+  }
+  Atiende();
+}
+
+bool VentanaTrabajo::Atiende() {
+  MSG mensaje;
+  while (partes_->ventana && PeekMessageW(&mensaje, partes_->ventana, 0, 0, PM_REMOVE)) {
+    if (IsDialogMessageW(partes_->ventana, &mensaje)) continue;
+    TranslateMessage(&mensaje);
+    DispatchMessageW(&mensaje);
+  }
+  return partes_->cancelado;
+}
+
+}  // namespace zuvi::host

@@ -1,0 +1,81 @@
+#include "host/win32/ventanas_interaccion.h"
+
+#include <windows.h>
+
+#include "base/text.h"
+#include "host/win32/ventana_trabajo.h"
+
+namespace zuvi::host {
+namespace {
+
+constexpr auto kPacienciaSinVentana = std::chrono::seconds(3);
+constexpr auto kPausaEntreTrabajos = std::chrono::milliseconds(800);
+
+int Caja(const std::string& texto, UINT estilo) {
+  const std::u16string ancho = Utf16(texto);
+  return MessageBoxW(GetActiveWindow(), reinterpret_cast<const wchar_t*>(ancho.c_str()), L"Zuvi",
+                     estilo | MB_SETFOREGROUND);
+}
+
+}  // namespace
+
+/// Progress shown in a window that the interaction also watches for "Cancelar".
+class ProgresoEnVentana final : public Progreso {
+ public:
+  ProgresoEnVentana(std::shared_ptr<VentanaTrabajo> ventana) : ventana_(std::move(ventana)) {}
+  void Avanza(std::int32_t paso, const std::string& texto, const std::string& texto2) override {
+    ventana_->Avanza(paso, texto, texto2);
+  }
+
+ private:
+  std::shared_ptr<VentanaTrabajo> ventana_;
+};
+
+VentanasInteraccion::VentanasInteraccion() = default;
+VentanasInteraccion::~VentanasInteraccion() = default;
+
+void VentanasInteraccion::Mensaje(const std::string& texto, EstiloMensaje estilo) {
+  Caja(texto, estilo == EstiloMensaje::Error ? MB_OK | MB_ICONERROR : MB_OK | MB_ICONINFORMATION);
+}
+
+bool VentanasInteraccion::Pregunta(const std::string& texto) {
+  return Caja(texto, MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
+}
+
+std::unique_ptr<Progreso> VentanasInteraccion::AbreProgreso(std::int32_t total, const std::string& titulo,
+                                                            const std::string& animacion) {
+  espera_.reset();
+  auto ventana = std::make_shared<VentanaTrabajo>(
+      OpcionesTrabajo{.titulo = titulo, .total = total, .animacion = animacion});
+  progreso_ = ventana;
+  return std::make_unique<ProgresoEnVentana>(std::move(ventana));
+}
+
+bool VentanasInteraccion::Cancelado() {
+  if (cancelado_) return true;
+  if (const auto abierta = progreso_.lock()) {
+    cancelado_ = abierta->Atiende();
+    return cancelado_;
+  }
+  const auto ahora = Reloj::now();
+  if (ahora - ultima_ > kPausaEntreTrabajos) {
+    inicio_ = ahora;
+    espera_.reset();
+  }
+  if (!espera_ && ahora - inicio_ > kPacienciaSinVentana)
+    espera_ = std::make_unique<VentanaTrabajo>(
+        OpcionesTrabajo{.titulo = "Operación en curso", .se_oculta_sola = true});
+  if (espera_) {
+    // The timer of the window is renewed now and then, not for every statement.
+    if (ahora - mostrada_ > kPausaEntreTrabajos / 2) {
+      espera_->Avanza(0, "El trabajo sigue; puede terminarlo con Cancelar.", "");
+      mostrada_ = ahora;
+    }
+    cancelado_ = espera_->Atiende();
+    if (cancelado_) espera_.reset();
+  }
+  ultima_ = Reloj::now();
+  return cancelado_;
+}
+
+}  // namespace zuvi::host

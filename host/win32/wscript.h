@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/members.h"
+
+namespace zuvi::host {
+
+/// The `WScript` object of our script runner: the members that scripts use everywhere, with a `Sleep` that
+/// pumps.
+class WScript final : public Object {
+ public:
+  WScript(std::string archivo, std::vector<std::string> argumentos)
+      : archivo_(std::move(archivo)), argumentos_(std::move(argumentos)) {}
+
+  /// Writes up to four values separated by blanks, and a line end, to standard output in UTF-8.
+  void Echo(const Value& a, const Value& b, const Value& c, const Value& d);
+  void Sleep(std::int32_t milisegundos);
+  /// Ends the process at once with that exit code.
+  [[noreturn]] void Quit(std::int32_t codigo);
+  ObjectPtr CreateObject(const std::string& prog_id);
+  ObjectPtr Arguments();
+  std::string ScriptFullName() { return archivo_; }
+  std::string ScriptName();
+
+  const MemberTable* Members() const override;
+
+ private:
+  std::string archivo_;
+  std::vector<std::string> argumentos_;
+};
+
+}  // namespace zuvi::host
