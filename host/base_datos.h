@@ -28,6 +28,9 @@ class BaseDatos : public Conexion {
   virtual std::shared_ptr<Recordset> Consulta(const std::string& sql) = 0;
   /// Runs an action statement; returns the number of rows it touched.
   virtual std::int64_t Ejecuta(const std::string& sql) = 0;
+  /// Runs one schema statement of the host's own as it stands: the body of a trigger holds semicolons, so it
+  /// is not looked through for a second statement. Traced like the others.
+  virtual void EjecutaEsquema(const std::string& sql) = 0;
   virtual void Cierra() = 0;
 };
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zuvi::host {
@@ -13,14 +15,28 @@ enum class Suceso { Sentencia, Llamada, Mensaje, Pregunta, Bitacora };
 class Traza {
  public:
   using Oyente = std::function<void(Suceso, const std::string& texto)>;
-  void Escucha(Oyente oyente) { oyentes_.push_back(std::move(oyente)); }
+  /// Adds a listener; the result names it for `Deja`.
+  std::size_t Escucha(Oyente oyente) {
+    oyentes_.emplace_back(++ultimo_, std::move(oyente));
+    return ultimo_;
+  }
+  /// Removes a listener. Not from within a listener.
+  void Deja(std::size_t cual) {
+    std::erase_if(oyentes_, [cual](const auto& oyente) { return oyente.first == cual; });
+  }
   bool Activa() const { return !oyentes_.empty(); }
   void Anota(Suceso suceso, const std::string& texto) const {
-    for (const auto& oyente : oyentes_) oyente(suceso, texto);
+    for (const auto& [cual, oyente] : oyentes_) oyente(suceso, texto);
   }
 
  private:
-  std::vector<Oyente> oyentes_;
+  std::size_t ultimo_ = 0;
+  std::vector<std::pair<std::size_t, Oyente>> oyentes_;
 };
+
+/// The word that stands for a kind of event in a trace file, for example "sentencia".
+const char* NombreDe(Suceso suceso);
+/// A listener that appends "kind<TAB>text" lines to a file. Throws HostError when it cannot be opened.
+Traza::Oyente OyenteDeArchivo(const std::string& ruta);
 
 }  // namespace zuvi::host

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+
+#include "host/interaccion.h"
+
+namespace zuvi::host {
+
+/// The user at a console: messages and progress on standard error, questions on standard input when it is a
+/// terminal. Ctrl-C asks running work to end; a second one ends the program.
+class ConsolaInteraccion final : public Interaccion {
+ public:
+  /// `respuesta` answers every question beforehand.
+  explicit ConsolaInteraccion(std::optional<bool> respuesta = std::nullopt);
+
+  void Mensaje(const std::string& texto, EstiloMensaje estilo) override;
+  bool Pregunta(const std::string& texto) override;
+  std::unique_ptr<Progreso> AbreProgreso(std::int32_t total, const std::string& titulo,
+                                         const std::string& animacion) override;
+  bool Cancelado() override;
+
+ private:
+  std::optional<bool> respuesta_;
+};
+
+}  // namespace zuvi::host
