@@ -1,6 +1,7 @@
 // Errors as automation clients know them: a number, a text for the user, and for the database its own state.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -54,6 +55,16 @@ class HostError : public std::runtime_error {
 class StackSpent final : public HostError {
  public:
   StackSpent() : HostError(ErrorNumber::OutOfStack) {}
+};
+
+/// An argument that does not convert to what its parameter needs; `Index` counts from 0 in declaration order.
+class ArgumentError final : public HostError {
+ public:
+  ArgumentError(const HostError& error, std::size_t index) : HostError(error), index_(index) {}
+  std::size_t Index() const { return index_; }
+
+ private:
+  std::size_t index_;
 };
 
 }  // namespace zuvi

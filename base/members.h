@@ -71,6 +71,7 @@ struct Member {
   std::vector<std::string_view> params;
   std::size_t min_args = 0;
   ByRef in_out = 0;
+  bool property = false;
   std::function<Value(Object&, std::span<Value>)> read;
   std::function<void(Object&, std::span<Value>)> write;
 };
@@ -103,6 +104,16 @@ Value ToValue(T&& value) {
   return Value(std::forward<T>(value));
 }
 
+/// One argument converted; a failure tells which one it was.
+template <class T>
+T ConvertArgument(const Value& value, std::size_t index) {
+  try {
+    return Conversion<T>::From(value);
+  } catch (const HostError& error) {
+    throw ArgumentError(error, index);
+  }
+}
+
 /// Calls `method` on `target` with the arguments converted, missing ones as Empty, and writes the in/out ones
 /// back.
 template <auto method, class T>
@@ -111,7 +122,8 @@ Value Apply(Object& target, std::span<Value> args) {
   using Stored = typename S::Stored;
   return [&]<std::size_t... I>(std::index_sequence<I...>)->Value {
     static const Value kMissing;
-    Stored stored{Conversion<std::tuple_element_t<I, Stored>>::From(I < args.size() ? args[I] : kMissing)...};
+    Stored stored{
+        ConvertArgument<std::tuple_element_t<I, Stored>>(I < args.size() ? args[I] : kMissing, I)...};
     const auto write_back = [&] {
       ((((S::kInOut >> I) & 1u) && I < args.size() ? void(args[I] = ToValue(std::get<I>(stored))) : void()),
        ...);
@@ -173,6 +185,7 @@ class MemberTableBuilder {
                                 std::initializer_list<std::string_view> params = {}) && {
     Member& member = table_.Add(name, params);
     member.min_args = params.size();
+    member.property = true;
     member.read = &detail::Apply<getter, T>;
     return std::move(*this);
   }
@@ -181,6 +194,7 @@ class MemberTableBuilder {
                                 std::initializer_list<std::string_view> params = {}) && {
     Member& member = table_.Add(name, params);
     member.min_args = params.size();
+    member.property = true;
     member.read = &detail::Apply<getter, T>;
     member.write = [](Object& o, std::span<Value> args) { detail::Apply<setter, T>(o, args); };
     return std::move(*this);

@@ -1,0 +1,121 @@
+#include "com/automation/com_object.h"
+
+#include <dispex.h>
+
+#include <array>
+
+#include "com/automation/frontera.h"
+#include "com/automation/variants.h"
+
+namespace zuvi {
+namespace {
+
+/// More than any member of the host contract takes.
+constexpr std::size_t kMaxArguments = 16;
+
+/// The error a host tells in its exception record, which is freed here.
+HostError Take(EXCEPINFO& info) {
+  if (info.pfnDeferredFillIn) info.pfnDeferredFillIn(&info);
+  const UniqueBstr source(info.bstrSource), text(info.bstrDescription), help(info.bstrHelpFile);
+  const HRESULT code = FAILED(info.scode) ? info.scode : HresultDe(static_cast<ErrorNumber>(info.wCode));
+  const HostError standard = HostErrorDe(info.scode == 0 && info.wCode == 0 ? DISP_E_EXCEPTION : code);
+  if (::SysStringLen(text.get()) == 0) return standard;
+  return HostError(Utf8De(text.get(), ::SysStringLen(text.get())), standard.Number(), standard.NativeCode());
+}
+
+/// The arguments of one outgoing call, in automation's reversed order, each cleared at the end.
+class OutgoingArguments {
+ public:
+  explicit OutgoingArguments(std::size_t count) : count_(count) {
+    if (count > kMaxArguments) throw HostError(ErrorNumber::WrongArgumentCount);
+  }
+  ~OutgoingArguments() {
+    for (std::size_t i = 0; i < filled_; ++i) ::VariantClear(&storage_[i]);
+  }
+  OutgoingArguments(const OutgoingArguments&) = delete;
+  OutgoingArguments& operator=(const OutgoingArguments&) = delete;
+
+  void AddValue(const Value& value, ComModule& module) {
+    ToVariant(value, module, storage_[filled_]);
+    arguments_[count_ - 1 - filled_] = storage_[filled_];
+    ++filled_;
+  }
+  void AddReference(const Value& value, VARTYPE type, ComModule& module) {
+    Coerce(value, type, module, storage_[filled_]);
+    MakeByRef(storage_[filled_], type, arguments_[count_ - 1 - filled_]);
+    ++filled_;
+  }
+  const VARIANT& Storage(std::size_t index) const { return storage_[index]; }
+  DISPPARAMS Params(DISPID* named = nullptr) {
+    return {arguments_.data(), named, static_cast<UINT>(count_), named ? 1u : 0u};
+  }
+
+ private:
+  std::array<VARIANT, kMaxArguments> storage_;
+  std::array<VARIANT, kMaxArguments> arguments_;
+  std::size_t count_;
+  std::size_t filled_ = 0;
+};
+
+void Invoke(IDispatch* dispatch, MemberId id, WORD flags, DISPPARAMS params, VARIANT* result) {
+  EXCEPINFO exception{};
+  UINT bad_argument = 0;
+  const HRESULT code =
+      dispatch->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result, &exception, &bad_argument);
+  if (SUCCEEDED(code)) return;
+  if (code == DISP_E_EXCEPTION) throw Take(exception);
+  throw HostErrorDe(code);
+}
+
+}  // namespace
+
+HostSignatures& ComObject::Signatures() {
+  if (!signatures_) signatures_ = std::make_unique<HostSignatures>(dispatch_.get());
+  return *signatures_;
+}
+
+std::optional<MemberId> ComObject::Find(std::string_view name) {
+  std::wstring wide = Ancho(name);
+  LPOLESTR text = wide.data();
+  DISPID id = DISPID_UNKNOWN;
+  const HRESULT code = dispatch_->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
+  if (SUCCEEDED(code)) return id;
+  // Objects of some script engines answer by name only through their own interface.
+  if (const auto extended = dispatch_.As<IDispatchEx>()) {
+    const UniqueBstr bstr = NuevoBstr(name);
+    if (SUCCEEDED(extended->GetDispID(bstr.get(), fdexNameCaseInsensitive, &id))) return id;
+  }
+  if (code == DISP_E_UNKNOWNNAME || code == DISP_E_MEMBERNOTFOUND || code == E_NOTIMPL) return std::nullopt;
+  throw HostErrorDe(code);
+}
+
+Value ComObject::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
+  OutgoingArguments out(args.size());
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    if (!(by_ref >> i & 1)) {
+      out.AddValue(args[i], module_);
+    } else if (const auto form = Signatures().ArgumentForm(id, i); form.by_ref) {
+      out.AddReference(args[i], form.type, module_);
+    } else {
+      out.AddValue(args[i], module_);
+    }
+  }
+  UniqueVariant result;
+  Invoke(dispatch_.get(), id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, out.Params(), result.put());
+  if (by_ref)
+    for (std::size_t i = 0; i < args.size(); ++i)
+      if (by_ref >> i & 1) args[i] = ValueDe(out.Storage(i), module_);
+  return ValueDe(result.get(), module_);
+}
+
+void ComObject::Write(MemberId id, std::span<Value> args) {
+  if (args.empty()) throw HostError(ErrorNumber::WrongArgumentCount);
+  OutgoingArguments out(args.size());
+  for (const Value& value : args) out.AddValue(value, module_);
+  const bool by_reference = args.back().IsObject() && !Signatures().PutOnly(id);
+  DISPID named = DISPID_PROPERTYPUT;
+  Invoke(dispatch_.get(), id, by_reference ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT,
+         out.Params(&named), nullptr);
+}
+
+}  // namespace zuvi

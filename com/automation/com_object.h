@@ -1,0 +1,38 @@
+#pragma once
+
+#include <oleauto.h>
+#include <windows.h>
+
+#include <memory>
+
+#include "base/object.h"
+#include "com/automation/com_module.h"
+#include "com/automation/host_signatures.h"
+
+namespace zuvi {
+
+/// Somebody else's automation object. A call that failed is never made again in another form: the host may
+/// have acted before it failed. Used in the apartment that handed it over, like every automation object.
+class ComObject final : public Object {
+ public:
+  ComObject(ComPtr<IDispatch> dispatch, ComModule& module)
+      : dispatch_(std::move(dispatch)), module_(module) {}
+
+  IDispatch* Dispatch() const { return dispatch_.get(); }
+
+  std::optional<MemberId> Find(std::string_view name) override;
+  /// Arguments go by value, those marked in `by_ref` by reference in the form the host's type information
+  /// declares, else as by-reference variants.
+  Value Read(MemberId id, std::span<Value> args, ByRef by_ref) override;
+  /// Values are put; objects are set by reference, unless the host's type information knows only put.
+  void Write(MemberId id, std::span<Value> args) override;
+
+ private:
+  HostSignatures& Signatures();
+
+  ComPtr<IDispatch> dispatch_;
+  ComModule& module_;
+  std::unique_ptr<HostSignatures> signatures_;  // looked up when first needed
+};
+
+}  // namespace zuvi
