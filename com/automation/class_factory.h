@@ -1,13 +1,11 @@
 #pragma once
 
-#include <unknwn.h>
-#include <windows.h>
-
 #include <atomic>
 #include <functional>
 
 #include "com/automation/com_module.h"
 #include "com/automation/frontera.h"
+#include "com/automation/windows_com.h"
 
 namespace zuvi {
 

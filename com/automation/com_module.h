@@ -5,10 +5,8 @@
 #include <string>
 #include <vector>
 
-#include <oleauto.h>
-#include <windows.h>
-
 #include "com/automation/com_ptr.h"
+#include "com/automation/windows_com.h"
 
 namespace zuvi {
 

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <oleauto.h>
-#include <windows.h>
-
 #include <memory>
 
 #include "base/object.h"
 #include "com/automation/com_module.h"
 #include "com/automation/host_signatures.h"
+#include "com/automation/windows_com.h"
 
 namespace zuvi {
 

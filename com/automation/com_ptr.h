@@ -1,9 +1,9 @@
 // com/automation/: what every automation DLL of ours needs, whatever it publishes. Depends on base only.
 #pragma once
 
-#include <unknwn.h>
-
 #include <utility>
+
+#include "com/automation/windows_com.h"
 
 namespace zuvi {
 

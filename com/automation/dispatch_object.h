@@ -1,14 +1,11 @@
 #pragma once
 
-#include <ocidl.h>
-#include <oleauto.h>
-#include <windows.h>
-
 #include <atomic>
 #include <memory>
 
 #include "base/object.h"
 #include "com/automation/com_module.h"
+#include "com/automation/windows_com.h"
 
 namespace zuvi {
 

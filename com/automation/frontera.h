@@ -1,13 +1,11 @@
 // The edge: no exception leaves a method that COM called. Here they become an HRESULT and its error info.
 #pragma once
 
-#include <oleauto.h>
-#include <windows.h>
-
 #include <string>
 #include <type_traits>
 
 #include "base/error.h"
+#include "com/automation/windows_com.h"
 
 namespace zuvi {
 

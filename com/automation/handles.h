@@ -1,14 +1,12 @@
 #pragma once
 
-#include <oleauto.h>
-#include <windows.h>
-
 #include <new>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "base/text.h"
+#include "com/automation/windows_com.h"
 
 namespace zuvi {
 

@@ -1,12 +1,10 @@
 #pragma once
 
-#include <oleauto.h>
-#include <windows.h>
-
 #include <map>
 #include <vector>
 
 #include "com/automation/com_ptr.h"
+#include "com/automation/windows_com.h"
 
 namespace zuvi {
 

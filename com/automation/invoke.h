@@ -4,11 +4,9 @@
 // counts.
 #pragma once
 
-#include <oleauto.h>
-#include <windows.h>
-
 #include "base/object.h"
 #include "com/automation/com_module.h"
+#include "com/automation/windows_com.h"
 
 namespace zuvi {
 

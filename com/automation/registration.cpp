@@ -1,8 +1,5 @@
 #include "com/automation/registration.h"
 
-#include <oleauto.h>
-#include <olectl.h>
-
 #include "com/automation/frontera.h"
 #include "com/automation/handles.h"
 
@@ -14,7 +11,8 @@ namespace zuvi {
 namespace {
 
 constexpr SYSKIND kSysKind = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
-const std::wstring kClasses = L"Software\\Classes\\";
+/// A key below the classes of the machine or of the user.
+std::wstring Classes(const std::wstring& key) { return L"Software\\Classes\\" + key; }
 
 HKEY Root(RegistrationScope scope) {
   return scope == RegistrationScope::User ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
@@ -30,7 +28,7 @@ std::wstring Text(REFGUID id) {
 bool Set(RegistrationScope scope, const std::wstring& key, const wchar_t* name, const std::wstring& value) {
   UniqueKey handle;
   const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
-  return ::RegCreateKeyExW(Root(scope), (kClasses + key).c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
+  return ::RegCreateKeyExW(Root(scope), Classes(key).c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
                            handle.put(), nullptr) == ERROR_SUCCESS &&
          ::RegSetValueExW(handle.get(), name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
                           bytes) == ERROR_SUCCESS;
@@ -40,12 +38,12 @@ std::wstring Get(RegistrationScope scope, const std::wstring& key) {
   wchar_t text[MAX_PATH];
   DWORD bytes = sizeof text;
   const LSTATUS status =
-      ::RegGetValueW(Root(scope), (kClasses + key).c_str(), nullptr, RRF_RT_REG_SZ, nullptr, text, &bytes);
+      ::RegGetValueW(Root(scope), Classes(key).c_str(), nullptr, RRF_RT_REG_SZ, nullptr, text, &bytes);
   return status == ERROR_SUCCESS ? text : std::wstring();
 }
 
 bool Remove(RegistrationScope scope, const std::wstring& key) {
-  const LSTATUS status = ::RegDeleteTreeW(Root(scope), (kClasses + key).c_str());
+  const LSTATUS status = ::RegDeleteTreeW(Root(scope), Classes(key).c_str());
   return status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND;
 }
 

@@ -1,12 +1,11 @@
 // What self-registration writes, and takes away again: the classes and type libraries of one DLL.
 #pragma once
 
-#include <windows.h>
-
 #include <span>
 #include <string>
 
 #include "com/automation/com_module.h"
+#include "com/automation/windows_com.h"
 
 namespace zuvi {
 

@@ -1,12 +1,10 @@
 // VARIANT <-> Value. No conversion here asks for the system's locale.
 #pragma once
 
-#include <oleauto.h>
-#include <windows.h>
-
 #include "base/value.h"
 #include "com/automation/com_module.h"
 #include "com/automation/handles.h"
+#include "com/automation/windows_com.h"
 
 namespace zuvi {
 
