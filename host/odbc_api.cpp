@@ -1,0 +1,84 @@
+#include "host/odbc_api.h"
+
+#include <array>
+#include <cstdint>
+
+#include "base/error.h"
+#include "base/text.h"
+
+namespace zuvi::host {
+namespace {
+
+struct Diagnostico {
+  std::string estado;
+  std::int32_t codigo = 0;
+  std::string texto;
+};
+
+/// One record as `Get` (SQLGetDiagRec in either form) gives it.
+template <class Unidad, class Get>
+std::basic_string<Unidad> TextoDe(Get get) {
+  std::basic_string<Unidad> texto(SQL_MAX_MESSAGE_LENGTH, Unidad{});
+  SQLSMALLINT largo = 0;
+  SQLRETURN resultado = get(texto.data(), static_cast<SQLSMALLINT>(texto.size()), &largo);
+  if (resultado == SQL_SUCCESS_WITH_INFO && largo >= static_cast<SQLSMALLINT>(texto.size())) {
+    texto.resize(static_cast<std::size_t>(largo) + 1);
+    resultado = get(texto.data(), static_cast<SQLSMALLINT>(texto.size()), &largo);
+  }
+  texto.resize(SQL_SUCCEEDED(resultado) && largo > 0 ? static_cast<std::size_t>(largo) : 0);
+  return texto;
+}
+
+Diagnostico Lee(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {
+  Diagnostico diagnostico;
+  SQLINTEGER codigo = 0;
+  if (forma == Forma::Utf16) {
+    std::array<SQLWCHAR, 6> estado{};
+    const auto texto = TextoDe<char16_t>([&](char16_t* a, SQLSMALLINT n, SQLSMALLINT* largo) {
+      return SQLGetDiagRecW(tipo, handle, 1, estado.data(), &codigo, reinterpret_cast<SQLWCHAR*>(a), n,
+                            largo);
+    });
+    diagnostico.texto = Utf8(texto);
+    for (std::size_t i = 0; i < 5 && estado[i] != 0; ++i) diagnostico.estado += static_cast<char>(estado[i]);
+  } else {
+    std::array<SQLCHAR, 6> estado{};
+    diagnostico.texto = TextoDe<char>([&](char* a, SQLSMALLINT n, SQLSMALLINT* largo) {
+      return SQLGetDiagRec(tipo, handle, 1, estado.data(), &codigo, reinterpret_cast<SQLCHAR*>(a), n, largo);
+    });
+    for (std::size_t i = 0; i < 5 && estado[i] != 0; ++i) diagnostico.estado += static_cast<char>(estado[i]);
+  }
+  diagnostico.codigo = codigo;
+  return diagnostico;
+}
+
+/// Without the names of driver manager, driver and server in front, which tell a user nothing.
+std::string_view SinPrefijos(std::string_view texto) {
+  while (texto.starts_with('[')) {
+    const std::size_t fin = texto.find(']');
+    if (fin == std::string_view::npos || fin + 1 == texto.size()) break;
+    texto.remove_prefix(fin + 1);
+  }
+  return Recorta(texto);
+}
+
+}  // namespace
+
+void Exige(SQLRETURN resultado, SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {
+  if (SQL_SUCCEEDED(resultado) || resultado == SQL_NO_DATA) return;
+  const Diagnostico diagnostico = Lee(tipo, handle, forma);
+  const std::string_view texto = SinPrefijos(diagnostico.texto);
+  throw HostError(
+      texto.empty() ? std::string("La base de datos falló sin dar explicación.") : std::string(texto),
+      ErrorNumber::AutomationFailure, diagnostico.codigo, diagnostico.estado);
+}
+
+SQLWCHAR* Ancho(const std::u16string& texto) {
+  static_assert(sizeof(SQLWCHAR) == sizeof(char16_t));
+  return const_cast<SQLWCHAR*>(reinterpret_cast<const SQLWCHAR*>(texto.c_str()));
+}
+
+SQLCHAR* Angosto(std::string_view texto) {
+  return const_cast<SQLCHAR*>(reinterpret_cast<const SQLCHAR*>(texto.data()));
+}
+
+}  // namespace zuvi::host

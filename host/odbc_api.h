@@ -1,0 +1,54 @@
+// The ODBC C API with handles that close themselves and one function that every call's result passes.
+#pragma once
+
+#ifdef _WIN32
+#include <windows.h>
+#endif
+// Both forms of the functions are called by name: which one a driver can be trusted with is found at run
+// time.
+#define SQL_NOUNICODEMAP
+#include <sql.h>
+#include <sqlext.h>
+#include <sqlucode.h>
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace zuvi::host {
+
+/// In which form texts go through ODBC: UTF-16 by the W functions, or UTF-8 by the plain ones where a driver
+/// manager would squeeze UTF-16 into the driver's 8 bits.
+enum class Forma { Utf16, Utf8 };
+
+/// A handle of one kind (SQL_HANDLE_ENV, SQL_HANDLE_DBC, SQL_HANDLE_STMT); freed by the destructor.
+template <SQLSMALLINT kind>
+class OdbcHandle {
+ public:
+  OdbcHandle() = default;
+  OdbcHandle(OdbcHandle&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
+  OdbcHandle& operator=(OdbcHandle&& other) noexcept {
+    std::swap(handle_, other.handle_);
+    return *this;
+  }
+  ~OdbcHandle() {
+    if (handle_) SQLFreeHandle(kind, handle_);
+  }
+  SQLHANDLE Get() const { return handle_; }
+  SQLHANDLE* Out() { return &handle_; }
+
+ private:
+  SQLHANDLE handle_ = nullptr;
+};
+
+using Entorno = OdbcHandle<SQL_HANDLE_ENV>;
+using Enlace = OdbcHandle<SQL_HANDLE_DBC>;
+
+/// Lets good results pass (SQL_NO_DATA among them); throws HostError with the diagnostics of the handle else.
+void Exige(SQLRETURN resultado, SQLSMALLINT tipo, SQLHANDLE handle, Forma forma);
+
+/// UTF-16 as the API takes it. The API declares its input texts as not const.
+SQLWCHAR* Ancho(const std::u16string& texto);
+SQLCHAR* Angosto(std::string_view texto);
+
+}  // namespace zuvi::host

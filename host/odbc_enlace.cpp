@@ -1,0 +1,129 @@
+#include "host/odbc_enlace.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include "base/text.h"
+#include "host/odbc_cadena.h"
+#include "host/odbc_sentencia.h"
+
+namespace zuvi::host {
+namespace {
+
+// Bits of the MariaDB driver's OPTION: rows found rather than rows changed, as SQLite counts them; and
+// several statements in one text, which we never allow.
+constexpr unsigned kFilasHalladas = 2;
+constexpr unsigned kVariasSentencias = 1u << 26;
+
+bool EsAscii(std::string_view texto) {
+  return std::ranges::all_of(texto, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+bool EsSqlite(std::string_view nombre) { return Minusculas(nombre).find("sqlite") != std::string::npos; }
+
+/// The string with what our statements rely on, whatever the user wrote.
+std::string ConAjustes(const std::string& cadena) {
+  CadenaOdbc atributos(cadena);
+  if (EsSqlite(atributos.Trae("DRIVER"))) return cadena;
+  const std::string dada = atributos.Trae("OPTION");
+  unsigned opciones = 0;
+  std::from_chars(dada.data(), dada.data() + dada.size(), opciones);
+  atributos.Pon("OPTION", std::to_string((opciones | kFilasHalladas) & ~kVariasSentencias));
+  atributos.Pon("CHARSET", "utf8mb4");
+  return atributos.Texto();
+}
+
+}  // namespace
+
+EnlaceOdbc::EnlaceOdbc(const std::string& cadena) {
+  Exige(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, entorno_.Out()), SQL_HANDLE_ENV, nullptr, forma_);
+  // The version is handed over in the pointer itself.
+  Exige(SQLSetEnvAttr(entorno_.Get(), SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0),
+        SQL_HANDLE_ENV, entorno_.Get(), forma_);
+  Exige(SQLAllocHandle(SQL_HANDLE_DBC, entorno_.Get(), enlace_.Out()), SQL_HANDLE_ENV, entorno_.Get(),
+        forma_);
+  if (!EsAscii(cadena)) {
+    // The file's name has to go in the form the driver understands, which only a connection can tell.
+    const std::string driver = CadenaOdbc(cadena).Trae("DRIVER");
+    if (EsSqlite(driver)) forma_ = EnlaceOdbc("DRIVER={" + driver + "};Database=:memory:").forma_;
+  }
+  Conecta(ConAjustes(cadena));
+  try {
+    motor_ = PreguntaMotor();
+    EligeForma();
+    PreparaSesion();
+  } catch (...) {
+    SQLDisconnect(enlace_.Get());
+    throw;
+  }
+}
+
+EnlaceOdbc::~EnlaceOdbc() { SQLDisconnect(enlace_.Get()); }
+
+void EnlaceOdbc::Conecta(const std::string& cadena) {
+  SQLSMALLINT largo = 0;
+  SQLRETURN resultado;
+  if (forma_ == Forma::Utf16) {
+    const std::u16string ancha = Utf16(cadena);
+    resultado =
+        SQLDriverConnectW(enlace_.Get(), nullptr, Ancho(ancha), static_cast<SQLSMALLINT>(ancha.size()),
+                          nullptr, 0, &largo, SQL_DRIVER_NOPROMPT);
+  } else {
+    resultado =
+        SQLDriverConnect(enlace_.Get(), nullptr, Angosto(cadena), static_cast<SQLSMALLINT>(cadena.size()),
+                         nullptr, 0, &largo, SQL_DRIVER_NOPROMPT);
+  }
+  Exige(resultado, SQL_HANDLE_DBC, enlace_.Get(), forma_);
+}
+
+Motor EnlaceOdbc::PreguntaMotor() const {
+  std::array<char16_t, 128> nombre{};
+  SQLSMALLINT bytes = 0;
+  Exige(SQLGetInfoW(enlace_.Get(), SQL_DBMS_NAME, nombre.data(), sizeof nombre, &bytes), SQL_HANDLE_DBC,
+        enlace_.Get(), Forma::Utf16);
+  const std::string motor = Utf8(nombre.data());
+  if (EsSqlite(motor)) return Motor::Sqlite;
+  if (IgualSinCaso(motor, "MariaDB") || IgualSinCaso(motor, "MySQL")) return Motor::MariaDb;
+  throw HostError("El motor de base de datos \"" + motor + "\" no está admitido: use SQLite o MariaDB.");
+}
+
+bool EnlaceOdbc::Conserva(Forma forma) const {
+  try {
+    Sentencia sentencia(enlace_.Get(), Motor::Sqlite, forma);
+    const Resultado leido = sentencia.Lee("SELECT hex('é€')");
+    return leido.celdas.size() == 1 && ATexto(leido.celdas[0]) == "C3A9E282AC";
+  } catch (const HostError&) {
+    return false;
+  }
+}
+
+void EnlaceOdbc::EligeForma() {
+  if (motor_ != Motor::Sqlite) return;
+  // SQLite's driver comes with and without the W functions.
+  for (const Forma forma : {Forma::Utf16, Forma::Utf8}) {
+    if (!Conserva(forma)) continue;
+    forma_ = forma;
+    return;
+  }
+  throw HostError("El controlador ODBC de SQLite no conserva los acentos.");
+}
+
+void EnlaceOdbc::PreparaSesion() {
+  Sentencia sentencia(enlace_.Get(), motor_, forma_);
+  if (motor_ == Motor::MariaDb) {
+    // How texts are quoted must not depend on the server's settings.
+    sentencia.Corre(
+        "SET SESSION sql_mode='STRICT_TRANS_TABLES,ERROR_FOR_DIVISION_BY_ZERO,NO_ENGINE_SUBSTITUTION'");
+    return;
+  }
+  sentencia.Lee("PRAGMA busy_timeout=10000");
+  sentencia.Corre("PRAGMA foreign_keys=ON");
+  const Resultado archivos = sentencia.Lee("PRAGMA database_list");
+  const bool en_memoria = archivos.celdas.size() < 3 || ATexto(archivos.celdas[2]).empty();
+  if (en_memoria) return;
+  sentencia.Lee("PRAGMA journal_mode=WAL");
+  sentencia.Corre("PRAGMA synchronous=FULL");
+}
+
+}  // namespace zuvi::host

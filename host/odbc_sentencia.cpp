@@ -1,0 +1,268 @@
+#include "host/odbc_sentencia.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
+#include <optional>
+
+#include "base/text.h"
+
+namespace zuvi::host {
+namespace {
+
+/// Bytes bound for one cell; a longer text is fetched apart.
+constexpr std::size_t kCelda = 512;
+
+std::u16string_view AnchoDe(const char* bytes, std::size_t cuantos) {
+  return {reinterpret_cast<const char16_t*>(bytes), cuantos / sizeof(char16_t)};
+}
+
+template <class Numero>
+std::optional<Numero> NumeroEntero(std::string_view texto) {
+  Numero numero{};
+  const auto [fin, error] = std::from_chars(texto.data(), texto.data() + texto.size(), numero);
+  if (error != std::errc() || fin != texto.data() + texto.size()) return std::nullopt;
+  return numero;
+}
+
+template <class Entero>
+bool Cabe(std::int64_t numero) {
+  return numero >= std::numeric_limits<Entero>::min() && numero <= std::numeric_limits<Entero>::max();
+}
+
+/// The smallest kind that holds it, but no smaller than the column's.
+Value ValorEntero(std::int64_t numero, Clase clase) {
+  if (clase == Clase::EnteroCorto && Cabe<std::int16_t>(numero)) return static_cast<std::int16_t>(numero);
+  if (Cabe<std::int32_t>(numero)) return static_cast<std::int32_t>(numero);
+  return static_cast<double>(numero);
+}
+
+/// What cannot be read as the column's kind stays text, as the database holds it.
+Value ValorDe(std::string_view texto, Clase clase) {
+  switch (clase) {
+    case Clase::Entero:
+    case Clase::EnteroCorto:
+      if (const auto entero = NumeroEntero<std::int64_t>(texto)) return ValorEntero(*entero, clase);
+      // A bit field comes as the byte itself.
+      if (texto.size() == 1 && texto[0] >= 0 && texto[0] <= 1) return static_cast<std::int16_t>(texto[0]);
+      [[fallthrough]];
+    case Clase::Real:
+      if (const auto real = NumeroEntero<double>(texto)) return *real;
+      return texto;
+    case Clase::Fecha:
+      try {
+        return Fecha::DesdeTexto(texto);
+      } catch (const HostError&) {
+        return texto;
+      }
+    case Clase::Texto:
+    case Clase::TextoLargo:
+      break;
+  }
+  return texto;
+}
+
+}  // namespace
+
+/// Closes the cursor whichever way a statement ends; the bound columns stay.
+class Sentencia::Cierre {
+ public:
+  explicit Cierre(Sentencia& sentencia) : handle_(sentencia.handle_.Get()) {}
+  Cierre(const Cierre&) = delete;
+  Cierre& operator=(const Cierre&) = delete;
+  ~Cierre() { SQLFreeStmt(handle_, SQL_CLOSE); }
+
+ private:
+  SQLHANDLE handle_;
+};
+
+Sentencia::Sentencia(SQLHANDLE enlace, Motor motor, Forma forma) : motor_(motor), forma_(forma) {
+  host::Exige(SQLAllocHandle(SQL_HANDLE_STMT, enlace, handle_.Out()), SQL_HANDLE_DBC, enlace, forma);
+}
+
+std::int64_t Sentencia::Corre(std::string_view sql) {
+  const Cierre cierre(*this);
+  return Ejecuta(sql) ? Tocadas() : 0;
+}
+
+Resultado Sentencia::Lee(std::string_view sql, std::int64_t* tocadas) {
+  const Cierre cierre(*this);
+  const bool alguna = Ejecuta(sql);
+  SQLSMALLINT cuantas = 0;
+  Exige(SQLNumResultCols(handle_.Get(), &cuantas));
+  if (tocadas) *tocadas = alguna && cuantas == 0 ? Tocadas() : 0;
+  Resultado resultado;
+  if (cuantas == 0) return resultado;
+
+  const auto columnas = static_cast<std::size_t>(cuantas);
+  Liga(columnas);
+  bool mas = SQL_NO_DATA != [&] {
+    const SQLRETURN r = SQLFetch(handle_.Get());
+    Exige(r);
+    return r;
+  }();
+  // An expression's type in SQLite is that of its first row.
+  resultado.columnas = Describe(columnas);
+  while (mas) {
+    for (std::size_t i = 0; i < columnas; ++i)
+      resultado.celdas.push_back(Celda(i, (*resultado.columnas)[i].clase));
+    const SQLRETURN r = SQLFetch(handle_.Get());
+    Exige(r);
+    mas = r != SQL_NO_DATA;
+  }
+  return resultado;
+}
+
+bool Sentencia::Ejecuta(std::string_view sql) {
+  SQLRETURN resultado;
+  if (forma_ == Forma::Utf16) {
+    const std::u16string ancha = Utf16(sql);
+    resultado = SQLExecDirectW(handle_.Get(), Ancho(ancha), static_cast<SQLINTEGER>(ancha.size()));
+  } else {
+    resultado = SQLExecDirect(handle_.Get(), Angosto(sql), static_cast<SQLINTEGER>(sql.size()));
+  }
+  Exige(resultado);
+  return resultado != SQL_NO_DATA;
+}
+
+std::int64_t Sentencia::Tocadas() const {
+  SQLLEN filas = 0;
+  Exige(SQLRowCount(handle_.Get(), &filas));
+  return std::max<std::int64_t>(filas, 0);
+}
+
+std::shared_ptr<const Columnas> Sentencia::Describe(std::size_t cuantas) {
+  std::array<char, 512> nombre{};
+  const bool ancho = forma_ == Forma::Utf16;
+  std::vector<std::pair<std::size_t, Clase>> nuevas;
+  figura_.clear();
+  for (std::size_t i = 0; i < cuantas; ++i) {
+    const auto numero = static_cast<SQLUSMALLINT>(i + 1);
+    SQLSMALLINT largo = 0, tipo = 0, decimales = 0, nulos = 0;
+    SQLULEN medida = 0;
+    if (ancho) {
+      Exige(SQLDescribeColW(handle_.Get(), numero, reinterpret_cast<SQLWCHAR*>(nombre.data()),
+                            static_cast<SQLSMALLINT>(nombre.size() / sizeof(char16_t)), &largo, &tipo,
+                            &medida, &decimales, &nulos));
+      largo = static_cast<SQLSMALLINT>(largo * SQLSMALLINT{sizeof(char16_t)});
+    } else {
+      Exige(SQLDescribeCol(handle_.Get(), numero, reinterpret_cast<SQLCHAR*>(nombre.data()),
+                           static_cast<SQLSMALLINT>(nombre.size()), &largo, &tipo, &medida, &decimales,
+                           &nulos));
+    }
+    const std::size_t unidad = ancho ? sizeof(char16_t) : 1;
+    const std::size_t bytes =
+        std::min(static_cast<std::size_t>(std::max<SQLSMALLINT>(largo, 0)), nombre.size() - unidad);
+    figura_ += static_cast<char>('0' + static_cast<int>(ClaseDe(numero, tipo)));
+    figura_.append(reinterpret_cast<const char*>(&bytes), sizeof bytes);
+    figura_.append(nombre.data(), bytes);
+  }
+  const auto conocida = figuras_.find(figura_);
+  if (conocida != figuras_.end()) return conocida->second;
+
+  auto columnas = std::make_shared<Columnas>();
+  for (std::size_t i = 0; i < figura_.size();) {
+    std::size_t bytes = 0;
+    Columna columna;
+    columna.clase = static_cast<Clase>(figura_[i] - '0');
+    std::copy_n(figura_.data() + i + 1, sizeof bytes, reinterpret_cast<char*>(&bytes));
+    const char* texto = figura_.data() + i + 1 + sizeof bytes;
+    if (ancho) {
+      std::u16string copia(bytes / sizeof(char16_t), u' ');
+      std::copy_n(texto, bytes, reinterpret_cast<char*>(copia.data()));
+      columna.nombre = Utf8(copia);
+    } else {
+      columna.nombre.assign(texto, bytes);
+    }
+    columnas->push_back(std::move(columna));
+    i += 1 + sizeof bytes + bytes;
+  }
+  if (figuras_.size() >= 256) figuras_.clear();
+  figuras_.emplace(figura_, columnas);
+  return columnas;
+}
+
+Clase Sentencia::ClaseDe(SQLUSMALLINT columna, SQLSMALLINT tipo) const {
+  switch (tipo) {
+    case SQL_BIT:
+    case SQL_TINYINT:
+    case SQL_SMALLINT:
+      return Clase::EnteroCorto;
+    case SQL_INTEGER:
+    case SQL_BIGINT:
+      return Clase::Entero;
+    case SQL_DECIMAL:
+    case SQL_NUMERIC:
+    case SQL_REAL:
+    case SQL_FLOAT:
+    case SQL_DOUBLE:
+      return Clase::Real;
+    case SQL_TYPE_DATE:
+    case SQL_TYPE_TIMESTAMP:
+      return Clase::Fecha;
+    case SQL_LONGVARCHAR:
+    case SQL_WLONGVARCHAR:
+      return Clase::TextoLargo;
+    default:
+      break;
+  }
+  if (motor_ == Motor::Sqlite) {
+    // Its driver takes DECIMAL for a text.
+    std::array<SQLCHAR, 16> declarado{};
+    SQLSMALLINT bytes = 0;
+    Exige(SQLColAttribute(handle_.Get(), columna, SQL_DESC_TYPE_NAME, declarado.data(),
+                          static_cast<SQLSMALLINT>(declarado.size()), &bytes, nullptr));
+    if (IgualSinCaso(std::string_view(reinterpret_cast<const char*>(declarado.data())).substr(0, 3), "dec"))
+      return Clase::Real;
+  }
+  return Clase::Texto;
+}
+
+void Sentencia::Liga(std::size_t columnas) {
+  if (columnas <= ligadas_) return;
+  const std::size_t nuevas = std::max<std::size_t>(columnas, 16);
+  Exige(SQLFreeStmt(handle_.Get(), SQL_UNBIND));
+  ligadas_ = 0;
+  celdas_.assign(nuevas * kCelda, 0);
+  largos_.assign(nuevas, 0);
+  const SQLSMALLINT tipo = forma_ == Forma::Utf16 ? SQL_C_WCHAR : SQL_C_CHAR;
+  for (std::size_t i = 0; i < nuevas; ++i)
+    Exige(SQLBindCol(handle_.Get(), static_cast<SQLUSMALLINT>(i + 1), tipo, celdas_.data() + i * kCelda,
+                     kCelda, &largos_[i]));
+  ligadas_ = nuevas;
+}
+
+Value Sentencia::Celda(std::size_t columna, Clase clase) {
+  const SQLLEN largo = largos_[columna];
+  if (largo == SQL_NULL_DATA) return Null{};
+  const std::size_t unidad = forma_ == Forma::Utf16 ? sizeof(char16_t) : 1;
+  if (largo < 0 || static_cast<std::size_t>(largo) > kCelda - unidad) return ValorDe(Entera(columna), clase);
+  const char* bytes = celdas_.data() + columna * kCelda;
+  const auto cuantos = static_cast<std::size_t>(largo);
+  if (forma_ == Forma::Utf8) return ValorDe({bytes, cuantos}, clase);
+  texto_ = Utf8(AnchoDe(bytes, cuantos));
+  return ValorDe(texto_, clase);
+}
+
+std::string_view Sentencia::Entera(std::size_t columna) {
+  const bool ancho = forma_ == Forma::Utf16;
+  const std::size_t unidad = ancho ? sizeof(char16_t) : 1;
+  std::string bytes;
+  std::string trozo(64 * 1024, '\0');
+  for (;;) {
+    SQLLEN largo = 0;
+    const SQLRETURN r =
+        SQLGetData(handle_.Get(), static_cast<SQLUSMALLINT>(columna + 1), ancho ? SQL_C_WCHAR : SQL_C_CHAR,
+                   trozo.data(), static_cast<SQLLEN>(trozo.size()), &largo);
+    Exige(r);
+    if (r == SQL_NO_DATA) break;
+    const std::size_t lleno = trozo.size() - unidad;
+    bytes.append(trozo, 0, largo < 0 ? lleno : std::min(static_cast<std::size_t>(largo), lleno));
+    if (r == SQL_SUCCESS) break;
+  }
+  texto_ = ancho ? Utf8(AnchoDe(bytes.data(), bytes.size())) : std::move(bytes);
+  return texto_;
+}
+
+}  // namespace zuvi::host

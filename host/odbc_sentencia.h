@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "host/odbc_api.h"
+#include "host/recordset_memoria.h"
+
+namespace zuvi::host {
+
+/// The one statement handle of a connection. Every cell is fetched as text, into buffers that are bound once
+/// for all statements, and made a value by the kind of its column: SQLite keeps any value in any column.
+class Sentencia {
+ public:
+  Sentencia(SQLHANDLE enlace, Motor motor, Forma forma);
+  Sentencia(const Sentencia&) = delete;
+  Sentencia& operator=(const Sentencia&) = delete;
+
+  /// Runs a statement and drops its rows, if it gives any; returns the number of rows it touched.
+  std::int64_t Corre(std::string_view sql);
+  /// Runs a statement and reads its rows; without columns when the statement gives none. `tocadas` is set to
+  /// the rows touched.
+  Resultado Lee(std::string_view sql, std::int64_t* tocadas = nullptr);
+
+ private:
+  class Cierre;
+  void Exige(SQLRETURN resultado) const { host::Exige(resultado, SQL_HANDLE_STMT, handle_.Get(), forma_); }
+  /// False when no row was touched or found.
+  bool Ejecuta(std::string_view sql);
+  std::int64_t Tocadas() const;
+  std::shared_ptr<const Columnas> Describe(std::size_t cuantas);
+  Clase ClaseDe(SQLUSMALLINT columna, SQLSMALLINT tipo) const;
+  void Liga(std::size_t columnas);
+  Value Celda(std::size_t columna, Clase clase);
+  std::string_view Entera(std::size_t columna);
+
+  OdbcHandle<SQL_HANDLE_STMT> handle_;
+  Motor motor_;
+  Forma forma_;
+  std::size_t ligadas_ = 0;
+  std::vector<char> celdas_;
+  std::vector<SQLLEN> largos_;
+  std::string texto_;  // the cell being read, in UTF-8
+  std::string figura_;
+  // Shapes seen before: types and names as the driver gave them.
+  std::unordered_map<std::string, std::shared_ptr<const Columnas>> figuras_;
+};
+
+}  // namespace zuvi::host
