@@ -32,7 +32,8 @@ void Produccion::PonAmbiente(ObjectPtr ambiente) {
 
 Produccion::Sesion Produccion::AbreSesion() {
   if (!servicio_) throw HostError(ErrorNumber::ObjectNotSet);
-  Sesion sesion{servicio_, servicio_->TraeConexion()};
+  Sesion sesion{shared_from_this(), servicio_, nullptr};
+  sesion.conexion = sesion.ambiente->TraeConexion();
   modulo_.Datos();
   return sesion;
 }

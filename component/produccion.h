@@ -46,8 +46,10 @@ class Produccion : public Object {
   const MemberTable* Members() const override;
 
  private:
-  /// What every method starts with: the environment and its open connection.
+  /// What every method starts with: the environment and its open connection. It keeps this object alive, as
+  /// a host may let go of it during any call.
   struct Sesion {
+    ObjectPtr yo;
     std::shared_ptr<Ambiente> ambiente;
     std::shared_ptr<Conexion> conexion;
   };

@@ -1,0 +1,182 @@
+// Delivery and cancellation of orders: both end silently, whatever happens.
+#include <gtest/gtest.h>
+
+#include "tests/support/taller.h"
+
+namespace zuvi::pruebas {
+namespace {
+
+class Ordenes : public testing::TestWithParam<bool> {
+ protected:
+  Ordenes() { t.PonMesa(); }
+  /// What the delivery of order 7 logged, without the inside of the assemblies.
+  std::string Entrega() {
+    t.mundo.bitacora.clear();
+    t.prod->EntregaProductoTerminado(7);
+    std::string texto = "\n";
+    bool dentro = false;
+    for (const auto& linea : t.mundo.bitacora) {
+      if (!dentro || linea == "}") texto += linea + "\n";
+      dentro = linea.starts_with("{") || (dentro && linea != "}");
+    }
+    return texto;
+  }
+  Taller t{GetParam()};
+};
+INSTANTIATE_TEST_SUITE_P(Anfitrion, Ordenes, testing::Bool(),
+                         [](const auto& info) { return info.param ? "PorNombre" : "Directo"; });
+
+TEST_P(Ordenes, LaEntregaEnsamblaCadaLineaYTermina) {
+  // Half quantities go to the even neighbour; texts are numbers too.
+  t.PonOrden("7", "PE", {{"MESA", 2.5}, {"MESA", 3.5}, {"NADA", "4"}}, 3);
+  EXPECT_EQ(Entrega(), R"(
+Ambiente.Conexion()
+Crea(ZuviQuery.AccesoDatos)
+Consulta(SELECT COUNT( * ) FROM oppart WHERE op = 7)
+Consulta(SELECT oppart.articulo, oppart.cantidad, op.almacen FROM oppart INNER JOIN op USING(op) WHERE op.op = 7)
+Crea(ZuviQuery.VentanaProgreso)
+RutaAplicacion()
+Inicia(3, Entregando producto terminado, C:\Tienda\Images\Gears.Avi)
+Avanza(1, Procesando: MESA, )
+{ Ensamble MESA 9 2 7
+}
+Avanza(2, Procesando: MESA, )
+{ Ensamble MESA 9 4 7
+}
+Avanza(3, Procesando: NADA, )
+{ Ensamble NADA 9 4 7
+}
+EjecutaSQL(UPDATE oppart SET terminado = cantidad WHERE op = 7)
+Cierra()
+)");
+  EXPECT_EQ(t.Lineas("Documento 2.Aplica").size(), 3u);
+  EXPECT_TRUE(t.escritorio.Avisos().empty());
+}
+
+TEST_P(Ordenes, SinLineasSoloSeMarcaYSeCierra) {
+  t.PonOrden("7", "PE", {}, 0);
+  EXPECT_EQ(Entrega(), R"(
+Ambiente.Conexion()
+Crea(ZuviQuery.AccesoDatos)
+Consulta(SELECT COUNT( * ) FROM oppart WHERE op = 7)
+Consulta(SELECT oppart.articulo, oppart.cantidad, op.almacen FROM oppart INNER JOIN op USING(op) WHERE op.op = 7)
+EjecutaSQL(UPDATE oppart SET terminado = cantidad WHERE op = 7)
+Crea(ZuviQuery.VentanaProgreso)
+Cierra()
+)");
+}
+
+TEST_P(Ordenes, UnEnsambleQueFallaNoDetieneLaEntrega) {
+  t.PonKit("SILLA", 1.0, {{"PATA", 4, 3}, {"FALTA", 1, 3}});
+  t.PonOrden("7", "PE", {{"SILLA", 1.0}, {"MESA", 1.0}}, 2);
+  const std::string log = Entrega();
+  EXPECT_EQ(t.escritorio.Avisos().size(), 1u);
+  EXPECT_TRUE(t.escritorio.Avisos().at(0).starts_with(Reporte("Ensamble", "")));
+  EXPECT_EQ(t.Lineas("Documento 1.Aplica").size(), 1u);
+  EXPECT_EQ(t.Lineas("Documento 2.Aplica").size(), 3u);
+  EXPECT_TRUE(log.ends_with("Cierra()\n"));
+}
+
+TEST_P(Ordenes, UnaEntregaQueFallaCallaYNoMarca) {
+  struct Caso {
+    const char* nombre;
+    Value cuenta, articulo, cantidad;
+    std::size_t ensambles;
+  };
+  const Caso casos[] = {{"cuenta desbordada", 2147483647.5, "MESA", 1.0, 0},
+                        {"cuenta nula", Null{}, "MESA", 1.0, 0},
+                        {"cantidad desbordada", 2, "MESA", 3e9, 1},
+                        {"cantidad nula", 2, "MESA", Null{}, 1},
+                        {"artículo nulo", 2, Null{}, 1.0, 1}};
+  for (const auto& caso : casos) {
+    SCOPED_TRACE(caso.nombre);
+    t.PonOrden("7", "PE", {{"MESA", 1.0}, {caso.articulo, caso.cantidad}}, caso.cuenta);
+    Entrega();
+    EXPECT_EQ(t.Lineas("{").size(), caso.ensambles);
+    EXPECT_TRUE(t.Lineas("EjecutaSQL").empty());
+    EXPECT_TRUE(t.Lineas("Cierra()").empty());
+  }
+  t.prod->PonAmbiente(nullptr);
+  EXPECT_EQ(Entrega(), "\n");
+  EXPECT_TRUE(t.escritorio.Avisos().empty());
+}
+
+constexpr const char* kCerrar =
+    "Pregunta(Esta orden de producción ya fue confirmada, Desea cerrar esta order de producción, 2)";
+constexpr const char* kPregunta = "Pregunta(mensaje 757, 2)";
+
+struct Cancelacion {
+  const char* nombre;
+  Value estado;
+  std::deque<bool> respuestas;
+  std::vector<std::string> acciones;
+  bool resultado;
+};
+
+TEST_P(Ordenes, CancelarBorraOCierraSegunElEstado) {
+  const std::string borra_op = "EjecutaSQL(DELETE FROM op WHERE op = -12)";
+  const std::string borra_lineas = "EjecutaSQL(DELETE FROM oppart WHERE op = -12)";
+  const std::string cierra = "EjecutaSQL(UPDATE op SET cerrado = 1 WHERE op = -12)";
+  const std::string op = "Consulta(SELECT * FROM op WHERE op = -12)";
+  const std::string lineas = "Consulta(SELECT * FROM oppart WHERE op = -12)";
+  const Cancelacion casos[] = {
+      {"dice que no", "PE", {false}, {kPregunta}, false},
+      {"pendiente", "PE", {true}, {kPregunta, op, lineas, borra_op, borra_lineas}, true},
+      {"estado nulo", Null{}, {true}, {kPregunta, op, lineas, borra_op, borra_lineas}, true},
+      {"otra caja", "co", {true}, {kPregunta, op, lineas, borra_op, borra_lineas}, true},
+      {"blanco al final", "CO ", {true}, {kPregunta, op, lineas, borra_op, borra_lineas}, true},
+      {"confirmada, sí", "CO", {true, true}, {kPregunta, op, lineas, kCerrar, cierra}, true},
+      {"confirmada, no", "CO", {true, false}, {kPregunta, op, lineas, kCerrar}, false},
+  };
+  for (const auto& caso : casos) {
+    SCOPED_TRACE(caso.nombre);
+    t.PonOrden("-12", caso.estado, {}, 0);
+    t.mundo.respuestas = caso.respuestas;
+    t.mundo.bitacora.clear();
+    EXPECT_EQ(t.prod->CancelaOp(-12), caso.resultado);
+    std::erase_if(t.mundo.bitacora, [](const std::string& l) {
+      return l.starts_with("Crea") || l.starts_with("Ambiente.") || l == "TraeMensaje(757, Ambiente)";
+    });
+    EXPECT_EQ(t.mundo.bitacora, caso.acciones);
+  }
+}
+
+TEST_P(Ordenes, CancelarLoQueNoExisteOFallaDevuelveFalsoEnSilencio) {
+  t.mundo.respuestas = {true};
+  EXPECT_FALSE(t.prod->CancelaOp(99));
+  EXPECT_EQ(t.Lineas("Consulta").size(), 2u);
+  EXPECT_TRUE(t.Lineas("EjecutaSQL").empty());
+
+  // The header goes first: when the lines cannot be deleted they are left without it.
+  t.PonOrden("12", "PE", {}, 0);
+  t.mundo.respuestas = {true};
+  t.mundo.gancho = [](const std::string& linea) {
+    if (linea.find("DELETE FROM oppart") != std::string::npos) throw HostError("bloqueada");
+  };
+  EXPECT_FALSE(t.prod->CancelaOp(12));
+  EXPECT_EQ(t.Lineas("EjecutaSQL").size(), 2u);
+
+  t.prod->PonAmbiente(nullptr);
+  EXPECT_FALSE(t.prod->CancelaOp(12));
+  EXPECT_TRUE(t.escritorio.Avisos().empty());
+}
+
+TEST_P(Ordenes, ElComponenteSirvePorNombreComoPorTipo) {
+  t.PonOrden("7", "PE", {{"MESA", 1.0}}, 1);
+  t.mundo.respuestas = {true};
+  std::vector<Value> args{"7"};
+  t.prod->Call("entregaproductoterminado", args);
+  EXPECT_EQ(t.Lineas("{ Ensamble"), std::vector<std::string>{"{ Ensamble MESA 9 1 7"});
+  EXPECT_EQ(t.prod->Call("CANCELAOP", args), Value(true));
+  std::vector<Value> sin_orden{"MESA", "1.5", 9.5};
+  t.prod->Call("Desensamble", sin_orden);
+  EXPECT_EQ(t.Lineas("{ Desensamble"), std::vector<std::string>{"{ Desensamble MESA 1.5 10 0"});
+  EXPECT_EQ(t.prod->Call("Ambiente"), Value(t.ambiente));
+  t.prod->Put("Ambiente", ObjectPtr());
+  EXPECT_EQ(t.prod->TraeAmbiente(), nullptr);
+  std::vector<Value> pocos{"MESA"}, muchos(5), malos{"MESA", "x", 1};
+  for (auto* mal : {&pocos, &muchos, &malos}) EXPECT_THROW(t.prod->Call("Ensamble", *mal), HostError);
+}
+
+}  // namespace
+}  // namespace zuvi::pruebas

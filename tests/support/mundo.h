@@ -1,0 +1,117 @@
+// What a memory host and its test share: the script (tables, answers, vetoes, failures) and the log of every
+// call that the component made.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/object.h"
+#include "component/services/control_procesos.h"
+
+namespace zuvi::pruebas {
+
+/// How a host call fails. The ones from `SinMiembro` on exist only for a host that is called by name.
+enum class Clase { Texto, SinTexto, SinMemoria, SinMiembro, TextoPorNumero, NumeroPorObjeto, NadaPorObjeto };
+
+/// Text of a `Clase::Texto` failure: line breaks and accents have to reach the user as they are.
+inline constexpr const char* kTextoFalla = "Se perdió la conexión\r\nañadida";
+
+/// Which call fails: the n-th that can fail in this way, alone or with all after it; 0 is none.
+struct Falla {
+  int n = 0;
+  bool persistente = false;
+  Clase clase = Clase::Texto;
+};
+
+/// Columns in their order.
+using Fila = std::vector<std::pair<std::string, Value>>;
+using Filas = std::vector<Fila>;
+
+class Mundo {
+ public:
+  // Script.
+  /// Whether host objects are given out so that they can only be called by name.
+  bool por_nombre = false;
+  /// Rows by the exact text of the statement; any other statement gives no rows.
+  std::map<std::string, Filas> tablas;
+  std::deque<bool> respuestas;
+  std::set<std::string> vetos;
+  std::function<void(PeticionProceso&)> proceso;
+  /// Host code that runs within a call, after it was logged under that line.
+  std::function<void(const std::string& linea)> gancho;
+  Falla falla;
+
+  // What happened.
+  std::vector<std::string> bitacora;
+  /// Quantities of the movement documents, to the last bit.
+  std::vector<double> cantidades;
+  int fallas_dadas = 0;
+  int documentos = 0;
+  /// Host objects alive.
+  int vivos = 0;
+
+  /// Logs "nombre(a, b, …)" and runs the hook. In a direct host this is where a call fails.
+  template <class... A>
+  void Llama(const std::string& nombre, const A&... args) {
+    if (!por_nombre) FallaDirecta();
+    Linea(nombre, {Texto(Value(args))...});
+    if (gancho) gancho(bitacora.back());
+  }
+  void Anota(std::string linea) { bitacora.push_back(std::move(linea)); }
+  /// A call that is not worth a line of the log, but can fail.
+  void LlamaCallada() {
+    if (!por_nombre) FallaDirecta();
+  }
+  /// Counts one call that can fail; true when it is to fail.
+  bool Toca();
+  /// Fails the way the script says, when that is an exception.
+  void Lanza() const;
+
+  std::string Bitacora() const;
+  /// How a value shows in the log; objects by their name.
+  static std::string Texto(const Value& valor);
+
+ private:
+  void FallaDirecta();
+  void Linea(const std::string& nombre, std::initializer_list<std::string> args);
+  int cuenta_ = 0;
+};
+
+/// Objects of the memory host have a name for the log and are counted.
+class ConNombre {
+ public:
+  ConNombre(Mundo& mundo, std::string nombre) : mundo_(mundo), nombre_(std::move(nombre)) { ++mundo_.vivos; }
+  ConNombre(const ConNombre&) = delete;
+  ConNombre& operator=(const ConNombre&) = delete;
+  virtual ~ConNombre() { --mundo_.vivos; }
+  const std::string& Nombre() const { return nombre_; }
+
+ protected:
+  Mundo& mundo_;
+  std::string nombre_;
+};
+
+/// A host object that is of no service type: its members can only be called by name. What it hands out is
+/// hidden in the same way. By-name failures happen here.
+class PorNombre final : public Object, public ConNombre {
+ public:
+  PorNombre(Mundo& mundo, ObjectPtr dentro) : ConNombre(mundo, "por nombre"), dentro_(std::move(dentro)) {}
+  const ObjectPtr& Dentro() const { return dentro_; }
+  std::optional<MemberId> Find(std::string_view name) override;
+  Value Read(MemberId id, std::span<Value> args, ByRef by_ref) override;
+  void Write(MemberId id, std::span<Value> args) override;
+
+ private:
+  void FallaAntes();
+  ObjectPtr dentro_;
+};
+
+/// The object in the form in which this world's host gives its objects out.
+ObjectPtr Entrega(Mundo& mundo, ObjectPtr objeto);
+
+}  // namespace zuvi::pruebas
