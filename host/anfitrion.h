@@ -3,10 +3,14 @@
 // host/win32.
 #pragma once
 
+#include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
+#include <string_view>
 
 #include "component/services/control_procesos.h"
 #include "component/services/fabrica.h"
@@ -27,7 +31,12 @@ struct Opciones {
   std::string ruta;
   /// Language of the message catalogue, "es" or "en".
   std::string idioma = "es";
+  /// Number of this station; its settings are the row of `parametros` with this key.
+  std::int32_t estacion = 1;
 };
+
+/// Sets the database of `opciones` from one text: an ODBC connection string, or the name of a SQLite file.
+void PonBase(Opciones& opciones, const std::string& base);
 
 /// One per process: what all host objects of the process share.
 class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
@@ -44,18 +53,61 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   Interaccion& Usuario() { return *interaccion_; }
   void PonInteraccion(std::unique_ptr<Interaccion> interaccion) { interaccion_ = std::move(interaccion); }
   Traza& TraeTraza() { return traza_; }
+  /// Appends the trace to a file from now on; an empty name ends that.
+  void TrazaEnArchivo(const std::string& ruta);
+  /// Notes a call of a host operation in the trace.
+  template <class... A>
+  void Llamada(const char* operacion, const A&... argumentos) const {
+    if (traza_.Activa()) AnotaLlamada(operacion, {Value(argumentos)...});
+  }
+
+  /// Shows a message; asks. Both are noted in the trace and kept for `TomaRegistro`.
+  void Mensaje(const std::string& texto, EstiloMensaje estilo);
+  bool Pregunta(const std::string& texto);
+  /// Messages and questions since the last call, one a line, a question with its answer; the newest 1,000.
+  std::string TomaRegistro();
+
+  /// A method of the module has begun. An earlier cancellation is settled, unless work is still going on
+  /// behind an open progress display.
+  void NuevaOperacion();
+  /// Throws HostError once the user wants running work to end.
+  void ExigeNoCancelado();
+  /// Opens the user's progress display. `Cancelado` keeps its answer while one is open.
+  std::unique_ptr<Progreso> AbreProgreso(std::int32_t total, const std::string& titulo,
+                                         const std::string& animacion);
 
   /// Attaches a hook to a process key; it runs when the module starts that process and may veto or replace.
   /// Keys without a hook let the module's own action go ahead.
   void PonGancho(const std::string& clave, Gancho gancho) { ganchos_[clave] = std::move(gancho); }
+  void QuitaGancho(const std::string& clave) { ganchos_.erase(clave); }
   const Gancho* TraeGancho(const std::string& clave) const;
+  /// Whether table `procesos` forbids a key; read when the connection is opened.
+  bool Vetada(const std::string& clave);
+
+  /// The main window, which gets the focus back when a window of the module closes; null without windows.
+  const ObjectPtr& VentanaPrincipal() const { return ventana_principal_; }
+  void PonVentanaPrincipal(ObjectPtr ventana) { ventana_principal_ = std::move(ventana); }
+
+  /// Number for a new movement, unique among all stations. Taken in blocks, so that a movement costs no
+  /// further statement; what is left of a block at the end is lost.
+  std::int32_t NumeroDeMovimiento();
 
  private:
+  void AnotaLlamada(const char* operacion, std::initializer_list<Value> argumentos) const;
+  void Registra(std::string linea);
+
   Opciones opciones_;
   std::unique_ptr<Interaccion> interaccion_;
   Traza traza_;
+  std::size_t traza_en_archivo_ = 0;
   std::shared_ptr<BaseDatos> base_;
   std::map<std::string, Gancho> ganchos_;
+  std::set<std::string> vetadas_;
+  ObjectPtr ventana_principal_;
+  std::deque<std::string> registro_;
+  std::shared_ptr<int> progresos_ = std::make_shared<int>(0);
+  std::int32_t siguiente_movimiento_ = 0;
+  std::int32_t fin_de_bloque_ = 0;
 };
 
 /// Makes the host's objects by programmatic name ("ZuviEnviroment.Ambiente", "ZuviQuery.AccesoDatos", …,

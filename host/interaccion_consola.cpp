@@ -44,13 +44,14 @@ class BarraDeConsola final : public Progreso {
   }
   void Avanza(std::int32_t paso, const std::string& texto, const std::string& texto2) override {
     constexpr std::int64_t kAncho = 20;
-    const auto llenos =
-        static_cast<std::size_t>(std::clamp<std::int64_t>(kAncho * paso / total_, 0, kAncho));
+    const auto llenos = static_cast<std::size_t>(std::clamp<std::int64_t>(kAncho * paso / total_, 0, kAncho));
     std::cerr << (terminal_ ? "\r\033[K[" : "[") << std::string(llenos, '#')
               << std::string(kAncho - llenos, '.') << "] " << paso << '/' << total_ << "  " << texto;
     if (!texto2.empty()) std::cerr << "  " << texto2;
-    if (terminal_) std::cerr << std::flush;
-    else std::cerr << '\n';
+    if (terminal_)
+      std::cerr << std::flush;
+    else
+      std::cerr << '\n';
     pintada_ = true;
   }
 

@@ -10,11 +10,16 @@ namespace zuvi::host {
 
 const char* NombreDe(Suceso suceso) {
   switch (suceso) {
-    case Suceso::Sentencia: return "sentencia";
-    case Suceso::Llamada: return "llamada";
-    case Suceso::Mensaje: return "mensaje";
-    case Suceso::Pregunta: return "pregunta";
-    case Suceso::Bitacora: return "bitacora";
+    case Suceso::Sentencia:
+      return "sentencia";
+    case Suceso::Llamada:
+      return "llamada";
+    case Suceso::Mensaje:
+      return "mensaje";
+    case Suceso::Pregunta:
+      return "pregunta";
+    case Suceso::Bitacora:
+      return "bitacora";
   }
   return "";
 }
@@ -28,8 +33,10 @@ Traza::Oyente OyenteDeArchivo(const std::string& ruta) {
     linea += '\t';
     for (const char c : texto) {
       if (c == '\r') continue;
-      if (c == '\n') linea += "\\n";
-      else linea += c;
+      if (c == '\n')
+        linea += "\\n";
+      else
+        linea += c;
     }
     linea += '\n';
     *archivo << linea << std::flush;

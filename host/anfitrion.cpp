@@ -1,0 +1,166 @@
+#include "host/anfitrion.h"
+
+#include "base/text.h"
+#include "host/acceso_datos_host.h"
+#include "host/ambiente_host.h"
+#include "host/constructor_sql_host.h"
+#include "host/control_procesos_host.h"
+#include "host/documento_inventario_host.h"
+#include "host/esquema.h"
+#include "host/folios.h"
+#include "host/ventanas_host.h"
+
+namespace zuvi::host {
+namespace {
+
+std::string CadenaDe(const Opciones& opciones) {
+  if (!opciones.cadena.empty()) return opciones.cadena;
+  if (opciones.archivo.empty()) throw HostError("No se ha indicado la base de datos");
+  return "DRIVER={SQLite3};Database=" + opciones.archivo;
+}
+
+/// Counts itself among the open progress displays.
+class ProgresoContado final : public Progreso {
+ public:
+  ProgresoContado(std::unique_ptr<Progreso> progreso, std::shared_ptr<int> abiertos)
+      : progreso_(std::move(progreso)), abiertos_(std::move(abiertos)) {
+    ++*abiertos_;
+  }
+  ~ProgresoContado() override { --*abiertos_; }
+  void Avanza(std::int32_t paso, const std::string& texto, const std::string& texto2) override {
+    progreso_->Avanza(paso, texto, texto2);
+  }
+
+ private:
+  std::unique_ptr<Progreso> progreso_;
+  std::shared_ptr<int> abiertos_;
+};
+
+}  // namespace
+
+void PonBase(Opciones& opciones, const std::string& base) {
+  const std::string minusculas = Minusculas(Recorta(base));
+  const bool cadena = minusculas.starts_with("driver=") || minusculas.starts_with("dsn=") ||
+                      minusculas.starts_with("filedsn=");
+  opciones.cadena = cadena ? base : "";
+  opciones.archivo = cadena ? "" : base;
+}
+
+Anfitrion::Anfitrion(Opciones opciones, std::unique_ptr<Interaccion> interaccion)
+    : opciones_(std::move(opciones)), interaccion_(std::move(interaccion)) {}
+
+void Anfitrion::PonOpciones(Opciones opciones) {
+  const bool otra_base = opciones.cadena != opciones_.cadena || opciones.archivo != opciones_.archivo;
+  opciones_ = std::move(opciones);
+  if (!otra_base || !base_) return;
+  const auto anterior = std::exchange(base_, nullptr);
+  vetadas_.clear();
+  siguiente_movimiento_ = fin_de_bloque_ = 0;
+  anterior->Cierra();
+}
+
+const std::shared_ptr<BaseDatos>& Anfitrion::Base() {
+  if (base_) return base_;
+  const auto base = BaseDatos::Abre(CadenaDe(opciones_), traza_);
+  PreparaEsquema(*base);
+  // Read once: a veto must not cost a statement per operation.
+  std::set<std::string> vetadas;
+  for (const auto filas = base->Consulta("SELECT clave FROM procesos WHERE vetado <> 0"); !filas->Eof();
+       filas->MoveNext())
+    vetadas.insert(ATexto(filas->Campo(0)));
+  vetadas_ = std::move(vetadas);
+  base_ = base;
+  return base_;
+}
+
+void Anfitrion::TrazaEnArchivo(const std::string& ruta) {
+  if (traza_en_archivo_ != 0) traza_.Deja(std::exchange(traza_en_archivo_, 0));
+  if (!ruta.empty()) traza_en_archivo_ = traza_.Escucha(OyenteDeArchivo(ruta));
+}
+
+void Anfitrion::AnotaLlamada(const char* operacion, std::initializer_list<Value> argumentos) const {
+  std::string texto = operacion;
+  char separador = ' ';
+  for (const Value& argumento : argumentos) {
+    texto += separador;
+    texto += argumento.IsNull() ? "Null" : ATexto(argumento);
+    separador = ',';
+  }
+  traza_.Anota(Suceso::Llamada, texto);
+}
+
+void Anfitrion::Registra(std::string linea) {
+  constexpr std::size_t kMaximo = 1000;
+  if (registro_.size() == kMaximo) registro_.pop_front();
+  registro_.push_back(std::move(linea));
+}
+
+void Anfitrion::Mensaje(const std::string& texto, EstiloMensaje estilo) {
+  traza_.Anota(Suceso::Mensaje, texto);
+  Registra(texto);
+  interaccion_->Mensaje(texto, estilo);
+}
+
+bool Anfitrion::Pregunta(const std::string& texto) {
+  const bool respuesta = interaccion_->Pregunta(texto);
+  const std::string linea = texto + (respuesta ? " -> si" : " -> no");
+  traza_.Anota(Suceso::Pregunta, linea);
+  Registra(linea);
+  return respuesta;
+}
+
+std::string Anfitrion::TomaRegistro() {
+  std::string texto;
+  for (const std::string& linea : std::exchange(registro_, {})) texto += linea + "\n";
+  return texto;
+}
+
+void Anfitrion::NuevaOperacion() {
+  if (*progresos_ == 0) interaccion_->NuevaOperacion();
+}
+
+void Anfitrion::ExigeNoCancelado() {
+  if (interaccion_->Cancelado()) throw HostError("Operación cancelada por el usuario");
+}
+
+std::unique_ptr<Progreso> Anfitrion::AbreProgreso(std::int32_t total, const std::string& titulo,
+                                                  const std::string& animacion) {
+  return std::make_unique<ProgresoContado>(interaccion_->AbreProgreso(total, titulo, animacion), progresos_);
+}
+
+const Anfitrion::Gancho* Anfitrion::TraeGancho(const std::string& clave) const {
+  const auto hallado = ganchos_.find(clave);
+  return hallado == ganchos_.end() || !hallado->second ? nullptr : &hallado->second;
+}
+
+bool Anfitrion::Vetada(const std::string& clave) {
+  Base();
+  return vetadas_.contains(clave);
+}
+
+std::int32_t Anfitrion::NumeroDeMovimiento() {
+  constexpr std::int32_t kBloque = 20;
+  if (siguiente_movimiento_ == fin_de_bloque_) {
+    fin_de_bloque_ = TomaFolios(*Base(), "movimientos", kBloque);
+    siguiente_movimiento_ = fin_de_bloque_ - kBloque;
+  }
+  return ++siguiente_movimiento_;
+}
+
+ObjectPtr FabricaAnfitrion::Crea(std::string_view prog_id) {
+  if (IgualSinCaso(prog_id, Ambiente::kProgId)) return std::make_shared<AmbienteHost>(anfitrion_);
+  if (IgualSinCaso(prog_id, AccesoDatos::kProgId)) return std::make_shared<AccesoDatosHost>(anfitrion_);
+  if (IgualSinCaso(prog_id, ControlProcesos::kProgId))
+    return std::make_shared<ControlProcesosHost>(anfitrion_);
+  if (IgualSinCaso(prog_id, ConstructorSql::kProgId)) return std::make_shared<ConstructorSqlHost>(anfitrion_);
+  if (IgualSinCaso(prog_id, DocumentoInventario::kProgId))
+    return std::make_shared<DocumentoInventarioHost>(anfitrion_);
+  if (IgualSinCaso(prog_id, VentanaProgreso::kProgId))
+    return std::make_shared<VentanaProgresoHost>(anfitrion_);
+  if (IgualSinCaso(prog_id, BuscaCatalogo::kProgId)) return std::make_shared<BuscaCatalogoHost>(anfitrion_);
+  if (IgualSinCaso(prog_id, CapturaNumerica::kProgId)) return std::make_shared<CapturaNumericaHost>();
+  if (IgualSinCaso(prog_id, Recordset::kProgId)) return NuevoRecordset();
+  throw HostError("El anfitrión no tiene la clase " + std::string(prog_id), ErrorNumber::CannotCreateObject);
+}
+
+}  // namespace zuvi::host

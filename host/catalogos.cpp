@@ -1,0 +1,50 @@
+#include "host/catalogos.h"
+
+#include <array>
+
+#include "base/text.h"
+
+namespace zuvi::host {
+namespace {
+
+constexpr std::array kCatalogos{
+    Catalogo{"Articulos", "prods", "articulo", "descrip"},
+    Catalogo{"Almacenes", "almacen", "almacen", "nombre"},
+    Catalogo{"Conceptos de Op al inventario", "conceptos", "concepto", "descrip"},
+    Catalogo{"Impuestos por porcentaje", "impuestos", "impuesto", "descrip"},
+};
+
+/// The text between wildcards, with the wildcards inside it taken literally.
+std::string Patron(Motor motor, const std::string& busqueda) {
+  std::string patron = "%";
+  for (const char c : busqueda) {
+    if (c == '%' || c == '_' || c == '!') patron += '!';
+    patron += c;
+  }
+  return "UPPER(" + Literal(motor, patron + '%') + ")";
+}
+
+}  // namespace
+
+const Catalogo& CatalogoDe(std::string_view titulo) {
+  for (const Catalogo& catalogo : kCatalogos)
+    if (IgualSinCaso(catalogo.titulo, titulo)) return catalogo;
+  throw HostError("No hay un catálogo con el título \"" + std::string(titulo) + "\"");
+}
+
+std::shared_ptr<Recordset> BuscaEnCatalogo(BaseDatos& base, const Catalogo& catalogo,
+                                           const std::string& filtro, const std::string& busqueda) {
+  const std::string clave = catalogo.clave;
+  const std::string descripcion = catalogo.descripcion;
+  std::string condicion;
+  if (!Recorta(filtro).empty()) condicion = " WHERE (" + filtro + ")";
+  if (!busqueda.empty()) {
+    const std::string como = ") LIKE " + Patron(base.TraeMotor(), busqueda) + " ESCAPE '!'";
+    condicion += (condicion.empty() ? " WHERE " : " AND ") + ("(UPPER(" + clave) + como + " OR UPPER(" +
+                 descripcion + como + ")";
+  }
+  return base.Consulta("SELECT " + clave + ", " + descripcion + " FROM " + catalogo.tabla + condicion +
+                       " ORDER BY " + clave);
+}
+
+}  // namespace zuvi::host

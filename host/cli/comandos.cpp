@@ -1,0 +1,311 @@
+#include "host/cli/comandos.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <map>
+#include <span>
+
+#include "component/produccion.h"
+#include "host/anfitrion.h"
+#include "host/cli/listados.h"
+#include "host/esquema.h"
+#include "host/interaccion_consola.h"
+#include "host/ocupadas.h"
+#include "host/pila.h"
+#include "host/rutas.h"
+
+namespace zuvi::cli {
+namespace {
+
+/// Shows the component's error reports on standard error and counts them.
+class EscritorioConsola final : public Desktop {
+ public:
+  void Avisa(const std::string& text) noexcept override {
+    ++avisos_;
+    std::string limpio = text;
+    std::erase(limpio, '\r');
+    std::cerr << limpio << '\n';
+  }
+  int Avisos() const { return avisos_; }
+
+ private:
+  int avisos_ = 0;
+};
+
+std::int32_t Entero(const std::string& texto, const char* que) {
+  try {
+    const double numero = NumeroDeTexto(texto);
+    if (numero == static_cast<double>(RedondeaA32(numero))) return RedondeaA32(numero);
+  } catch (const HostError&) {
+    // Told below.
+  }
+  throw MalUso(std::string(que) + " debe ser un número entero, no \"" + texto + "\"");
+}
+
+double Real(const std::string& texto, const char* que) {
+  try {
+    return NumeroDeTexto(texto);
+  } catch (const HostError&) {
+    throw MalUso(std::string(que) + " debe ser un número con punto decimal, no \"" + texto + "\"");
+  }
+}
+
+/// One run of the program: the host with its database, and the component.
+class Sesion {
+ public:
+  explicit Sesion(const LineaDeOrdenes& linea)
+      : argumentos_(linea.argumentos), anfitrion_(NuevoAnfitrion(linea)), fabrica_(anfitrion_) {
+    anfitrion_->TraeTraza().Escucha([this](host::Suceso suceso, const std::string& texto) {
+      if (suceso == host::Suceso::Llamada && texto.starts_with("AplicaMovimiento")) ++movimientos_;
+    });
+    produccion_->PonAmbiente(fabrica_.Crea(Ambiente::kProgId));
+  }
+
+  host::BaseDatos& Base() { return *anfitrion_->Base(); }
+  host::Anfitrion& TraeAnfitrion() { return *anfitrion_; }
+  Produccion& TraeProduccion() { return *produccion_; }
+  const std::string& Texto(std::size_t i) const { return argumentos_[i]; }
+  std::size_t Cuantos() const { return argumentos_.size(); }
+  /// The order number at that place; 0 when it was left out.
+  std::int32_t Orden(std::size_t i) const {
+    return i < argumentos_.size() ? Entero(argumentos_[i], "La orden") : 0;
+  }
+  int Avisos() const { return escritorio_.Avisos(); }
+  int Movimientos() const { return movimientos_; }
+
+ private:
+  static std::shared_ptr<host::Anfitrion> NuevoAnfitrion(const LineaDeOrdenes& linea) {
+    host::Opciones opciones;
+    host::PonBase(opciones, linea.base);
+    opciones.usuario = linea.usuario;
+    opciones.idioma = linea.idioma;
+    std::error_code fallo;
+    auto carpeta = std::filesystem::absolute(host::Ruta(opciones.archivo), fallo).parent_path();
+    if (opciones.archivo.empty() || carpeta.empty()) carpeta = std::filesystem::current_path(fallo);
+    opciones.ruta = host::TextoDeRuta(carpeta);
+    auto anfitrion = std::make_shared<host::Anfitrion>(
+        std::move(opciones), std::make_unique<host::ConsolaInteraccion>(linea.respuesta));
+    anfitrion->TrazaEnArchivo(linea.traza);
+    return anfitrion;
+  }
+
+  std::vector<std::string> argumentos_;
+  std::shared_ptr<host::Anfitrion> anfitrion_;
+  host::FabricaAnfitrion fabrica_;
+  EscritorioConsola escritorio_;
+  Modulo modulo_{fabrica_, escritorio_, host::PilaCasiAgotada};
+  std::shared_ptr<Produccion> produccion_ = std::make_shared<Produccion>(modulo_);
+  int movimientos_ = 0;
+};
+
+Salida Falla(const std::string& texto) {
+  std::cerr << texto << '\n';
+  return Salida::Fallo;
+}
+
+/// How an assembly or a disassembly ended.
+Salida Resultado(const Sesion& sesion) {
+  if (sesion.Avisos() > 0)
+    return Falla("La operación no terminó; movimientos aplicados: " + std::to_string(sesion.Movimientos()));
+  if (sesion.Movimientos() == 0)
+    return Falla("No se hizo nada: el artículo no tiene componentes o el proceso está vetado");
+  std::cout << "Hecho: " << sesion.Movimientos() << " movimientos\n";
+  return Salida::Hecho;
+}
+
+Salida Ensambla(Sesion& sesion) {
+  const std::int32_t almacen = Entero(sesion.Texto(1), "El almacén");
+  const std::int32_t cantidad = Entero(sesion.Texto(2), "La cantidad");
+  sesion.TraeProduccion().Ensamble(sesion.Texto(0), almacen, cantidad, sesion.Orden(3));
+  return Resultado(sesion);
+}
+
+Salida Desensambla(Sesion& sesion) {
+  const double cantidad = Real(sesion.Texto(1), "La cantidad");
+  const std::int32_t almacen = Entero(sesion.Texto(2), "El almacén");
+  sesion.TraeProduccion().Desensamble(sesion.Texto(0), cantidad, almacen, sesion.Orden(3));
+  return Resultado(sesion);
+}
+
+Salida Entrega(Sesion& sesion) {
+  const std::int32_t op = sesion.Orden(0);
+  const std::string numero = Decimal(op);
+  host::BaseDatos& base = sesion.Base();
+  if (base.Consulta("SELECT op FROM op WHERE op = " + numero)->Eof())
+    return Falla("La orden " + numero + " no existe");
+  if (base.Consulta("SELECT op FROM oppart WHERE op = " + numero)->Eof())
+    return Falla("La orden " + numero + " no tiene partidas que entregar");
+  if (PorEntregar(base, op).empty() &&
+      !sesion.TraeAnfitrion().Pregunta("La orden " + numero + " ya está entregada. ¿Entregarla otra vez?"))
+    return Falla("No se entregó nada");
+
+  sesion.TraeProduccion().EntregaProductoTerminado(op);
+  if (const std::string resto = PorEntregar(base, op); !resto.empty())
+    return Falla("La entrega no terminó; queda por marcar como terminado:\n" + resto +
+                 "Movimientos aplicados: " + std::to_string(sesion.Movimientos()));
+  if (sesion.Avisos() > 0)
+    return Falla("La orden quedó marcada como terminada, pero hubo partidas con error");
+  std::cout << "Orden " << numero << " entregada: " << sesion.Movimientos() << " movimientos\n";
+  return Salida::Hecho;
+}
+
+Salida Cancela(Sesion& sesion) {
+  const std::int32_t op = sesion.Orden(0);
+  const auto orden = sesion.Base().Consulta("SELECT op FROM op WHERE op = " + Decimal(op));
+  if (orden->Eof()) return Falla("La orden " + Decimal(op) + " no existe");
+  if (!sesion.TraeProduccion().CancelaOp(op)) return Falla("La orden " + Decimal(op) + " no se canceló");
+  const bool cerrada = !sesion.Base().Consulta("SELECT op FROM op WHERE op = " + Decimal(op))->Eof();
+  std::cout << "Orden " << op << (cerrada ? " cerrada\n" : " cancelada\n");
+  return Salida::Hecho;
+}
+
+Salida Folio(Sesion& sesion) {
+  host::FabricaAnfitrion fabrica(sesion.TraeAnfitrion().shared_from_this());
+  std::int32_t documento = 0;
+  std::cout << fabrica.Nuevo<AccesoDatos>()->SiguienteFolio(sesion.Texto(0), sesion.TraeAnfitrion().Base(),
+                                                            documento, nullptr)
+            << '\n';
+  return Salida::Hecho;
+}
+
+Salida Existencias(Sesion& sesion) {
+  EscribeExistencias(std::cout, sesion.Base(), sesion.Cuantos() > 0 ? sesion.Texto(0) : "");
+  return Salida::Hecho;
+}
+Salida Ordenes(Sesion& sesion) {
+  EscribeOrdenes(std::cout, sesion.Base());
+  return Salida::Hecho;
+}
+Salida UnaOrden(Sesion& sesion) {
+  EscribeOrden(std::cout, sesion.Base(), sesion.Orden(0));
+  return Salida::Hecho;
+}
+Salida Imprime(Sesion& sesion) {
+  host::FabricaAnfitrion fabrica(sesion.TraeAnfitrion().shared_from_this());
+  fabrica.Nuevo<ControlProcesos>()->ImprimeReporte("ORDENP", sesion.Orden(0), nullptr, nullptr);
+  std::cout << "Reporte escrito en " << sesion.TraeAnfitrion().TraeOpciones().ruta << "/Reportes\n";
+  return Salida::Hecho;
+}
+Salida Kit(Sesion& sesion) {
+  EscribeKit(std::cout, sesion.Base(), sesion.Texto(0));
+  return Salida::Hecho;
+}
+Salida Ocupadas(Sesion& sesion) {
+  EscribeOcupadas(std::cout, sesion.Base());
+  return Salida::Hecho;
+}
+Salida Libera(Sesion& sesion) {
+  const std::int32_t op = sesion.Orden(0);
+  if (!host::LiberaOrden(sesion.Base(), op, sesion.TraeAnfitrion().TraeOpciones().usuario))
+    return Falla("La orden " + Decimal(op) + " no está ocupada");
+  std::cout << "Orden " << op << " liberada\n";
+  return Salida::Hecho;
+}
+Salida Consulta(Sesion& sesion) {
+  EscribeConsulta(std::cout, sesion.Base(), sesion.Texto(0));
+  return Salida::Hecho;
+}
+
+struct Comando {
+  const char* nombre;
+  const char* argumentos;
+  std::size_t minimo;
+  std::size_t maximo;
+  const char* que;
+  Salida (*corre)(Sesion&);
+};
+
+// `crea` is on its own: it is the one command that may find no database.
+constexpr const char* kCrea = "crea";
+constexpr std::array kComandos{
+    Comando{"ensambla", "ARTICULO ALMACEN CANTIDAD [OP]", 3, 4, "arma kits y los da de alta en el almacén",
+            Ensambla},
+    Comando{"desensambla", "ARTICULO CANTIDAD ALMACEN [OP]", 3, 4, "desarma kits del almacén", Desensambla},
+    Comando{"entrega", "OP", 1, 1, "entrega el producto terminado de una orden", Entrega},
+    Comando{"cancela", "OP", 1, 1, "cancela una orden, o la cierra si está confirmada", Cancela},
+    Comando{"folio", "CLAVE", 1, 1, "toma el siguiente folio de una clave", Folio},
+    Comando{"existencias", "[ARTICULO]", 0, 1, "existencias, costos y valor", Existencias},
+    Comando{"ordenes", "", 0, 0, "lista de órdenes", Ordenes},
+    Comando{"orden", "OP", 1, 1, "una orden con sus partidas", UnaOrden},
+    Comando{"imprime", "OP", 1, 1, "escribe la página imprimible de una orden", Imprime},
+    Comando{"kit", "ARTICULO", 1, 1, "receta de un kit con sus costos", Kit},
+    Comando{"ocupadas", "", 0, 0, "órdenes marcadas como ocupadas", Ocupadas},
+    Comando{"libera", "OP", 1, 1, "quita la marca de ocupada a una orden", Libera},
+    Comando{"consulta", "SQL", 1, 1, "muestra el resultado de una consulta", Consulta},
+    Comando{kCrea, "", 0, 0, "crea la tienda de ejemplo, o la rehace", nullptr},
+};
+
+/// A database kept in a file that is not there yet.
+bool FaltaArchivo(const LineaDeOrdenes& linea) {
+  host::Opciones opciones;
+  host::PonBase(opciones, linea.base);
+  std::error_code fallo;
+  return opciones.cadena.empty() && opciones.archivo != ":memory:" &&
+         !std::filesystem::exists(host::Ruta(opciones.archivo), fallo);
+}
+
+Salida Crea(Sesion& sesion, bool nueva) {
+  host::BaseDatos& base = sesion.Base();
+  if (!nueva) {
+    if (!sesion.TraeAnfitrion().Pregunta(
+            "La base ya existe. ¿Rehacer la tienda de ejemplo? Se perderá todo lo capturado."))
+      return Falla("No se tocó nada");
+    host::RehaceEsquema(base);
+  }
+  std::cout << "Tienda de ejemplo lista\n";
+  return Salida::Hecho;
+}
+
+}  // namespace
+
+std::string Ayuda() {
+  std::string texto =
+      "Uso: zuvi [OPCIONES] COMANDO [ARGUMENTOS]\n\n"
+      "Producción de la tienda desde la línea de órdenes.\n\nComandos:\n";
+  for (const Comando& comando : kComandos) {
+    std::string uso = std::string("  ") + comando.nombre + " " + comando.argumentos;
+    uso.resize(std::max<std::size_t>(uso.size() + 2, 46), ' ');
+    texto += uso + comando.que + "\n";
+  }
+  return texto +
+         "\nOpciones:\n"
+         "  --base ARCHIVO|CADENA   archivo SQLite, o cadena de conexión ODBC (\"DRIVER=...\");\n"
+         "                          si falta, ZUVI_BASE, y si no zuvi.db en la carpeta actual\n"
+         "  --usuario NOMBRE        usuario que firma; si falta, ZUVI_USUARIO, y si no ADMIN\n"
+         "  --idioma es|en          idioma de los mensajes; si falta, ZUVI_IDIOMA, y si no es\n"
+         "  --traza ARCHIVO         agrega a ese archivo cada sentencia, llamada y mensaje\n"
+         "  --si, --no              responde así a todas las preguntas\n"
+         "  --help, --version       esta ayuda; la versión\n"
+         "\nLos números llevan punto decimal. Ctrl-C cancela el trabajo en curso: lo ya hecho se queda.\n"
+         "\nCódigos de salida:\n"
+         "  0  hecho\n"
+         "  1  la operación falló, fue rechazada o no había nada que hacer\n"
+         "  2  línea de órdenes incorrecta\n"
+         "  3  no hay base de datos, o no se pudo abrir\n";
+}
+
+Salida Corre(const LineaDeOrdenes& linea) {
+  const auto comando =
+      std::ranges::find_if(kComandos, [&](const Comando& c) { return c.nombre == linea.comando; });
+  if (comando == kComandos.end()) throw MalUso("No se conoce el comando " + linea.comando);
+  if (linea.argumentos.size() < comando->minimo || linea.argumentos.size() > comando->maximo)
+    throw MalUso("Uso: zuvi " + linea.comando + " " + comando->argumentos);
+
+  const bool crea = comando->corre == nullptr;
+  const bool nueva = FaltaArchivo(linea);
+  if (nueva && !crea) {
+    std::cerr << "No existe la base de datos " << linea.base << "; se crea con: zuvi crea\n";
+    return Salida::SinBase;
+  }
+  Sesion sesion(linea);
+  try {
+    sesion.Base();
+  } catch (const HostError& error) {
+    std::cerr << "No se pudo abrir la base de datos: " << error.what() << '\n';
+    return Salida::SinBase;
+  }
+  return crea ? Crea(sesion, nueva) : comando->corre(sesion);
+}
+
+}  // namespace zuvi::cli

@@ -1,0 +1,25 @@
+// What `zuvi` prints: rows of the shop as tables on standard output, numbers with a decimal point.
+#pragma once
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+
+#include "host/base_datos.h"
+
+namespace zuvi::cli {
+
+/// Any query, with its columns' names as headings.
+void EscribeConsulta(std::ostream& salida, host::BaseDatos& base, const std::string& sql);
+/// Stock and value by warehouse; of one article or of all.
+void EscribeExistencias(std::ostream& salida, host::BaseDatos& base, const std::string& articulo);
+void EscribeOrdenes(std::ostream& salida, host::BaseDatos& base);
+void EscribeOrden(std::ostream& salida, host::BaseDatos& base, std::int32_t op);
+/// Recipe of a kit with the present costs. Throws HostError when the article has none.
+void EscribeKit(std::ostream& salida, host::BaseDatos& base, const std::string& articulo);
+void EscribeOcupadas(std::ostream& salida, host::BaseDatos& base);
+
+/// What is left to deliver of an order, a line each; empty when all is finished.
+std::string PorEntregar(host::BaseDatos& base, std::int32_t op);
+
+}  // namespace zuvi::cli

@@ -1,0 +1,40 @@
+#include "host/cli/tabla.h"
+
+#include <algorithm>
+
+namespace zuvi::cli {
+namespace {
+
+/// Characters of a UTF-8 text.
+std::size_t Largo(const std::string& texto) {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(texto, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+}  // namespace
+
+Tabla::Tabla(std::vector<std::string> encabezados) {
+  for (std::string& encabezado : encabezados) {
+    a_la_derecha_.push_back(encabezado.starts_with('>'));
+    if (a_la_derecha_.back()) encabezado.erase(0, 1);
+  }
+  filas_.push_back(std::move(encabezados));
+}
+
+void Tabla::Escribe(std::ostream& salida) const {
+  std::vector<std::size_t> anchos(a_la_derecha_.size());
+  for (const auto& fila : filas_)
+    for (std::size_t i = 0; i < fila.size(); ++i) anchos[i] = std::max(anchos[i], Largo(fila[i]));
+  for (const auto& fila : filas_) {
+    std::string linea;
+    for (std::size_t i = 0; i < fila.size(); ++i) {
+      const std::string relleno(anchos[i] - Largo(fila[i]), ' ');
+      if (i > 0) linea += "  ";
+      linea += a_la_derecha_[i] ? relleno + fila[i] : fila[i] + relleno;
+    }
+    linea.erase(linea.find_last_not_of(' ') + 1);
+    salida << linea << '\n';
+  }
+}
+
+}  // namespace zuvi::cli

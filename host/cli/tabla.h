@@ -1,0 +1,23 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zuvi::cli {
+
+/// Text in columns. A heading that begins with '>' aligns its column to the right.
+class Tabla {
+ public:
+  explicit Tabla(std::vector<std::string> encabezados);
+  void Agrega(std::vector<std::string> fila) { filas_.push_back(std::move(fila)); }
+  bool Vacia() const { return filas_.size() == 1; }
+  void Escribe(std::ostream& salida) const;
+
+ private:
+  std::vector<bool> a_la_derecha_;
+  std::vector<std::vector<std::string>> filas_;  // the headings first
+};
+
+}  // namespace zuvi::cli

@@ -1,0 +1,68 @@
+#include "host/documento_inventario_host.h"
+
+#include "component/services/by_name.h"
+#include "host/reintento.h"
+#include "host/valuacion.h"
+
+namespace zuvi::host {
+
+const MemberTable* DocumentoInventarioHost::Members() const {
+  using D = DocumentoInventarioHost;
+  static const MemberTable table = MemberTable::Of<D>()
+                                       .Method<&D::PonAmbiente>("PonAmbiente", {"ambiente"})
+                                       .Method<&D::PonDatoDocumento>("PonDatoDocumento", {"dato"})
+                                       .Method<&D::PonDatoFecha>("PonDatoFecha", {"dato"})
+                                       .Method<&D::PonFecha>("PonFecha", {"fecha"})
+                                       .Method<&D::PonTipo>("PonTipo", {"tipo"})
+                                       .Method<&D::PonConcepto>("PonConcepto", {"concepto"})
+                                       .Method<&D::PonOrden>("PonOrden", {"orden"})
+                                       .Method<&D::PonFolio>("PonFolio", {"folio"})
+                                       .Method<&D::PonUsuario>("PonUsuario", {"usuario"})
+                                       .Method<&D::PonAlmacen>("PonAlmacen", {"almacen"})
+                                       .Method<&D::PonArticulo>("PonArticulo", {"articulo"})
+                                       .Method<&D::PonCantidad>("PonCantidad", {"cantidad"})
+                                       .Method<&D::PonCosto>("PonCosto", {"costo"})
+                                       .Method<&D::AplicaMovimiento>("AplicaMovimiento", {"numero"}, 1);
+  return &table;
+}
+
+double DocumentoInventarioHost::AplicaMovimiento(std::int32_t& numero) {
+  anfitrion_->Llamada("AplicaMovimiento", tipo_, concepto_, orden_, almacen_, articulo_, cantidad_, costo_);
+  if (tipo_ != kEntrada && tipo_ != kSalida)
+    throw HostError("El tipo de un movimiento debe ser E o S, no \"" + tipo_ + "\"");
+  BaseDatos& base = *anfitrion_->Base();
+  const Motor motor = base.TraeMotor();
+  const double cantidad = RedondeaCantidad(cantidad_);
+  const std::int64_t importe = ACentavos(EsMovimientoDeKit(tipo_, concepto_) ? costo_ : cantidad * costo_);
+  const int signo = tipo_ == kEntrada ? 1 : -1;
+  const std::string almacen = Decimal(RedondeaA32(almacen_));
+  const std::string articulo = Literal(motor, articulo_);
+  const std::string cambio = Literal(motor, signo * cantidad);
+  const std::string valor = std::to_string(signo * importe);
+  const std::int32_t id = anfitrion_->NumeroDeMovimiento();
+
+  ConReintento([&] {
+    Transaccion transaccion(base);
+    base.Ejecuta(
+        "INSERT INTO movimientos (id, fecha, tipo, concepto, orden, folio, referencia, documento, usuario, "
+        "almacen, articulo, cantidad, costo, importe) VALUES (" +
+        Decimal(id) + ", " + LiteralFecha(motor, fecha_) + ", " + Literal(motor, tipo_) + ", " +
+        Literal(motor, concepto_) + ", " + Decimal(orden_) + ", " + Literal(motor, folio_) + ", " +
+        Decimal(referencia_) + ", " + Literal(motor, documento_) + ", " + Literal(motor, usuario_) + ", " +
+        almacen + ", " + articulo + ", " + Literal(motor, cantidad) + ", " + Literal(motor, costo_) + ", " +
+        std::to_string(importe) + ")");
+    // The row remembers its last movement. That also makes every UPDATE a change: a server may count rows
+    // that stay as they were as not touched.
+    const auto tocadas = base.Ejecuta("UPDATE existencias SET cantidad = ROUND(cantidad + " + cambio +
+                                      ", 6), valor = valor + " + valor + ", movimiento = " + Decimal(id) +
+                                      " WHERE articulo = " + articulo + " AND almacen = " + almacen);
+    if (tocadas == 0)
+      base.Ejecuta("INSERT INTO existencias (articulo, almacen, cantidad, valor, movimiento) VALUES (" +
+                   articulo + ", " + almacen + ", " + cambio + ", " + valor + ", " + Decimal(id) + ")");
+    transaccion.Confirma();
+  });
+  numero = id;
+  return DeCentavos(importe);
+}
+
+}  // namespace zuvi::host

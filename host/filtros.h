@@ -1,0 +1,34 @@
+// What may be typed into a text box, and how its content is shown, by the box's tag:
+//   "U"   text in upper case
+//   "N"   a number: digits and one decimal point
+//   "SD"  an amount: the same, with at most six decimals; shown with two decimals at least
+//   "SN"  a number that may carry a minus sign
+//   "D"   a date dd-MM-yyyy: digits and separators
+// Any other tag takes everything as it is. A comma counts as the decimal point.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "base/object.h"
+
+namespace zuvi::host {
+
+/// What is read of a text box: its tag, and its text as it would be without the selected part.
+struct Caja {
+  std::string etiqueta;
+  std::string texto;
+  /// The caret stands at the beginning.
+  bool al_principio = false;
+};
+
+/// Reads `Tag` and `Text`, and where the box has them `SelStart` and `SelLength`.
+Caja CajaDe(const ObjectPtr& caja);
+/// The character to keep of one typed into the box; 0 drops it. Control characters pass.
+std::int16_t Filtra(const Caja& caja, std::int16_t caracter);
+/// Upper-case form of a character, accented letters included.
+std::int16_t EnMayuscula(std::int16_t caracter);
+/// Display form of the text (nothing selected). A text that the tag cannot read stays as it is.
+std::string Formatea(const Caja& caja);
+
+}  // namespace zuvi::host

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "base/fecha.h"
+
+namespace zuvi::host {
+
+/// Date and time of this station, in its own time zone.
+FechaCivil Ahora();
+
+}  // namespace zuvi::host

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "host/base_datos.h"
+
+namespace zuvi::host {
+
+/// The printable page of a production order: header, lines, totals. Throws HostError when there is no such
+/// order.
+std::string PaginaDeOrden(BaseDatos& base, std::int32_t op);
+/// Writes that page into the folder "Reportes" below `ruta` and returns the file's name.
+std::string EscribeReporteOrden(BaseDatos& base, std::int32_t op, const std::string& ruta);
+
+}  // namespace zuvi::host
