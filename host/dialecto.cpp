@@ -16,7 +16,7 @@ std::string EntreComillas(Motor motor, const std::string& texto) {
 
 }  // namespace
 
-std::string LiteralFecha(Motor /*motor*/, const Fecha& fecha) { return "'" + fecha.Texto() + "'"; }
+std::string LiteralFecha(Motor motor, const Fecha& fecha) { return EntreComillas(motor, fecha.Texto()); }
 
 std::string Literal(Motor motor, const Value& valor) {
   if (valor.IsNull() || valor.IsEmpty()) return "NULL";

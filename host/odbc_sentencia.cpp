@@ -11,9 +11,6 @@
 namespace zuvi::host {
 namespace {
 
-/// Bytes bound for one cell; a longer text is fetched apart.
-constexpr std::size_t kCelda = 512;
-
 std::u16string_view AnchoDe(const char* bytes, std::size_t cuantos) {
   return {reinterpret_cast<const char16_t*>(bytes), cuantos / sizeof(char16_t)};
 }
@@ -135,7 +132,6 @@ std::int64_t Sentencia::Tocadas() const {
 std::shared_ptr<const Columnas> Sentencia::Describe(std::size_t cuantas) {
   std::array<char, 512> nombre{};
   const bool ancho = forma_ == Forma::Utf16;
-  std::vector<std::pair<std::size_t, Clase>> nuevas;
   figura_.clear();
   for (std::size_t i = 0; i < cuantas; ++i) {
     const auto numero = static_cast<SQLUSMALLINT>(i + 1);
@@ -151,9 +147,8 @@ std::shared_ptr<const Columnas> Sentencia::Describe(std::size_t cuantas) {
                            static_cast<SQLSMALLINT>(nombre.size()), &largo, &tipo, &medida, &decimales,
                            &nulos));
     }
-    const std::size_t unidad = ancho ? sizeof(char16_t) : 1;
     const std::size_t bytes =
-        std::min(static_cast<std::size_t>(std::max<SQLSMALLINT>(largo, 0)), nombre.size() - unidad);
+        std::min(static_cast<std::size_t>(std::max<SQLSMALLINT>(largo, 0)), nombre.size() - Unidad());
     figura_ += static_cast<char>('0' + static_cast<int>(ClaseDe(numero, tipo)));
     figura_.append(reinterpret_cast<const char*>(&bytes), sizeof bytes);
     figura_.append(nombre.data(), bytes);
@@ -220,34 +215,27 @@ Clase Sentencia::ClaseDe(SQLUSMALLINT columna, SQLSMALLINT tipo) const {
 }
 
 void Sentencia::Liga(std::size_t columnas) {
-  if (columnas <= ligadas_) return;
-  const std::size_t nuevas = std::max<std::size_t>(columnas, 16);
-  Exige(SQLFreeStmt(handle_.Get(), SQL_UNBIND));
-  ligadas_ = 0;
-  celdas_.assign(nuevas * kCelda, 0);
-  largos_.assign(nuevas, 0);
+  // Only as many as the result has, or MariaDB's driver refuses; what was bound for a wider one may stay.
   const SQLSMALLINT tipo = forma_ == Forma::Utf16 ? SQL_C_WCHAR : SQL_C_CHAR;
-  for (std::size_t i = 0; i < nuevas; ++i)
-    Exige(SQLBindCol(handle_.Get(), static_cast<SQLUSMALLINT>(i + 1), tipo, celdas_.data() + i * kCelda,
-                     kCelda, &largos_[i]));
-  ligadas_ = nuevas;
+  while (ligadas_.size() < columnas) {
+    Bufer& bufer = ligadas_.emplace_back();
+    Exige(SQLBindCol(handle_.Get(), static_cast<SQLUSMALLINT>(ligadas_.size()), tipo, bufer.bytes.data(),
+                     static_cast<SQLLEN>(bufer.bytes.size()), &bufer.largo));
+  }
 }
 
 Value Sentencia::Celda(std::size_t columna, Clase clase) {
-  const SQLLEN largo = largos_[columna];
-  if (largo == SQL_NULL_DATA) return Null{};
-  const std::size_t unidad = forma_ == Forma::Utf16 ? sizeof(char16_t) : 1;
-  if (largo < 0 || static_cast<std::size_t>(largo) > kCelda - unidad) return ValorDe(Entera(columna), clase);
-  const char* bytes = celdas_.data() + columna * kCelda;
-  const auto cuantos = static_cast<std::size_t>(largo);
-  if (forma_ == Forma::Utf8) return ValorDe({bytes, cuantos}, clase);
-  texto_ = Utf8(AnchoDe(bytes, cuantos));
+  const Bufer& bufer = ligadas_[columna];
+  if (bufer.largo == SQL_NULL_DATA) return Null{};
+  const auto cuantos = static_cast<std::size_t>(bufer.largo);
+  if (bufer.largo < 0 || cuantos > bufer.bytes.size() - Unidad()) return ValorDe(Entera(columna), clase);
+  if (forma_ == Forma::Utf8) return ValorDe({bufer.bytes.data(), cuantos}, clase);
+  texto_ = Utf8(AnchoDe(bufer.bytes.data(), cuantos));
   return ValorDe(texto_, clase);
 }
 
 std::string_view Sentencia::Entera(std::size_t columna) {
   const bool ancho = forma_ == Forma::Utf16;
-  const std::size_t unidad = ancho ? sizeof(char16_t) : 1;
   std::string bytes;
   std::string trozo(64 * 1024, '\0');
   for (;;) {
@@ -257,7 +245,7 @@ std::string_view Sentencia::Entera(std::size_t columna) {
                    trozo.data(), static_cast<SQLLEN>(trozo.size()), &largo);
     Exige(r);
     if (r == SQL_NO_DATA) break;
-    const std::size_t lleno = trozo.size() - unidad;
+    const std::size_t lleno = trozo.size() - Unidad();
     bytes.append(trozo, 0, largo < 0 ? lleno : std::min(static_cast<std::size_t>(largo), lleno));
     if (r == SQL_SUCCESS) break;
   }

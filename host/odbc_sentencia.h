@@ -1,6 +1,10 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -27,7 +31,13 @@ class Sentencia {
 
  private:
   class Cierre;
+  /// Where the driver leaves one cell; a longer text is fetched apart.
+  struct Bufer {
+    alignas(char16_t) std::array<char, 512> bytes;
+    SQLLEN largo = 0;
+  };
   void Exige(SQLRETURN resultado) const { host::Exige(resultado, SQL_HANDLE_STMT, handle_.Get(), forma_); }
+  std::size_t Unidad() const { return forma_ == Forma::Utf16 ? sizeof(char16_t) : 1; }
   /// False when no row was touched or found.
   bool Ejecuta(std::string_view sql);
   std::int64_t Tocadas() const;
@@ -40,9 +50,7 @@ class Sentencia {
   OdbcHandle<SQL_HANDLE_STMT> handle_;
   Motor motor_;
   Forma forma_;
-  std::size_t ligadas_ = 0;
-  std::vector<char> celdas_;
-  std::vector<SQLLEN> largos_;
+  std::deque<Bufer> ligadas_;
   std::string texto_;  // the cell being read, in UTF-8
   std::string figura_;
   // Shapes seen before: types and names as the driver gave them.
