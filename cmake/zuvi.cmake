@@ -10,7 +10,7 @@ endif()
 if(WIN32)
   target_compile_definitions(zuvi_flags INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
   # No DLL of the compiler is left to find at the user's; the same input gives the same bytes.
-  target_link_options(zuvi_flags INTERFACE -static -static-libgcc -static-libstdc++ -Wl,--no-insert-timestamp)
+  target_link_options(zuvi_flags INTERFACE -static -static-libgcc -static-libstdc++ -fstack-protector-strong -Wl,--no-insert-timestamp)
 endif()
 
 # zuvi_library(name SOURCES … LINKS …): one folder's static library.

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <span>
+
+#include "com/automation/com_module.h"
+#include "com/automation/registration.h"
+#include "com/fabrica_com.h"
+#include "component/services/modulo.h"
+#include "toolkit/win32/win32_desktop.h"
+
+namespace zuvi {
+
+/// What the component's objects of one apartment share, the two shared host objects among it. Host objects
+/// belong to the thread that made them, so they are never shared across apartments, and they are let go when
+/// the last object of the apartment is: on its own thread and never while the DLL is being taken down.
+class Apartamento {
+ public:
+  explicit Apartamento(ComModule& module);
+  ~Apartamento();
+  Modulo& ModuloDelComponente() { return modulo_; }
+
+ private:
+  FabricaCom fabrica_;
+  Win32Desktop escritorio_;
+  Modulo modulo_;
+};
+
+/// Everything ZuviProduccion.dll owns.
+class ModuloProduccion {
+ public:
+  explicit ModuloProduccion(HINSTANCE instance) : module_("ZuviProduccion", instance, 1) {}
+
+  ComModule& Automatizacion() { return module_; }
+  /// A new `Produccion` of the calling thread's apartment.
+  ComPtr<IUnknown> CreaProduccion();
+  /// True for the identifier of the one creatable class.
+  static bool Tiene(REFCLSID clsid);
+  /// What registration writes.
+  static std::span<const RegisteredClass> Clases();
+
+ private:
+  std::shared_ptr<Apartamento> ApartamentoActual();
+
+  ComModule module_;
+  std::mutex mutex_;
+  std::map<DWORD, std::weak_ptr<Apartamento>> apartamentos_;
+};
+
+}  // namespace zuvi
