@@ -1,6 +1,6 @@
 #include "base/fecha.h"
 
-#include <charconv>
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -20,9 +20,10 @@ constexpr double kLast = 2958466.0;   // first day past 31-12-9999
 int Digits(std::string_view text, std::size_t at, std::size_t count) {
   int result = 0;
   if (at + count > text.size()) throw HostError(ErrorNumber::TypeMismatch);
-  const auto [end, error] = std::from_chars(text.data() + at, text.data() + at + count, result);
-  if (error != std::errc{} || end != text.data() + at + count || result < 0)
-    throw HostError(ErrorNumber::TypeMismatch);
+  for (const char c : text.substr(at, count)) {
+    if (c < '0' || c > '9') throw HostError(ErrorNumber::TypeMismatch);
+    result = result * 10 + (c - '0');
+  }
   return result;
 }
 
@@ -34,11 +35,14 @@ Fecha Fecha::DesdeSerie(double dias) {
 }
 
 Fecha Fecha::DesdeCivil(const FechaCivil& c) {
+  // The calendar's own types keep only the low byte of a month or a day.
+  const bool day_ok = c.mes >= 1 && c.mes <= 12 && c.dia >= 1 && c.dia <= 31;
   const ch::year_month_day day{ch::year{c.anio}, ch::month{static_cast<unsigned>(c.mes)},
                                ch::day{static_cast<unsigned>(c.dia)}};
   const bool time_ok =
       c.hora >= 0 && c.hora < 24 && c.minuto >= 0 && c.minuto < 60 && c.segundo >= 0 && c.segundo < 60;
-  if (c.anio < 100 || c.anio > 9999 || !day.ok() || !time_ok) throw HostError(ErrorNumber::TypeMismatch);
+  if (c.anio < 100 || c.anio > 9999 || !day_ok || !day.ok() || !time_ok)
+    throw HostError(ErrorNumber::TypeMismatch);
   const auto days = static_cast<double>((ch::sys_days{day} - kEpoch).count());
   const double time = (c.hora * 3600 + c.minuto * 60 + c.segundo) / kSecondsPerDay;
   // Before the epoch the fraction still counts forward from midnight while the whole part counts back.
@@ -54,7 +58,11 @@ Fecha Fecha::DesdeTexto(std::string_view iso) {
     c.hora = Digits(iso, 11, 2);
     c.minuto = Digits(iso, 14, 2);
     if (iso.size() > 16) {
-      if (iso[16] != ':' || (iso.size() > 19 && iso[19] != '.')) throw HostError(ErrorNumber::TypeMismatch);
+      const std::string_view fraction = iso.substr(std::min<std::size_t>(19, iso.size()));
+      const bool fraction_ok =
+          fraction.empty() || (fraction.size() > 1 && fraction[0] == '.' &&
+                               fraction.find_first_not_of("0123456789", 1) == std::string_view::npos);
+      if (iso[16] != ':' || !fraction_ok) throw HostError(ErrorNumber::TypeMismatch);
       c.segundo = Digits(iso, 17, 2);
     }
   }
@@ -64,7 +72,9 @@ Fecha Fecha::DesdeTexto(std::string_view iso) {
 FechaCivil Fecha::Civil() const {
   double days = std::trunc(dias_);
   double seconds = std::nearbyint(std::abs(dias_ - days) * kSecondsPerDay);
-  if (seconds >= kSecondsPerDay) {
+  if (seconds >= kSecondsPerDay && days + 1 >= kLast) {
+    seconds = kSecondsPerDay - 1;
+  } else if (seconds >= kSecondsPerDay) {
     seconds = 0;
     days += 1;
   }

@@ -27,6 +27,14 @@ Integer RedondeaA(double number) {
   return static_cast<Integer>(rounded);
 }
 
+/// Of a number out of range, whether it is too near to 0 rather than too far from it.
+bool TooSmall(std::string_view digits) {
+  if (digits.starts_with('-')) digits.remove_prefix(1);
+  const auto exponent = digits.find_first_of("eE");
+  if (exponent != std::string_view::npos) return digits.substr(exponent + 1).starts_with('-');
+  return digits.starts_with('0') || digits.starts_with('.');
+}
+
 Value DefaultOf(const ObjectPtr& object) {
   if (!object) throw HostError(ErrorNumber::ObjectNotSet);
   Value value = object->Default();
@@ -109,11 +117,14 @@ std::string TextoDeNumero(double number) {
 
 double NumeroDeTexto(std::string_view text) {
   std::string_view digits = Recorta(text);
-  if (digits.starts_with('+')) digits.remove_prefix(1);
+  if (digits.starts_with('+') && !digits.starts_with("+-")) digits.remove_prefix(1);
   double number = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
   const bool whole = end == digits.data() + digits.size();
-  if (error == std::errc::result_out_of_range && whole) throw HostError(ErrorNumber::Overflow);
+  if (error == std::errc::result_out_of_range && whole) {
+    if (TooSmall(digits)) return 0;
+    throw HostError(ErrorNumber::Overflow);
+  }
   if (error != std::errc{} || !whole || !std::isfinite(number)) throw HostError(ErrorNumber::TypeMismatch);
   return number;
 }
