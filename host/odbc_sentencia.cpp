@@ -11,6 +11,9 @@
 namespace zuvi::host {
 namespace {
 
+/// Bytes of a text fetched at a time.
+constexpr std::size_t kTrozo = 16 * 1024;
+
 std::u16string_view AnchoDe(const char* bytes, std::size_t cuantos) {
   return {reinterpret_cast<const char16_t*>(bytes), cuantos / sizeof(char16_t)};
 }
@@ -215,42 +218,50 @@ Clase Sentencia::ClaseDe(SQLUSMALLINT columna, SQLSMALLINT tipo) const {
 }
 
 void Sentencia::Liga(std::size_t columnas) {
-  // Only as many as the result has, or MariaDB's driver refuses; what was bound for a wider one may stay.
-  const SQLSMALLINT tipo = forma_ == Forma::Utf16 ? SQL_C_WCHAR : SQL_C_CHAR;
+  // MariaDB's driver fails on a bound cell whose text is cut between surrogates. Its cells are fetched one by
+  // one.
+  if (motor_ == Motor::MariaDb) return;
   while (ligadas_.size() < columnas) {
     Bufer& bufer = ligadas_.emplace_back();
-    Exige(SQLBindCol(handle_.Get(), static_cast<SQLUSMALLINT>(ligadas_.size()), tipo, bufer.bytes.data(),
+    Exige(SQLBindCol(handle_.Get(), static_cast<SQLUSMALLINT>(ligadas_.size()), TipoC(), bufer.bytes.data(),
                      static_cast<SQLLEN>(bufer.bytes.size()), &bufer.largo));
   }
 }
 
 Value Sentencia::Celda(std::size_t columna, Clase clase) {
-  const Bufer& bufer = ligadas_[columna];
-  if (bufer.largo == SQL_NULL_DATA) return Null{};
-  const auto cuantos = static_cast<std::size_t>(bufer.largo);
-  if (bufer.largo < 0 || cuantos > bufer.bytes.size() - Unidad()) return ValorDe(Entera(columna), clase);
-  if (forma_ == Forma::Utf8) return ValorDe({bufer.bytes.data(), cuantos}, clase);
-  texto_ = Utf8(AnchoDe(bufer.bytes.data(), cuantos));
-  return ValorDe(texto_, clase);
+  if (columna < ligadas_.size()) {
+    const Bufer& bufer = ligadas_[columna];
+    if (bufer.largo == SQL_NULL_DATA) return Null{};
+    const auto cuantos = static_cast<std::size_t>(bufer.largo);
+    if (bufer.largo >= 0 && cuantos <= bufer.bytes.size() - Unidad())
+      return ValorDe(EnUtf8(bufer.bytes.data(), cuantos), clase);
+  }
+  return CeldaAparte(columna, clase);
 }
 
-std::string_view Sentencia::Entera(std::size_t columna) {
-  const bool ancho = forma_ == Forma::Utf16;
-  std::string bytes;
-  std::string trozo(64 * 1024, '\0');
+Value Sentencia::CeldaAparte(std::size_t columna, Clase clase) {
+  trozo_.resize(kTrozo);
+  largo_.clear();
   for (;;) {
     SQLLEN largo = 0;
-    const SQLRETURN r =
-        SQLGetData(handle_.Get(), static_cast<SQLUSMALLINT>(columna + 1), ancho ? SQL_C_WCHAR : SQL_C_CHAR,
-                   trozo.data(), static_cast<SQLLEN>(trozo.size()), &largo);
+    const SQLRETURN r = SQLGetData(handle_.Get(), static_cast<SQLUSMALLINT>(columna + 1), TipoC(),
+                                   trozo_.data(), static_cast<SQLLEN>(trozo_.size()), &largo);
     Exige(r);
     if (r == SQL_NO_DATA) break;
-    const std::size_t lleno = trozo.size() - Unidad();
-    bytes.append(trozo, 0, largo < 0 ? lleno : std::min(static_cast<std::size_t>(largo), lleno));
-    if (r == SQL_SUCCESS) break;
+    if (largo == SQL_NULL_DATA) return Null{};
+    const std::size_t lleno = trozo_.size() - Unidad();
+    const bool cortado = r == SQL_SUCCESS_WITH_INFO || largo < 0;
+    const std::size_t cuantos = cortado ? lleno : std::min(static_cast<std::size_t>(largo), lleno);
+    if (!cortado && largo_.empty()) return ValorDe(EnUtf8(trozo_.data(), cuantos), clase);
+    largo_.append(trozo_, 0, cuantos);
+    if (!cortado) break;
   }
-  texto_ = ancho ? Utf8(AnchoDe(bytes.data(), bytes.size())) : std::move(bytes);
-  return texto_;
+  return ValorDe(EnUtf8(largo_.data(), largo_.size()), clase);
+}
+
+std::string_view Sentencia::EnUtf8(const char* bytes, std::size_t cuantos) {
+  if (forma_ == Forma::Utf8) return {bytes, cuantos};
+  return texto_ = Utf8(AnchoDe(bytes, cuantos));
 }
 
 }  // namespace zuvi::host

@@ -16,7 +16,8 @@
 namespace zuvi::host {
 
 /// The one statement handle of a connection. Every cell is fetched as text, into buffers that are bound once
-/// for all statements, and made a value by the kind of its column: SQLite keeps any value in any column.
+/// for all statements where the driver is up to it, and made a value by the kind of its column: SQLite keeps
+/// any value in any column.
 class Sentencia {
  public:
   Sentencia(SQLHANDLE enlace, Motor motor, Forma forma);
@@ -45,12 +46,17 @@ class Sentencia {
   Clase ClaseDe(SQLUSMALLINT columna, SQLSMALLINT tipo) const;
   void Liga(std::size_t columnas);
   Value Celda(std::size_t columna, Clase clase);
-  std::string_view Entera(std::size_t columna);
+  /// A cell that is not bound, or longer than its buffer.
+  Value CeldaAparte(std::size_t columna, Clase clase);
+  std::string_view EnUtf8(const char* bytes, std::size_t cuantos);
+  SQLSMALLINT TipoC() const { return forma_ == Forma::Utf16 ? SQL_C_WCHAR : SQL_C_CHAR; }
 
   OdbcHandle<SQL_HANDLE_STMT> handle_;
   Motor motor_;
   Forma forma_;
   std::deque<Bufer> ligadas_;
+  std::string trozo_;  // what SQLGetData fills
+  std::string largo_;  // the pieces of a long text
   std::string texto_;  // the cell being read, in UTF-8
   std::string figura_;
   // Shapes seen before: types and names as the driver gave them.

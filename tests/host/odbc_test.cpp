@@ -1,0 +1,356 @@
+// The connection and its record sets, the same cases on every engine: SQLite in memory and in a file always,
+// MariaDB when the environment variable ZUVI_MARIADB holds a connection string.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "host/base_datos.h"
+#include "host/odbc_cadena.h"
+#include "host/unica_sentencia.h"
+
+namespace zuvi::host {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+const std::filesystem::path& Archivo() {
+  static const auto archivo = std::filesystem::temp_directory_path() / "zuvi_odbc_ñandú €.db";
+  return archivo;
+}
+
+std::vector<std::string> Cadenas() {
+  std::vector<std::string> cadenas{"DRIVER={SQLite3};Database=:memory:",
+                                   "DRIVER={SQLite3};Database=" + Archivo().string()};
+  if (const char* servidor = std::getenv("ZUVI_MARIADB"); servidor && *servidor)
+    cadenas.emplace_back(servidor);
+  return cadenas;
+}
+
+/// What a call failed with; a failed test when it did not.
+template <class Llamada>
+HostError Falla(Llamada llamada) {
+  try {
+    llamada();
+  } catch (const HostError& error) {
+    return error;
+  }
+  ADD_FAILURE() << "no falló";
+  return HostError("");
+}
+
+class Odbc : public testing::TestWithParam<std::string> {
+ protected:
+  void SetUp() override {
+    traza_.Escucha([this](Suceso, const std::string& texto) { dicho_.push_back(texto); });
+    base_ = BaseDatos::Abre(GetParam(), traza_);
+    base_->Ejecuta("DROP TABLE IF EXISTS odbc_t");
+    base_->Ejecuta(
+        "CREATE TABLE odbc_t (n INTEGER, g BIGINT, c SMALLINT, b BOOLEAN, d DOUBLE, e DECIMAL(12,4), t "
+        "VARCHAR(200), "
+        "x TEXT, f DATE, m DATETIME)");
+  }
+  void TearDown() override {
+    base_->Ejecuta("DROP TABLE IF EXISTS odbc_t");
+    base_.reset();
+    for (const char* resto : {"", "-wal", "-shm"}) std::filesystem::remove(Archivo().string() + resto);
+  }
+
+  void Agrega(int n, const std::string& texto = "") {
+    base_->Ejecuta("INSERT INTO odbc_t (n, t) VALUES (" + std::to_string(n) + ", " + Cita(texto) + ")");
+  }
+  std::string Cita(const Value& valor) { return Literal(base_->TraeMotor(), valor); }
+  Value Uno(const std::string& sql) { return base_->Consulta(sql)->Campo(0); }
+  int Filas() { return AEntero32(Uno("SELECT COUNT( * ) FROM odbc_t")); }
+
+  Traza traza_;
+  std::vector<std::string> dicho_;
+  std::shared_ptr<BaseDatos> base_;
+};
+
+TEST_P(Odbc, CadaTipoVuelveComoSeGuardo) {
+  const Fecha dia = Fecha::DesdeTexto("2024-02-29");
+  const Fecha momento = Fecha::DesdeTexto("2024-02-29 23:59:58");
+  base_->Ejecuta("INSERT INTO odbc_t VALUES (" + Cita(-7) + ", 5000000000, 300, " + Cita(true) + ", " +
+                 Cita(0.1) + ", " + Cita(1234.5) + ", " + Cita("a") + ", " + Cita(Null{}) + ", " +
+                 LiteralFecha(base_->TraeMotor(), dia) + ", " + Cita(momento) + ")");
+  base_->Ejecuta("INSERT INTO odbc_t (n) VALUES (2147483647)");
+  const auto filas = base_->Consulta("SELECT * FROM odbc_t ORDER BY n");
+  std::vector<Value> leido;
+  for (int i = 0; i < 10; ++i) leido.push_back(filas->Campo(i));
+  EXPECT_EQ(leido, (std::vector<Value>{-7, 5e9, std::int16_t{300}, std::int16_t{-1}, 0.1, 1234.5, "a", Null{},
+                                       dia, momento}));
+  filas->MoveNext();
+  EXPECT_EQ(filas->Campo("n"), Value(2147483647));
+  for (int i = 1; i < 10; ++i) EXPECT_TRUE(filas->Campo(i).IsNull()) << i;
+
+  EXPECT_EQ(Uno("SELECT COUNT( * ) FROM odbc_t WHERE n = 99"), Value(0));
+  EXPECT_EQ(Uno("SELECT SUM(d) FROM odbc_t"), Value(0.1));
+  EXPECT_EQ(ANumero(Uno("SELECT MAX(e) * 2 FROM odbc_t")), 2469);
+}
+
+TEST_P(Odbc, TextosVuelvenEnterosYSinCambio) {
+  const std::string acentos = "¿Ñandú? ¡º«€» 中";
+  const std::string emoji = "pastel 🎂😀";
+  const std::string comillas = "O'Brien \"x\" `y` \\' \\ % _ ? {d '1'} /* -- ;";
+  for (const std::string& texto : {acentos, emoji, comillas, std::string()}) {
+    SCOPED_TRACE(texto);
+    Agrega(1, texto);
+    EXPECT_EQ(Uno("SELECT t FROM odbc_t WHERE t = " + Cita(texto)), Value(texto));
+    base_->Ejecuta("DELETE FROM odbc_t");
+  }
+  EXPECT_EQ(Uno("SELECT HEX(" + Cita("é€😀") + ")"), Value("C3A9E282ACF09F9880"));
+
+  // Around the size of the bound cell and of one piece of a long text.
+  for (const std::size_t largo : {254u, 255u, 256u, 511u, 512u, 513u, 10000u, 32767u, 65000u}) {
+    std::string texto(largo - 3, 'x');
+    texto += "fin";
+    base_->Ejecuta("DELETE FROM odbc_t");
+    base_->Ejecuta("INSERT INTO odbc_t (n, x) VALUES (5, " + Cita(texto) + ")");
+    const auto filas = base_->Consulta("SELECT x, n FROM odbc_t");
+    EXPECT_EQ(filas->Campo("x"), Value(texto)) << largo;
+    EXPECT_EQ(filas->Campo("n"), Value(5)) << largo;
+  }
+  for (const int cuantas : {100, 126, 127, 128, 129, 200, 255, 256, 40000}) {
+    std::string emojis;
+    for (int i = 0; i < cuantas; ++i) emojis += "😀";
+    for (const std::string& texto : {emojis, "a" + emojis})
+      EXPECT_EQ(Uno("SELECT " + Cita(texto)), Value(texto));
+    const std::string uno = "😀" + std::string(static_cast<std::size_t>(2 * cuantas), 'x');
+    EXPECT_EQ(Uno("SELECT " + Cita(uno)), Value(uno)) << cuantas;
+  }
+}
+
+TEST_P(Odbc, UnaSolaSentenciaPorLlamada) {
+  Agrega(1);
+  const std::string clave = "x'; DELETE FROM odbc_t; -- ";
+  for (const std::string& sql :
+       {std::string("SELECT 1; DELETE FROM odbc_t"), "SELECT * FROM odbc_t WHERE t = '" + clave + "'",
+        std::string("SELECT 1 ; /* a */ DELETE FROM odbc_t"),
+        std::string("SELECT 'a;' ;\nDELETE FROM odbc_t")}) {
+    EXPECT_THAT(Falla([&] { base_->Consulta(sql); }).what(), HasSubstr("más de una instrucción")) << sql;
+    EXPECT_THAT(Falla([&] { base_->Ejecuta(sql); }).what(), HasSubstr("más de una instrucción")) << sql;
+  }
+  using namespace std::string_literals;
+  EXPECT_THAT(Falla([&] { base_->Ejecuta("DELETE FROM odbc_t\0 WHERE 1 = 0"s); }).what(), HasSubstr("nulo"));
+  EXPECT_EQ(Filas(), 1);
+
+  EXPECT_EQ(Uno("SELECT ';' ; "), Value(";"));
+  Agrega(2, clave);
+  EXPECT_EQ(Uno("SELECT t FROM odbc_t WHERE n = 2"), Value(clave));
+}
+
+TEST(UnicaSentencia, CadaMotorConSusComillasYComentarios) {
+  const auto pasa = [](Motor motor, std::string_view sql) {
+    try {
+      ExigeUnaSentencia(motor, sql);
+      return true;
+    } catch (const HostError&) {
+      return false;
+    }
+  };
+  struct Caso {
+    const char* sql;
+    bool sqlite, mariadb;
+  };
+  for (const Caso& caso : std::initializer_list<Caso>{
+           {"DELETE FROM t;;  -- fin\n /* ; */ ;", true, true},
+           {R"(SELECT '\'; DELETE FROM t; -- ')", false, true},
+           {R"(SELECT '\\'; DELETE FROM t; -- ')", false, false},
+           {R"(SELECT "\"; x")", false, true},
+           {"SELECT 'a'';b', \"c;d\", `e;f`", true, true},
+           {"SELECT `a\\`; DELETE FROM t", false, false},
+           {"SELECT [a;b] FROM t", true, false},
+           {"SELECT 1 --; DELETE", true, false},
+           {"SELECT 1 --1; DELETE FROM t", true, false},
+           {"SELECT 1 # ; DELETE", false, true},
+           {"SELECT 1; # fin", false, true},
+           {"SELECT 1 -- ;\n; DELETE FROM t", false, false},
+           {"SELECT 1 /*! ; DELETE FROM t */", true, false},
+           {"SELECT 1; /*M!100000 DELETE FROM t */", true, false},
+           {"SELECT 1 /* abierto ; ", true, true},
+           {"SELECT 'abierto ; ", true, true},
+       }) {
+    EXPECT_EQ(pasa(Motor::Sqlite, caso.sql), caso.sqlite) << caso.sql;
+    EXPECT_EQ(pasa(Motor::MariaDb, caso.sql), caso.mariadb) << caso.sql;
+  }
+}
+
+TEST_P(Odbc, ElErrorEsElDeLaBase) {
+  const bool maria = base_->TraeMotor() == Motor::MariaDb;
+  const HostError error = Falla([&] { base_->Consulta("SELECT * FROM odbc_no_existe"); });
+  EXPECT_THAT(error.what(), HasSubstr("odbc_no_existe"));
+  EXPECT_THAT(error.what(), Not(HasSubstr("[")));
+  EXPECT_EQ(error.NativeCode(), maria ? 1146 : 1);
+  EXPECT_EQ(error.SqlState(), maria ? "42S02" : "HY000");
+  EXPECT_EQ(error.Number(), ErrorNumber::AutomationFailure);
+  // The connection goes on working.
+  Agrega(1);
+  EXPECT_EQ(Filas(), 1);
+  EXPECT_THAT(dicho_, testing::Contains("SELECT * FROM odbc_no_existe"));
+
+  base_->Cierra();
+  EXPECT_EQ(Falla([&] { Filas(); }).NativeCode(), 3704);
+  base_ = BaseDatos::Abre(GetParam(), traza_);
+  EXPECT_THROW(BaseDatos::Abre("DRIVER={Ninguno}", traza_), HostError);
+}
+
+TEST_P(Odbc, SeRecorreMientrasSeEjecuta) {
+  for (int i = 1; i <= 30; ++i) Agrega(i, "articulo");
+  const auto filas = base_->Consulta("SELECT n FROM odbc_t ORDER BY n");
+  int vistas = 0;
+  for (; !filas->Eof(); filas->MoveNext()) {
+    ++vistas;
+    // A wider and a narrower result in turn, and a change of the very rows.
+    EXPECT_EQ(base_->Consulta("SELECT * FROM odbc_t WHERE n = " + ATexto(filas->Campo(0)))->Campo("N"),
+              filas->Campo("N"));
+    EXPECT_EQ(base_->Ejecuta("DELETE FROM odbc_t WHERE n = " + ATexto(filas->Campo("n"))), 1);
+  }
+  EXPECT_EQ(vistas, 30);
+  EXPECT_EQ(Filas(), 0);
+  Agrega(1);
+  // Rows found count, also when nothing changes.
+  EXPECT_EQ(base_->Ejecuta("UPDATE odbc_t SET n = 1"), 1);
+  EXPECT_EQ(base_->Ejecuta("UPDATE odbc_t SET n = 1 WHERE n = 9"), 0);
+}
+
+TEST_P(Odbc, CamposQueFaltan) {
+  Agrega(1);
+  const auto filas = base_->Consulta("SELECT n FROM odbc_t");
+  for (const HostError& error : {Falla([&] { filas->Campo("nada"); }), Falla([&] { filas->Campo(1); }),
+                                 Falla([&] { filas->Campo(-1); })}) {
+    EXPECT_STREQ(error.what(),
+                 "Item cannot be found in the collection corresponding to the requested name or ordinal.");
+    EXPECT_EQ(error.NativeCode(), 3265);
+  }
+  filas->MoveNext();
+  EXPECT_TRUE(filas->Eof());
+  for (const HostError& error : {Falla([&] { filas->Campo("n"); }), Falla([&] { filas->MoveNext(); })}) {
+    EXPECT_STREQ(
+        error.what(),
+        "Either BOF or EOF is True, or the current record has been deleted. Requested operation requires a "
+        "current record.");
+    EXPECT_EQ(error.NativeCode(), 3021);
+  }
+}
+
+TEST_P(Odbc, RecordsetPorNombre) {
+  for (int i = 1; i <= 3; ++i) Agrega(i, "t" + std::to_string(i));
+  const auto filas = NuevoRecordset();
+  EXPECT_EQ(filas->Call("State"), Value(0));
+  EXPECT_EQ(Falla([&] { filas->Call("EOF"); }).NativeCode(), 3704);
+  filas->Put("CursorType", 1);
+  filas->PonLockType(3);
+  std::array<Value, 5> args{"SELECT n, t FROM odbc_t ORDER BY n", base_, -1, Value(), 1};
+  filas->Call("open", args);
+  EXPECT_EQ(filas->Call("CursorType"), Value(1));
+  EXPECT_EQ(filas->Call("LockType"), Value(3));
+  EXPECT_EQ(filas->Call("Source"), args[0]);
+  EXPECT_EQ(filas->Call("ActiveConnection"), Value(base_));
+  EXPECT_EQ(filas->Call("RecordCount"), Value(3));
+  EXPECT_EQ(Falla([&] { filas->Call("Open", args); }).NativeCode(), 3705);
+
+  // rs("T") is a live field, rs.Fields.Item(0).Value reads the same row.
+  std::array<Value, 1> nombre{"T"};
+  const ObjectPtr campo = AObjeto(filas->Read(kDefaultMember, nombre));
+  const ObjectPtr campos = AObjeto(filas->Call("Fields"));
+  std::array<Value, 1> cero{0};
+  EXPECT_EQ(campos->Call("Count"), Value(2));
+  std::vector<std::string> visto;
+  for (; !ABooleano(filas->Call("eof")); filas->Call("MoveNext"))
+    visto.push_back(ATexto(Value(AObjeto(campos->Call("Item", cero)))) + ATexto(campo->Call("Value")));
+  EXPECT_THAT(visto, ElementsAre("1t1", "2t2", "3t3"));
+  EXPECT_EQ(campo->Call("Name"), Value("t"));
+  EXPECT_EQ(campo->Call("Type"), Value(202));
+  EXPECT_EQ(Falla([&] { campo->Default(); }).NativeCode(), 3021);
+
+  filas->Call("MovePrevious");
+  EXPECT_EQ(campo->Default(), Value("t3"));
+  filas->Call("MoveFirst");
+  filas->Call("MovePrevious");
+  EXPECT_EQ(filas->Call("BOF"), Value(true));
+  filas->Call("MoveLast");
+  EXPECT_EQ(campo->Default(), Value("t3"));
+  filas->Call("Close");
+  filas->Open("SELECT n FROM odbc_t WHERE n = 9", base_, 0, 1, 1);
+  EXPECT_EQ(filas->Call("BOF"), Value(true));
+  EXPECT_EQ(filas->Call("CursorType"), Value(0));
+  EXPECT_EQ(Falla([&] { campo->Call("Name"); }).NativeCode(), 3265);
+  EXPECT_EQ(Falla([&] { filas->Call("MoveFirst"); }).NativeCode(), 3021);
+}
+
+TEST_P(Odbc, ConexionPorNombreYTransacciones) {
+  std::array<Value, 2> args{"INSERT INTO odbc_t (n) VALUES (1)", Value()};
+  const ObjectPtr sin_filas = AObjeto(base_->Call("Execute", args));
+  EXPECT_EQ(sin_filas->Call("State"), Value(0));
+  EXPECT_EQ(args[1], Value(1));
+  std::array<Value, 1> cuenta{"SELECT COUNT( * ) AS c FROM odbc_t"};
+  EXPECT_FALSE(ABooleano(AObjeto(base_->Call("Execute", cuenta))->Call("EOF")));
+
+  base_->Call("BeginTrans");
+  Agrega(2);
+  base_->Call("RollbackTrans");
+  base_->Call("BeginTrans");
+  Agrega(3);
+  base_->Call("CommitTrans");
+  EXPECT_EQ(Filas(), 2);
+  {
+    Transaccion deshecha(*base_);
+    Agrega(4);
+    EXPECT_EQ(Filas(), 3);
+  }
+  EXPECT_EQ(Filas(), 2);
+  {
+    Transaccion hecha(*base_);
+    Agrega(5);
+    hecha.Confirma();
+  }
+  EXPECT_EQ(Filas(), 3);
+  // The end of a transaction on a closed connection is no second error.
+  EXPECT_NO_THROW({
+    Transaccion perdida(*base_);
+    base_->Cierra();
+  });
+  EXPECT_EQ(base_->Call("State"), Value(0));
+  base_ = BaseDatos::Abre(GetParam(), traza_);
+}
+
+TEST_P(Odbc, DosConexionesVenLoMismo) {
+  if (GetParam().find(":memory:") != std::string::npos) GTEST_SKIP() << "la memoria es de una sola conexión";
+  const auto otra = BaseDatos::Abre(GetParam(), traza_);
+  Agrega(1, "ñ€😀");
+  EXPECT_EQ(otra->Consulta("SELECT t FROM odbc_t")->Campo(0), Value("ñ€😀"));
+  {
+    Transaccion abierta(*base_);
+    base_->Ejecuta("DELETE FROM odbc_t");
+    EXPECT_EQ(otra->Consulta("SELECT COUNT( * ) FROM odbc_t")->Campo(0), Value(1));
+  }
+  if (base_->TraeMotor() != Motor::Sqlite) return;
+  EXPECT_TRUE(std::filesystem::exists(Archivo()));
+  EXPECT_EQ(Uno("PRAGMA journal_mode"), Value("wal"));
+  EXPECT_EQ(ATexto(Uno("PRAGMA synchronous")), "2");
+}
+
+INSTANTIATE_TEST_SUITE_P(Motores, Odbc, testing::ValuesIn(Cadenas()), [](const auto& caso) {
+  if (caso.param.find(":memory:") != std::string::npos) return std::string("SqliteMemoria");
+  return std::string(caso.param.find("SQLite") != std::string::npos ? "SqliteArchivo" : "MariaDb");
+});
+
+TEST(CadenaOdbc, LlavesYCambios) {
+  CadenaOdbc cadena("driver={A;B=}}C} ; Server = x;;PWD={p;{w}};suelto;Charset=latin1");
+  EXPECT_EQ(cadena.Trae("DRIVER"), "A;B=}C");
+  EXPECT_EQ(cadena.Trae("server"), "x");
+  EXPECT_EQ(cadena.Trae("nada"), "");
+  cadena.Pon("CHARSET", "utf8mb4");
+  cadena.Quita("pwd");
+  EXPECT_EQ(cadena.Texto(), "driver={A;B=}}C};Server=x;CHARSET=utf8mb4;");
+}
+
+}  // namespace
+}  // namespace zuvi::host
