@@ -11,11 +11,10 @@
 namespace zuvi::host {
 namespace {
 
-/// Bytes of a text fetched at a time.
-constexpr std::size_t kTrozo = 16 * 1024;
-
-std::u16string_view AnchoDe(const char* bytes, std::size_t cuantos) {
-  return {reinterpret_cast<const char16_t*>(bytes), cuantos / sizeof(char16_t)};
+/// Bytes of the mark that ends a text in a buffer.
+std::size_t FinDe(SQLSMALLINT tipo) {
+  if (tipo == SQL_C_BINARY) return 0;
+  return tipo == SQL_C_WCHAR ? sizeof(char16_t) : 1;
 }
 
 template <class Numero>
@@ -95,23 +94,15 @@ Resultado Sentencia::Lee(std::string_view sql, std::int64_t* tocadas) {
   Resultado resultado;
   if (cuantas == 0) return resultado;
 
-  const auto columnas = static_cast<std::size_t>(cuantas);
+  resultado.columnas = Describe(static_cast<std::size_t>(cuantas));
+  const Columnas& columnas = *resultado.columnas;
   Liga(columnas);
-  bool mas = SQL_NO_DATA != [&] {
+  for (;;) {
     const SQLRETURN r = SQLFetch(handle_.Get());
     Exige(r);
-    return r;
-  }();
-  // An expression's type in SQLite is that of its first row.
-  resultado.columnas = Describe(columnas);
-  while (mas) {
-    for (std::size_t i = 0; i < columnas; ++i)
-      resultado.celdas.push_back(Celda(i, (*resultado.columnas)[i].clase));
-    const SQLRETURN r = SQLFetch(handle_.Get());
-    Exige(r);
-    mas = r != SQL_NO_DATA;
+    if (r == SQL_NO_DATA) return resultado;
+    for (std::size_t i = 0; i < columnas.size(); ++i) resultado.celdas.push_back(Celda(i, columnas[i].clase));
   }
-  return resultado;
 }
 
 bool Sentencia::Ejecuta(std::string_view sql) {
@@ -150,8 +141,8 @@ std::shared_ptr<const Columnas> Sentencia::Describe(std::size_t cuantas) {
                            static_cast<SQLSMALLINT>(nombre.size()), &largo, &tipo, &medida, &decimales,
                            &nulos));
     }
-    const std::size_t bytes =
-        std::min(static_cast<std::size_t>(std::max<SQLSMALLINT>(largo, 0)), nombre.size() - Unidad());
+    const std::size_t bytes = std::min(static_cast<std::size_t>(std::max<SQLSMALLINT>(largo, 0)),
+                                       nombre.size() - (ancho ? sizeof(char16_t) : 1));
     figura_ += static_cast<char>('0' + static_cast<int>(ClaseDe(numero, tipo)));
     figura_.append(reinterpret_cast<const char*>(&bytes), sizeof bytes);
     figura_.append(nombre.data(), bytes);
@@ -217,51 +208,55 @@ Clase Sentencia::ClaseDe(SQLUSMALLINT columna, SQLSMALLINT tipo) const {
   return Clase::Texto;
 }
 
-void Sentencia::Liga(std::size_t columnas) {
-  // MariaDB's driver fails on a bound cell whose text is cut between surrogates. Its cells are fetched one by
-  // one.
-  if (motor_ == Motor::MariaDb) return;
-  while (ligadas_.size() < columnas) {
-    Bufer& bufer = ligadas_.emplace_back();
-    Exige(SQLBindCol(handle_.Get(), static_cast<SQLUSMALLINT>(ligadas_.size()), TipoC(), bufer.bytes.data(),
+void Sentencia::Liga(const Columnas& columnas) {
+  for (std::size_t i = 0; i < columnas.size(); ++i) {
+    if (i == ligadas_.size()) ligadas_.emplace_back();
+    Bufer& bufer = ligadas_[i];
+    const SQLSMALLINT tipo = TipoC(columnas[i].clase);
+    if (bufer.tipo == tipo) continue;
+    bufer.tipo = 0;
+    Exige(SQLBindCol(handle_.Get(), static_cast<SQLUSMALLINT>(i + 1), tipo, bufer.bytes.data(),
                      static_cast<SQLLEN>(bufer.bytes.size()), &bufer.largo));
+    bufer.tipo = tipo;
   }
+}
+
+SQLSMALLINT Sentencia::TipoC(Clase clase) const {
+  // Of MariaDB's texts the bytes are taken as they come, which are UTF-8: as UTF-16 its driver converts them
+  // slowly, and fails on a text that is cut between surrogates.
+  if (motor_ == Motor::MariaDb)
+    return clase == Clase::Texto || clase == Clase::TextoLargo ? SQL_C_BINARY : SQL_C_CHAR;
+  return forma_ == Forma::Utf16 ? SQL_C_WCHAR : SQL_C_CHAR;
 }
 
 Value Sentencia::Celda(std::size_t columna, Clase clase) {
-  if (columna < ligadas_.size()) {
-    const Bufer& bufer = ligadas_[columna];
-    if (bufer.largo == SQL_NULL_DATA) return Null{};
-    const auto cuantos = static_cast<std::size_t>(bufer.largo);
-    if (bufer.largo >= 0 && cuantos <= bufer.bytes.size() - Unidad())
-      return ValorDe(EnUtf8(bufer.bytes.data(), cuantos), clase);
-  }
-  return CeldaAparte(columna, clase);
+  const Bufer& bufer = ligadas_[columna];
+  if (bufer.largo == SQL_NULL_DATA) return Null{};
+  const auto cuantos = static_cast<std::size_t>(bufer.largo);
+  if (bufer.largo < 0 || cuantos > bufer.bytes.size() - FinDe(bufer.tipo)) return CeldaLarga(columna, clase);
+  return ValorDe(EnUtf8(bufer.tipo, {bufer.bytes.data(), cuantos}), clase);
 }
 
-Value Sentencia::CeldaAparte(std::size_t columna, Clase clase) {
-  trozo_.resize(kTrozo);
-  largo_.clear();
+Value Sentencia::CeldaLarga(std::size_t columna, Clase clase) {
+  const SQLSMALLINT tipo = ligadas_[columna].tipo;
+  std::string trozo(64 * 1024, '\0');
+  std::string todo;
   for (;;) {
     SQLLEN largo = 0;
-    const SQLRETURN r = SQLGetData(handle_.Get(), static_cast<SQLUSMALLINT>(columna + 1), TipoC(),
-                                   trozo_.data(), static_cast<SQLLEN>(trozo_.size()), &largo);
+    const SQLRETURN r = SQLGetData(handle_.Get(), static_cast<SQLUSMALLINT>(columna + 1), tipo, trozo.data(),
+                                   static_cast<SQLLEN>(trozo.size()), &largo);
     Exige(r);
     if (r == SQL_NO_DATA) break;
-    if (largo == SQL_NULL_DATA) return Null{};
-    const std::size_t lleno = trozo_.size() - Unidad();
-    const bool cortado = r == SQL_SUCCESS_WITH_INFO || largo < 0;
-    const std::size_t cuantos = cortado ? lleno : std::min(static_cast<std::size_t>(largo), lleno);
-    if (!cortado && largo_.empty()) return ValorDe(EnUtf8(trozo_.data(), cuantos), clase);
-    largo_.append(trozo_, 0, cuantos);
-    if (!cortado) break;
+    const std::size_t lleno = trozo.size() - FinDe(tipo);
+    todo.append(trozo, 0, largo < 0 ? lleno : std::min(static_cast<std::size_t>(largo), lleno));
+    if (r == SQL_SUCCESS) break;
   }
-  return ValorDe(EnUtf8(largo_.data(), largo_.size()), clase);
+  return ValorDe(EnUtf8(tipo, todo), clase);
 }
 
-std::string_view Sentencia::EnUtf8(const char* bytes, std::size_t cuantos) {
-  if (forma_ == Forma::Utf8) return {bytes, cuantos};
-  return texto_ = Utf8(AnchoDe(bytes, cuantos));
+std::string_view Sentencia::EnUtf8(SQLSMALLINT tipo, std::string_view bytes) {
+  if (tipo != SQL_C_WCHAR) return bytes;
+  return texto_ = Utf8({reinterpret_cast<const char16_t*>(bytes.data()), bytes.size() / sizeof(char16_t)});
 }
 
 }  // namespace zuvi::host

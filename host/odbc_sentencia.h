@@ -15,8 +15,8 @@
 
 namespace zuvi::host {
 
-/// The one statement handle of a connection. Every cell is fetched as text, into buffers that are bound once
-/// for all statements where the driver is up to it, and made a value by the kind of its column: SQLite keeps
+/// The one statement handle of a connection. Every cell is fetched as text, into buffers that stay bound
+/// from one statement to the next, and made a value by the kind of its column: SQLite keeps
 /// any value in any column.
 class Sentencia {
  public:
@@ -36,27 +36,24 @@ class Sentencia {
   struct Bufer {
     alignas(char16_t) std::array<char, 512> bytes;
     SQLLEN largo = 0;
+    SQLSMALLINT tipo = 0;  // as it is bound
   };
   void Exige(SQLRETURN resultado) const { host::Exige(resultado, SQL_HANDLE_STMT, handle_.Get(), forma_); }
-  std::size_t Unidad() const { return forma_ == Forma::Utf16 ? sizeof(char16_t) : 1; }
   /// False when no row was touched or found.
   bool Ejecuta(std::string_view sql);
   std::int64_t Tocadas() const;
   std::shared_ptr<const Columnas> Describe(std::size_t cuantas);
   Clase ClaseDe(SQLUSMALLINT columna, SQLSMALLINT tipo) const;
-  void Liga(std::size_t columnas);
+  void Liga(const Columnas& columnas);
+  SQLSMALLINT TipoC(Clase clase) const;
   Value Celda(std::size_t columna, Clase clase);
-  /// A cell that is not bound, or longer than its buffer.
-  Value CeldaAparte(std::size_t columna, Clase clase);
-  std::string_view EnUtf8(const char* bytes, std::size_t cuantos);
-  SQLSMALLINT TipoC() const { return forma_ == Forma::Utf16 ? SQL_C_WCHAR : SQL_C_CHAR; }
+  Value CeldaLarga(std::size_t columna, Clase clase);
+  std::string_view EnUtf8(SQLSMALLINT tipo, std::string_view bytes);
 
   OdbcHandle<SQL_HANDLE_STMT> handle_;
   Motor motor_;
   Forma forma_;
   std::deque<Bufer> ligadas_;
-  std::string trozo_;  // what SQLGetData fills
-  std::string largo_;  // the pieces of a long text
   std::string texto_;  // the cell being read, in UTF-8
   std::string figura_;
   // Shapes seen before: types and names as the driver gave them.
