@@ -17,9 +17,9 @@ display_start() {
 }
 
 # The prefix is made once per run: about ten seconds.
-wine_start() {
+wine_start() { # win64|win32
   make_temp ZUVI_WINE_DIR
-  export WINEPREFIX=$ZUVI_WINE_DIR/prefix WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
+  export WINEPREFIX=$ZUVI_WINE_DIR/prefix WINEARCH=$1 WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
   # Debian's launcher tells that the 32-bit half is missing; that one is tried in a root of its own.
   at_exit wine_stop
   display_start

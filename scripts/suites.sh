@@ -1,0 +1,90 @@
+# shellcheck shell=bash
+# The suites of test.sh. Each ends in `tally`; each database is made for one suite. Sourced after the others.
+
+short_locale() { printf '%s' "${1%%.*}"; }
+
+format_suite() {
+  # shellcheck disable=SC2016
+  suite "formato de las fuentes" 120 count_status bash -c \
+    'find "$1" -path "$1/build" -prune -o \( -name "*.h" -o -name "*.cpp" \) -print0 |
+     xargs -0 -r clang-format-14 --dry-run -Werror' - "$ZUVI_ROOT"
+}
+
+# All native tests, run by ctest.
+ctest_suite() { # name preset environment…
+  local name=$1 preset=$2
+  shift 2
+  suite "$name" 600 count_gtest env "$@" ctest --test-dir "$ZUVI_BUILD/$preset" --verbose --timeout 300
+}
+
+native_suites() {
+  local locale short base temp
+  own_exit_commands
+  make_temp temp
+  for locale in $ZUVI_LOCALES; do
+    short=$(short_locale "$locale")
+    base=$(mariadb_database "zuvi_nativo_$short")
+    ctest_suite "nativo $short" linux LC_ALL="$locale" ZUVI_MARIADB="$base"
+  done
+  ctest_suite "nativo sin servidor" linux -u ZUVI_MARIADB LC_ALL=C
+  for locale in $ZUVI_LOCALES; do
+    short=$(short_locale "$locale")
+    suite "zuvi en SQLite $short" 300 count_last_line env LC_ALL="$locale" \
+      bash "$ZUVI_ROOT/tests/e2e/nativo.sh" "$ZUVI_BUILD/linux/bin/zuvi" "$temp/$short.db"
+    base=$(mariadb_database "zuvi_cli_$short")
+    suite "zuvi en MariaDB $short" 300 count_last_line env LC_ALL="$locale" \
+      bash "$ZUVI_ROOT/tests/e2e/nativo.sh" "$ZUVI_BUILD/linux/bin/zuvi" "$base" "$ZUVI_MARIADB_LOG" "zuvi_cli_$short"
+  done
+  suite "./run.sh --native" 300 count_status bash "$ZUVI_ROOT/run.sh" --native
+}
+
+asan_suites() {
+  local base
+  base=$(mariadb_database zuvi_asan)
+  ctest_suite "nativo con sanitizadores" asan LC_ALL=C ZUVI_MARIADB="$base"
+}
+
+# The registered component under Wine, seen by COM clients and by scripts in both script runners.
+wine_suites() { # folder with the programs, name of the architecture
+  local bin=$1 arch=$2 locale short base runner temp
+  make_temp temp
+  wine_register "$bin" || {
+    tally "registro de las DLL $arch" 0 1
+    return
+  }
+  for locale in $ZUVI_LOCALES; do
+    short=$(short_locale "$locale")
+    suite "COM $arch $short" 600 count_last_line env LC_ALL="$locale" bash "$ZUVI_ROOT/tests/com/run.sh" "$bin"
+    for runner in cscript zuvi; do
+      wine_script "$runner" "$bin" operaciones "$arch $short SQLite" "$locale" "$temp/$runner-$short.db"
+      wine_script "$runner" "$bin" anfitrion_guion "$arch $short SQLite" "$locale" "$temp/$runner-$short.db"
+      base=$(mariadb_database "zuvi_${runner}_${arch}_$short")
+      wine_script "$runner" "$bin" operaciones "$arch $short MariaDB" "$locale" \
+        "$base" "$ZUVI_MARIADB_LOG" "zuvi_${runner}_${arch}_$short"
+    done
+    wine_stop
+  done
+}
+wine_script() { # runner folder script name locale base [log database]
+  local runner=$1 bin=$2 script=$3 name=$4 locale=$5
+  shift 5
+  suite "$runner $script $name" 200 count_last_line env LC_ALL="$locale" \
+    bash "$ZUVI_ROOT/tests/e2e/windows.sh" "$runner" "$bin" "$ZUVI_ROOT/tests/e2e/$script.vbs" "$@"
+}
+
+windows_suites() {
+  own_exit_commands
+  wine_start win64
+  wine_suites "$ZUVI_BUILD/win64/bin" x64
+  suite "./run.sh" 300 count_status bash "$ZUVI_ROOT/run.sh"
+}
+
+wine32_suites() {
+  if [ -s "$ZUVI_WINE32_REASON" ]; then
+    skipped "Wine de 32 bits" "$(cat "$ZUVI_WINE32_REASON")"
+  elif ! wine32_run true 2>>"$ZUVI_LOGS/wine32.log"; then
+    skipped "Wine de 32 bits" "no se pudo montar el sistema i386 (build/log/wine32.log)"
+  else
+    wine32_run bash "$ZUVI_ROOT/scripts/wine32-suites.sh"
+  fi
+}

@@ -1,0 +1,98 @@
+' A host written in script: the environment is a VBScript object, the rest comes from the reference host.
+' It counts what the component asks of it. Runs after operaciones.vbs on the same database.
+Option Explicit
+
+Dim bien, mal
+bien = 0
+mal = 0
+
+Sub Igual(que, obtenido, esperado)
+  If Err.Number <> 0 Then
+    mal = mal + 1
+    WScript.Echo "FALLA " & que & ": error " & Err.Number & " " & Err.Description
+    Err.Clear
+  ElseIf CStr(obtenido) = CStr(esperado) Then
+    bien = bien + 1
+  Else
+    mal = mal + 1
+    WScript.Echo "FALLA " & que & " es " & obtenido & ", se esperaba " & esperado
+  End If
+End Sub
+
+Sub Termina
+  WScript.Echo bien & " passed, " & mal & " failed"
+  If mal > 0 Then
+    WScript.Quit 1
+  End If
+  WScript.Quit 0
+End Sub
+
+Class AmbienteDeGuion
+  Public Real
+  Public Ordenes
+  Public Usuarios
+
+  Public Property Get Conexion()
+    Set Conexion = Real.Conexion
+  End Property
+  Public Property Get UsuarioActual()
+    Usuarios = Usuarios + 1
+    UsuarioActual = "GUION"
+  End Property
+  Public Property Get RutaAplicacion()
+    RutaAplicacion = "C:\Guion"
+  End Property
+  Public Function EjecutaSQL(sql)
+    Ordenes = Ordenes & sql & "; "
+    Real.EjecutaSQL sql
+    EjecutaSQL = 1
+  End Function
+  Public Property Get DatoFechaA()
+    DatoFechaA = 20240229
+  End Property
+  Public Property Get DatoFechaB()
+    DatoFechaB = 3600
+  End Property
+  Public Property Get DatoDocumento()
+    DatoDocumento = 7
+  End Property
+End Class
+
+On Error Resume Next
+
+Dim ambiente, produccion, filas
+Set ambiente = New AmbienteDeGuion
+ambiente.Ordenes = ""
+ambiente.Usuarios = 0
+Set ambiente.Real = CreateObject("ZuviEnviroment.Ambiente")
+Igual "crear Ambiente", Err.Number, 0
+ambiente.Real.Respuestas = "si"
+Set produccion = CreateObject("ZuviProduccion.Produccion")
+Igual "crear Produccion", Err.Number, 0
+If mal > 0 Then
+  Termina
+End If
+Set produccion.Ambiente = ambiente
+Set produccion.Parent = ambiente
+Igual "el mismo objeto de vuelta", produccion.Ambiente Is ambiente, True
+
+produccion.Ensamble "E2E-BANCO", 3, 1, 9001
+Igual "ensamblar", Err.Number, 0
+Set filas = ambiente.Conexion.Execute("SELECT usuario, documento, referencia, fecha, importe FROM movimientos ORDER BY id DESC")
+Igual "usuario del movimiento", filas.Fields("usuario").Value, "GUION"
+Igual "documento del movimiento", filas.Fields("documento").Value, "7"
+Igual "referencia del movimiento", filas.Fields("referencia").Value, 20240229
+Igual "fecha del movimiento", Year(filas.Fields("fecha").Value) * 100 + Month(filas.Fields("fecha").Value), 202402
+Igual "importe del kit", filas.Fields("importe").Value, 2225
+Igual "usuario leido", ambiente.Usuarios, 1
+
+produccion.EntregaProductoTerminado 9003
+Igual "entregar", Err.Number, 0
+Igual "orden ejecutada", ambiente.Ordenes, "UPDATE oppart SET terminado = cantidad WHERE op = 9003; "
+ambiente.Ordenes = ""
+ambiente.Real.Respuestas = "si,si"
+Igual "cancelar", produccion.CancelaOp(9001), True
+Igual "orden de cierre", ambiente.Ordenes, "UPDATE op SET cerrado = 1 WHERE op = 9001; "
+
+Set produccion = Nothing
+Termina
