@@ -10,6 +10,11 @@ endif()
 if(WIN32)
   target_compile_definitions(zuvi_flags INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
   # No DLL of the compiler is left to find at the user's; the same input gives the same bytes.
+  if(ZUVI_MINGW_ARCH STREQUAL i686)
+    set(ZUVI_SXS_ARCH x86)
+  else()
+    set(ZUVI_SXS_ARCH amd64)
+  endif()
   target_link_options(zuvi_flags INTERFACE -static -static-libgcc -static-libstdc++ -fstack-protector-strong -Wl,--no-insert-timestamp)
 endif()
 

@@ -8,18 +8,16 @@
 #include <optional>
 
 #include "base/text.h"
-#include "com/automation/com_object.h"
-#include "com/automation/com_ptr.h"
 #include "com/automation/dispatch_object.h"
+#include "com/automation/handles.h"
 #include "host/win32/wscript.h"
 
 namespace zuvi::host {
 namespace {
 
-using automation::ComPtr;
-using automation::UniqueBstr;
-
-const wchar_t* Ancho(const std::u16string& texto) { return reinterpret_cast<const wchar_t*>(texto.c_str()); }
+const wchar_t* Literal(const std::u16string& texto) {
+  return reinterpret_cast<const wchar_t*>(texto.c_str());
+}
 
 [[noreturn]] void Falla(const std::string& texto, HRESULT codigo) {
   throw HostError(texto, ErrorNumber::AutomationFailure, static_cast<std::int32_t>(codigo));
@@ -32,7 +30,7 @@ void Exige(HRESULT codigo, const char* que) {
 /// The file's text: UTF-16 by its mark, else UTF-8 with or without mark, else the Western code page.
 std::u16string LeeTexto(const std::u16string& archivo) {
   const HANDLE crudo =
-      CreateFileW(Ancho(archivo), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+      CreateFileW(Literal(archivo), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
   if (crudo == INVALID_HANDLE_VALUE) throw HostError("No se pudo abrir el guion " + Utf8(archivo));
   std::string bytes;
   char tramo[4096];
@@ -79,8 +77,9 @@ class Sitio final : public IActiveScriptSite, public IActiveScriptSiteWindow {
   STDMETHODIMP QueryInterface(REFIID iid, void** salida) override {
     if (!salida) return E_POINTER;
     *salida = nullptr;
-    if (iid == IID_IUnknown || iid == IID_IActiveScriptSite) *salida = static_cast<IActiveScriptSite*>(this);
-    if (iid == IID_IActiveScriptSiteWindow) *salida = static_cast<IActiveScriptSiteWindow*>(this);
+    if (iid == IID_IUnknown || iid == __uuidof(IActiveScriptSite))
+      *salida = static_cast<IActiveScriptSite*>(this);
+    if (iid == __uuidof(IActiveScriptSiteWindow)) *salida = static_cast<IActiveScriptSiteWindow*>(this);
     return *salida ? S_OK : E_NOINTERFACE;
   }
   // The site lives on the stack of the run and outlives its engine, so the counts have nothing to decide.
@@ -120,10 +119,6 @@ class Sitio final : public IActiveScriptSite, public IActiveScriptSiteWindow {
   std::optional<std::string> error_;
 };
 
-std::string TextoDe(const BSTR texto) {
-  return texto ? Utf8({reinterpret_cast<const char16_t*>(texto), SysStringLen(texto)}) : std::string();
-}
-
 STDMETHODIMP Sitio::OnScriptError(IActiveScriptError* error) {
   try {
     DWORD contexto = 0;
@@ -134,7 +129,7 @@ STDMETHODIMP Sitio::OnScriptError(IActiveScriptError* error) {
     std::string texto;
     if (SUCCEEDED(error->GetExceptionInfo(&datos))) {
       if (datos.pfnDeferredFillIn) datos.pfnDeferredFillIn(&datos);
-      texto = TextoDe(datos.bstrDescription);
+      texto = Utf8De(datos.bstrDescription, SysStringLen(datos.bstrDescription));
       char codigo[32];
       std::snprintf(codigo, sizeof codigo, "0x%08lX", static_cast<unsigned long>(datos.scode));
       texto = texto.empty() ? std::string("error ") + codigo : texto + " [" + codigo + "]";
@@ -172,34 +167,34 @@ void AtiendeMensajes(unsigned milisegundos) {
   }
 }
 
-ResultadoGuion EjecutaGuion(const std::u16string& archivo, const std::vector<std::string>& argumentos) {
+ResultadoGuion EjecutaGuion(ComModule& modulo, const std::u16string& archivo,
+                            const std::vector<std::string>& argumentos) {
   const std::u16string texto = LeeTexto(archivo);
   const std::string nombre = Utf8(archivo);
   Sitio sitio(nombre);
-  sitio.Publica(L"WScript", automation::Publish(std::make_shared<WScript>(nombre, argumentos)));
-  sitio.Publica(L"Ambiente", automation::DispatchOf(automation::CreateComObject("ZuviEnviroment.Ambiente")));
+  sitio.Publica(L"WScript", Publish(std::make_shared<WScript>(modulo, nombre, argumentos), modulo));
+  sitio.Publica(L"Ambiente", CreaPorNombre("ZuviEnviroment.Ambiente"));
 
   ComPtr<IActiveScript> motor;
-  Exige(CoCreateInstance(MotorDe(archivo), nullptr, CLSCTX_INPROC_SERVER, IID_IActiveScript,
-                         reinterpret_cast<void**>(motor.put())),
+  Exige(CoCreateInstance(MotorDe(archivo), nullptr, CLSCTX_INPROC_SERVER, __uuidof(IActiveScript),
+                         motor.put_void()),
         "no se pudo crear");
   ComPtr<IActiveScriptParse> analizador;
-  Exige(motor.get()->QueryInterface(IID_IActiveScriptParse, reinterpret_cast<void**>(analizador.put())),
-        "no analiza texto");
-  Exige(motor.get()->SetScriptSite(&sitio), "no acepta el sitio");
-  Exige(analizador.get()->InitNew(), "no se inicia");
+  Exige(motor->QueryInterface(__uuidof(IActiveScriptParse), analizador.put_void()), "no analiza texto");
+  Exige(motor->SetScriptSite(&sitio), "no acepta el sitio");
+  Exige(analizador->InitNew(), "no se inicia");
   for (const wchar_t* objeto : {L"WScript", L"Ambiente"})
-    Exige(motor.get()->AddNamedItem(objeto, SCRIPTITEM_ISVISIBLE), "no acepta un objeto");
+    Exige(motor->AddNamedItem(objeto, SCRIPTITEM_ISVISIBLE), "no acepta un objeto");
 
   ResultadoGuion resultado;
-  HRESULT codigo = analizador.get()->ParseScriptText(Ancho(texto), nullptr, nullptr, nullptr, 0, 0,
-                                                     SCRIPTTEXT_ISVISIBLE, nullptr, nullptr);
-  if (SUCCEEDED(codigo)) codigo = motor.get()->SetScriptState(SCRIPTSTATE_STARTED);
+  HRESULT codigo = analizador->ParseScriptText(Literal(texto), nullptr, nullptr, nullptr, 0, 0,
+                                               SCRIPTTEXT_ISVISIBLE, nullptr, nullptr);
+  if (SUCCEEDED(codigo)) codigo = motor->SetScriptState(SCRIPTSTATE_STARTED);
   if (FAILED(codigo) || sitio.Error()) {
     resultado.codigo = 1;
     resultado.error = sitio.Error().value_or(nombre + ": el guion no se pudo ejecutar");
   }
-  motor.get()->Close();
+  motor->Close();
   return resultado;
 }
 

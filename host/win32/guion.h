@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "com/automation/com_module.h"
+
 namespace zuvi::host {
 
 /// How a script ended.
@@ -16,7 +18,8 @@ struct ResultadoGuion {
 /// apartment. The script finds `Ambiente` (the working environment) and `WScript` (Echo, Sleep that pumps
 /// messages, Quit, Arguments, CreateObject, ScriptFullName). Throws HostError when the file or its engine
 /// cannot be had.
-ResultadoGuion EjecutaGuion(const std::u16string& archivo, const std::vector<std::string>& argumentos);
+ResultadoGuion EjecutaGuion(ComModule& modulo, const std::u16string& archivo,
+                            const std::vector<std::string>& argumentos);
 
 /// Handles pending messages for so many milliseconds.
 void AtiendeMensajes(unsigned milisegundos);

@@ -1,7 +1,8 @@
 #include "host/win32/ventana_trabajo.h"
 
-#include <commctrl.h>
 #include <windows.h>
+
+#include <commctrl.h>
 
 #include <utility>
 

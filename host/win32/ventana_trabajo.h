@@ -8,9 +8,9 @@ namespace zuvi::host {
 
 /// What a work window shows when it opens. `total` 0 means a bar without an end.
 struct OpcionesTrabajo {
-  std::string titulo;
+  std::string titulo{};
   std::int32_t total = 0;
-  std::string animacion;
+  std::string animacion{};
   /// Hides itself when nothing has moved it for a while: for work whose end nobody tells.
   bool se_oculta_sola = false;
 };

@@ -6,7 +6,7 @@
 #include <cstdio>
 
 #include "base/text.h"
-#include "com/automation/com_object.h"
+#include "com/automation/handles.h"
 #include "host/win32/guion.h"
 
 namespace zuvi::host {
@@ -59,7 +59,21 @@ void WScript::Quit(std::int32_t codigo) {
   ExitProcess(static_cast<UINT>(codigo));
 }
 
-ObjectPtr WScript::CreateObject(const std::string& prog_id) { return automation::CreateComObject(prog_id); }
+ComPtr<IDispatch> CreaPorNombre(const std::string& prog_id) {
+  CLSID clase{};
+  ComPtr<IDispatch> objeto;
+  HRESULT codigo = CLSIDFromProgID(Ancho(prog_id).c_str(), &clase);
+  if (SUCCEEDED(codigo))
+    codigo = CoCreateInstance(clase, nullptr, CLSCTX_ALL, IID_IDispatch, objeto.put_void());
+  if (FAILED(codigo))
+    throw HostError(DescripcionDe(ErrorNumber::CannotCreateObject) + ": " + prog_id,
+                    ErrorNumber::CannotCreateObject, static_cast<std::int32_t>(codigo));
+  return objeto;
+}
+
+ObjectPtr WScript::CreateObject(const std::string& prog_id) {
+  return ObjectDe(CreaPorNombre(prog_id).get(), modulo_);
+}
 
 ObjectPtr WScript::Arguments() { return std::make_shared<ArgumentosGuion>(argumentos_); }
 

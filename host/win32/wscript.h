@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/members.h"
+#include "com/automation/dispatch_object.h"
 
 namespace zuvi::host {
 
@@ -11,8 +12,8 @@ namespace zuvi::host {
 /// pumps.
 class WScript final : public Object {
  public:
-  WScript(std::string archivo, std::vector<std::string> argumentos)
-      : archivo_(std::move(archivo)), argumentos_(std::move(argumentos)) {}
+  WScript(ComModule& modulo, std::string archivo, std::vector<std::string> argumentos)
+      : modulo_(modulo), archivo_(std::move(archivo)), argumentos_(std::move(argumentos)) {}
 
   /// Writes up to four values separated by blanks, and a line end, to standard output in UTF-8.
   void Echo(const Value& a, const Value& b, const Value& c, const Value& d);
@@ -27,8 +28,12 @@ class WScript final : public Object {
   const MemberTable* Members() const override;
 
  private:
+  ComModule& modulo_;
   std::string archivo_;
   std::vector<std::string> argumentos_;
 };
+
+/// A new object of a registered class. Throws HostError (CannotCreateObject).
+ComPtr<IDispatch> CreaPorNombre(const std::string& prog_id);
 
 }  // namespace zuvi::host

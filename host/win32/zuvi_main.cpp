@@ -49,7 +49,9 @@ int wmain(int argc, wchar_t** argv) {
     for (int i = 2; i < argc; ++i)
       argumentos.push_back(
           zuvi::Utf8(std::u16string(argv[i], argv[i] + std::char_traits<wchar_t>::length(argv[i]))));
-    const zuvi::host::ResultadoGuion resultado = zuvi::host::EjecutaGuion(RutaCompleta(argv[1]), argumentos);
+    zuvi::ComModule modulo("Zuvi", GetModuleHandleW(nullptr), 0);
+    const zuvi::host::ResultadoGuion resultado =
+        zuvi::host::EjecutaGuion(modulo, RutaCompleta(argv[1]), argumentos);
     if (!resultado.error.empty()) std::fprintf(stderr, "%s\n", resultado.error.c_str());
     return resultado.codigo;
   } catch (...) {
