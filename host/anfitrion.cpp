@@ -62,7 +62,7 @@ void Anfitrion::PonOpciones(Opciones opciones) {
 const std::shared_ptr<BaseDatos>& Anfitrion::Base() {
   if (base_) return base_;
   const auto base = BaseDatos::Abre(CadenaDe(opciones_), traza_);
-  PreparaEsquema(*base);
+  recien_creada_ = PreparaEsquema(*base);
   // Read once: a veto must not cost a statement per operation.
   std::set<std::string> vetadas;
   for (const auto filas = base->Consulta("SELECT clave FROM procesos WHERE vetado <> 0"); !filas->Eof();

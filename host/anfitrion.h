@@ -50,6 +50,8 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   void PonOpciones(Opciones opciones);
   /// The connection, opened on first use. An empty database gets the schema and the example shop.
   const std::shared_ptr<BaseDatos>& Base();
+  /// Whether the open database was empty and got the example shop.
+  bool RecienCreada() const { return recien_creada_; }
   Interaccion& Usuario() { return *interaccion_; }
   void PonInteraccion(std::unique_ptr<Interaccion> interaccion) { interaccion_ = std::move(interaccion); }
   Traza& TraeTraza() { return traza_; }
@@ -101,6 +103,7 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   Traza traza_;
   std::size_t traza_en_archivo_ = 0;
   std::shared_ptr<BaseDatos> base_;
+  bool recien_creada_ = false;
   std::map<std::string, Gancho> ganchos_;
   std::set<std::string> vetadas_;
   ObjectPtr ventana_principal_;

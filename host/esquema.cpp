@@ -82,9 +82,9 @@ constexpr std::array kIndices{
 };
 
 // The average cost. As long as the present cost explains a movement's amount to the half centavo that
-// rounding takes or gives, it stays: were it worked out anew each time, the rounding left on a small rest of
-// stock would move it. Any other movement makes it total value by total quantity over all warehouses. Without
-// stock, or with a negative one, the last cost stays.
+// rounding takes or gives (and a hair for the arithmetic), it stays: were it worked out anew each time, the
+// rounding left on a small rest of stock would move it. Any other movement makes it total value by total
+// quantity over all warehouses. Without stock, or with a negative one, the last cost stays.
 constexpr const char* kCostoPromedio =
     "UPDATE prods SET costo = (SELECT SUM(valor) / SUM(cantidad) / 100 FROM existencias WHERE articulo = "
     "NEW.articulo) WHERE articulo = NEW.articulo "
@@ -103,10 +103,10 @@ void Crea(BaseDatos& base) {
   const std::string costo = kCostoPromedio;
   base.EjecutaEsquema(
       "CREATE TRIGGER IF NOT EXISTS existencias_primera AFTER INSERT ON existencias FOR EACH ROW BEGIN " +
-      costo + "ABS(NEW.valor - NEW.cantidad * costo * 100) > 0.5000001; END");
+      costo + "ABS(NEW.valor - NEW.cantidad * costo * 100) > 0.51; END");
   base.EjecutaEsquema(
       "CREATE TRIGGER IF NOT EXISTS existencias_cambio AFTER UPDATE ON existencias FOR EACH ROW BEGIN " +
-      costo + "ABS((NEW.valor - OLD.valor) - (NEW.cantidad - OLD.cantidad) * costo * 100) > 0.5000001; END");
+      costo + "ABS((NEW.valor - OLD.valor) - (NEW.cantidad - OLD.cantidad) * costo * 100) > 0.51; END");
 }
 
 bool HayTabla(BaseDatos& base, const std::string& tabla) {
@@ -179,13 +179,14 @@ class Exclusiva {
 
 }  // namespace
 
-void PreparaEsquema(BaseDatos& base) {
-  if (EstaCompleto(base)) return;
+bool PreparaEsquema(BaseDatos& base) {
+  if (EstaCompleto(base)) return false;
   ExigePropia(base);
   Exclusiva exclusiva(base);
-  if (EstaCompleto(base)) return;
+  if (EstaCompleto(base)) return false;
   Crea(base);
   exclusiva.Llena();
+  return true;
 }
 
 void RehaceEsquema(BaseDatos& base) {

@@ -8,8 +8,9 @@
 namespace zuvi::host {
 
 /// Makes the tables and the example shop in a database that has none yet, also when several programs start
-/// on it at once or an earlier attempt broke off. Throws HostError for a database of somebody else.
-void PreparaEsquema(BaseDatos& base);
+/// on it at once or an earlier attempt broke off. True when this call made them. Throws HostError for a
+/// database of somebody else.
+bool PreparaEsquema(BaseDatos& base);
 /// Drops the host's tables and makes them anew with the example shop.
 void RehaceEsquema(BaseDatos& base);
 

@@ -56,19 +56,19 @@ constexpr std::array kArticulos{
     Articulo{"TURRON", "Turrón de almendra", "pza", 88, 139, "T-02", 0},
     Articulo{"ATE", "Ate de membrillo", "kg", 62, 98, "T-02", 0},
     // Made in the workshop on the way.
-    Articulo{"MASA-GALLETA", "Masa para galleta", "kg", 68, 0, "O-FRIO", 0},
-    Articulo{"GALLETA-NUEZ", "Galleta de nuez", "pza", 4.6, 8, "O-01", 0},
-    Articulo{"CAJA-GALLETA", "Caja de 12 galletas de nuez", "pza", 66, 110, "O-01", 0},
-    Articulo{"BASE-CH", "Canasta chica decorada", "pza", 95, 0, "O-02", 0},
-    Articulo{"BASE-GDE", "Canasta grande decorada", "pza", 160, 0, "O-02", 0},
+    Articulo{"MASA-GALLETA", "Masa para galleta", "kg", 54.5, 0, "O-FRIO", 0},
+    Articulo{"GALLETA-NUEZ", "Galleta de nuez", "pza", 3.3, 8, "O-01", 0},
+    Articulo{"CAJA-GALLETA", "Caja de 12 galletas de nuez", "pza", 50.4, 110, "O-01", 0},
+    Articulo{"BASE-CH", "Canasta chica decorada", "pza", 88.84, 0, "O-02", 0},
+    Articulo{"BASE-GDE", "Canasta grande decorada", "pza", 159.07, 0, "O-02", 0},
     // Kits that are sold.
-    Articulo{"PASTEL-CHOC", "Pastel de chocolate", "pza", 210, 420, "O-FRIO", 1},
-    Articulo{"PASTEL-NUEZ", "Pastel de nuez y cajeta", "pza", 240, 460, "O-FRIO", 1},
-    Articulo{"TRUFAS", "Caja de trufas", "pza", 62, 135, "O-01", 1},
-    Articulo{"CAN-DESAYUNO", "Canasta Desayuno", "pza", 470, 890, "T-03", 1},
-    Articulo{"CAN-NAVIDAD", "Canasta Navidad", "pza", 905, 1690, "T-03", 1},
-    Articulo{"CAN-GOURMET", "Canasta Gourmet", "pza", 850, 1590, "T-03", 1},
-    Articulo{"PQ-EMPRESA", "Paquete empresarial", "paq", 5600, 9900, "T-03", 1},
+    Articulo{"PASTEL-CHOC", "Pastel de chocolate", "pza", 180.1, 420, "O-FRIO", 1},
+    Articulo{"PASTEL-NUEZ", "Pastel de nuez y cajeta", "pza", 178.78, 460, "O-FRIO", 1},
+    Articulo{"TRUFAS", "Caja de trufas", "pza", 53.13, 135, "O-01", 1},
+    Articulo{"CAN-DESAYUNO", "Canasta Desayuno", "pza", 304.14, 890, "T-03", 1},
+    Articulo{"CAN-NAVIDAD", "Canasta Navidad", "pza", 808.87, 1690, "T-03", 1},
+    Articulo{"CAN-GOURMET", "Canasta Gourmet", "pza", 697.07, 1590, "T-03", 1},
+    Articulo{"PQ-EMPRESA", "Paquete empresarial", "paq", 3850.27, 9900, "T-03", 1},
 };
 
 struct Parte {

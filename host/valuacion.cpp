@@ -1,5 +1,6 @@
 #include "host/valuacion.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "base/error.h"
@@ -14,7 +15,8 @@ double RedondeaAlPar(double numero) {
   if (!(std::abs(numero) <= kMaximo)) throw HostError(ErrorNumber::Overflow);
   const double abajo = std::floor(numero);
   const double sobra = numero - abajo;
-  const double margen = 1e-9 * std::max(1.0, std::abs(numero) * 1e-3);
+  // A few units of the last place of a product, and never so much that other numbers count as halves.
+  const double margen = std::clamp(std::abs(numero) * 4e-15, 1e-9, 0.1);
   if (std::abs(sobra - 0.5) <= margen) return std::fmod(abajo, 2) == 0 ? abajo : abajo + 1;
   return std::floor(numero + 0.5);
 }

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
-#include <map>
-#include <span>
+#include <sstream>
 
 #include "component/produccion.h"
 #include "host/anfitrion.h"
@@ -207,6 +206,19 @@ Salida Consulta(Sesion& sesion) {
   return Salida::Hecho;
 }
 
+/// Refuses arguments that are no numbers where the command wants numbers, before anything is opened.
+void ExigeNumeros(const std::string& forma, const std::vector<std::string>& argumentos) {
+  std::istringstream nombres(forma);
+  std::string nombre;
+  for (const std::string& argumento : argumentos) {
+    nombres >> nombre;
+    if (nombre == "OP" || nombre == "[OP]") Entero(argumento, "La orden");
+    if (nombre == "ALMACEN") Entero(argumento, "El almacén");
+    if (nombre == "CANTIDAD") Real(argumento, "La cantidad");
+    if (nombre == "KITS") Entero(argumento, "La cantidad de kits");
+  }
+}
+
 struct Comando {
   const char* nombre;
   const char* argumentos;
@@ -219,7 +231,7 @@ struct Comando {
 // `crea` is on its own: it is the one command that may find no database.
 constexpr const char* kCrea = "crea";
 constexpr std::array kComandos{
-    Comando{"ensambla", "ARTICULO ALMACEN CANTIDAD [OP]", 3, 4, "arma kits y los da de alta en el almacén",
+    Comando{"ensambla", "ARTICULO ALMACEN KITS [OP]", 3, 4, "arma kits y los da de alta en el almacén",
             Ensambla},
     Comando{"desensambla", "ARTICULO CANTIDAD ALMACEN [OP]", 3, 4, "desarma kits del almacén", Desensambla},
     Comando{"entrega", "OP", 1, 1, "entrega el producto terminado de una orden", Entrega},
@@ -245,9 +257,9 @@ bool FaltaArchivo(const LineaDeOrdenes& linea) {
          !std::filesystem::exists(host::Ruta(opciones.archivo), fallo);
 }
 
-Salida Crea(Sesion& sesion, bool nueva) {
+Salida Crea(Sesion& sesion) {
   host::BaseDatos& base = sesion.Base();
-  if (!nueva) {
+  if (!sesion.TraeAnfitrion().RecienCreada()) {
     if (!sesion.TraeAnfitrion().Pregunta(
             "La base ya existe. ¿Rehacer la tienda de ejemplo? Se perderá todo lo capturado."))
       return Falla("No se tocó nada");
@@ -292,9 +304,9 @@ Salida Corre(const LineaDeOrdenes& linea) {
   if (linea.argumentos.size() < comando->minimo || linea.argumentos.size() > comando->maximo)
     throw MalUso("Uso: zuvi " + linea.comando + " " + comando->argumentos);
 
+  ExigeNumeros(comando->argumentos, linea.argumentos);
   const bool crea = comando->corre == nullptr;
-  const bool nueva = FaltaArchivo(linea);
-  if (nueva && !crea) {
+  if (!crea && FaltaArchivo(linea)) {
     std::cerr << "No existe la base de datos " << linea.base << "; se crea con: zuvi crea\n";
     return Salida::SinBase;
   }
@@ -305,7 +317,7 @@ Salida Corre(const LineaDeOrdenes& linea) {
     std::cerr << "No se pudo abrir la base de datos: " << error.what() << '\n';
     return Salida::SinBase;
   }
-  return crea ? Crea(sesion, nueva) : comando->corre(sesion);
+  return crea ? Crea(sesion) : comando->corre(sesion);
 }
 
 }  // namespace zuvi::cli

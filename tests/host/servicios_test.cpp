@@ -1,0 +1,391 @@
+// The host's services one by one, and the component driven through their published names alone.
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include "component/services/acceso_datos.h"
+#include "component/services/documento_inventario.h"
+#include "component/services/ventanas_host.h"
+#include "host/constructor_sql_host.h"
+#include "host/filtros.h"
+#include "host/mensajes.h"
+#include "host/ocupadas.h"
+#include "host/reporte_orden.h"
+#include "host/rutas.h"
+#include "host/ventanas_host.h"
+#include "tests/host/tienda.h"
+
+namespace zuvi::host {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+/// What a call failed with; a failed test when it did not.
+template <class Llamada>
+std::string Falla(Llamada llamada) {
+  try {
+    llamada();
+  } catch (const HostError& error) {
+    return error.what();
+  }
+  ADD_FAILURE() << "no falló";
+  return {};
+}
+
+/// A host object of which nothing is known but its published names.
+class Opaco final : public Object {
+ public:
+  explicit Opaco(ObjectPtr detras) : detras_(std::move(detras)) {}
+  std::optional<MemberId> Find(std::string_view nombre) override { return detras_->Find(nombre); }
+  Value Read(MemberId id, std::span<Value> args, ByRef por_referencia) override {
+    return detras_->Read(id, args, por_referencia);
+  }
+  void Write(MemberId id, std::span<Value> args) override { detras_->Write(id, args); }
+
+ private:
+  ObjectPtr detras_;
+};
+
+class FabricaOpaca final : public FabricaServicios {
+ public:
+  explicit FabricaOpaca(FabricaServicios& detras) : detras_(detras) {}
+  ObjectPtr Crea(std::string_view prog_id) override { return std::make_shared<Opaco>(detras_.Crea(prog_id)); }
+
+ private:
+  FabricaServicios& detras_;
+};
+
+/// A text box, as far as the filters look at it.
+class CajaDePrueba final : public Object {
+ public:
+  CajaDePrueba(std::string etiqueta, std::string texto, std::int32_t inicio = -1, std::int32_t largo = 0)
+      : etiqueta_(std::move(etiqueta)), texto_(std::move(texto)), largo_(largo) {
+    inicio_ = inicio < 0 ? static_cast<std::int32_t>(texto_.size()) : inicio;
+  }
+  const MemberTable* Members() const override {
+    using C = CajaDePrueba;
+    static const MemberTable tabla = MemberTable::Of<C>()
+                                         .Property<&C::Tag>("Tag")
+                                         .Property<&C::Text, &C::PonText>("Text")
+                                         .Property<&C::SelStart>("SelStart")
+                                         .Property<&C::SelLength>("SelLength");
+    return &tabla;
+  }
+  std::string Text() const { return texto_; }
+
+ private:
+  std::string Tag() const { return etiqueta_; }
+  void PonText(const std::string& texto) { texto_ = texto; }
+  std::int32_t SelStart() const { return inicio_; }
+  std::int32_t SelLength() const { return largo_; }
+  std::string etiqueta_, texto_;
+  std::int32_t inicio_ = 0, largo_ = 0;
+};
+
+/// A hook as a script would write it.
+class Veto final : public Object {
+ public:
+  explicit Veto(Value respuesta) : respuesta_(std::move(respuesta)) {}
+  const MemberTable* Members() const override {
+    static const MemberTable tabla =
+        MemberTable::Of<Veto>().Method<&Veto::Ejecuta>("Ejecuta", {"objeto", "ambiente"});
+    return &tabla;
+  }
+  int llamadas = 0;
+
+ private:
+  Value Ejecuta(const ObjectPtr& objeto, const ObjectPtr& ambiente) {
+    llamadas += objeto && ambiente ? 1 : 100;
+    return respuesta_;
+  }
+  Value respuesta_;
+};
+
+class Servicios : public testing::TestWithParam<std::string> {};
+INSTANTIATE_TEST_SUITE_P(Motores, Servicios, testing::ValuesIn(Bases()),
+                         [](const auto& info) { return info.index == 0 ? "Sqlite" : "MariaDb"; });
+
+TEST_P(Servicios, LaTiendaDeEjemploCuadra) {
+  Tienda tienda(GetParam());
+  EXPECT_EQ(tienda.Numero("SELECT COUNT( * ) FROM prods"), 42);
+  EXPECT_EQ(
+      tienda.Numero("SELECT COUNT( * ) FROM prods LEFT JOIN (SELECT articulo AS a, SUM(valor) AS v, "
+                    "SUM(cantidad) AS c FROM existencias GROUP BY articulo) AS e ON e.a = prods.articulo "
+                    "WHERE c > 0 AND ABS(v - c * costo * 100) > 1"),
+      0);
+  EXPECT_EQ(tienda.ValorTotal(), tienda.Numero("SELECT SUM(importe) FROM movimientos"));
+  for (const char* sql :
+       {"SELECT MAX(op) - (SELECT ultimo FROM folios WHERE clave = 'Op') FROM op",
+        "SELECT MAX(id_entrada) - (SELECT ultimo FROM folios WHERE clave = 'oppart') FROM oppart",
+        "SELECT MAX(id) - (SELECT ultimo FROM folios WHERE clave = 'movimientos') FROM movimientos",
+        "SELECT COUNT( * ) FROM comppart WHERE Componente NOT IN (SELECT articulo FROM prods)",
+        "SELECT COUNT( * ) FROM prods WHERE kit <> 0 AND articulo NOT IN (SELECT articulo FROM componen)"})
+    EXPECT_EQ(tienda.Numero(sql), 0) << sql;
+  EXPECT_FALSE(PreparaEsquema(tienda.Base())) << "made once";
+}
+
+TEST_P(Servicios, ElComponenteTrabajaConSoloLosNombresPublicados) {
+  Tienda tienda(GetParam(), "si,si,no");
+  FabricaOpaca fabrica(tienda.fabrica);
+  Modulo modulo(fabrica, tienda.escritorio, PilaCasiAgotada);
+  const auto produccion = std::make_shared<Produccion>(modulo);
+  const ObjectPtr ambiente = fabrica.Crea(Ambiente::kProgId);
+  produccion->PonAmbiente(ambiente);
+  const double total = tienda.ValorTotal(), desde = tienda.UltimoMovimiento();
+
+  produccion->EntregaProductoTerminado(104);
+  produccion->Desensamble("TRUFAS", 2.5, 1, 0);
+  EXPECT_TRUE(produccion->CancelaOp(103)) << "both questions answered yes";
+  EXPECT_FALSE(produccion->CancelaOp(108)) << "declined";
+  EXPECT_THAT(tienda.escritorio.Avisos(), IsEmpty());
+  EXPECT_EQ(tienda.Movimientos(desde).size(), 24u);
+  EXPECT_EQ(tienda.ValorTotal(), total);
+  EXPECT_EQ(tienda.Numero("SELECT SUM(cantidad - terminado) FROM oppart WHERE op = 104"), 0);
+  EXPECT_EQ(tienda.Numero("SELECT cerrado FROM op WHERE op = 103"), 1);
+
+  // What scripts prepare and watch.
+  EXPECT_THAT(ATexto(ambiente->Call("Mensajes")),
+              testing::MatchesRegex(
+                  "¿Desea cancelar.* -> si\nEsta orden.*order de producción -> si\n¿Desea.* -> no\n"));
+  EXPECT_EQ(ATexto(ambiente->Call("Mensajes")), "");
+  std::array<Value, 2> donde{"TRUFAS", 1};
+  EXPECT_EQ(ANumero(ambiente->Call("Existencia", donde)), 21.5);
+  std::array<Value, 2> args{"UPDATE op SET cerrado = 0 WHERE op = 103 OR op = 101", {}};
+  ambiente->Call("EjecutaSQL", args, 2);
+  EXPECT_EQ(ANumero(args[1]), 2) << "rows touched come back";
+  EXPECT_EQ(AEntero32(Como<Ambiente>(ambiente)->ParametrosEstacion()->Campo("Almacen")), 1);
+}
+
+TEST_P(Servicios, ElConstructorEscribeLiteralesYExigeElOrden) {
+  Tienda tienda(GetParam());
+  ConstructorSqlHost sql(tienda.anfitrion);
+  sql.PonConexion(tienda.anfitrion->Base());
+  EXPECT_THAT(Falla([&] { sql.Ejecuta(); }), HasSubstr("falta llamar a Genera"));
+  EXPECT_THAT(Falla([&] { sql.Genera("op"); }), HasSubstr("Falta el tipo"));
+  EXPECT_THAT(Falla([&] { sql.Tipo("DELETE"); }), HasSubstr("DELETE"));
+  sql.Tipo("INSERT");
+  EXPECT_THAT(Falla([&] { sql.Genera("op"); }), HasSubstr("al menos una columna"));
+  sql.AgregaCampo("op", "op", 501);
+  sql.AgregaCampo("op", "observ", "O'Brien; \"ñ\"");
+  sql.AgregaCampo("op", "importe", 2.5);
+  sql.AgregaCampo("op", "f_emision", Fecha::DesdeTexto("2026-02-28"));
+  sql.AgregaCampo("op", "usuario", Null{});
+  sql.AgregaCampo("op", "ocupado", std::int16_t{1});
+  EXPECT_THAT(Falla([&] { sql.AgregaCampo("oppart", "op", 1); }), HasSubstr("tabla oppart"));
+  EXPECT_THAT(Falla([&] { sql.Genera("oppart"); }), HasSubstr("oppart"));
+  sql.Genera("op");
+  EXPECT_EQ(sql.Sentencia(),
+            "INSERT INTO op (op, observ, importe, f_emision, usuario, ocupado) VALUES (501, "
+            "'O''Brien; \"ñ\"', 2.5, '2026-02-28', NULL, 1)");
+  sql.Ejecuta();
+  EXPECT_THAT(tienda.Filas("SELECT observ, importe, estado FROM op WHERE op = 501", 3),
+              ElementsAre("O'Brien; \"ñ\" 2.5 PE"));
+
+  sql.Limpia();
+  sql.Tipo("UPDATE");
+  sql.Genera("oppart");
+  sql.Ejecuta();
+  EXPECT_EQ(sql.Sentencia(), "") << "an UPDATE without columns runs nothing";
+  sql.AgregaCampo("op", "importe",
+                  tienda.Base().Consulta("SELECT importe AS Value FROM op WHERE op = 501")->Campo(0));
+  EXPECT_THAT(Falla([&] { sql.Genera("op"); }), HasSubstr("condición"));
+  sql.Condicion("op = 501");
+  sql.Genera("op");
+  EXPECT_EQ(sql.Sentencia(), "UPDATE op SET importe = 2.5 WHERE op = 501");
+}
+
+TEST_P(Servicios, UnGanchoYLaTablaDeProcesosVetan) {
+  Tienda tienda(GetParam());
+  const auto procesos = tienda.fabrica.Crea(ControlProcesos::kProgId);
+  const auto veto = std::make_shared<Veto>(true);
+  std::array<Value, 2> args{"OPAUTO002", ObjectPtr(veto)};
+  procesos->Call("PonGancho", args);
+  const double desde = tienda.UltimoMovimiento();
+  tienda.produccion->Ensamble("TRUFAS", 1, 1, 0);
+  EXPECT_THAT(tienda.Movimientos(desde), IsEmpty());
+  EXPECT_EQ(veto->llamadas, 1);
+  args = {"OPAUTO002", ObjectPtr(std::make_shared<Veto>(Empty{}))};
+  procesos->Call("PonGancho", args);
+  tienda.produccion->Ensamble("TRUFAS", 1, 1, 0);
+  EXPECT_EQ(tienda.Movimientos(desde).size(), 6u) << "a hook without a result lets it pass";
+
+  // A station that starts after the key was forbidden.
+  tienda.Base().Ejecuta("INSERT INTO procesos (clave, vetado) VALUES ('DESEM007', 1)");
+  EXPECT_FALSE(tienda.anfitrion->Vetada("DESEM007"));
+  if (GetParam() != ":memory:") {
+    Anfitrion otro(tienda.anfitrion->TraeOpciones(), std::make_unique<RespuestasInteraccion>(""));
+    EXPECT_TRUE(otro.Vetada("DESEM007"));
+    EXPECT_FALSE(otro.Vetada("OPAUTO002"));
+  }
+  tienda.anfitrion->PonGancho("DESEM007", [](PeticionProceso& peticion) { peticion.bandera = true; });
+  tienda.produccion->Desensamble("TRUFAS", 1, 1, 0);
+  EXPECT_EQ(tienda.Movimientos(desde).size(), 6u);
+}
+
+TEST_P(Servicios, CancelarTerminaUnDesensambleQueNoTendriaFin) {
+  Tienda tienda(GetParam());
+  class Impaciente final : public Interaccion {
+   public:
+    void Mensaje(const std::string&, EstiloMensaje) override {}
+    bool Pregunta(const std::string&) override { return false; }
+    std::unique_ptr<Progreso> AbreProgreso(std::int32_t, const std::string&, const std::string&) override {
+      return std::make_unique<ProgresoMudo>();
+    }
+    bool Cancelado() override { return ++consultas_ > 100; }
+
+   private:
+    int consultas_ = 0;
+  };
+  tienda.anfitrion->PonInteraccion(std::make_unique<Impaciente>());
+  const double total = tienda.ValorTotal();
+  tienda.produccion->Desensamble("PQ-EMPRESA", 1, 1, 0);
+  EXPECT_THAT(tienda.escritorio.Avisos(), testing::Each(HasSubstr("Operación cancelada por el usuario")));
+  EXPECT_EQ(tienda.escritorio.Avisos().size(), 2u);
+  EXPECT_EQ(tienda.ValorTotal(), total) << "whole baskets were taken apart, none half";
+
+  tienda.produccion->EntregaProductoTerminado(104);
+  EXPECT_EQ(tienda.Numero("SELECT SUM(terminado) FROM oppart WHERE op = 104"), 0)
+      << "nothing is marked delivered";
+}
+
+TEST_P(Servicios, LaPaginaDeLaOrdenLaBusquedaYLaMarcaDeOcupada) {
+  Tienda tienda(GetParam());
+  tienda.Base().Ejecuta("UPDATE oppart SET observ = '<b>&' WHERE op = 105 AND cantidad = 2.5");
+  tienda.Nuevo<ControlProcesos>()->ImprimeReporte("ORDENP", 105, nullptr, nullptr);
+  std::ifstream archivo(Ruta(tienda.anfitrion->TraeOpciones().ruta) / "Reportes" / "ORDENP-105.html");
+  std::stringstream texto;
+  texto << archivo.rdbuf();
+  EXPECT_THAT(texto.str(), testing::AllOf(HasSubstr("Orden de producción 105"), HasSubstr("MASA-GALLETA"),
+                                          HasSubstr("Galleta de nuez"), HasSubstr(">2.5<"),
+                                          HasSubstr(">102<"), HasSubstr("&lt;b&gt;&amp;"),
+                                          HasSubstr("Taller de repostería"), HasSubstr(">768.00<")));
+  EXPECT_THAT(Falla([&] { PaginaDeOrden(tienda.Base(), 999); }), HasSubstr("999 no existe"));
+  EXPECT_THAT(Falla([&] { tienda.Nuevo<ControlProcesos>()->ImprimeReporte("OTRO", 1, nullptr, nullptr); }),
+              HasSubstr("OTRO"));
+
+  BuscaCatalogoHost busca(tienda.anfitrion);
+  const auto caja = std::make_shared<CajaDePrueba>("U", "");
+  busca.PonDestino(caja);
+  busca.PonFiltro("kit <> 0");
+  const auto filas = busca.Busca("Articulos", "canasta");
+  EXPECT_EQ(ATexto(filas->Campo("articulo")), "CAN-DESAYUNO") << "not the baskets that are no kits";
+  EXPECT_TRUE(busca.Busca("Articulos", "100%")->Eof());
+  busca.PonFiltro("");
+  EXPECT_EQ(ATexto(busca.Busca("Almacenes", "taller")->Campo(0)), "3");
+  EXPECT_FALSE(busca.Busca("Impuestos por porcentaje", "")->Eof());
+  EXPECT_FALSE(busca.Busca("Conceptos de Op al inventario", "kit")->Eof());
+  busca.Elige("CAN-DESAYUNO");
+  EXPECT_EQ(caja->Text(), "CAN-DESAYUNO");
+  EXPECT_THAT(Falla([&] { busca.Muestra("Articulos"); }), HasSubstr("no tiene ventanas"));
+
+  EXPECT_EQ(ATexto(OrdenesOcupadas(tienda.Base())->Campo("usuario")), "LUCIA");
+  EXPECT_TRUE(LiberaOrden(tienda.Base(), 106, "RAUL"));
+  EXPECT_FALSE(LiberaOrden(tienda.Base(), 106, "RAUL"));
+  EXPECT_TRUE(OrdenesOcupadas(tienda.Base())->Eof());
+  EXPECT_THAT(tienda.Filas("SELECT usuario, suceso FROM bitacora", 2),
+              ElementsAre("RAUL Liberada la orden 106, guardada por última vez por LUCIA"));
+}
+
+TEST_P(Servicios, ConversionesClavesYFolios) {
+  Tienda tienda(GetParam());
+  const auto datos = tienda.Nuevo<AccesoDatos>();
+  const auto conexion = tienda.anfitrion->Base();
+  EXPECT_EQ(datos->ValorNumerico(Null{}), 0);
+  EXPECT_EQ(datos->ValorNumerico("  "), 0);
+  EXPECT_EQ(datos->ValorNumerico(" 2.5 "), 2.5);
+  EXPECT_EQ(datos->ValorNumerico(true), -1);
+  EXPECT_THAT(Falla([&] { datos->ValorNumerico("2,5"); }), HasSubstr("\"2,5\" no es un número"));
+  EXPECT_EQ(datos->ValorTexto(Null{}), "");
+  EXPECT_EQ(datos->TextoConCeros(7, 2) + datos->TextoConCeros(123, 2) + datos->TextoConCeros(-7, 4),
+            "07123-007");
+  EXPECT_EQ(datos->FechaSQL(conexion, datos->ComponeFecha(20240229, 0)), "'2024-02-29'");
+  EXPECT_EQ(datos->ComponeFecha(20240229, 86399).Texto(), "2024-02-29 23:59:59");
+  EXPECT_THROW(datos->ComponeFecha(20230229, 0), HostError);
+  EXPECT_TRUE(datos->ExisteClave("MOÑO", "prods", "articulo", conexion));
+  EXPECT_FALSE(datos->ExisteClave("x' OR '1'='1", "prods", "articulo", conexion));
+  EXPECT_TRUE(datos->ExisteClave("1", "almacen", "almacen", nullptr));
+  EXPECT_TRUE(datos->UbicacionRestringida("JAMON-SER", 2, conexion));
+  EXPECT_FALSE(datos->UbicacionRestringida("JAMON-SER", 1, conexion));
+  std::int32_t documento = 0;
+  EXPECT_EQ(datos->SiguienteFolio("Op", conexion, documento, nullptr), 111);
+  EXPECT_EQ(documento, 111);
+  EXPECT_EQ(datos->SiguienteFolio("clave 'nueva'", conexion, documento, nullptr), 1);
+  EXPECT_EQ(datos->SiguienteFolio("clave 'nueva'", conexion, documento, nullptr), 2);
+}
+
+TEST(Filtros, CadaEtiquetaAdmiteLoSuyoYDaSuForma) {
+  struct Caso {
+    const char* etiqueta;
+    const char* tecleado;
+    const char* queda;
+    const char* formateado;
+  };
+  for (const Caso& caso :
+       {Caso{"N", "-12a,5.3", "12.53", "12.53"}, Caso{"SD", "2.1234567x", "2.123456", "2.123456"},
+        Caso{"SD", "007", "007", "7.00"}, Caso{"SN", "-1-2,50", "-12.50", "-12.5"},
+        Caso{"D", "1/2/2026x9999", "1/2/202699", "1/2/202699"}, Caso{"D", "29-2-24", "29-2-24", "29-02-2024"},
+        Caso{"D", "01022026", "01022026", "01-02-2026"}, Caso{"D", "31/02/2026", "31/02/2026", "31/02/2026"},
+        Caso{"D", "2026-03-01", "2026-03-01", "01-03-2026"}, Caso{"U", "ab1", "AB1", "AB1"},
+        Caso{"", "aB-.", "aB-.", "aB-."}, Caso{"n", "x", "x", "x"}, Caso{"N", "", "", ""},
+        Caso{"SN", "-", "-", "-"}}) {
+    std::string queda;
+    for (const char* c = caso.tecleado; *c; ++c) {
+      const auto caja = std::make_shared<CajaDePrueba>(caso.etiqueta, queda);
+      if (const auto tecla = Filtra(CajaDe(caja), *c)) queda += static_cast<char>(tecla);
+    }
+    EXPECT_EQ(queda, caso.queda) << caso.etiqueta << " " << caso.tecleado;
+    EXPECT_EQ(Formatea(CajaDe(std::make_shared<CajaDePrueba>(caso.etiqueta, queda))), caso.formateado)
+        << caso.etiqueta << " " << caso.tecleado;
+  }
+  EXPECT_EQ(Filtra(CajaDe(std::make_shared<CajaDePrueba>("N", "1.5", 0, 3)), '.'), '.')
+      << "all of it is selected";
+  EXPECT_EQ(Filtra(CajaDe(std::make_shared<CajaDePrueba>("N", "1.5", 0, 0)), '.'), 0);
+  EXPECT_EQ(Filtra(CajaDe(std::make_shared<CajaDePrueba>("SN", "15", 0, 0)), '-'), '-');
+  EXPECT_EQ(Filtra(CajaDe(std::make_shared<CajaDePrueba>("N", "")), 8), 8) << "backspace";
+  EXPECT_EQ(EnMayuscula(0xf1), 0xd1);
+  EXPECT_EQ(EnMayuscula(0xf7), 0xf7) << "the division sign has no upper case";
+  EXPECT_EQ(Formatea({.etiqueta = "U", .texto = "ñandú"}), "ÑANDÚ");
+}
+
+TEST(Mensajes, ElCatalogoEstaCompletoEnLosDosIdiomas) {
+  std::set<std::string> textos;
+  const std::vector<std::int32_t> numeros{72,  74,  75,  76,  224, 234, 235, 236, 240, 241, 343, 703, 753,
+                                          754, 755, 756, 757, 759, 832, 833, 834, 835, 836, 837, 838, 839};
+  for (const auto numero : numeros)
+    for (const char* idioma : {"es", "en"}) {
+      EXPECT_THAT(TextoMensaje(numero, idioma), Not(HasSubstr(std::to_string(numero))));
+      textos.insert(TextoMensaje(numero, idioma));
+    }
+  EXPECT_EQ(textos.size(), numeros.size() * 2) << "no text serves twice";
+  EXPECT_EQ(CatalogoMensajes().size(), numeros.size());
+  EXPECT_THAT(TextoMensaje(9999, "es"), HasSubstr("9999"));
+  EXPECT_THAT(TextoMensaje(9999, "en"), HasSubstr("9999"));
+}
+
+TEST(Traza, UnArchivoRecibeCadaSucesoEnUnaLineaHastaQueSeDeja) {
+  Tienda tienda(":memory:");
+  const auto ruta = std::filesystem::temp_directory_path() / "zuvi_traza_ñ.txt";
+  std::filesystem::remove(ruta);
+  const auto ambiente = tienda.fabrica.Crea(Ambiente::kProgId);
+  ambiente->Put("Traza", TextoDeRuta(ruta));
+  tienda.produccion->Ensamble("NADA", 1, 1, 0);
+  tienda.Nuevo<AccesoDatos>()->Mensaje("dos\r\nlíneas", EstiloMensaje::Informacion, nullptr);
+  ambiente->Put("Traza", "");
+  tienda.anfitrion->Pregunta("¿fuera?");
+  std::ifstream archivo(ruta);
+  std::stringstream texto;
+  texto << archivo.rdbuf();
+  EXPECT_EQ(texto.str(),
+            "sentencia\tSELECT * FROM comppart WHERE articulo =  'NADA'\n"
+            "sentencia\tSELECT * FROM componen WHERE articulo =  'NADA'\nmensaje\tdos\\nlíneas\n");
+  EXPECT_FALSE(tienda.anfitrion->TraeTraza().Activa());
+  archivo.close();
+  std::filesystem::remove(ruta);
+}
+
+}  // namespace
+}  // namespace zuvi::host

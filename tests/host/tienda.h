@@ -1,0 +1,102 @@
+// A shop for tests: the host on a fresh database, the component on top of it, and short words to set the
+// stage and to read what came of it.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "component/produccion.h"
+#include "host/anfitrion.h"
+#include "host/esquema.h"
+#include "host/interaccion_respuestas.h"
+#include "host/pila.h"
+#include "toolkit/headless_desktop.h"
+
+namespace zuvi::host {
+
+/// Databases that the cases run on: SQLite in memory, and the server that ZUVI_MARIADB names.
+inline std::vector<std::string> Bases() {
+  std::vector<std::string> bases{":memory:"};
+  if (const char* servidor = std::getenv("ZUVI_MARIADB"); servidor && *servidor) bases.emplace_back(servidor);
+  return bases;
+}
+
+struct Parte {
+  std::string componente;
+  double cantidad;
+  std::int32_t almacen;
+};
+
+class Tienda {
+ public:
+  explicit Tienda(const std::string& base, const std::string& respuestas = "")
+      : anfitrion(std::make_shared<Anfitrion>(OpcionesDe(base),
+                                              std::make_unique<RespuestasInteraccion>(respuestas))) {
+    Base();
+    if (base != ":memory:" && !anfitrion->RecienCreada()) RehaceEsquema(Base());
+    produccion->PonAmbiente(fabrica.Crea(Ambiente::kProgId));
+  }
+
+  BaseDatos& Base() { return *anfitrion->Base(); }
+  std::string Literal(const std::string& texto) { return host::Literal(Base().TraeMotor(), texto); }
+  void Prod(const std::string& articulo, double costo, std::int32_t kit = 0) {
+    InsertaFilas(Base(), "prods", "(articulo, costo, kit)", {{articulo, costo, kit}});
+  }
+  void Kit(const std::string& articulo, double minimo, const std::vector<Parte>& partes) {
+    InsertaFilas(Base(), "componen", "(articulo, Minimo)", {{articulo, minimo}});
+    std::vector<std::vector<Value>> filas;
+    for (const Parte& p : partes)
+      filas.push_back(
+          {articulo, static_cast<std::int32_t>(filas.size()), p.componente, p.cantidad, p.almacen});
+    InsertaFilas(Base(), "comppart", "(articulo, renglon, Componente, Cantidad, Almacen)", filas);
+  }
+  double Numero(const std::string& sql) {
+    const Value valor = Base().Consulta(sql)->Campo(0);
+    return valor.IsNull() ? 0 : ANumero(valor);
+  }
+  /// Rows of a query, one text each, columns separated by blanks.
+  std::vector<std::string> Filas(const std::string& sql, std::int32_t columnas) {
+    std::vector<std::string> filas;
+    for (const auto r = Base().Consulta(sql); !r->Eof(); r->MoveNext()) {
+      std::string fila;
+      for (std::int32_t i = 0; i < columnas; ++i)
+        fila += (i ? " " : "") + (r->Campo(i).IsNull() ? "NULL" : ATexto(r->Campo(i)));
+      filas.push_back(fila);
+    }
+    return filas;
+  }
+  /// Movements above an id: direction, concept, order, warehouse, article, quantity, cost, centavos.
+  std::vector<std::string> Movimientos(double desde) {
+    return Filas(
+        "SELECT tipo, concepto, orden, almacen, articulo, cantidad, costo, importe FROM movimientos "
+        "WHERE id > " +
+            TextoDeNumero(desde) + " ORDER BY id",
+        8);
+  }
+  double UltimoMovimiento() { return Numero("SELECT MAX(id) FROM movimientos"); }
+  double ValorTotal() { return Numero("SELECT SUM(valor) FROM existencias"); }
+  template <class T>
+  std::shared_ptr<T> Nuevo() {
+    return fabrica.Nuevo<T>();
+  }
+
+  std::shared_ptr<Anfitrion> anfitrion;
+  FabricaAnfitrion fabrica{anfitrion};
+  HeadlessDesktop escritorio;
+  Modulo modulo{fabrica, escritorio, PilaCasiAgotada};
+  std::shared_ptr<Produccion> produccion = std::make_shared<Produccion>(modulo);
+
+ private:
+  static Opciones OpcionesDe(const std::string& base) {
+    Opciones opciones;
+    PonBase(opciones, base);
+    opciones.ruta = testing::TempDir() + "zuvi_tienda";
+    return opciones;
+  }
+};
+
+}  // namespace zuvi::host
