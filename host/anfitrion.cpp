@@ -63,14 +63,24 @@ const std::shared_ptr<BaseDatos>& Anfitrion::Base() {
   if (base_) return base_;
   const auto base = BaseDatos::Abre(CadenaDe(opciones_), traza_);
   recien_creada_ = PreparaEsquema(*base);
+  LeeVetos(*base);
+  base_ = base;
+  return base_;
+}
+
+void Anfitrion::LeeVetos(BaseDatos& base) {
   // Read once: a veto must not cost a statement per operation.
   std::set<std::string> vetadas;
-  for (const auto filas = base->Consulta("SELECT clave FROM procesos WHERE vetado <> 0"); !filas->Eof();
+  for (const auto filas = base.Consulta("SELECT clave FROM procesos WHERE vetado <> 0"); !filas->Eof();
        filas->MoveNext())
     vetadas.insert(ATexto(filas->Campo(0)));
   vetadas_ = std::move(vetadas);
-  base_ = base;
-  return base_;
+}
+
+void Anfitrion::RehaceTienda() {
+  RehaceEsquema(*Base());
+  siguiente_movimiento_ = fin_de_bloque_ = 0;
+  LeeVetos(*base_);
 }
 
 void Anfitrion::TrazaEnArchivo(const std::string& ruta) {

@@ -52,6 +52,8 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   const std::shared_ptr<BaseDatos>& Base();
   /// Whether the open database was empty and got the example shop.
   bool RecienCreada() const { return recien_creada_; }
+  /// Throws everything in the database away and makes the example shop anew.
+  void RehaceTienda();
   Interaccion& Usuario() { return *interaccion_; }
   void PonInteraccion(std::unique_ptr<Interaccion> interaccion) { interaccion_ = std::move(interaccion); }
   Traza& TraeTraza() { return traza_; }
@@ -97,6 +99,7 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
  private:
   void AnotaLlamada(const char* operacion, std::initializer_list<Value> argumentos) const;
   void Registra(std::string linea);
+  void LeeVetos(BaseDatos& base);
 
   Opciones opciones_;
   std::unique_ptr<Interaccion> interaccion_;

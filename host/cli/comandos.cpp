@@ -8,7 +8,6 @@
 #include "component/produccion.h"
 #include "host/anfitrion.h"
 #include "host/cli/listados.h"
-#include "host/esquema.h"
 #include "host/interaccion_consola.h"
 #include "host/ocupadas.h"
 #include "host/pila.h"
@@ -258,12 +257,11 @@ bool FaltaArchivo(const LineaDeOrdenes& linea) {
 }
 
 Salida Crea(Sesion& sesion) {
-  host::BaseDatos& base = sesion.Base();
   if (!sesion.TraeAnfitrion().RecienCreada()) {
     if (!sesion.TraeAnfitrion().Pregunta(
             "La base ya existe. ¿Rehacer la tienda de ejemplo? Se perderá todo lo capturado."))
       return Falla("No se tocó nada");
-    host::RehaceEsquema(base);
+    sesion.TraeAnfitrion().RehaceTienda();
   }
   std::cout << "Tienda de ejemplo lista\n";
   return Salida::Hecho;

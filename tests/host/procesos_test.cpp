@@ -102,7 +102,7 @@ TEST(DosProcesos, CreanUnaSolaTiendaYNuncaTomanElMismoFolio) {
 TEST(DosProcesos, TampocoEnElServidor) {
   const char* servidor = std::getenv("ZUVI_MARIADB");
   if (!servidor || !*servidor) GTEST_SKIP() << "ZUVI_MARIADB is not set";
-  RehaceEsquema(*Abre(servidor)->Base());
+  Abre(servidor)->RehaceTienda();
   FoliosDeDosProcesos(servidor);
   // Movements of one article in two warehouses wait for one another in the cost; none may be lost.
   std::array<pid_t, 2> hijos{};

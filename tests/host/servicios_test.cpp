@@ -1,6 +1,7 @@
 // The host's services one by one, and the component driven through their published names alone.
 #include <filesystem>
 #include <fstream>
+#include <locale>
 #include <set>
 #include <sstream>
 
@@ -105,6 +106,21 @@ class Veto final : public Object {
   Value respuesta_;
 };
 
+/// A decimal comma and grouped thousands for everything that asks the C++ locale.
+class ConComas {
+ public:
+  ConComas() : antes_(std::locale::global(std::locale(std::locale::classic(), new Comas))) {}
+  ~ConComas() { std::locale::global(antes_); }
+
+ private:
+  struct Comas final : std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+  };
+  std::locale antes_;
+};
+
 class Servicios : public testing::TestWithParam<std::string> {};
 INSTANTIATE_TEST_SUITE_P(Motores, Servicios, testing::ValuesIn(Bases()),
                          [](const auto& info) { return info.index == 0 ? "Sqlite" : "MariaDb"; });
@@ -161,6 +177,7 @@ TEST_P(Servicios, ElComponenteTrabajaConSoloLosNombresPublicados) {
 }
 
 TEST_P(Servicios, ElConstructorEscribeLiteralesYExigeElOrden) {
+  const ConComas comas;
   Tienda tienda(GetParam());
   ConstructorSqlHost sql(tienda.anfitrion);
   sql.PonConexion(tienda.anfitrion->Base());
@@ -253,6 +270,7 @@ TEST_P(Servicios, CancelarTerminaUnDesensambleQueNoTendriaFin) {
 }
 
 TEST_P(Servicios, LaPaginaDeLaOrdenLaBusquedaYLaMarcaDeOcupada) {
+  const ConComas comas;
   Tienda tienda(GetParam());
   tienda.Base().Ejecuta("UPDATE oppart SET observ = '<b>&' WHERE op = 105 AND cantidad = 2.5");
   tienda.Nuevo<ControlProcesos>()->ImprimeReporte("ORDENP", 105, nullptr, nullptr);

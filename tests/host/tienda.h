@@ -37,7 +37,7 @@ class Tienda {
       : anfitrion(std::make_shared<Anfitrion>(OpcionesDe(base),
                                               std::make_unique<RespuestasInteraccion>(respuestas))) {
     Base();
-    if (base != ":memory:" && !anfitrion->RecienCreada()) RehaceEsquema(Base());
+    if (base != ":memory:" && !anfitrion->RecienCreada()) anfitrion->RehaceTienda();
     produccion->PonAmbiente(fabrica.Crea(Ambiente::kProgId));
   }
 
