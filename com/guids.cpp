@@ -3,4 +3,5 @@
 // Only after the system's headers, so that no identifier of theirs is defined here.
 #include <initguid.h>
 
+#include "ZuviEnviroment.h"
 #include "ZuviProduccion.h"

@@ -27,7 +27,7 @@ VARTYPE UserDefined(ITypeInfo* info, HREFTYPE reference, int depth, bool& is_obj
   TYPEATTR* attributes = nullptr;
   if (depth > 4 || FAILED(info->GetRefTypeInfo(reference, type.put())) ||
       FAILED(type->GetTypeAttr(&attributes)))
-    return VT_EMPTY;
+    return VT_EMPTY;  // most often a library that is not registered here
   const TYPEKIND kind = attributes->typekind;
   const TYPEDESC alias = attributes->tdescAlias;
   VARTYPE found = VT_EMPTY;
@@ -50,6 +50,11 @@ HostSignatures::Form FormOf(ITypeInfo* info, const TYPEDESC& declared) {
   VARTYPE found = type->vt;
   bool is_object = false;
   if (found == VT_USERDEFINED) found = UserDefined(info, type->hreftype, 0, is_object);
+  // A type of a library that cannot be loaded: only objects are passed as pointers to pointers.
+  if (found == VT_EMPTY && pointers == 2) {
+    is_object = true;
+    found = VT_DISPATCH;
+  }
   // A reference to an interface is a pointer already by itself.
   const bool by_ref = pointers > (is_object ? 1 : 0);
   if (!IsCoercible(found)) return {};

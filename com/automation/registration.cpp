@@ -28,8 +28,8 @@ std::wstring Text(REFGUID id) {
 bool Set(RegistrationScope scope, const std::wstring& key, const wchar_t* name, const std::wstring& value) {
   UniqueKey handle;
   const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
-  return ::RegCreateKeyExW(Root(scope), Classes(key).c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
-                           handle.put(), nullptr) == ERROR_SUCCESS &&
+  return ::RegCreateKeyExW(Root(scope), Classes(key).c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, handle.put(),
+                           nullptr) == ERROR_SUCCESS &&
          ::RegSetValueExW(handle.get(), name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
                           bytes) == ERROR_SUCCESS;
 }
@@ -94,10 +94,12 @@ bool UnregisterLibrary(const ComModule& module, int number, RegistrationScope sc
   if (!library || FAILED(library->GetLibAttr(&found))) return false;
   const TLIBATTR a = *found;
   library->ReleaseTLibAttr(found);
+  UniqueBstr path;
+  if (FAILED(::QueryPathOfRegTypeLib(a.guid, a.wMajorVerNum, a.wMinorVerNum, a.lcid, path.put())))
+    return true;
   const auto unregister =
       scope == RegistrationScope::User ? &::UnRegisterTypeLibForUser : &::UnRegisterTypeLib;
-  const HRESULT result = unregister(a.guid, a.wMajorVerNum, a.wMinorVerNum, a.lcid, kSysKind);
-  return SUCCEEDED(result) || result == TYPE_E_REGISTRYACCESS || result == TYPE_E_LIBNOTREGISTERED;
+  return SUCCEEDED(unregister(a.guid, a.wMajorVerNum, a.wMinorVerNum, a.lcid, kSysKind));
 }
 
 HRESULT Unregister(const ComModule& module, std::span<const RegisteredClass> classes,

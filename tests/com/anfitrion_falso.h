@@ -1,0 +1,111 @@
+// A host for the tests: every object of the contract is a bare IDispatch, so that calls arrive as a stranger
+// would see them. Each call can be made to fail, once or from then on, in the ways real hosts fail.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/value.h"
+#include "com/automation/com_module.h"
+#include "com/automation/variants.h"
+
+namespace zuvi::prueba {
+
+/// How a host call fails. From `Vacio` on the host claims success.
+enum class Modo {
+  ConTexto,
+  Diferido,
+  SinTexto,
+  SinMiembro,
+  TipoErroneo,
+  SinMemoria,
+  Desconectado,
+  Vacio,
+  OtroTipo,
+  Nada
+};
+inline constexpr Modo kModos[] = {Modo::ConTexto,    Modo::Diferido,   Modo::SinTexto,     Modo::SinMiembro,
+                                  Modo::TipoErroneo, Modo::SinMemoria, Modo::Desconectado, Modo::Vacio,
+                                  Modo::OtroTipo,    Modo::Nada};
+inline constexpr const wchar_t* kTextoError = L"se perdió la conexión\r\nseñal ñ";
+
+/// What a host object offers to the type information seekers and the name seekers.
+enum class Estilo { Simple, ConTipos, SoloEx };
+
+class Tienda;
+
+/// One late-bound call as the host sees it; arguments in declaration order.
+class Llamada {
+ public:
+  Llamada(DISPPARAMS* params, ComModule& module) : params_(params), module_(module) {}
+  std::size_t Cuantos() const { return params_->cArgs; }
+  VARIANT& Crudo(std::size_t i) const { return params_->rgvarg[params_->cArgs - 1 - i]; }
+  Value Arg(std::size_t i) const { return ValueDe(Crudo(i), module_); }
+  std::string Texto(std::size_t i) const { return ATexto(Arg(i)); }
+  void Deja(std::size_t i, const Value& value) const { WriteBack(value, Crudo(i), module_); }
+
+ private:
+  DISPPARAMS* params_;
+  ComModule& module_;
+};
+
+using Accion = std::function<Value(Llamada&)>;
+using Miembros = std::vector<std::pair<std::string, Accion>>;
+
+/// The whole shop: one order with two lines, kit K of two components, and what the module did with them.
+class Tienda {
+ public:
+  explicit Tienda(Estilo estilo = Estilo::Simple);
+  ~Tienda();
+  Tienda(const Tienda&) = delete;
+  Tienda& operator=(const Tienda&) = delete;
+
+  /// Registers the host's classes for this process; the programmatic names must lead to `ClaseDe`.
+  static CLSID ClaseDe(std::size_t clase);
+  static constexpr const wchar_t* kClases[] = {L"ZuviQuery.AccesoDatos", L"ZuviQuery.ControlProcesos",
+                                               L"ZuviQuery.VentanaProgreso",
+                                               L"ZuviQuery.DocumentoInventario"};
+  ComPtr<IDispatch> Ambiente();
+  ComPtr<IDispatch> Crea(std::size_t clase);
+  ComModule& Modulo() { return modulo_; }
+  /// Makes the `nth` call fail (from 1), and all after it when `siempre`.
+  void Rompe(int nth, Modo modo, bool siempre) { nth_ = nth, modo_ = modo, siempre_ = siempre; }
+  std::optional<Modo> Toca();
+  /// Living objects of this shop.
+  static long Vivos();
+
+  bool veta = false;
+  bool kit_de_si_mismo = false;
+  bool confirma = true;
+  std::size_t componentes = 2;
+  std::string estado = "PE";
+  int llamadas = 0;
+  /// No run needs more; past it every call fails, so that a lying host cannot keep the module busy for ever.
+  int limite = 3000;
+  std::vector<std::string> hechos;         // statements and movements
+  std::vector<VARTYPE> tipos;              // of the arguments of IniciaProceso
+  ComPtr<IUnknown> de_parte_de;            // its second argument
+  std::function<void()> durante_consulta;  // what the host does while the module waits
+
+ private:
+  Value Objeto(Miembros miembros, const IID* tipo = nullptr);
+  Value Consulta(const std::string& sql);
+  Value Filas(std::vector<std::map<std::string, Value>> filas);
+  Miembros AccesoDatos();
+  Miembros Procesos();
+  Miembros Progreso();
+  Miembros Documento();
+
+  ComModule modulo_{"prueba", nullptr, 0};
+  Estilo estilo_;
+  std::vector<DWORD> registradas_;
+  int nth_ = 0;
+  Modo modo_ = Modo::ConTexto;
+  bool siempre_ = false;
+  std::string almacen_, articulo_, cantidad_, costo_, concepto_, tipo_;
+};
+
+}  // namespace zuvi::prueba

@@ -1,0 +1,116 @@
+#include "tests/com/cliente.h"
+
+#include "tests/com/anfitrion_falso.h"
+
+namespace zuvi::prueba {
+namespace {
+
+std::vector<std::string>& Textos() {
+  static std::vector<std::string> textos;
+  return textos;
+}
+
+LRESULT CALLBACK AlActivar(int code, WPARAM window, LPARAM data) {
+  wchar_t clase[16] = {};
+  const auto caja = reinterpret_cast<HWND>(window);
+  if (code == HCBT_ACTIVATE && ::GetClassNameW(caja, clase, 16) && std::wstring_view(clase) == L"#32770") {
+    wchar_t texto[2048] = {};
+    ::GetDlgItemTextW(caja, 0xFFFF, texto, 2048);
+    Textos().push_back(Utf8De(texto));
+    ::PostMessageW(caja, WM_COMMAND, IDOK, 0);
+  }
+  return ::CallNextHookEx(nullptr, code, window, data);
+}
+
+std::wstring Clave(std::size_t clase) {
+  return L"Software\\Classes\\" + std::wstring(Tienda::kClases[clase]) + L"\\CLSID";
+}
+
+void Pon(const std::wstring& clave, const std::wstring& valor) {
+  UniqueKey key;
+  ::RegCreateKeyExW(HKEY_LOCAL_MACHINE, clave.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, key.put(), nullptr);
+  ::RegSetValueExW(key.get(), nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(valor.c_str()),
+                   static_cast<DWORD>((valor.size() + 1) * sizeof(wchar_t)));
+}
+
+}  // namespace
+
+NombresDePrueba::NombresDePrueba() {
+  for (std::size_t clase = 0; clase < std::size(Tienda::kClases); ++clase) {
+    wchar_t antes[64] = {};
+    DWORD bytes = sizeof antes;
+    ::RegGetValueW(HKEY_LOCAL_MACHINE, Clave(clase).c_str(), nullptr, RRF_RT_REG_SZ, nullptr, antes, &bytes);
+    antes_.emplace_back(antes);
+    wchar_t texto[40];
+    ::StringFromGUID2(Tienda::ClaseDe(clase), texto, 40);
+    Pon(Clave(clase), texto);
+  }
+}
+
+NombresDePrueba::~NombresDePrueba() {
+  for (std::size_t clase = 0; clase < antes_.size(); ++clase) {
+    if (!antes_[clase].empty())
+      Pon(Clave(clase), antes_[clase]);
+    else
+      ::RegDeleteTreeW(HKEY_LOCAL_MACHINE,
+                       (L"Software\\Classes\\" + std::wstring(Tienda::kClases[clase])).c_str());
+  }
+}
+
+BibliotecaDelEntorno::BibliotecaDelEntorno() {
+  ComPtr<ITypeLib> library;
+  if (SUCCEEDED(::LoadRegTypeLib(::LIBID_ZuviEnviroment, 1, 0, 0, library.put()))) return;
+  std::wstring path = L"" ZUVI_TLB_FOLDER "ZuviEnviroment.tlb";
+  registrada_ = SUCCEEDED(::LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.put())) &&
+                SUCCEEDED(::RegisterTypeLib(library.get(), path.data(), nullptr));
+}
+
+BibliotecaDelEntorno::~BibliotecaDelEntorno() {
+  constexpr SYSKIND kSysKind = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
+  if (registrada_) ::UnRegisterTypeLib(::LIBID_ZuviEnviroment, 1, 0, 0, kSysKind);
+}
+
+Cajas::Cajas() : hook_(::SetWindowsHookExW(WH_CBT, &AlActivar, nullptr, ::GetCurrentThreadId())) { Toma(); }
+Cajas::~Cajas() { ::UnhookWindowsHookEx(hook_); }
+std::vector<std::string> Cajas::Toma() { return std::exchange(Textos(), {}); }
+
+Dll::Dll() : dll_(::LoadLibraryW(L"ZuviProduccion.dll")) {}
+Dll::~Dll() { ::FreeLibrary(dll_); }
+
+ComPtr<::_Produccion> Dll::Crea() {
+  const auto get = Entrada<HRESULT(WINAPI*)(REFCLSID, REFIID, void**)>("DllGetClassObject");
+  ComPtr<IClassFactory> factory;
+  ComPtr<::_Produccion> object;
+  if (get && SUCCEEDED(get(__uuidof(::Produccion), IID_IClassFactory, factory.put_void())))
+    factory->CreateInstance(nullptr, __uuidof(::_Produccion), object.put_void());
+  return object;
+}
+
+HRESULT Dll::PuedeDescargarse() const { return Entrada<HRESULT(WINAPI*)()>("DllCanUnloadNow")(); }
+
+void Llama(IDispatch* objeto, const wchar_t* nombre, WORD flags, std::initializer_list<VARIANT> args,
+           Respuesta& r) {
+  std::wstring copia = nombre;
+  LPOLESTR texto = copia.data();
+  DISPID id = DISPID_UNKNOWN, put = DISPID_PROPERTYPUT;
+  r.codigo = objeto->GetIDsOfNames(IID_NULL, &texto, 1, LOCALE_USER_DEFAULT, &id);
+  if (FAILED(r.codigo)) return;
+  std::vector<VARIANT> reversed(std::make_reverse_iterator(args.end()),
+                                std::make_reverse_iterator(args.begin()));
+  const bool is_put = !(flags & kMetodo);
+  DISPPARAMS params{reversed.data(), is_put ? &put : nullptr, static_cast<UINT>(reversed.size()),
+                    is_put ? 1u : 0u};
+  EXCEPINFO exception{};
+  r.codigo = objeto->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params,
+                            is_put ? nullptr : r.valor.put(), &exception, &r.argumento);
+  const UniqueBstr text(exception.bstrDescription), source(exception.bstrSource),
+      help(exception.bstrHelpFile);
+  r.scode = exception.scode;
+  r.texto = Utf8De(text.get());
+}
+
+VARIANT V(int n) { return V(VT_I4, static_cast<LONG>(n)); }
+VARIANT V(double n) { return V(VT_R8, n); }
+VARIANT V(IDispatch* d) { return V(VT_DISPATCH, d); }
+
+}  // namespace zuvi::prueba

@@ -1,0 +1,442 @@
+// ZuviProduccion.dll as a compiled host meets it.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+#include "tests/com/anfitrion_falso.h"
+#include "tests/com/cliente.h"
+
+namespace zuvi::prueba {
+namespace {
+
+const std::vector<std::string> kEnsambleSinOrden = {"SELECT * FROM comppart WHERE articulo =  'K'",
+                                                    "SELECT * FROM componen WHERE articulo =  'K'",
+                                                    "SELECT kit, costo FROM prods WHERE articulo = 'C1'",
+                                                    "S EN 3 C1 3 2.5",
+                                                    "SELECT kit, costo FROM prods WHERE articulo = 'C2'",
+                                                    "S EN 4 C2 1.5 2.5",
+                                                    "E DE 2 K 6 11.25"};
+
+/// One shop and one component; at the end nothing of either may be left.
+class Produccion : public testing::Test {
+ protected:
+  void TearDown() override {
+    produccion = {};
+    tienda.reset();
+    EXPECT_EQ(Tienda::Vivos(), 0);
+    // The apartment made for a client without one lets go on its own thread, a moment later.
+    for (int i = 0; i < 200 && dll.PuedeDescargarse() != S_OK; ++i) ::Sleep(10);
+    EXPECT_EQ(dll.PuedeDescargarse(), S_OK);
+    EXPECT_EQ(cajas.Toma(), std::vector<std::string>());
+  }
+  void Abre(Estilo estilo = Estilo::Simple) {
+    produccion = {};
+    tienda.emplace(estilo);
+    produccion = dll.Crea();
+    ASSERT_TRUE(produccion);
+    const auto ambiente = tienda->Ambiente();
+    ASSERT_EQ(produccion->putref_Ambiente(reinterpret_cast<::Ambiente*>(ambiente.get())), S_OK);
+  }
+  HRESULT Ensambla(const wchar_t* articulo, LONG almacen, LONG cantidad, LONG* op) {
+    UniqueBstr kit(::SysAllocString(articulo));
+    BSTR texto = kit.get();
+    return produccion->Ensamble(&texto, &almacen, &cantidad, op);
+  }
+  HRESULT Desensambla(double cantidad) {
+    const UniqueBstr kit(::SysAllocString(L"K"));
+    BSTR texto = kit.get();
+    LONG almacen = 2, op = 0;
+    return produccion->Desensamble(&texto, &cantidad, &almacen, &op);
+  }
+
+  Dll dll;
+  Cajas cajas;
+  std::optional<Tienda> tienda;
+  ComPtr<::_Produccion> produccion;
+};
+
+TEST_F(Produccion, PorNombreYPorVtableHacenLoMismoConCualquierFormaDeArgumento) {
+  for (const Estilo estilo : {Estilo::Simple, Estilo::ConTipos, Estilo::SoloEx}) {
+    Abre(estilo);
+    ASSERT_EQ(Ensambla(L"K", 2, 6, nullptr), S_OK);
+    EXPECT_EQ(tienda->hechos, kEnsambleSinOrden);
+  }
+  const UniqueBstr kit(::SysAllocString(L"K")), seis(::SysAllocString(L" 6 ")),
+      seis_y_pico(::SysAllocString(L"6.2"));
+  BSTR kit_ref = kit.get();
+  SHORT corto = 6;
+  LONG largo = 6;
+  VARIANT variable = V(VT_I2, corto), texto = V(VT_BSTR, seis.get()),
+          doble = V(VT_BYREF | VT_VARIANT, &variable);
+  VARIANT decimal{};
+  ASSERT_EQ(::VarDecFromI4(6, &V_DECIMAL(&decimal)), S_OK);
+  V_VT(&decimal) = VT_DECIMAL;
+  const VARIANT formas[] = {V(6),
+                            V(VT_I2, corto),
+                            V(VT_UI1, BYTE{6}),
+                            V(VT_I1, CHAR{6}),
+                            V(VT_UI2, USHORT{6}),
+                            V(VT_UI4, ULONG{6}),
+                            V(VT_I8, LONGLONG{6}),
+                            V(VT_INT, INT{6}),
+                            V(6.4),
+                            V(5.5),  // half to even
+                            V(VT_R4, 6.0f),
+                            V(VT_CY, LONGLONG{60000}),
+                            V(VT_DATE, 6.0),
+                            decimal,
+                            V(VT_BSTR, seis.get()),
+                            V(VT_BSTR, seis_y_pico.get()),
+                            V(VT_BYREF | VT_I2, &corto),
+                            V(VT_BYREF | VT_I4, &largo),
+                            V(VT_BYREF | VT_VARIANT, &variable),
+                            V(VT_BYREF | VT_VARIANT, &texto),
+                            V(VT_BYREF | VT_VARIANT, &doble)};
+  for (const VARIANT& forma : formas) {
+    Abre();
+    Respuesta r;
+    Llama(produccion.get(), L"ensamble", DISPATCH_METHOD, {V(VT_BYREF | VT_BSTR, &kit_ref), V(2), forma}, r);
+    EXPECT_EQ(r.codigo, S_OK) << V_VT(&forma);
+    EXPECT_EQ(tienda->hechos, kEnsambleSinOrden) << V_VT(&forma);
+  }
+  EXPECT_EQ(corto, 6);
+  EXPECT_EQ(V_VT(&variable), VT_I2);
+}
+
+TEST_F(Produccion, LoQueNoEsUnaLlamadaSeRechazaSinHacerNada) {
+  Abre();
+  const UniqueBstr kit(::SysAllocString(L"K"));
+  const VARIANT k = V(VT_BSTR, kit.get()), falta = V(VT_ERROR, SCODE{DISP_E_PARAMNOTFOUND});
+  Respuesta r;
+  const auto ensamble = [&](std::initializer_list<VARIANT> args) {
+    r.argumento = 99;
+    Llama(produccion.get(), L"Ensamble", DISPATCH_METHOD, args, r);
+    return r.codigo;
+  };
+  EXPECT_EQ(ensamble({k, V(2)}), DISP_E_BADPARAMCOUNT);
+  EXPECT_EQ(ensamble({k, V(2), V(6), V(0), V(0)}), DISP_E_BADPARAMCOUNT);
+  EXPECT_EQ(ensamble({falta, V(2), V(6)}), DISP_E_PARAMNOTOPTIONAL);
+  EXPECT_EQ(ensamble({k, k, V(6)}), DISP_E_TYPEMISMATCH);
+  EXPECT_EQ(r.argumento, 1u);
+  EXPECT_EQ(ensamble({k, V(2), V(3e9)}), DISP_E_OVERFLOW);
+  EXPECT_EQ(r.argumento, 0u);
+  EXPECT_EQ(ensamble({k, V(VT_NULL, 0), V(6)}), DISP_E_TYPEMISMATCH);
+  Llama(produccion.get(), L"Ensambla", DISPATCH_METHOD, {}, r);
+  EXPECT_EQ(r.codigo, DISP_E_UNKNOWNNAME);
+  Llama(produccion.get(), L"CancelaOp", DISPATCH_PROPERTYPUT, {V(1)}, r);
+  EXPECT_EQ(r.codigo, DISP_E_MEMBERNOTFOUND);
+  EXPECT_EQ(produccion->Invoke(9, IID_IUnknown, 0, DISPATCH_METHOD, nullptr, nullptr, nullptr, nullptr),
+            DISP_E_UNKNOWNINTERFACE);
+  EXPECT_EQ(produccion->Invoke(77, IID_NULL, 0, DISPATCH_METHOD, nullptr, nullptr, nullptr, nullptr),
+            DISP_E_MEMBERNOTFOUND);
+  EXPECT_EQ(produccion->ModificaOp(nullptr), E_POINTER);
+  EXPECT_EQ(produccion->get_Parent(nullptr), E_POINTER);
+  EXPECT_EQ(tienda->llamadas, 0);
+  EXPECT_EQ(ensamble({k, V(2), V(6), falta}), S_OK);
+  EXPECT_EQ(tienda->hechos, kEnsambleSinOrden);
+
+  // Named arguments, out of order.
+  wchar_t nombres[5][12] = {L"Ensamble", L"nCantidad", L"articulo", L"NALMACEN", L"nada"};
+  LPOLESTR punteros[] = {nombres[0], nombres[1], nombres[2], nombres[3], nombres[4]};
+  DISPID ids[5];
+  EXPECT_EQ(produccion->GetIDsOfNames(IID_NULL, punteros, 5, 0, ids), DISP_E_UNKNOWNNAME);
+  EXPECT_EQ(ids[4], DISPID_UNKNOWN);
+  VARIANT args[] = {V(6), k, V(2)};
+  DISPPARAMS params{args, ids + 1, 3, 3};
+  tienda->hechos.clear();
+  EXPECT_EQ(produccion->Invoke(ids[0], IID_NULL, 0, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr),
+            S_OK);
+  EXPECT_EQ(tienda->hechos, kEnsambleSinOrden);
+}
+
+TEST_F(Produccion, LasPropiedadesAceptanLetYSetYConservanLaIdentidad) {
+  Abre();
+  const auto ambiente = tienda->Ambiente();
+  for (const wchar_t* nombre : {L"Ambiente", L"Parent"})
+    for (const WORD flags : {WORD{DISPATCH_PROPERTYPUT}, WORD{DISPATCH_PROPERTYPUTREF}}) {
+      Respuesta r;
+      Llama(produccion.get(), nombre, flags, {V(static_cast<IDispatch*>(nullptr))}, r);
+      EXPECT_EQ(r.codigo, S_OK);
+      Llama(produccion.get(), nombre, kMetodo, {}, r);
+      EXPECT_EQ(V_VT(&r.valor.get()), VT_DISPATCH);
+      EXPECT_EQ(V_DISPATCH(&r.valor.get()), nullptr);
+      Llama(produccion.get(), nombre, flags, {V(ambiente.get())}, r);
+      EXPECT_EQ(r.codigo, S_OK);
+      Llama(produccion.get(), nombre, kMetodo, {}, r);
+      EXPECT_EQ(V_DISPATCH(&r.valor.get()), ambiente.get());
+      Llama(produccion.get(), nombre, flags, {V(5)}, r);
+      EXPECT_EQ(r.codigo, DISP_E_TYPEMISMATCH);
+    }
+  // On whose behalf a disassembly runs is the very object the host holds.
+  ASSERT_EQ(Desensambla(6), S_OK);
+  EXPECT_EQ(tienda->de_parte_de.get(), produccion.As<IUnknown>(IID_IUnknown).get());
+  tienda->de_parte_de = {};
+  EXPECT_FALSE(produccion.As<IUnknown>(__uuidof(IPersist)));
+  const auto errores = produccion.As<ISupportErrorInfo>(IID_ISupportErrorInfo);
+  EXPECT_EQ(errores->InterfaceSupportsErrorInfo(__uuidof(::_Produccion)), S_OK);
+  EXPECT_EQ(errores->InterfaceSupportsErrorInfo(IID_IDispatch), S_FALSE);
+}
+
+TEST_F(Produccion, LosArgumentosPorReferenciaVanEnLaFormaQueElAnfitrionDeclara) {
+  const auto ref = [](int type) { return static_cast<VARTYPE>(VT_BYREF | type); };
+  Abre(Estilo::ConTipos);
+  Ensambla(L"K", 2, 6, nullptr);
+  EXPECT_EQ(tienda->tipos,
+            (std::vector<VARTYPE>{ref(VT_BSTR), ref(VT_DISPATCH), ref(VT_DISPATCH), ref(VT_VARIANT),
+                                  ref(VT_DISPATCH), ref(VT_BOOL), ref(VT_I4), ref(VT_BSTR), ref(VT_VARIANT),
+                                  ref(VT_BSTR), ref(VT_DISPATCH)}));
+  tienda->de_parte_de = {};
+  Abre();
+  Ensambla(L"K", 2, 6, nullptr);
+  EXPECT_EQ(tienda->tipos, std::vector<VARTYPE>(11, ref(VT_VARIANT)));
+  tienda->de_parte_de = {};
+  tienda->veta = true;
+  tienda->hechos.clear();
+  Ensambla(L"K", 2, 6, nullptr);
+  tienda->de_parte_de = {};
+  EXPECT_EQ(tienda->hechos.back(), "CierraProceso 0");
+}
+
+TEST_F(Produccion, LasVentanasQueFaltanLoDicenYElErrorNoSeQuedaPegado) {
+  Abre();
+  LONG op = 1;
+  ASSERT_EQ(produccion->ModificaOp(&op), static_cast<HRESULT>(0x800A01B6));
+  ComPtr<IErrorInfo> info;
+  ASSERT_EQ(::GetErrorInfo(0, info.put()), S_OK);
+  UniqueBstr texto, fuente;
+  info->GetDescription(texto.put());
+  info->GetSource(fuente.put());
+  EXPECT_EQ(Utf8De(texto.get()), "Esta versión de ZuviProduccion no incluye la ventana");
+  EXPECT_EQ(Utf8De(fuente.get()), "ZuviProduccion");
+  Respuesta r;
+  Llama(produccion.get(), L"MuestraTurnos", DISPATCH_METHOD, {}, r);
+  EXPECT_EQ(r.codigo, DISP_E_EXCEPTION);
+  EXPECT_EQ(r.scode, static_cast<HRESULT>(0x800A01B6));
+  EXPECT_EQ(r.texto, "Esta versión de ZuviProduccion no incluye la ventana");
+  // A silent end leaves no error info behind, neither its own nor an older one.
+  produccion->ModificaOp(&op);
+  tienda->Rompe(1, Modo::ConTexto, true);
+  VARIANT_BOOL hecho = VARIANT_TRUE;
+  EXPECT_EQ(produccion->CancelaOp(&op, &hecho), S_OK);
+  EXPECT_EQ(hecho, VARIANT_FALSE);
+  EXPECT_EQ(::GetErrorInfo(0, info.put()), S_FALSE);
+}
+
+/// What the report says of each way to fail.
+const std::map<Modo, std::string> kDescripciones = {
+    {Modo::ConTexto, "se perdió la conexión\r\nseñal ñ"},
+    {Modo::Diferido, "se perdió la conexión\r\nseñal ñ"},
+    {Modo::SinTexto, "Automation error (0x80004005)"},
+    {Modo::SinMiembro, "Object doesn't support this property or method"},
+    {Modo::TipoErroneo, "Type mismatch"},
+    {Modo::SinMemoria, "Out of memory"},
+    {Modo::Desconectado, "Automation error (0x80010108)"}};
+
+/// One operation, what it leaves of errors, and whether a failure ends it for good.
+struct Operacion {
+  const char* nombre;
+  std::function<void()> corre;
+  bool informa;
+};
+
+bool EsPrefijo(const std::vector<std::string>& parte, const std::vector<std::string>& todo) {
+  return parte.size() <= todo.size() && std::equal(parte.begin(), parte.end(), todo.begin());
+}
+
+bool EsSubsecuencia(const std::vector<std::string>& parte, const std::vector<std::string>& todo) {
+  auto at = todo.begin();
+  for (const auto& paso : parte)
+    if ((at = std::find(at, todo.end(), paso)) == todo.end())
+      return false;
+    else
+      ++at;
+  return true;
+}
+
+TEST_F(Produccion, CadaLlamadaAlAnfitrionPuedeFallarDeCadaManera) {
+  LONG op = 12;
+  VARIANT_BOOL cancelada = 0;
+  const Operacion operaciones[] = {
+      {"Ensamble", [&] { EXPECT_EQ(Ensambla(L"K", 2, 6, nullptr), S_OK); }, true},
+      {"Desensamble", [&] { EXPECT_EQ(Desensambla(6), S_OK); }, true},
+      {"EntregaProductoTerminado", [&] { EXPECT_EQ(produccion->EntregaProductoTerminado(&op), S_OK); },
+       false},
+      {"CancelaOp", [&] { EXPECT_EQ(produccion->CancelaOp(&op, &cancelada), S_OK); }, false}};
+  int corridas = 0;
+  for (const Operacion& operacion : operaciones) {
+    const bool entrega = std::string_view(operacion.nombre) == "EntregaProductoTerminado";
+    Abre();
+    tienda->componentes = entrega ? 1 : 2;
+    operacion.corre();
+    tienda->de_parte_de = {};
+    const std::vector<std::string> limpia = tienda->hechos;
+    const int llamadas = tienda->llamadas;
+    ASSERT_GT(llamadas, 5);
+    for (const Modo modo : kModos)
+      for (const bool siempre : {false, true})
+        for (int nth = 1; nth <= llamadas; ++nth) {
+          SCOPED_TRACE(std::string(operacion.nombre) + " modo " + std::to_string(static_cast<int>(modo)) +
+                       (siempre ? " siempre " : " una vez ") + std::to_string(nth));
+          Abre();
+          tienda->componentes = entrega ? 1 : 2;
+          tienda->limite = 3 * llamadas;
+          tienda->Rompe(nth, modo, siempre);
+          operacion.corre();
+          tienda->de_parte_de = {};
+          const auto textos = cajas.Toma();
+          ++corridas;
+          if (!operacion.informa && !entrega) {
+            EXPECT_TRUE(textos.empty());
+          }
+          if (operacion.informa) {
+            EXPECT_LE(textos.size(), 1u);
+          }
+          const std::string quien = entrega ? "Ensamble" : operacion.nombre;
+          for (const auto& texto : textos)
+            EXPECT_TRUE(texto.starts_with("Error occured:\r\nModule: Produccion\r\nFunction: " + quien +
+                                          "\r\nDescription: "))
+                << texto;
+          if (modo >= Modo::Vacio) continue;  // what a lying host makes of it is its own affair
+          EXPECT_TRUE(entrega ? EsSubsecuencia(tienda->hechos, limpia) : EsPrefijo(tienda->hechos, limpia));
+          // Closing the progress window comes after everything else; every other failure leaves something
+          // undone.
+          EXPECT_TRUE(tienda->hechos != limpia || (entrega && nth == llamadas));
+          if (operacion.informa) {
+            ASSERT_EQ(textos.size(), 1u);
+            const std::string descripcion = textos[0].substr(textos[0].find("Description: ") + 13);
+            EXPECT_EQ(descripcion, kDescripciones.at(modo));
+          }
+          produccion = {};
+          tienda.reset();
+          ASSERT_EQ(Tienda::Vivos(), 0);
+          ASSERT_EQ(dll.PuedeDescargarse(), S_OK);
+        }
+  }
+  std::printf("failure sweep: %d runs\n", corridas);
+}
+
+TEST_F(Produccion, ElAnfitrionPuedeSoltarloTodoDuranteUnaLlamada) {
+  Abre();
+  tienda->durante_consulta = [&] {
+    if (!produccion) return;
+    produccion->putref_Ambiente(nullptr);
+    produccion = {};
+    EXPECT_EQ(dll.PuedeDescargarse(), S_FALSE);
+  };
+  const auto crudo = produccion.get();
+  const UniqueBstr kit(::SysAllocString(L"K"));
+  BSTR texto = kit.get();
+  LONG almacen = 2, cantidad = 6;
+  EXPECT_EQ(crudo->Ensamble(&texto, &almacen, &cantidad, nullptr), S_OK);
+  tienda->de_parte_de = {};
+  EXPECT_EQ(tienda->hechos, kEnsambleSinOrden);
+}
+
+TEST_F(Produccion, UnKitQueSeContieneTerminaEnUnInforme) {
+  Abre();
+  tienda->kit_de_si_mismo = true;
+  tienda->limite = 1 << 30;
+  EXPECT_EQ(Desensambla(1), S_OK);
+  tienda->de_parte_de = {};
+  EXPECT_EQ(cajas.Toma(), std::vector<std::string>{
+                              "Error occured:\r\nModule: Produccion\r\nFunction: Desensamble\r\nDescription: "
+                              "Out of stack space"});
+}
+
+TEST_F(Produccion, TextosRotosLleganConElSignoDeReemplazo) {
+  Abre();
+  const wchar_t roto[] = {L'A', 0xD800, L'\0', 0xDC00, 0xD83D, 0xDE00, L'ñ'};
+  const UniqueBstr articulo(::SysAllocStringLen(roto, 7));
+  BSTR texto = articulo.get();
+  LONG almacen = 1, cantidad = 1;
+  EXPECT_EQ(produccion->Ensamble(&texto, &almacen, &cantidad, nullptr), S_OK);
+  tienda->de_parte_de = {};
+  EXPECT_EQ(tienda->hechos[0], std::string("SELECT * FROM comppart WHERE articulo =  'A\xEF\xBF\xBD") + '\0' +
+                                   "\xEF\xBF\xBD\xF0\x9F\x98\x80\xC3\xB1'");
+  texto = nullptr;
+  produccion->Ensamble(&texto, &almacen, &cantidad, nullptr);
+  tienda->de_parte_de = {};
+}
+
+TEST_F(Produccion, SinAmbienteInformaOCalla) {
+  produccion = dll.Crea();
+  LONG op = 3;
+  VARIANT_BOOL cancelada = VARIANT_TRUE;
+  EXPECT_EQ(produccion->CancelaOp(&op, &cancelada), S_OK);
+  EXPECT_EQ(cancelada, VARIANT_FALSE);
+  EXPECT_EQ(produccion->EntregaProductoTerminado(&op), S_OK);
+  EXPECT_EQ(Ensambla(L"K", 1, 1, &op), S_OK);
+  EXPECT_EQ(cajas.Toma(), std::vector<std::string>{
+                              "Error occured:\r\nModule: Produccion\r\nFunction: Ensamble\r\nDescription: "
+                              "Object variable or With block variable not set"});
+}
+
+/// Without registration: the manifest beside the DLL alone makes the class known.
+TEST_F(Produccion, FuncionaSinRegistroConSuManifiesto) {
+  ACTCTXW context{};
+  context.cbSize = sizeof context;
+  context.lpSource = L"ZuviProduccion.SxS.manifest";
+  wchar_t folder[MAX_PATH] = {};
+  ::GetModuleFileNameW(nullptr, folder, MAX_PATH);
+  *wcsrchr(folder, L'\\') = 0;
+  const std::wstring file = std::wstring(folder) + L"\\" + context.lpSource;
+  context.lpSource = file.c_str();
+  const HANDLE handle = ::CreateActCtxW(&context);
+  ASSERT_NE(handle, INVALID_HANDLE_VALUE);
+  ULONG_PTR cookie = 0;
+  ASSERT_TRUE(::ActivateActCtx(handle, &cookie));
+  CLSID clsid{};
+  EXPECT_EQ(::CLSIDFromProgID(L"ZuviProduccion.Produccion", &clsid), S_OK);
+  EXPECT_EQ(::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(::_Produccion),
+                               produccion.put_void()),
+            S_OK);
+  ::DeactivateActCtx(0, cookie);
+  ::ReleaseActCtx(handle);
+}
+
+/// A client without a message loop of its own: the object lives in an apartment that the system pumps for it.
+TEST_F(Produccion, UnClienteMultihiloPasaPorLosIntermediariosRegistrados) {
+  ASSERT_EQ(dll.Entrada<HRESULT(WINAPI*)()>("DllRegisterServer")(), S_OK);
+  std::thread([] {
+    ::CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    ComPtr<::_Produccion> p;
+    EXPECT_EQ(::CoCreateInstance(__uuidof(::Produccion), nullptr, CLSCTX_INPROC_SERVER,
+                                 __uuidof(::_Produccion), p.put_void()),
+              S_OK);
+    if (p) {
+      LONG op = 4;
+      VARIANT_BOOL cancelada = VARIANT_TRUE;
+      EXPECT_EQ(p->CancelaOp(&op, &cancelada), S_OK);
+      EXPECT_EQ(cancelada, VARIANT_FALSE);
+      EXPECT_EQ(p->ModificaOp(&op), static_cast<HRESULT>(0x800A01B6));
+      Respuesta r;
+      Llama(p.get(), L"CancelaOp", DISPATCH_METHOD, {V(VT_BYREF | VT_I4, &op)}, r);
+      EXPECT_EQ(r.codigo, S_OK);
+      Llama(p.get(), L"CancelaOp", DISPATCH_METHOD, {}, r);
+      EXPECT_EQ(r.codigo, DISP_E_BADPARAMCOUNT);
+    }
+    p = {};
+    ::CoUninitialize();
+  }).join();
+  EXPECT_EQ(dll.Entrada<HRESULT(WINAPI*)()>("DllUnregisterServer")(), S_OK);
+  EXPECT_EQ(dll.Entrada<HRESULT(WINAPI*)()>("DllUnregisterServer")(), S_OK);
+}
+
+}  // namespace
+}  // namespace zuvi::prueba
+
+int main(int argc, char** argv) {
+  ::testing::InitGoogleTest(&argc, argv);
+  ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+  int result = 0;
+  {
+    const zuvi::prueba::NombresDePrueba nombres;
+    const zuvi::prueba::BibliotecaDelEntorno biblioteca;
+    result = RUN_ALL_TESTS();
+  }
+  ::CoUninitialize();
+  return result;
+}

@@ -1,0 +1,121 @@
+// What is promised to whoever binds to the type libraries, as text. A change here breaks existing hosts.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "com/automation/com_ptr.h"
+#include "com/automation/handles.h"
+
+namespace zuvi::prueba {
+namespace {
+
+std::string Guid(REFGUID id) {
+  wchar_t text[40];
+  ::StringFromGUID2(id, text, 40);
+  return Utf8De(text);
+}
+
+std::string Tipo(ITypeInfo* info, const TYPEDESC& type) {
+  static const std::map<VARTYPE, std::string> kNombres = {
+      {VT_I2, "short"},         {VT_I4, "long"},   {VT_R8, "double"},       {VT_BSTR, "BSTR"},
+      {VT_BOOL, "BOOL"},        {VT_DATE, "DATE"}, {VT_VARIANT, "VARIANT"}, {VT_DISPATCH, "IDispatch"},
+      {VT_UNKNOWN, "IUnknown"}, {VT_VOID, "void"}, {VT_HRESULT, "HRESULT"}};
+  if (type.vt == VT_PTR) return Tipo(info, *type.lptdesc) + "*";
+  if (type.vt == VT_USERDEFINED) {
+    ComPtr<ITypeInfo> other;
+    UniqueBstr name;
+    if (FAILED(info->GetRefTypeInfo(type.hreftype, other.put()))) return "?";
+    other->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr);
+    return Utf8De(name.get());
+  }
+  const auto found = kNombres.find(type.vt);
+  return found == kNombres.end() ? "vt" + std::to_string(type.vt) : found->second;
+}
+
+void DescribeFuncion(ITypeInfo* info, const FUNCDESC& f, std::ostream& out) {
+  static const std::map<int, const char*> kClases = {{INVOKE_FUNC, "method"},
+                                                     {INVOKE_PROPERTYGET, "get"},
+                                                     {INVOKE_PROPERTYPUT, "put"},
+                                                     {INVOKE_PROPERTYPUTREF, "putref"}};
+  std::vector<BSTR> names(static_cast<std::size_t>(f.cParams) + 1);
+  UINT count = 0;
+  info->GetNames(f.memid, names.data(), static_cast<UINT>(names.size()), &count);
+  out << "    " << f.memid << " " << kClases.at(f.invkind) << " " << Utf8De(names[0]) << "(";
+  for (SHORT i = 0; i < f.cParams; ++i) {
+    const ELEMDESC& p = f.lprgelemdescParam[i];
+    const auto flag = [&](USHORT mask, const char* text) {
+      return p.paramdesc.wParamFlags & mask ? text : "";
+    };
+    out << (i ? ", " : "") << flag(PARAMFLAG_FIN, "in ") << flag(PARAMFLAG_FOUT, "out ")
+        << flag(PARAMFLAG_FOPT, "optional ") << flag(PARAMFLAG_FRETVAL, "retval ")
+        << flag(PARAMFLAG_FHASDEFAULT, "default ") << Tipo(info, p.tdesc);
+    if (static_cast<UINT>(i) + 1 < count) out << " " << Utf8De(names[static_cast<std::size_t>(i) + 1]);
+  }
+  out << ") " << Tipo(info, f.elemdescFunc.tdesc) << "\n";
+  for (const BSTR name : names) ::SysFreeString(name);
+}
+
+void DescribeTipo(ITypeInfo* info, std::ostream& out) {
+  static const std::map<int, const char*> kClases = {
+      {TKIND_INTERFACE, "interface"}, {TKIND_DISPATCH, "dispinterface"}, {TKIND_COCLASS, "coclass"}};
+  TYPEATTR* a = nullptr;
+  UniqueBstr name;
+  ASSERT_EQ(info->GetTypeAttr(&a), S_OK);
+  info->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr);
+  out << "  " << kClases.at(a->typekind) << " " << Utf8De(name.get()) << " " << Guid(a->guid)
+      << (a->wTypeFlags & TYPEFLAG_FDUAL ? " dual" : "")
+      << (a->wTypeFlags & TYPEFLAG_FOLEAUTOMATION ? " oleautomation" : "")
+      << (a->wTypeFlags & TYPEFLAG_FCANCREATE ? " creatable" : "") << "\n";
+  for (UINT i = 0; i < a->cImplTypes && a->typekind == TKIND_COCLASS; ++i) {
+    HREFTYPE reference = 0;
+    ComPtr<ITypeInfo> implemented;
+    UniqueBstr of;
+    info->GetRefTypeOfImplType(i, &reference);
+    info->GetRefTypeInfo(reference, implemented.put());
+    implemented->GetDocumentation(MEMBERID_NIL, of.put(), nullptr, nullptr, nullptr);
+    out << "    implements " << Utf8De(of.get()) << "\n";
+  }
+  for (UINT i = 0; i < a->cFuncs; ++i) {
+    FUNCDESC* f = nullptr;
+    if (FAILED(info->GetFuncDesc(i, &f))) continue;
+    // Members inherited from IDispatch are nobody's promise of ours.
+    if (f->memid < 0x60000000) DescribeFuncion(info, *f, out);
+    info->ReleaseFuncDesc(f);
+  }
+  info->ReleaseTypeAttr(a);
+}
+
+std::string Describe(const wchar_t* file) {
+  ComPtr<ITypeLib> library;
+  std::ostringstream out;
+  if (FAILED(::LoadTypeLibEx(file, REGKIND_NONE, library.put()))) return "cannot load\n";
+  TLIBATTR* a = nullptr;
+  library->GetLibAttr(&a);
+  UniqueBstr name;
+  library->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr);
+  out << "library " << Utf8De(name.get()) << " " << Guid(a->guid) << " " << a->wMajorVerNum << "."
+      << a->wMinorVerNum << "\n";
+  library->ReleaseTLibAttr(a);
+  for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
+    ComPtr<ITypeInfo> info;
+    library->GetTypeInfo(i, info.put());
+    DescribeTipo(info.get(), out);
+  }
+  return out.str();
+}
+
+TEST(BibliotecasDeTipos, SonLasPrometidas) {
+  // The component's own library is taken out of the DLL, as clients do.
+  const std::string now = Describe(L"ZuviProduccion.dll") +
+                          Describe(L"" ZUVI_TLB_FOLDER "ZuviEnviroment.tlb") +
+                          Describe(L"" ZUVI_TLB_FOLDER "ZuviQuery.tlb");
+  std::ifstream file(ZUVI_GOLDEN, std::ios::binary);
+  const std::string golden((std::istreambuf_iterator<char>(file)), {});
+  if (now != golden) std::ofstream("typelib.now.txt", std::ios::binary) << now;
+  EXPECT_EQ(now, golden);
+}
+
+}  // namespace
+}  // namespace zuvi::prueba
