@@ -6,6 +6,7 @@ for part in comun setup mariadb wine suites; do
   # shellcheck disable=SC1090
   . "$here/$part.sh"
 done
+# shellcheck disable=SC2034
 ZUVI_LOCALES="C es_ES.UTF-8"
 wine_start win32
 wine_suites "$ZUVI_BUILD/win32/bin" x86

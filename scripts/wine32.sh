@@ -20,6 +20,7 @@ wine32_root() {
     return 0
   fi
   (need wine32) || { echo "no se pudo instalar debootstrap" >"$ZUVI_WINE32_REASON"; return 0; }
+  # shellcheck disable=SC2016
   site=$(apt-get indextargets --format '$(SITE) $(CODENAME)' 'Created-By: Packages' 2>/dev/null |
     awk '$2 == "bookworm" {print $1; exit}')
   eval "$(apt-config shell proxy Acquire::http::Proxy)"
