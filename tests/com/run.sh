@@ -38,7 +38,7 @@ only_system_dlls() {
 }
 
 only_entry_points() {
-  exports=$(x86_64-w64-mingw32-objdump -p "$build/bin/$1" | sed -n 's/^\t\[ *[0-9]*\] //p' | sort | tr '\n' ' ')
+  exports=$(x86_64-w64-mingw32-objdump -p "$build/bin/$1" | sed -n 's/^\t\[ *[0-9]*\] \([A-Za-z]\)/\1/p' | sort | tr '\n' ' ')
   echo "$exports"
   [ "$exports" = "DllCanUnloadNow DllGetClassObject DllInstall DllRegisterServer DllUnregisterServer " ]
 }
@@ -47,7 +47,7 @@ snapshot() {  # the registered classes of machine and user, as text
   for root in HKLM HKCU; do
     rm -f "$tmp/part.reg"
     timeout 60 wine reg export "$root\\Software\\Classes" "$(wine winepath -w "$tmp/part.reg" | tr -d '\r')" /y >/dev/null 2>&1
-    [ -f "$tmp/part.reg" ] && cat "$tmp/part.reg"
+    [ -f "$tmp/part.reg" ] && iconv -f UTF-16 -t UTF-8 "$tmp/part.reg"
   done >"$1"
 }
 
