@@ -154,7 +154,7 @@ TEST_P(Desensambles, UnKitQueSeContieneTerminaEnUnReporte) {
     EXPECT_GT(t.Lineas("{").size(), 20u);
   }
   pthread_attr_destroy(&atributos);
-  // And on this one, with a host that fails where the stack has room again.
+  // And on this one, with its full stack.
   t.escritorio.Olvida();
   t.mundo.bitacora.clear();
   desensambla();
