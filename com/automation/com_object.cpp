@@ -2,6 +2,7 @@
 
 #include <dispex.h>
 
+#include <algorithm>
 #include <array>
 
 #include "com/automation/frontera.h"
@@ -75,7 +76,11 @@ HostSignatures& ComObject::Signatures() {
 }
 
 std::optional<MemberId> ComObject::Find(std::string_view name) {
-  std::wstring wide = Ancho(name);
+  // Names of members are short and plain: they are widened in place.
+  std::array<wchar_t, 64> wide;
+  if (name.size() >= wide.size() || std::ranges::any_of(name, [](char c) { return c < 0; }))
+    throw HostError(ErrorNumber::NoSuchMember);
+  *std::ranges::copy(name, wide.begin()).out = 0;
   LPOLESTR text = wide.data();
   DISPID id = DISPID_UNKNOWN;
   const HRESULT code = dispatch_->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);

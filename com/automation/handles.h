@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <new>
 #include <string>
 #include <string_view>
@@ -56,10 +57,15 @@ inline std::wstring Ancho(std::string_view text) {
 }
 /// Throws std::bad_alloc.
 inline UniqueBstr NuevoBstr(std::string_view text) {
-  const std::u16string wide = Utf16(text);
-  UniqueBstr bstr(
-      ::SysAllocStringLen(reinterpret_cast<const wchar_t*>(wide.data()), static_cast<UINT>(wide.size())));
+  const bool plain = std::ranges::all_of(text, [](char c) { return static_cast<signed char>(c) >= 0; });
+  const std::wstring wide = plain ? std::wstring() : Ancho(text);
+  const std::size_t length = plain ? text.size() : wide.size();
+  UniqueBstr bstr(::SysAllocStringLen(nullptr, static_cast<UINT>(length)));
   if (!bstr) throw std::bad_alloc();
+  if (plain)
+    std::ranges::copy(text, bstr.get());
+  else
+    std::ranges::copy(wide, bstr.get());
   return bstr;
 }
 

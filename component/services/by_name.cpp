@@ -51,10 +51,17 @@ class RecordsetByName final : public ByName<Recordset> {
   }
 
  private:
-  Value Field(const Value& index) {
-    Late fields(AObjeto(late_.Call("Fields")));
-    Late field(AObjeto(fields.Call("Item", {index})));
-    return field.Call("Value");
+  /// Field objects are used once, so nothing about them is worth keeping.
+  Value Field(Value index) {
+    const Value fields = late_.Call("Fields");
+    const Value field = Dueno(fields).Call("Item", std::span(&index, 1));
+    return Dueno(field).Call("Value");
+  }
+  static Object& Dueno(const Value& value) {
+    const auto* object = std::get_if<ObjectPtr>(&value.Get());
+    if (!object) throw HostError(ErrorNumber::TypeMismatch);
+    if (!*object) throw HostError(ErrorNumber::ObjectNotSet);
+    return **object;
   }
 };
 

@@ -27,9 +27,7 @@ class Produccion : public testing::Test {
     produccion = {};
     tienda.reset();
     EXPECT_EQ(Tienda::Vivos(), 0);
-    // The apartment made for a client without one lets go on its own thread, a moment later.
-    for (int i = 0; i < 200 && dll.PuedeDescargarse() != S_OK; ++i) ::Sleep(10);
-    EXPECT_EQ(dll.PuedeDescargarse(), S_OK);
+    EXPECT_EQ(dll.PuedeDescargarse(), se_queda ? S_FALSE : S_OK);
     EXPECT_EQ(cajas.Toma(), std::vector<std::string>());
   }
   void Abre(Estilo estilo = Estilo::Simple) {
@@ -52,6 +50,7 @@ class Produccion : public testing::Test {
     return produccion->Desensamble(&texto, &cantidad, &almacen, &op);
   }
 
+  bool se_queda = false;
   Dll dll;
   Cajas cajas;
   std::optional<Tienda> tienda;
@@ -423,6 +422,11 @@ TEST_F(Produccion, UnClienteMultihiloPasaPorLosIntermediariosRegistrados) {
   }).join();
   EXPECT_EQ(dll.Entrada<HRESULT(WINAPI*)()>("DllUnregisterServer")(), S_OK);
   EXPECT_EQ(dll.Entrada<HRESULT(WINAPI*)()>("DllUnregisterServer")(), S_OK);
+  // The apartment lets go on its own thread, a moment later. Wine never gives back the factory that it
+  // fetched for such a client, so there (and only there) the module stays; hence also this test's place at
+  // the end.
+  se_queda = ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+  for (int i = 0; i < 500 && !se_queda && dll.PuedeDescargarse() != S_OK; ++i) ::Sleep(10);
 }
 
 }  // namespace

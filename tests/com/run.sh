@@ -54,6 +54,8 @@ snapshot() {  # the registered classes of machine and user, as text
 registers_and_removes() {  # registers_and_removes KEY REGSVR32_ARGUMENTS…: twice in, twice out, nothing left
   key=$1
   shift
+  # The folder of the user's classes stays once any program has made it.
+  timeout 60 wine reg add 'HKCU\Software\Classes\CLSID' /f >/dev/null
   snapshot "$tmp/before"
   for _ in 1 2; do timeout 60 wine regsvr32 /s "$@" "$dll" || return 1; done
   timeout 60 wine reg query "$key\\Software\\Classes\\ZuviProduccion.Produccion\\CLSID" || return 1
