@@ -9,4 +9,4 @@ done
 # shellcheck disable=SC2034
 ZUVI_LOCALES="C es_ES.UTF-8"
 wine_start win32
-wine_suites "$ZUVI_BUILD/win32/bin" x86
+wine_suites "$ZUVI_BUILD/win32" x86 C

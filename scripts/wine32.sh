@@ -49,7 +49,9 @@ wine32_run() {
     cat >"$bin/$program" <<EOF
 #!/bin/sh
 unset ODBCSYSINI LOCPATH
-exec chroot "$ZUVI_WINE32_ROOT" /bin/sh -c 'cd "\$1" && shift && exec "\$@"' - "\$PWD" $program "\$@"
+PATH=/usr/bin:/bin:/usr/sbin:/sbin:/usr/lib/wine
+export PATH
+exec /usr/sbin/chroot "$ZUVI_WINE32_ROOT" /bin/sh -c 'cd "\$1" && shift && exec "\$@"' - "\$PWD" $program "\$@"
 EOF
   done
   chmod +x "$bin"/*
