@@ -2,7 +2,6 @@
 
 #include <dispex.h>
 
-#include <algorithm>
 #include <array>
 
 #include "com/automation/frontera.h"
@@ -78,9 +77,15 @@ HostSignatures& ComObject::Signatures() {
 std::optional<MemberId> ComObject::Find(std::string_view name) {
   // Names of members are short and plain: they are widened in place.
   std::array<wchar_t, 64> wide;
-  if (name.size() >= wide.size() || std::ranges::any_of(name, [](char c) { return c < 0; }))
-    throw HostError(ErrorNumber::NoSuchMember);
-  *std::ranges::copy(name, wide.begin()).out = 0;
+  if (name.size() >= wide.size()) throw HostError(ErrorNumber::NoSuchMember);
+  std::size_t length = 0;
+  int beyond_ascii = 0;
+  for (const char c : name) {
+    beyond_ascii |= c & 0x80;
+    wide[length++] = static_cast<unsigned char>(c);
+  }
+  if (beyond_ascii) throw HostError(ErrorNumber::NoSuchMember);
+  wide[length] = 0;
   LPOLESTR text = wide.data();
   DISPID id = DISPID_UNKNOWN;
   const HRESULT code = dispatch_->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
@@ -95,6 +100,12 @@ std::optional<MemberId> ComObject::Find(std::string_view name) {
 }
 
 Value ComObject::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
+  constexpr WORD kRead = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+  if (args.empty()) {
+    UniqueVariant result;
+    Invoke(dispatch_.get(), id, kRead, {}, &result.get());
+    return ValueDe(result.get(), module_);
+  }
   OutgoingArguments out(args.size());
   for (std::size_t i = 0; i < args.size(); ++i) {
     if (!(by_ref >> i & 1)) {
@@ -106,7 +117,7 @@ Value ComObject::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
     }
   }
   UniqueVariant result;
-  Invoke(dispatch_.get(), id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, out.Params(), result.put());
+  Invoke(dispatch_.get(), id, kRead, out.Params(), &result.get());
   if (by_ref)
     for (std::size_t i = 0; i < args.size(); ++i)
       if (by_ref >> i & 1) args[i] = ValueDe(out.Storage(i), module_);

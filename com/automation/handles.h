@@ -75,7 +75,10 @@ class UniqueVariant {
   UniqueVariant() { ::VariantInit(&variant_); }
   UniqueVariant(const UniqueVariant&) = delete;
   UniqueVariant& operator=(const UniqueVariant&) = delete;
-  ~UniqueVariant() { ::VariantClear(&variant_); }
+  ~UniqueVariant() {
+    // Plain numbers own nothing.
+    if (V_VT(&variant_) > VT_DATE) ::VariantClear(&variant_);
+  }
   VARIANT& get() { return variant_; }
   const VARIANT& get() const { return variant_; }
   VARIANT* put() {
