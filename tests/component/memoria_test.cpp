@@ -20,13 +20,14 @@ bool Falla() {
 
 }  // namespace
 
-void* operator new(std::size_t n) {
+// Not inlined: the compiler would see free() on what it still takes for the library's own operator new.
+[[gnu::noinline]] void* operator new(std::size_t n) {
   void* p = Falla() ? nullptr : std::malloc(n != 0 ? n : 1);
   if (!p) throw std::bad_alloc();
   return p;
 }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+[[gnu::noinline]] void operator delete(void* p) noexcept { std::free(p); }
+[[gnu::noinline]] void operator delete(void* p, std::size_t) noexcept { std::free(p); }
 
 namespace zuvi::pruebas {
 namespace {
