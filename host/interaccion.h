@@ -25,10 +25,11 @@ class Interaccion {
   virtual bool Pregunta(const std::string& texto) = 0;
   virtual std::unique_ptr<Progreso> AbreProgreso(std::int32_t total, const std::string& titulo,
                                                  const std::string& animacion) = 0;
-  /// True once the user wants running work to end; the next statement then fails. Reading it clears nothing: the calls
-  /// that are still open have to end as well.
+  /// True once the user wants running work to end; the next statement then fails. Reading it clears nothing:
+  /// the calls that are still open have to end as well.
   virtual bool Cancelado() = 0;
-  /// A method of the module has begun (it reads the connection first of all): an earlier cancellation is settled.
+  /// A method of the module has begun (it reads the connection first of all): an earlier cancellation is
+  /// settled.
   virtual void NuevaOperacion() {}
 };
 

@@ -1,5 +1,6 @@
 // Ensambla seis kits por la interfaz binaria. Con mingw-w64, y los encabezados que produce widl de los IDL:
-//   x86_64-w64-mingw32-g++ -std=c++20 ensambla.cpp -I<carpeta con ZuviProduccion.h> -lole32 -loleaut32 -luuid -static
+//   x86_64-w64-mingw32-g++ -std=c++20 ensambla.cpp -I<carpeta con ZuviProduccion.h> -lole32 -loleaut32 -luuid
+//   -static
 #include <windows.h>
 
 #include <oleauto.h>
