@@ -32,6 +32,13 @@ class Value {
       std::variant<Empty, Null, std::int16_t, std::int32_t, double, std::string, Fecha, bool, ObjectPtr>;
 
   Value() = default;
+  // By assignment: a copy constructor of this variant that runs out of memory would, with libstdc++ 12,
+  // destroy a value that was never made.
+  Value(const Value& other) : Value() { data_ = other.data_; }
+  Value(Value&&) noexcept = default;
+  Value& operator=(const Value&) = default;
+  Value& operator=(Value&&) noexcept = default;
+  ~Value() = default;
   Value(Empty) {}                                       // NOLINT: a value is made of what it holds
   Value(Null n) : data_(n) {}                           // NOLINT
   Value(std::int16_t n) : data_(n) {}                   // NOLINT
