@@ -55,7 +55,7 @@ wine_suites() { # build folder, name of the architecture, locales for the client
         suite "COM $arch $short" 600 count_last_line env LC_ALL="$locale" sh "$ZUVI_ROOT/tests/com/run.sh" "$build"
         ;;
     esac
-    # Those tests register and unregister by themselves.
+    # Those tests register and unregister by themselves, and compare the registry before and after.
     wine_register "$bin" || {
       tally "registro de las DLL $arch $short" 0 1
       continue
@@ -67,6 +67,7 @@ wine_suites() { # build folder, name of the architecture, locales for the client
       wine_script "$runner" "$bin" operaciones "$arch $short MariaDB" "$locale" \
         "$base" "$ZUVI_MARIADB_LOG" "zuvi_${runner}_${arch}_$short"
     done
+    wine_register "$bin" /u || tally "retirar las DLL $arch $short" 0 1
     wine_stop
   done
 }

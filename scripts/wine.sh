@@ -51,11 +51,11 @@ run_wine() {
 # The name a file of this system has on the Windows side.
 windows_path() { printf 'Z:%s\n' "${1//\//\\}"; }
 
-# Registers the two DLLs of a build in the prefix.
-wine_register() { # folder with the DLLs
+# Registers the two DLLs of a build in the prefix, or with /u takes them away.
+wine_register() { # folder with the DLLs, [/u]
   local dll
   for dll in ZuviProduccion.dll ZuviHost.dll; do
-    run_wine 60 regsvr32 /s "$(windows_path "$1/$dll")" || return 1
+    run_wine 60 regsvr32 /s ${2:+"$2"} "$(windows_path "$1/$dll")" || return 1
   done
 }
 

@@ -31,14 +31,14 @@ cp "$build/bin/ZuviProduccion.dll" "$folder/"
 dll=$(wine winepath -w "$folder/ZuviProduccion.dll" | tr -d '\r')
 
 only_system_dlls() {
-  imports=$(x86_64-w64-mingw32-objdump -p "$build/bin/$1" | sed -n 's/.*DLL Name: //p' | tr 'A-Z' 'a-z' | sort -u)
+  imports=$(LC_ALL=C x86_64-w64-mingw32-objdump -p "$build/bin/$1" | sed -n 's/.*DLL Name: //p' | tr 'A-Z' 'a-z' | sort -u)
   echo "$imports"
   [ -n "$imports" ] && ! echo "$imports" |
     grep -vxE 'advapi32.dll|comctl32.dll|comdlg32.dll|gdi32.dll|kernel32.dll|msvcrt.dll|odbc32.dll|ole32.dll|oleaut32.dll|shell32.dll|user32.dll|version.dll'
 }
 
 only_entry_points() {
-  exports=$(x86_64-w64-mingw32-objdump -p "$build/bin/$1" | sed -n 's/^\t\[ *[0-9]*\] \([A-Za-z]\)/\1/p' | sort | tr '\n' ' ')
+  exports=$(LC_ALL=C x86_64-w64-mingw32-objdump -p "$build/bin/$1" | sed -n 's/^\t\[ *[0-9]*\] \([A-Za-z]\)/\1/p' | sort | tr '\n' ' ')
   echo "$exports"
   [ "$exports" = "DllCanUnloadNow DllGetClassObject DllInstall DllRegisterServer DllUnregisterServer " ]
 }
