@@ -36,6 +36,21 @@ void Object::Write(MemberId id, std::span<Value> args) {
   member.write(*this, args);
 }
 
+Value Object::ReadChain(std::span<const Step> steps) {
+  ObjectPtr owner;
+  Value value;
+  for (const Step& step : steps) {
+    Object* object = this;
+    if (&step != &steps.front()) {
+      owner = AObjeto(value);
+      if (!owner) throw HostError(ErrorNumber::ObjectNotSet);
+      object = owner.get();
+    }
+    value = object->Call(step.name, step.args);
+  }
+  return value;
+}
+
 Value Object::Call(std::string_view name, std::span<Value> args, ByRef by_ref) {
   const auto id = Find(name);
   if (!id) throw HostError(ErrorNumber::NoSuchMember);

@@ -22,6 +22,12 @@ inline constexpr MemberId kDefaultMember = 0;
 using ByRef = std::uint32_t;
 inline constexpr ByRef kAllByRef = ~ByRef{0};
 
+/// One step of a chain of reads: a member of what the step before gave.
+struct Step {
+  const char* name;
+  std::span<Value> args{};
+};
+
 /// An automation object. Every operation may throw HostError.
 class Object : public std::enable_shared_from_this<Object> {
  public:
@@ -41,6 +47,10 @@ class Object : public std::enable_shared_from_this<Object> {
   virtual Value Default() { return Read(kDefaultMember, {}); }
   /// The object to hand on to others: itself, or for an adapter the object behind it.
   virtual ObjectPtr Reference() { return shared_from_this(); }
+  /// Reads a chain such as `Fields`, `Item("op")`, `Value`. The same as one `Call` after the other; an
+  /// adapter spares itself the objects in between. Throws ObjectNotSet or TypeMismatch where a step gives no
+  /// object.
+  virtual Value ReadChain(std::span<const Step> steps);
   /// The published members; null when there are none or they are not known on this side.
   virtual const MemberTable* Members() const { return nullptr; }
 

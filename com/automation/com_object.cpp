@@ -13,6 +13,9 @@ namespace {
 /// More than any member of the host contract takes.
 constexpr std::size_t kMaxArguments = 16;
 
+/// A read may be meant for a method or for a property.
+constexpr WORD kRead = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+
 /// The error a host tells in its exception record, which is freed here.
 HostError Take(EXCEPINFO& info) {
   if (info.pfnDeferredFillIn) info.pfnDeferredFillIn(&info);
@@ -67,14 +70,8 @@ void Invoke(IDispatch* dispatch, MemberId id, WORD flags, DISPPARAMS params, VAR
   throw HostErrorDe(code);
 }
 
-}  // namespace
-
-HostSignatures& ComObject::Signatures() {
-  if (!signatures_) signatures_ = std::make_unique<HostSignatures>(dispatch_.get());
-  return *signatures_;
-}
-
-std::optional<MemberId> ComObject::Find(std::string_view name) {
+/// The id of a name on any object of a host.
+std::optional<MemberId> FindOn(IDispatch* dispatch, std::string_view name) {
   // Names of members are short and plain: they are widened in place.
   std::array<wchar_t, 64> wide;
   if (name.size() >= wide.size()) throw HostError(ErrorNumber::NoSuchMember);
@@ -88,10 +85,10 @@ std::optional<MemberId> ComObject::Find(std::string_view name) {
   wide[length] = 0;
   LPOLESTR text = wide.data();
   DISPID id = DISPID_UNKNOWN;
-  const HRESULT code = dispatch_->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
+  const HRESULT code = dispatch->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
   if (SUCCEEDED(code)) return id;
   // Objects of some script engines answer by name only through their own interface.
-  if (const auto extended = dispatch_.As<IDispatchEx>()) {
+  if (const auto extended = ComPtr<IDispatch>(dispatch).As<IDispatchEx>()) {
     const UniqueBstr bstr = NuevoBstr(name);
     if (SUCCEEDED(extended->GetDispID(bstr.get(), fdexNameCaseInsensitive, &id))) return id;
   }
@@ -99,8 +96,51 @@ std::optional<MemberId> ComObject::Find(std::string_view name) {
   throw HostErrorDe(code);
 }
 
+/// The object that a step of a chain gave.
+ComPtr<IDispatch> DispatchIn(const VARIANT& result) {
+  if (V_VT(&result) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(&result) && V_VARIANTREF(&result) != &result)
+    return DispatchIn(*V_VARIANTREF(&result));
+  if (V_VT(&result) != VT_DISPATCH && V_VT(&result) != VT_UNKNOWN) throw HostError(ErrorNumber::TypeMismatch);
+  if (!V_UNKNOWN(&result)) throw HostError(ErrorNumber::ObjectNotSet);
+  if (V_VT(&result) == VT_DISPATCH) return ComPtr<IDispatch>(V_DISPATCH(&result));
+  const auto dispatch = ComPtr<IUnknown>(V_UNKNOWN(&result)).As<IDispatch>(IID_IDispatch);
+  if (!dispatch) throw HostError(ErrorNumber::TypeMismatch);
+  return dispatch;
+}
+
+}  // namespace
+
+HostSignatures& ComObject::Signatures() {
+  if (!signatures_) signatures_ = std::make_unique<HostSignatures>(dispatch_.get());
+  return *signatures_;
+}
+
+std::optional<MemberId> ComObject::Find(std::string_view name) { return FindOn(dispatch_.get(), name); }
+
+Value ComObject::ReadChain(std::span<const Step> steps) {
+  UniqueVariant result;
+  for (const Step& step : steps) {
+    const bool head = &step == &steps.front();
+    ComPtr<IDispatch> owner = dispatch_;
+    if (!head) owner = DispatchIn(result.get());
+    MemberId id = chain_head_id_;
+    if (!head || step.name != chain_head_) {
+      const auto found = FindOn(owner.get(), step.name);
+      if (!found) throw HostError(ErrorNumber::NoSuchMember);
+      id = *found;
+    }
+    if (head) {
+      chain_head_ = step.name;
+      chain_head_id_ = id;
+    }
+    OutgoingArguments out(step.args.size());
+    for (const Value& value : step.args) out.AddValue(value, module_);
+    Invoke(owner.get(), id, kRead, out.Params(), result.put());
+  }
+  return ValueDe(result.get(), module_);
+}
+
 Value ComObject::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
-  constexpr WORD kRead = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
   if (args.empty()) {
     UniqueVariant result;
     Invoke(dispatch_.get(), id, kRead, {}, &result.get());

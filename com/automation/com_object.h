@@ -22,6 +22,8 @@ class ComObject final : public Object {
   /// Arguments go by value, those marked in `by_ref` by reference in the form the host's type information
   /// declares, else as by-reference variants.
   Value Read(MemberId id, std::span<Value> args, ByRef by_ref) override;
+  /// The objects in between are called as they come, without an adapter of their own.
+  Value ReadChain(std::span<const Step> steps) override;
   /// Values are put; objects are set by reference, unless the host's type information knows only put.
   void Write(MemberId id, std::span<Value> args) override;
 
@@ -30,6 +32,8 @@ class ComObject final : public Object {
 
   ComPtr<IDispatch> dispatch_;
   ComModule& module_;
+  const char* chain_head_ = nullptr;  // the first name of the last chain and its id: mostly the same literal
+  MemberId chain_head_id_ = 0;
   std::unique_ptr<HostSignatures> signatures_;  // looked up when first needed
 };
 

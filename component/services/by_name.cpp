@@ -47,21 +47,13 @@ class RecordsetByName final : public ByName<Recordset> {
   void PonLockType(std::int32_t tipo) override { late_.Put("LockType", tipo); }
   void Open(const std::string& fuente, const std::shared_ptr<Conexion>& conexion, std::int32_t cursor,
             std::int32_t bloqueo, std::int32_t opciones) override {
-    late_.Call("Open", {fuente, Arg(conexion), cursor, bloqueo, opciones});
+    late_.Call("Open", fuente, Arg(conexion), cursor, bloqueo, opciones);
   }
 
  private:
-  /// Field objects are used once, so nothing about them is worth keeping.
   Value Field(Value index) {
-    const Value fields = late_.Call("Fields");
-    const Value field = Dueno(fields).Call("Item", std::span(&index, 1));
-    return Dueno(field).Call("Value");
-  }
-  static Object& Dueno(const Value& value) {
-    const auto* object = std::get_if<ObjectPtr>(&value.Get());
-    if (!object) throw HostError(ErrorNumber::TypeMismatch);
-    if (!*object) throw HostError(ErrorNumber::ObjectNotSet);
-    return **object;
+    const Step steps[] = {{"Fields"}, {"Item", std::span(&index, 1)}, {"Value"}};
+    return late_.ReadChain(steps);
   }
 };
 
@@ -69,16 +61,16 @@ class ConstructorSqlByName final : public ByName<ConstructorSql> {
  public:
   using ByName::ByName;
   void PonConexion(const std::shared_ptr<Conexion>& conexion) override {
-    late_.Call("PonConexion", {Arg(conexion)});
+    late_.Call("PonConexion", Arg(conexion));
   }
-  void PonRutas(const ObjectPtr& rutas) override { late_.Call("PonRutas", {Arg(rutas)}); }
+  void PonRutas(const ObjectPtr& rutas) override { late_.Call("PonRutas", Arg(rutas)); }
   void Limpia() override { late_.Call("Limpia"); }
-  void Tipo(const std::string& tipo) override { late_.Call("Tipo", {tipo}); }
+  void Tipo(const std::string& tipo) override { late_.Call("Tipo", tipo); }
   void AgregaCampo(const std::string& tabla, const std::string& columna, const Value& valor) override {
-    late_.Call("AgregaCampo", {tabla, columna, valor});
+    late_.Call("AgregaCampo", tabla, columna, valor);
   }
-  void Condicion(const std::string& condicion) override { late_.Call("Condicion", {condicion}); }
-  void Genera(const std::string& tabla) override { late_.Call("Genera", {tabla}); }
+  void Condicion(const std::string& condicion) override { late_.Call("Condicion", condicion); }
+  void Genera(const std::string& tabla) override { late_.Call("Genera", tabla); }
   void Ejecuta() override { late_.Call("Ejecuta"); }
 };
 
@@ -90,7 +82,7 @@ class AmbienteByName final : public ByName<Ambiente> {
   }
   std::string UsuarioActual() override { return ATexto(late_.Call("UsuarioActual")); }
   std::string RutaAplicacion() override { return ATexto(late_.Call("RutaAplicacion")); }
-  void EjecutaSQL(const std::string& sql) override { late_.Call("EjecutaSQL", {sql}); }
+  void EjecutaSQL(const std::string& sql) override { late_.Call("EjecutaSQL", sql); }
   std::int32_t DatoFechaA() override { return AEntero32(late_.Call("DatoFechaA")); }
   std::int32_t DatoFechaB() override { return AEntero32(late_.Call("DatoFechaB")); }
   Value DatoDocumento() override { return late_.Call("DatoDocumento"); }
@@ -108,20 +100,20 @@ class AccesoDatosByName final : public ByName<AccesoDatos> {
   using ByName::ByName;
   std::shared_ptr<Recordset> Consulta(const std::string& sql,
                                       const std::shared_ptr<Conexion>& conexion) override {
-    return Como<Recordset>(AObjeto(late_.Call("Consulta", {sql, Arg(conexion), true})));
+    return Como<Recordset>(AObjeto(late_.Call("Consulta", sql, Arg(conexion), true)));
   }
-  double ValorNumerico(const Value& valor) override { return ANumero(late_.Call("ValorNumerico", {valor})); }
-  std::string ValorTexto(const Value& valor) override { return ATexto(late_.Call("ValorTexto", {valor})); }
-  bool EstaVacio(const std::string& texto) override { return ABooleano(late_.Call("EstaVacio", {texto})); }
+  double ValorNumerico(const Value& valor) override { return ANumero(late_.Call("ValorNumerico", valor)); }
+  std::string ValorTexto(const Value& valor) override { return ATexto(late_.Call("ValorTexto", valor)); }
+  bool EstaVacio(const std::string& texto) override { return ABooleano(late_.Call("EstaVacio", texto)); }
   std::string TraeMensaje(std::int32_t numero, const std::shared_ptr<Ambiente>& ambiente) override {
-    return ATexto(late_.Call("TraeMensaje", {numero, Arg(ambiente)}));
+    return ATexto(late_.Call("TraeMensaje", numero, Arg(ambiente)));
   }
   void Mensaje(const std::string& texto, EstiloMensaje estilo,
                const std::shared_ptr<Ambiente>& ambiente) override {
-    late_.Call("Mensaje", {texto, static_cast<std::int16_t>(estilo), Arg(ambiente)});
+    late_.Call("Mensaje", texto, static_cast<std::int16_t>(estilo), Arg(ambiente));
   }
   bool Pregunta(const std::string& texto, std::int16_t modo) override {
-    return ABooleano(late_.Call("Pregunta", {texto, modo}));
+    return ABooleano(late_.Call("Pregunta", texto, modo));
   }
   std::int32_t SiguienteFolio(const std::string& clave, const std::shared_ptr<Conexion>& conexion,
                               std::int32_t& documento,
@@ -132,33 +124,33 @@ class AccesoDatosByName final : public ByName<AccesoDatos> {
     return AEntero32(folio);
   }
   Fecha ComponeFecha(std::int32_t a, std::int32_t b) override {
-    return AFecha(late_.Call("ComponeFecha", {a, b}));
+    return AFecha(late_.Call("ComponeFecha", a, b));
   }
   std::string FechaSQL(const std::shared_ptr<Conexion>& conexion, const Fecha& fecha) override {
-    return ATexto(late_.Call("FechaSQL", {Arg(conexion), fecha}));
+    return ATexto(late_.Call("FechaSQL", Arg(conexion), fecha));
   }
   std::string TextoConCeros(std::int32_t numero, std::int32_t ancho) override {
-    return ATexto(late_.Call("TextoConCeros", {numero, ancho}));
+    return ATexto(late_.Call("TextoConCeros", numero, ancho));
   }
   bool ExisteClave(const std::string& valor, const std::string& tabla, const std::string& columna,
                    const std::shared_ptr<Conexion>& conexion) override {
-    return ABooleano(late_.Call("ExisteClave", {valor, tabla, columna, Arg(conexion), true}));
+    return ABooleano(late_.Call("ExisteClave", valor, tabla, columna, Arg(conexion), true));
   }
   bool UbicacionRestringida(const std::string& articulo, std::int16_t almacen,
                             const std::shared_ptr<Conexion>& conexion) override {
-    return ABooleano(late_.Call("UbicacionRestringida", {articulo, almacen, Arg(conexion)}));
+    return ABooleano(late_.Call("UbicacionRestringida", articulo, almacen, Arg(conexion)));
   }
   std::shared_ptr<ConstructorSql> NuevoConstructorSql() override {
     return Como<ConstructorSql>(AObjeto(late_.Call("NuevoConstructorSql")));
   }
   void PreparaVentana(const ObjectPtr& ventana, const std::shared_ptr<Ambiente>& ambiente) override {
-    late_.Call("PreparaVentana", {Arg(ventana), Arg(ambiente), ""});
+    late_.Call("PreparaVentana", Arg(ventana), Arg(ambiente), "");
   }
   void LiberaVentana(const ObjectPtr& ventana, const std::shared_ptr<Ambiente>& ambiente) override {
-    late_.Call("LiberaVentana", {Arg(ventana), Arg(ambiente), "frmMaster"});
+    late_.Call("LiberaVentana", Arg(ventana), Arg(ambiente), "frmMaster");
   }
   std::string FormateaCampo(const ObjectPtr& caja, const std::shared_ptr<Ambiente>& ambiente) override {
-    return ATexto(late_.Call("FormateaCampo", {Arg(caja), Arg(ambiente)}));
+    return ATexto(late_.Call("FormateaCampo", Arg(caja), Arg(ambiente)));
   }
   std::int16_t FiltroMayusculas(const ObjectPtr& caja, std::int16_t caracter) override {
     std::array<Value, 2> args{Arg(caja), caracter};
@@ -185,10 +177,10 @@ class ControlProcesosByName final : public ByName<ControlProcesos> {
     late_.CallByRef("ConsultaProceso", args, kAllByRef);
     bandera = ABooleano(args[0]);
   }
-  void CierraProceso(std::int32_t numero) override { late_.Call("CierraProceso", {numero}); }
+  void CierraProceso(std::int32_t numero) override { late_.Call("CierraProceso", numero); }
   void ImprimeReporte(const std::string& clave, std::int32_t op, const std::shared_ptr<Ambiente>& ambiente,
                       const ObjectPtr& ventana) override {
-    late_.Call("ImprimeReporte", {clave, op, Arg(ambiente), Arg(ventana)});
+    late_.Call("ImprimeReporte", clave, op, Arg(ambiente), Arg(ventana));
   }
 };
 
@@ -196,20 +188,20 @@ class DocumentoInventarioByName final : public ByName<DocumentoInventario> {
  public:
   using ByName::ByName;
   void PonAmbiente(const std::shared_ptr<Ambiente>& ambiente) override {
-    late_.Call("PonAmbiente", {Arg(ambiente)});
+    late_.Call("PonAmbiente", Arg(ambiente));
   }
-  void PonDatoDocumento(const Value& dato) override { late_.Call("PonDatoDocumento", {dato}); }
-  void PonDatoFecha(std::int32_t dato) override { late_.Call("PonDatoFecha", {dato}); }
-  void PonFecha(const Fecha& fecha) override { late_.Call("PonFecha", {fecha}); }
-  void PonTipo(const std::string& tipo) override { late_.Call("PonTipo", {tipo}); }
-  void PonConcepto(const std::string& concepto) override { late_.Call("PonConcepto", {concepto}); }
-  void PonOrden(std::int32_t orden) override { late_.Call("PonOrden", {orden}); }
-  void PonFolio(const std::string& folio) override { late_.Call("PonFolio", {folio}); }
-  void PonUsuario(const std::string& usuario) override { late_.Call("PonUsuario", {usuario}); }
-  void PonAlmacen(double almacen) override { late_.Call("PonAlmacen", {almacen}); }
-  void PonArticulo(const std::string& articulo) override { late_.Call("PonArticulo", {articulo}); }
-  void PonCantidad(double cantidad) override { late_.Call("PonCantidad", {cantidad}); }
-  void PonCosto(double costo) override { late_.Call("PonCosto", {costo}); }
+  void PonDatoDocumento(const Value& dato) override { late_.Call("PonDatoDocumento", dato); }
+  void PonDatoFecha(std::int32_t dato) override { late_.Call("PonDatoFecha", dato); }
+  void PonFecha(const Fecha& fecha) override { late_.Call("PonFecha", fecha); }
+  void PonTipo(const std::string& tipo) override { late_.Call("PonTipo", tipo); }
+  void PonConcepto(const std::string& concepto) override { late_.Call("PonConcepto", concepto); }
+  void PonOrden(std::int32_t orden) override { late_.Call("PonOrden", orden); }
+  void PonFolio(const std::string& folio) override { late_.Call("PonFolio", folio); }
+  void PonUsuario(const std::string& usuario) override { late_.Call("PonUsuario", usuario); }
+  void PonAlmacen(double almacen) override { late_.Call("PonAlmacen", almacen); }
+  void PonArticulo(const std::string& articulo) override { late_.Call("PonArticulo", articulo); }
+  void PonCantidad(double cantidad) override { late_.Call("PonCantidad", cantidad); }
+  void PonCosto(double costo) override { late_.Call("PonCosto", costo); }
   double AplicaMovimiento(std::int32_t& numero) override {
     std::array<Value, 1> args{numero};
     const Value importe = late_.CallByRef("AplicaMovimiento", args, kAllByRef);
@@ -222,10 +214,10 @@ class VentanaProgresoByName final : public ByName<VentanaProgreso> {
  public:
   using ByName::ByName;
   void Inicia(std::int32_t total, const std::string& titulo, const std::string& animacion) override {
-    late_.Call("Inicia", {total, titulo, animacion});
+    late_.Call("Inicia", total, titulo, animacion);
   }
   void Avanza(std::int32_t paso, const std::string& texto, const std::string& texto2) override {
-    late_.Call("Avanza", {paso, texto, texto2});
+    late_.Call("Avanza", paso, texto, texto2);
   }
   void Cierra() override { late_.Call("Cierra"); }
 };
@@ -234,20 +226,20 @@ class BuscaCatalogoByName final : public ByName<BuscaCatalogo> {
  public:
   using ByName::ByName;
   void PonAmbiente(const std::shared_ptr<Ambiente>& ambiente) override {
-    late_.Call("PonAmbiente", {Arg(ambiente)});
+    late_.Call("PonAmbiente", Arg(ambiente));
   }
-  void PonDestino(const ObjectPtr& caja) override { late_.Call("PonDestino", {Arg(caja)}); }
-  void PonFiltro(const std::string& filtro) override { late_.Call("PonFiltro", {filtro}); }
-  void Muestra(const std::string& titulo) override { late_.Call("Muestra", {titulo, "", "", ""}); }
+  void PonDestino(const ObjectPtr& caja) override { late_.Call("PonDestino", Arg(caja)); }
+  void PonFiltro(const std::string& filtro) override { late_.Call("PonFiltro", filtro); }
+  void Muestra(const std::string& titulo) override { late_.Call("Muestra", titulo, "", "", ""); }
 };
 
 class CapturaNumericaByName final : public ByName<CapturaNumerica> {
  public:
   using ByName::ByName;
   void PonAmbiente(const std::shared_ptr<Ambiente>& ambiente) override {
-    late_.Call("PonAmbiente", {Arg(ambiente)});
+    late_.Call("PonAmbiente", Arg(ambiente));
   }
-  void PonDestino(const ObjectPtr& caja) override { late_.Call("PonDestino", {Arg(caja)}); }
+  void PonDestino(const ObjectPtr& caja) override { late_.Call("PonDestino", Arg(caja)); }
   void Muestra() override { late_.Call("Muestra"); }
 };
 

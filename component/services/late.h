@@ -1,6 +1,6 @@
 #pragma once
 
-#include <initializer_list>
+#include <array>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -17,10 +17,23 @@ class Late {
 
   const ObjectPtr& Target() const { return target_; }
   /// Calls with arguments by value.
-  Value Call(const char* name, std::initializer_list<Value> args = {});
+  template <class... Args>
+  Value Call(const char* name, Args&&... args) {
+    const MemberId id = Resolve(name);
+    if constexpr (sizeof...(Args) == 0) {
+      return target_->Read(id, {});
+    } else {
+      std::array<Value, sizeof...(Args)> values{Value(std::forward<Args>(args))...};
+      return target_->Read(id, values);
+    }
+  }
   /// Calls with the arguments marked in `by_ref` by reference; they are changed in place.
   Value CallByRef(const char* name, std::span<Value> args, ByRef by_ref);
   void Put(const char* name, Value value);
+  Value ReadChain(std::span<const Step> steps) {
+    if (!target_) throw HostError(ErrorNumber::ObjectNotSet);
+    return target_->ReadChain(steps);
+  }
 
  private:
   MemberId Resolve(const char* name);
