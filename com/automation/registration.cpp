@@ -55,7 +55,7 @@ bool RegisterClassKeys(const ComModule& module, const RegisteredClass& c, Regist
          Set(scope, key + L"\\InprocServer32", L"ThreadingModel", L"Apartment") &&
          Set(scope, key + L"\\ProgID", nullptr, versioned) &&
          Set(scope, key + L"\\VersionIndependentProgID", nullptr, c.prog_id) &&
-         Set(scope, key + L"\\TypeLib", nullptr, Text(c.library_id)) &&
+         Set(scope, key + L"\\TypeLib", nullptr, Text(c.typelib_id)) &&
          Set(scope, key + L"\\Version", nullptr, L"1.0") &&
          Set(scope, key + L"\\Programmable", nullptr, L"") && Set(scope, versioned, nullptr, c.description) &&
          Set(scope, versioned + L"\\CLSID", nullptr, Text(c.clsid)) &&

@@ -15,7 +15,7 @@ enum class RegistrationScope { Machine, User };
 /// One creatable class: `prog_id` names it without version, `prog_id` + ".1" its first version.
 struct RegisteredClass {
   CLSID clsid;
-  GUID library_id;
+  GUID typelib_id;
   std::wstring prog_id;
   std::wstring description;
 };
