@@ -45,7 +45,7 @@ mariadb_start() {
   fi
   : >"$ZUVI_LOGS/mariadb.log"
   timeout 120 mariadb-install-db --no-defaults --user="$ZUVI_MARIADB_ACCOUNT" --auth-root-authentication-method=normal \
-    --skip-test-db --datadir="$ZUVI_MARIADB_DIR/data" >>"$ZUVI_LOGS/mariadb.log" 2>&1 </dev/null ||
+    --force --skip-name-resolve --skip-test-db --datadir="$ZUVI_MARIADB_DIR/data" >>"$ZUVI_LOGS/mariadb.log" 2>&1 </dev/null ||
     { tail -n 20 "$ZUVI_LOGS/mariadb.log" >&2; die "no se pudo preparar el servidor MariaDB"; }
   at_exit mariadb_stop
   for attempt in 1 2 3; do

@@ -63,7 +63,8 @@ need() {
       mapfile -t missing < <(missing_packages "${missing[@]}")
       [ "${#missing[@]}" -eq 0 ] && return 0
     fi
-    [ "$attempt" -eq 2 ] || sleep 5
+    # What an interrupted installation left half-way is finished first.
+    [ "$attempt" -eq 2 ] || as_root env DEBIAN_FRONTEND=noninteractive dpkg --configure -a >>"$log" 2>&1 </dev/null
   done
   tail -n 20 "$log" >&2
   die "no se pudo instalar: ${missing[*]}"
