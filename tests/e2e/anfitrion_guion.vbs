@@ -2,7 +2,7 @@
 ' It counts what the component asks of it. Runs after operaciones.vbs on the same database.
 Option Explicit
 
-Const COMPROBACIONES = 14
+Const COMPROBACIONES = 19
 Dim bien, mal
 bien = 0
 mal = 0
@@ -64,6 +64,16 @@ Class AmbienteDeGuion
   End Property
 End Class
 
+' A hook on a process key: what it returns is the veto.
+Class Gancho
+  Public Veces
+  Public Veto
+  Public Function Ejecuta(objeto, ambiente)
+    Veces = Veces + 1
+    Ejecuta = Veto
+  End Function
+End Class
+
 On Error Resume Next
 
 Dim ambiente, produccion, filas
@@ -99,6 +109,24 @@ ambiente.Ordenes = ""
 ambiente.Real.Respuestas = "si,si"
 Igual "cancelar", produccion.CancelaOp(9001), True
 Igual "orden de cierre", ambiente.Ordenes, "UPDATE op SET cerrado = 1 WHERE op = 9001; "
+
+Dim procesos, enganchado, antes
+Set procesos = CreateObject("ZuviQuery.ControlProcesos")
+Set enganchado = New Gancho
+enganchado.Veces = 0
+enganchado.Veto = True
+procesos.PonGancho "OPAUTO002", enganchado
+Igual "enganchar", Err.Number, 0
+antes = ambiente.Real.Existencia("E2E-BANCO", 3)
+produccion.Ensamble "E2E-BANCO", 3, 1
+Igual "vetado", ambiente.Real.Existencia("E2E-BANCO", 3), antes
+enganchado.Veto = False
+produccion.Ensamble "E2E-BANCO", 3, 1
+Igual "permitido", ambiente.Real.Existencia("E2E-BANCO", 3), antes + 1
+Igual "veces", enganchado.Veces, 2
+procesos.PonGancho "OPAUTO002", Nothing
+produccion.Ensamble "E2E-BANCO", 3, 1
+Igual "desenganchado", enganchado.Veces, 2
 
 Set produccion = Nothing
 Termina
