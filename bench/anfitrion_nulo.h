@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "component/services/acceso_datos.h"
 #include "component/services/control_procesos.h"
 #include "component/services/documento_inventario.h"
 #include "component/services/fabrica.h"
+#include "tests/support/acceso_datos_sin_ventanas.h"
 
 namespace zuvi::bench {
 
@@ -49,15 +49,13 @@ class AmbienteNulo final : public Ambiente {
   std::shared_ptr<Conexion> conexion_ = std::make_shared<Conexion>();
 };
 
-class DatosNulos final : public AccesoDatos {
+class DatosNulos final : public pruebas::AccesoDatosSinVentanas {
  public:
   explicit DatosNulos(int componentes) : componentes_(componentes) {}
   std::shared_ptr<Recordset> Consulta(const std::string& sql, const std::shared_ptr<Conexion>&) override {
     return std::make_shared<FilasNulas>(sql.find("comppart") == std::string::npos ? 1 : componentes_);
   }
   double ValorNumerico(const Value& valor) override { return ANumero(valor); }
-  std::string ValorTexto(const Value& valor) override { return ATexto(valor); }
-  bool EstaVacio(const std::string& texto) override { return texto.empty(); }
   std::string TraeMensaje(std::int32_t, const std::shared_ptr<Ambiente>&) override { return {}; }
   void Mensaje(const std::string&, EstiloMensaje, const std::shared_ptr<Ambiente>&) override {}
   bool Pregunta(const std::string&, std::int16_t) override { return true; }
@@ -66,21 +64,6 @@ class DatosNulos final : public AccesoDatos {
     return 1;
   }
   Fecha ComponeFecha(std::int32_t, std::int32_t) override { return {}; }
-  std::string FechaSQL(const std::shared_ptr<Conexion>&, const Fecha&) override { return {}; }
-  std::string TextoConCeros(std::int32_t, std::int32_t) override { return {}; }
-  bool ExisteClave(const std::string&, const std::string&, const std::string&,
-                   const std::shared_ptr<Conexion>&) override {
-    return true;
-  }
-  bool UbicacionRestringida(const std::string&, std::int16_t, const std::shared_ptr<Conexion>&) override {
-    return false;
-  }
-  std::shared_ptr<ConstructorSql> NuevoConstructorSql() override { return nullptr; }
-  void PreparaVentana(const ObjectPtr&, const std::shared_ptr<Ambiente>&) override {}
-  void LiberaVentana(const ObjectPtr&, const std::shared_ptr<Ambiente>&) override {}
-  std::string FormateaCampo(const ObjectPtr&, const std::shared_ptr<Ambiente>&) override { return {}; }
-  std::int16_t FiltroMayusculas(const ObjectPtr&, std::int16_t caracter) override { return caracter; }
-  std::int16_t FiltroTecla(const ObjectPtr&, std::int16_t caracter) override { return caracter; }
 
  private:
   int componentes_;

@@ -89,8 +89,8 @@ void Produccion::Entrega(std::int32_t n_op) {
   const auto cuenta = datos.Consulta("SELECT COUNT( * ) FROM oppart WHERE op = " + op, sesion.conexion);
   const std::int32_t total = RedondeaA32(datos.ValorNumerico(cuenta->Campo(0)));
   const auto partidas = datos.Consulta(
-      "SELECT oppart.articulo, oppart.cantidad, op.almacen FROM oppart INNER JOIN op USING(op) WHERE op.op "
-      "= " +
+      "SELECT oppart.articulo, oppart.cantidad, op.almacen "
+      "FROM oppart INNER JOIN op USING(op) WHERE op.op = " +
           op,
       sesion.conexion);
 

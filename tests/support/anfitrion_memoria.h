@@ -4,11 +4,11 @@
 #include <memory>
 #include <string>
 
-#include "component/services/acceso_datos.h"
 #include "component/services/control_procesos.h"
 #include "component/services/documento_inventario.h"
 #include "component/services/fabrica.h"
 #include "component/services/ventanas_host.h"
+#include "tests/support/acceso_datos_sin_ventanas.h"
 #include "tests/support/mundo.h"
 
 namespace zuvi::pruebas {
@@ -64,7 +64,7 @@ class AmbienteMemoria final : public EnMemoria<Ambiente> {
   std::shared_ptr<Conexion> conexion_;
 };
 
-class AccesoDatosMemoria final : public EnMemoria<AccesoDatos> {
+class AccesoDatosMemoria final : public EnMemoria<AccesoDatosSinVentanas> {
  public:
   explicit AccesoDatosMemoria(Mundo& mundo) : EnMemoria(mundo, "AccesoDatos") {}
   std::shared_ptr<Recordset> Consulta(const std::string& sql,
@@ -78,27 +78,10 @@ class AccesoDatosMemoria final : public EnMemoria<AccesoDatos> {
   Fecha ComponeFecha(std::int32_t a, std::int32_t b) override;
   const MemberTable* Members() const override;
 
-  // No batch operation calls these.
-  std::string ValorTexto(const Value& valor) override { return ATexto(valor); }
-  bool EstaVacio(const std::string& texto) override { return texto.empty(); }
+  // No batch operation calls this.
   void Mensaje(const std::string& texto, EstiloMensaje, const std::shared_ptr<Ambiente>&) override {
     mundo_.Llama("Mensaje", texto);
   }
-  std::string FechaSQL(const std::shared_ptr<Conexion>&, const Fecha&) override { return {}; }
-  std::string TextoConCeros(std::int32_t, std::int32_t) override { return {}; }
-  bool ExisteClave(const std::string&, const std::string&, const std::string&,
-                   const std::shared_ptr<Conexion>&) override {
-    return false;
-  }
-  bool UbicacionRestringida(const std::string&, std::int16_t, const std::shared_ptr<Conexion>&) override {
-    return false;
-  }
-  std::shared_ptr<ConstructorSql> NuevoConstructorSql() override { return nullptr; }
-  void PreparaVentana(const ObjectPtr&, const std::shared_ptr<Ambiente>&) override {}
-  void LiberaVentana(const ObjectPtr&, const std::shared_ptr<Ambiente>&) override {}
-  std::string FormateaCampo(const ObjectPtr&, const std::shared_ptr<Ambiente>&) override { return {}; }
-  std::int16_t FiltroMayusculas(const ObjectPtr&, std::int16_t caracter) override { return caracter; }
-  std::int16_t FiltroTecla(const ObjectPtr&, std::int16_t caracter) override { return caracter; }
 
  private:
   std::shared_ptr<Recordset> ConsultaConBandera(const std::string& sql,
