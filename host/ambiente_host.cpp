@@ -2,7 +2,7 @@
 
 #include "component/services/by_name.h"
 #include "host/interaccion_respuestas.h"
-#include "host/reloj.h"
+#include "base/reloj.h"
 
 namespace zuvi::host {
 

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "host/reloj.h"
+#include "base/reloj.h"
 
 namespace zuvi::host {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "base/text.h"
 #include "base/value.h"
-#include "host/reloj.h"
+#include "base/reloj.h"
 
 namespace zuvi::host {
 namespace {

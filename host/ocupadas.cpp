@@ -1,7 +1,7 @@
 #include "host/ocupadas.h"
 
 #include "host/folios.h"
-#include "host/reloj.h"
+#include "base/reloj.h"
 
 namespace zuvi::host {
 

@@ -21,6 +21,14 @@ namespace zuvi::host {
 /// manager would squeeze UTF-16 into the driver's 8 bits.
 enum class Forma { Utf16, Utf8 };
 
+/// Whether the plain functions hand their texts to the driver as they are. Windows takes them to be in the
+/// ANSI code page, messages included.
+#ifdef _WIN32
+inline constexpr bool kAngostosIntactos = false;
+#else
+inline constexpr bool kAngostosIntactos = true;
+#endif
+
 /// A handle of one kind (SQL_HANDLE_ENV, SQL_HANDLE_DBC, SQL_HANDLE_STMT); freed by the destructor.
 template <SQLSMALLINT kind>
 class OdbcHandle {
@@ -46,6 +54,8 @@ using Enlace = OdbcHandle<SQL_HANDLE_DBC>;
 
 /// Lets good results pass (SQL_NO_DATA among them); throws HostError with the diagnostics of the handle else.
 void Exige(SQLRETURN resultado, SQLSMALLINT tipo, SQLHANDLE handle, Forma forma);
+
+bool EsAscii(std::string_view texto);
 
 /// UTF-16 as the API takes it. The API declares its input texts as not const.
 SQLWCHAR* Ancho(const std::u16string& texto);

@@ -1,6 +1,5 @@
 #include "host/odbc_enlace.h"
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -15,10 +14,6 @@ namespace {
 // several statements in one text, which we never allow.
 constexpr unsigned kFilasHalladas = 2;
 constexpr unsigned kVariasSentencias = 1u << 26;
-
-bool EsAscii(std::string_view texto) {
-  return std::ranges::all_of(texto, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
 
 bool EsSqlite(std::string_view nombre) { return Minusculas(nombre).find("sqlite") != std::string::npos; }
 
@@ -43,23 +38,34 @@ EnlaceOdbc::EnlaceOdbc(const std::string& cadena) {
         SQL_HANDLE_ENV, entorno_.Get(), forma_);
   Exige(SQLAllocHandle(SQL_HANDLE_DBC, entorno_.Get(), enlace_.Out()), SQL_HANDLE_ENV, entorno_.Get(),
         forma_);
-  if (!EsAscii(cadena)) {
-    // The file's name has to go in the form the driver understands, which only a connection can tell.
-    const std::string driver = CadenaOdbc(cadena).Trae("DRIVER");
-    if (EsSqlite(driver)) forma_ = EnlaceOdbc("DRIVER={" + driver + "};Database=:memory:").forma_;
-  }
-  Conecta(ConAjustes(cadena));
-  try {
-    motor_ = PreguntaMotor();
-    EligeForma();
-    PreparaSesion();
-  } catch (...) {
-    SQLDisconnect(enlace_.Get());
-    throw;
-  }
+  forma_ = FormaInicial(cadena);
+  Abre(ConAjustes(cadena));
 }
 
 EnlaceOdbc::~EnlaceOdbc() { SQLDisconnect(enlace_.Get()); }
+
+/// The form to connect in, which a driver manager may hold on to for all that follows.
+Forma EnlaceOdbc::FormaInicial(const std::string& cadena) {
+  const std::string driver = CadenaOdbc(cadena).Trae("DRIVER");
+  if (EsAscii(cadena)) return EsSqlite(driver) || !kAngostosIntactos ? Forma::Utf16 : Forma::Utf8;
+  // The file's name has to go in the form the driver understands, which only a connection can tell.
+  return EsSqlite(driver) ? EnlaceOdbc("DRIVER={" + driver + "};Database=:memory:").forma_ : Forma::Utf16;
+}
+
+void EnlaceOdbc::Abre(const std::string& cadena) {
+  for (bool lista = false; !lista;) {
+    Conecta(cadena);
+    try {
+      motor_ = PreguntaMotor();
+      lista = EligeForma();
+      if (lista) PreparaSesion();
+    } catch (...) {
+      SQLDisconnect(enlace_.Get());
+      throw;
+    }
+    if (!lista) SQLDisconnect(enlace_.Get());
+  }
+}
 
 void EnlaceOdbc::Conecta(const std::string& cadena) {
   SQLSMALLINT largo = 0;
@@ -90,8 +96,14 @@ Motor EnlaceOdbc::PreguntaMotor() const {
 
 bool EnlaceOdbc::Conserva(Forma forma) const {
   try {
-    Sentencia sentencia(enlace_.Get(), Motor::Sqlite, forma);
+    Sentencia sentencia(enlace_.Get(), motor_, forma);
     // The last one takes two UTF-16 units: under some locales only those are lost on the way.
+    if (motor_ == Motor::MariaDb) {
+      // Fails unless whole. A SET is how everything starts that makes a session ready, so that the work of
+      // the application can be told from it in the server's log.
+      sentencia.Corre("SET @forma = IF(hex('é€🎂') = 'C3A9E282ACF09F8E82', 1, (SELECT 1 UNION SELECT 2))");
+      return true;
+    }
     const Resultado leido = sentencia.Lee("SELECT hex('é€🎂')");
     return leido.celdas.size() == 1 && ATexto(leido.celdas[0]) == "C3A9E282ACF09F8E82";
   } catch (const HostError&) {
@@ -99,13 +111,18 @@ bool EnlaceOdbc::Conserva(Forma forma) const {
   }
 }
 
-void EnlaceOdbc::EligeForma() {
-  if (motor_ != Motor::Sqlite) return;
+bool EnlaceOdbc::EligeForma() {
+  if (motor_ == Motor::MariaDb) {
+    // Its driver converts every UTF-16 text at a cost near that of the statement itself.
+    if (forma_ == Forma::Utf16 || Conserva(Forma::Utf8)) return true;
+    forma_ = Forma::Utf16;
+    return false;
+  }
   // SQLite's driver comes with and without the W functions.
   for (const Forma forma : {Forma::Utf16, Forma::Utf8}) {
     if (!Conserva(forma)) continue;
     forma_ = forma;
-    return;
+    return true;
   }
   throw HostError("El controlador ODBC de SQLite no conserva los acentos.");
 }

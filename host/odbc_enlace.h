@@ -22,11 +22,14 @@ class EnlaceOdbc {
   Forma TraeForma() const { return forma_; }
 
  private:
+  void Abre(const std::string& cadena);
+  static Forma FormaInicial(const std::string& cadena);
   void Conecta(const std::string& cadena);
   Motor PreguntaMotor() const;
   /// True when a text with more than one byte a character arrives whole in that form.
   bool Conserva(Forma forma) const;
-  void EligeForma();
+  /// False when the form has to be another one, which takes connecting anew.
+  bool EligeForma();
   void PreparaSesion();
 
   Entorno entorno_;

@@ -97,6 +97,7 @@ Resultado Sentencia::Lee(std::string_view sql, std::int64_t* tocadas) {
   resultado.columnas = Describe(static_cast<std::size_t>(cuantas));
   const Columnas& columnas = *resultado.columnas;
   Liga(columnas);
+  resultado.celdas.reserve(columnas.size());
   for (;;) {
     const SQLRETURN r = SQLFetch(handle_.Get());
     Exige(r);
@@ -111,7 +112,10 @@ bool Sentencia::Ejecuta(std::string_view sql) {
     const std::u16string ancha = Utf16(sql);
     resultado = SQLExecDirectW(handle_.Get(), Ancho(ancha), static_cast<SQLINTEGER>(ancha.size()));
   } else {
-    resultado = SQLExecDirect(handle_.Get(), Angosto(sql), static_cast<SQLINTEGER>(sql.size()));
+    // What is broken in the text becomes U+FFFD in this form as well.
+    const std::string limpia = EsAscii(sql) ? std::string() : Utf8(Utf16(sql));
+    const std::string_view texto = limpia.empty() ? sql : std::string_view(limpia);
+    resultado = SQLExecDirect(handle_.Get(), Angosto(texto), static_cast<SQLINTEGER>(texto.size()));
   }
   Exige(resultado);
   return resultado != SQL_NO_DATA;

@@ -1,18 +1,46 @@
-// toolkit/: windows and controls as objects with state and events, headless by themselves. The Desktop is the
-// one seam to the system: what the toolkit cannot do without a real screen passes through it.
+// toolkit/: windows and controls as objects with state and events, complete without a screen. The Desktop is
+// the one seam to the system: message boxes, pending events, modal loops, the clock and the native peers.
 #pragma once
 
+#include <memory>
 #include <string>
+#include <vector>
+
+#include "base/fecha.h"
 
 namespace zuvi {
+
+class Form;
 
 /// The user's screen. Implementations: HeadlessDesktop (records, scripted) and Win32Desktop.
 class Desktop {
  public:
-  virtual ~Desktop() = default;
+  Desktop() = default;
+  Desktop(const Desktop&) = delete;
+  Desktop& operator=(const Desktop&) = delete;
+  virtual ~Desktop();
+
   /// Shows a plain message box with an OK button, no icon and the component's own title, and waits. Never
   /// throws.
   virtual void Avisa(const std::string& text) noexcept = 0;
+  /// Lets pending window events run. Anything may have happened afterwards.
+  virtual void PumpEvents() = 0;
+  /// Runs until the window is hidden or closed; `owner`, when given, takes no input meanwhile.
+  virtual void RunModal(Form& form, Form* owner) = 0;
+  /// Gives a window and its controls native peers and shows it; without a screen nothing happens.
+  virtual void Attach(Form& /*form*/) {}
+  /// Date and time of this station.
+  virtual Fecha Now() const = 0;
+
+  /// The windows that are loaded. A window is kept alive by being in this list.
+  const std::vector<std::shared_ptr<Form>>& Forms() const { return forms_; }
+
+ private:
+  friend class Form;
+  void Opened(std::shared_ptr<Form> form) { forms_.push_back(std::move(form)); }
+  void Closed(const Form& form);
+
+  std::vector<std::shared_ptr<Form>> forms_;
 };
 
 }  // namespace zuvi

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -7,21 +11,33 @@
 
 namespace zuvi {
 
-/// A desktop without a screen: it keeps what would have been shown, for tests and for the command line.
+/// A desktop without a screen: it keeps what would have been shown, runs scripted events when windows let
+/// events run, and its clock moves when told to. For tests and for the command line.
 class HeadlessDesktop final : public Desktop {
  public:
-  void Avisa(const std::string& text) noexcept override {
-    try {
-      avisos_.push_back(text);
-    } catch (...) {
-      // Out of memory: what cannot be kept is lost, and whoever reports goes on.
-    }
-  }
+  void Avisa(const std::string& text) noexcept override;
+  void PumpEvents() override;
+  /// Runs the next scripted visit of a modal window; without one, or when it is still open afterwards, the
+  /// window is closed as a user who walks away would.
+  void RunModal(Form& form, Form* owner) override;
+  /// This station's clock, unless it was set.
+  Fecha Now() const override;
+
   const std::vector<std::string>& Avisos() const { return avisos_; }
   void Olvida() { avisos_.clear(); }
+  void SetNow(const Fecha& now) { now_ = now; }
+  /// Runs at the next `PumpEvents`, in the order given, one per pump.
+  void Post(std::function<void()> event) { events_.push_back(std::move(event)); }
+  /// What the user does in the next modal window.
+  void OnModal(std::function<void(Form&)> visit) { modals_.push_back(std::move(visit)); }
+  /// Lets time pass: timers of loaded windows that fall due run in their order.
+  void Advance(std::int32_t milliseconds);
 
  private:
   std::vector<std::string> avisos_;
+  std::deque<std::function<void()>> events_;
+  std::deque<std::function<void(Form&)>> modals_;
+  std::optional<Fecha> now_;
 };
 
 }  // namespace zuvi

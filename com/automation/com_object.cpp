@@ -33,31 +33,36 @@ class OutgoingArguments {
     if (count > kMaxArguments) throw HostError(ErrorNumber::WrongArgumentCount);
   }
   ~OutgoingArguments() {
-    for (std::size_t i = 0; i < filled_; ++i) ::VariantClear(&storage_[i]);
+    for (std::size_t i = 0; i < filled_; ++i) Clear(ByReference(i) ? storage_[i] : Place(i));
   }
   OutgoingArguments(const OutgoingArguments&) = delete;
   OutgoingArguments& operator=(const OutgoingArguments&) = delete;
 
   void AddValue(const Value& value, ComModule& module) {
-    ToVariant(value, module, storage_[filled_]);
-    arguments_[count_ - 1 - filled_] = storage_[filled_];
+    ToVariant(value, module, Place(filled_));
     ++filled_;
   }
   void AddReference(const Value& value, VARTYPE type, ComModule& module) {
     Coerce(value, type, module, storage_[filled_]);
-    MakeByRef(storage_[filled_], type, arguments_[count_ - 1 - filled_]);
+    MakeByRef(storage_[filled_], type, Place(filled_));
+    by_reference_ |= ByRef{1} << filled_;
     ++filled_;
   }
+  bool ByReference(std::size_t index) const { return by_reference_ >> index & 1; }
+  /// What a by-reference argument points to.
   const VARIANT& Storage(std::size_t index) const { return storage_[index]; }
   DISPPARAMS Params(DISPID* named = nullptr) {
     return {arguments_.data(), named, static_cast<UINT>(count_), named ? 1u : 0u};
   }
 
  private:
-  std::array<VARIANT, kMaxArguments> storage_;
+  VARIANT& Place(std::size_t index) { return arguments_[count_ - 1 - index]; }
+
+  std::array<VARIANT, kMaxArguments> storage_;  // of by-reference arguments, in the order of declaration
   std::array<VARIANT, kMaxArguments> arguments_;
   std::size_t count_;
   std::size_t filled_ = 0;
+  ByRef by_reference_ = 0;
 };
 
 void Invoke(IDispatch* dispatch, MemberId id, WORD flags, DISPPARAMS params, VARIANT* result) {
@@ -96,16 +101,20 @@ std::optional<MemberId> FindOn(IDispatch* dispatch, std::string_view name) {
   throw HostErrorDe(code);
 }
 
-/// The object that a step of a chain gave.
-ComPtr<IDispatch> DispatchIn(const VARIANT& result) {
-  if (V_VT(&result) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(&result) && V_VARIANTREF(&result) != &result)
-    return DispatchIn(*V_VARIANTREF(&result));
+/// The object that a step of a chain gave. It lives as long as the result does, or `hold` where it had to be
+/// asked for.
+IDispatch* DispatchIn(const VARIANT& result, ComPtr<IDispatch>& hold) {
+  if (V_VT(&result) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(&result) && V_VARIANTREF(&result) != &result) {
+    // Somebody else's variant: the host may change it during the next step.
+    hold = ComPtr<IDispatch>(DispatchIn(*V_VARIANTREF(&result), hold));
+    return hold.get();
+  }
   if (V_VT(&result) != VT_DISPATCH && V_VT(&result) != VT_UNKNOWN) throw HostError(ErrorNumber::TypeMismatch);
   if (!V_UNKNOWN(&result)) throw HostError(ErrorNumber::ObjectNotSet);
-  if (V_VT(&result) == VT_DISPATCH) return ComPtr<IDispatch>(V_DISPATCH(&result));
-  const auto dispatch = ComPtr<IUnknown>(V_UNKNOWN(&result)).As<IDispatch>(IID_IDispatch);
-  if (!dispatch) throw HostError(ErrorNumber::TypeMismatch);
-  return dispatch;
+  if (V_VT(&result) == VT_DISPATCH) return V_DISPATCH(&result);
+  hold = ComPtr<IUnknown>(V_UNKNOWN(&result)).As<IDispatch>(IID_IDispatch);
+  if (!hold) throw HostError(ErrorNumber::TypeMismatch);
+  return hold.get();
 }
 
 }  // namespace
@@ -118,14 +127,17 @@ HostSignatures& ComObject::Signatures() {
 std::optional<MemberId> ComObject::Find(std::string_view name) { return FindOn(dispatch_.get(), name); }
 
 Value ComObject::ReadChain(std::span<const Step> steps) {
-  UniqueVariant result;
+  // Two results in turn: the object a step gave lives until the next step has answered.
+  std::array<UniqueVariant, 2> results;
+  std::size_t latest = 0;
+  ComPtr<IDispatch> hold;
+  IDispatch* owner = dispatch_.get();
   for (const Step& step : steps) {
     const bool head = &step == &steps.front();
-    ComPtr<IDispatch> owner = dispatch_;
-    if (!head) owner = DispatchIn(result.get());
+    if (!head) owner = DispatchIn(results[latest].get(), hold);
     MemberId id = chain_head_id_;
     if (!head || step.name != chain_head_) {
-      const auto found = FindOn(owner.get(), step.name);
+      const auto found = FindOn(owner, step.name);
       if (!found) throw HostError(ErrorNumber::NoSuchMember);
       id = *found;
     }
@@ -133,11 +145,13 @@ Value ComObject::ReadChain(std::span<const Step> steps) {
       chain_head_ = step.name;
       chain_head_id_ = id;
     }
+    latest ^= 1;
+    VARIANT* const result = results[latest].put();
     OutgoingArguments out(step.args.size());
     for (const Value& value : step.args) out.AddValue(value, module_);
-    Invoke(owner.get(), id, kRead, out.Params(), result.put());
+    Invoke(owner, id, kRead, out.Params(), result);
   }
-  return ValueDe(result.get(), module_);
+  return ValueDe(results[latest].get(), module_);
 }
 
 Value ComObject::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
@@ -160,7 +174,7 @@ Value ComObject::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
   Invoke(dispatch_.get(), id, kRead, out.Params(), &result.get());
   if (by_ref)
     for (std::size_t i = 0; i < args.size(); ++i)
-      if (by_ref >> i & 1) args[i] = ValueDe(out.Storage(i), module_);
+      if (out.ByReference(i)) args[i] = ValueDe(out.Storage(i), module_);
   return ValueDe(result.get(), module_);
 }
 

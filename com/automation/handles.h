@@ -49,7 +49,14 @@ inline std::string Utf8De(const wchar_t* text) {
 }
 /// UTF-8 of a BSTR, zeros inside included.
 inline std::string Utf8De(BSTR text, std::size_t length) {
-  return text ? Utf8(View(text, length)) : std::string();
+  if (!text) return {};
+  // Plain text, the usual case, is narrowed without looking for surrogates.
+  unsigned beyond_ascii = 0;
+  for (std::size_t i = 0; i < length; ++i) beyond_ascii |= text[i];
+  if (beyond_ascii >= 0x80) return Utf8(View(text, length));
+  std::string out(length, '\0');
+  std::transform(text, text + length, out.begin(), [](wchar_t c) { return static_cast<char>(c); });
+  return out;
 }
 inline std::wstring Ancho(std::string_view text) {
   const std::u16string wide = Utf16(text);
@@ -57,7 +64,10 @@ inline std::wstring Ancho(std::string_view text) {
 }
 /// Throws std::bad_alloc.
 inline UniqueBstr NuevoBstr(std::string_view text) {
-  const bool plain = std::ranges::all_of(text, [](char c) { return static_cast<signed char>(c) >= 0; });
+  // No early way out: a loop without one runs many characters at a time.
+  unsigned char beyond_ascii = 0;
+  for (const char c : text) beyond_ascii |= static_cast<unsigned char>(c);
+  const bool plain = beyond_ascii < 0x80;
   const std::wstring wide = plain ? std::wstring() : Ancho(text);
   const std::size_t length = plain ? text.size() : wide.size();
   UniqueBstr bstr(::SysAllocStringLen(nullptr, static_cast<UINT>(length)));
@@ -69,31 +79,43 @@ inline UniqueBstr NuevoBstr(std::string_view text) {
   return bstr;
 }
 
+/// VariantClear without the call for the types of nearly all arguments and results.
+inline void Clear(VARIANT& variant) noexcept {
+  const VARTYPE type = V_VT(&variant);
+  if (type == VT_DISPATCH) {
+    IDispatch* const object = V_DISPATCH(&variant);
+    V_VT(&variant) = VT_EMPTY;
+    if (object) object->Release();
+  } else if (type == VT_BSTR) {
+    ::SysFreeString(V_BSTR(&variant));
+    V_VT(&variant) = VT_EMPTY;
+  } else if (type <= VT_DATE || type == VT_BOOL) {
+    V_VT(&variant) = VT_EMPTY;
+  } else {
+    ::VariantClear(&variant);
+  }
+}
+
 /// A VARIANT that clears itself.
 class UniqueVariant {
  public:
-  UniqueVariant() { ::VariantInit(&variant_); }
+  UniqueVariant() = default;
   UniqueVariant(const UniqueVariant&) = delete;
   UniqueVariant& operator=(const UniqueVariant&) = delete;
-  ~UniqueVariant() {
-    // Plain numbers own nothing.
-    if (V_VT(&variant_) > VT_DATE) ::VariantClear(&variant_);
-  }
+  ~UniqueVariant() { Clear(variant_); }
   VARIANT& get() { return variant_; }
   const VARIANT& get() const { return variant_; }
   VARIANT* put() {
-    ::VariantClear(&variant_);
+    Clear(variant_);
     return &variant_;
   }
   /// Hands the contents over; stays empty.
   [[nodiscard]] VARIANT detach() {
-    VARIANT out = variant_;
-    ::VariantInit(&variant_);
-    return out;
+    return std::exchange(variant_, VARIANT{});
   }
 
  private:
-  VARIANT variant_;
+  VARIANT variant_{};
 };
 
 }  // namespace zuvi

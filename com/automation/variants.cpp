@@ -187,7 +187,7 @@ bool IsMissing(const VARIANT& variant) {
 }
 
 void ToVariant(const Value& value, ComModule& module, VARIANT& out) {
-  ::VariantInit(&out);
+  out = {};
   std::visit(Overloaded{[&](Empty) {}, [&](Null) { V_VT(&out) = VT_NULL; },
                         [&](std::int16_t n) {
                           V_VT(&out) = VT_I2;
@@ -249,7 +249,7 @@ bool IsCoercible(VARTYPE type) {
 }
 
 void Coerce(const Value& value, VARTYPE type, ComModule& module, VARIANT& out) {
-  ::VariantInit(&out);
+  out = {};
   switch (type) {
     case VT_VARIANT:
       ToVariant(value, module, out);

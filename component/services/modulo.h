@@ -28,6 +28,10 @@ class Modulo {
     if (!procesos_) procesos_ = fabrica_.Nuevo<ControlProcesos>();
     return *procesos_;
   }
+  /// What a window holds as long as it lives, so that it can go on working when nobody else needs the
+  /// component any more; null where windows need nothing.
+  std::shared_ptr<void> Retiene() const { return retiene_ ? retiene_() : nullptr; }
+  void PonRetencion(std::function<std::shared_ptr<void>()> retiene) { retiene_ = std::move(retiene); }
   /// Throws StackSpent when the stack is nearly used up.
   void ExigePila() const {
     if (stack_nearly_spent_()) throw StackSpent();
@@ -42,6 +46,7 @@ class Modulo {
   FabricaServicios& fabrica_;
   Desktop& desktop_;
   std::function<bool()> stack_nearly_spent_;
+  std::function<std::shared_ptr<void>()> retiene_;
   std::shared_ptr<AccesoDatos> datos_;
   std::shared_ptr<ControlProcesos> procesos_;
 };

@@ -28,8 +28,11 @@ const std::filesystem::path& Archivo() {
 std::vector<std::string> Cadenas() {
   std::vector<std::string> cadenas{"DRIVER={SQLite3};Database=:memory:",
                                    "DRIVER={SQLite3};Database=" + Archivo().string()};
-  if (const char* servidor = std::getenv("ZUVI_MARIADB"); servidor && *servidor)
+  if (const char* servidor = std::getenv("ZUVI_MARIADB"); servidor && *servidor) {
     cadenas.emplace_back(servidor);
+    // Accents in the string itself make it connect in UTF-16.
+    cadenas.push_back(servidor + std::string(";Description=ñandú"));
+  }
   return cadenas;
 }
 
@@ -106,6 +109,10 @@ TEST_P(Odbc, TextosVuelvenEnterosYSinCambio) {
     base_->Ejecuta("DELETE FROM odbc_t");
   }
   EXPECT_EQ(Uno("SELECT HEX(" + Cita("é€😀") + ")"), Value("C3A9E282ACF09F9880"));
+  EXPECT_EQ(base_->Consulta("SELECT 7 AS `ñ€`")->Campo("ñ€"), Value(7));
+  EXPECT_THAT(Falla([&] { base_->Ejecuta("DELETE FROM `ñ€`"); }).what(), HasSubstr("ñ€"));
+  // What is no text reaches the table as the replacement character, not as broken bytes.
+  EXPECT_EQ(Uno("SELECT HEX('a\xF0\x9F\xC3')"), Value("61EFBFBDEFBFBDEFBFBD"));
 
   // Around the size of the bound cell and of one piece of a long text.
   for (const std::size_t largo : {254u, 255u, 256u, 511u, 512u, 513u, 10000u, 32767u, 65000u}) {
@@ -339,7 +346,8 @@ TEST_P(Odbc, DosConexionesVenLoMismo) {
 
 INSTANTIATE_TEST_SUITE_P(Motores, Odbc, testing::ValuesIn(Cadenas()), [](const auto& caso) {
   if (caso.param.find(":memory:") != std::string::npos) return std::string("SqliteMemoria");
-  return std::string(caso.param.find("SQLite") != std::string::npos ? "SqliteArchivo" : "MariaDb");
+  if (caso.param.find("SQLite") != std::string::npos) return std::string("SqliteArchivo");
+  return std::string(caso.param.find("ñandú") != std::string::npos ? "MariaDbAncha" : "MariaDb");
 });
 
 TEST(CadenaOdbc, LlavesYCambios) {

@@ -1,9 +1,9 @@
-#include "host/reloj.h"
+#include "base/reloj.h"
 
 #include <algorithm>
 #include <ctime>
 
-namespace zuvi::host {
+namespace zuvi {
 
 FechaCivil Ahora() {
   const std::time_t segundos = std::time(nullptr);
@@ -22,4 +22,4 @@ FechaCivil Ahora() {
           .segundo = std::min(local.tm_sec, 59)};
 }
 
-}  // namespace zuvi::host
+}  // namespace zuvi

@@ -2,9 +2,9 @@
 
 #include "base/fecha.h"
 
-namespace zuvi::host {
+namespace zuvi {
 
 /// Date and time of this station, in its own time zone.
 FechaCivil Ahora();
 
-}  // namespace zuvi::host
+}  // namespace zuvi

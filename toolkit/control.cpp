@@ -1,0 +1,97 @@
+#include "toolkit/control.h"
+
+#include "toolkit/buttons.h"
+#include "toolkit/form.h"
+
+namespace zuvi {
+
+Control::Control(Form& form, std::string name, std::int16_t index)
+    : form_(&form), name_(std::move(name)), index_(index) {}
+
+Control::~Control() = default;
+
+ObjectPtr Control::Container() const {
+  if (auto container = container_.lock()) return container;
+  return form_ ? ObjectPtr(form_->Keep()) : nullptr;
+}
+
+ObjectPtr Control::KeepWindow() const { return form_ ? ObjectPtr(form_->Keep()) : nullptr; }
+
+void Control::SetEnabled(bool enabled) {
+  if (enabled == enabled_) return;
+  enabled_ = enabled;
+  Changed(Aspect::Enabled);
+  if (!enabled && HasFocus()) form_->FocusNext();
+}
+
+void Control::SetVisible(bool visible) {
+  if (visible == visible_) return;
+  visible_ = visible;
+  Changed(Aspect::Visible);
+}
+
+void Control::SetToolTipText(std::string text) {
+  tool_tip_ = std::move(text);
+  Changed(Aspect::State);
+}
+
+void Control::Move(const Rect& bounds) {
+  if (bounds == bounds_) return;
+  bounds_ = bounds;
+  Changed(Aspect::Bounds);
+}
+
+void Control::Design(const Rect& bounds, unsigned anchors) {
+  design_ = bounds;
+  anchors_ = anchors;
+  Move(bounds);
+}
+
+bool Control::CanFocus() const {
+  return form_ && TakesFocus() && enabled_ && visible_ && form_->Enabled() && !form_->Closed();
+}
+
+bool Control::HasFocus() const { return form_ && form_->ActiveControl() == this; }
+
+void Control::SetFocus() {
+  if (!CanFocus()) throw HostError(ErrorNumber::InvalidCall);
+  if (HasFocus()) return;
+  const auto self = shared_from_this();
+  const auto window = KeepWindow();
+  if (peer_) peer_->TakeFocus();
+  // A window that is not in front gets no native focus; the model's focus waits there for it.
+  if (form_ && !HasFocus() && CanFocus()) form_->FocusMoved(this);
+}
+
+std::string Control::AccessibleName() const {
+  if (!form_) return {};
+  const Control* before = nullptr;
+  for (const auto& control : form_->Controls()) {
+    if (control.get() == this) break;
+    before = control.get();
+  }
+  const auto* label = dynamic_cast<const Label*>(before);
+  return label ? WithoutMark(label->Caption()) : std::string();
+}
+
+void Control::Mnemonic() {
+  if (CanFocus()) SetFocus();
+}
+
+void Control::Click() {
+  if (!enabled_ || !visible_ || !form_) return;
+  const auto self = shared_from_this();
+  const auto window = KeepWindow();
+  if (CanFocus()) SetFocus();
+  if (enabled_ && visible_) Raise(OnClick);
+}
+
+void Control::DblClick() {
+  if (!enabled_ || !visible_ || !form_) return;
+  const auto self = shared_from_this();
+  const auto window = KeepWindow();
+  if (CanFocus()) SetFocus();
+  if (enabled_ && visible_) Raise(OnDblClick);
+}
+
+}  // namespace zuvi

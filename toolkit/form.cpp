@@ -1,0 +1,303 @@
+#include "toolkit/form.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+#include "toolkit/buttons.h"
+#include "toolkit/indicators.h"
+
+namespace zuvi {
+namespace {
+
+/// Ids of controls by name start here, well above those of any table of members.
+constexpr MemberId kFirstControl = 1 << 20;
+
+}  // namespace
+
+Form::Form(Desktop& desktop, std::string name, std::shared_ptr<void> keeps)
+    : keeps_(std::move(keeps)), desktop_(desktop), name_(std::move(name)) {}
+
+Form::~Form() {
+  for (const auto& control : controls_) {
+    control->peer_.reset();
+    control->form_ = nullptr;
+  }
+}
+
+void Form::Publish(std::string name, ObjectPtr object) {
+  names_.emplace(Minusculas(name), published_.size());
+  published_.push_back(std::move(object));
+}
+
+void Form::Load() {
+  if (loaded_) return;
+  if (closed_) throw HostError(ErrorNumber::InvalidCall);
+  loaded_ = true;
+  desktop_.Opened(Keep());
+  try {
+    Form_Load();
+  } catch (...) {
+    Dismantle();
+    throw;
+  }
+}
+
+void Form::Show() {
+  const auto keep = Keep();
+  Load();
+  if (closed_ || visible_) return;
+  visible_ = true;
+  if (!peer_)
+    desktop_.Attach(*this);
+  else
+    peer_->Update(Aspect::Visible);
+  if (closed_) return;
+  Paint();
+  if (!closed_ && !active_) FocusNext();
+}
+
+void Form::ShowModal(Form* owner) {
+  const auto keep = Keep();
+  const auto keep_owner = owner ? owner->Keep() : nullptr;
+  Show();
+  if (!closed_) desktop_.RunModal(*this, owner);
+}
+
+void Form::Hide() {
+  if (!visible_) return;
+  visible_ = false;
+  if (peer_) peer_->Update(Aspect::Visible);
+}
+
+bool Form::Unload(UnloadMode mode) {
+  if (closed_) return true;
+  // Closing from within a handler of the closing itself changes nothing.
+  if (!loaded_ || unloading_) return false;
+  const auto keep = Keep();
+  unloading_ = true;
+  std::int16_t cancel = 0;
+  try {
+    Form_QueryUnload(cancel, static_cast<std::int16_t>(mode));
+    if (!cancel) Form_Unload(cancel);
+  } catch (...) {
+    unloading_ = false;
+    throw;
+  }
+  unloading_ = false;
+  if (cancel) return false;
+  Dismantle();
+  return true;
+}
+
+void Form::Dismantle() {
+  const auto keep = Keep();
+  closed_ = true;
+  loaded_ = visible_ = false;
+  active_ = nullptr;
+  for (const auto& control : controls_) control->peer_.reset();
+  peer_.reset();
+  desktop_.Closed(*this);
+}
+
+void Form::SetCaption(std::string caption) {
+  caption_ = std::move(caption);
+  if (peer_) peer_->Update(Aspect::Text);
+}
+
+void Form::SetEnabled(bool enabled) {
+  if (enabled == enabled_) return;
+  enabled_ = enabled;
+  if (peer_) peer_->Update(Aspect::Enabled);
+}
+
+void Form::SetState(WindowState state) {
+  if (state == state_) return;
+  state_ = state;
+  if (peer_) peer_->Update(Aspect::State);
+}
+
+void Form::SetWindowStateNumber(std::int16_t state) {
+  if (state < 0 || state > 2) throw HostError(ErrorNumber::InvalidCall);
+  SetState(static_cast<WindowState>(state));
+}
+
+void Form::DesignInside(std::int32_t width, std::int32_t height) {
+  design_width_ = width;
+  design_height_ = height;
+  SetInside(width, height);
+}
+
+void Form::SetInside(std::int32_t width, std::int32_t height) {
+  inside_width_ = width;
+  inside_height_ = height;
+  if (peer_) peer_->Update(Aspect::Bounds);
+  LayOut();
+}
+
+void Form::LayOut() {
+  const bool follows = std::ranges::any_of(controls_, [](const std::shared_ptr<Control>& control) {
+    return control->Enabled() && dynamic_cast<const AutoResizer*>(control.get());
+  });
+  if (!follows) return;
+  const std::int32_t dx = inside_width_ - design_width_, dy = inside_height_ - design_height_;
+  for (const auto& control : controls_)
+    control->Move(Anchored(control->DesignBounds(), control->Anchors(), dx, dy));
+}
+
+void Form::Resized(std::int32_t width, std::int32_t height) {
+  if (width == inside_width_ && height == inside_height_) return;
+  const auto keep = Keep();
+  inside_width_ = width;
+  inside_height_ = height;
+  LayOut();
+  Form_Resize();
+}
+
+void Form::Paint() {
+  const auto keep = Keep();
+  if (visible_) Form_Paint();
+}
+
+void Form::FocusMoved(Control* control) {
+  if (control == active_ || closed_) return;
+  const auto keep = Keep();
+  // Alive as long as the window is, which is as long as this call.
+  Control* const old = active_;
+  active_ = control;
+  if (old) old->Raise(old->OnLostFocus);
+  // The handler may have moved the focus on, or closed the window.
+  if (control && active_ == control && !closed_) control->Raise(control->OnGotFocus);
+}
+
+void Form::FocusNext(bool backwards) {
+  if (controls_.empty()) return;
+  const auto count = static_cast<std::ptrdiff_t>(controls_.size());
+  const auto at = std::ranges::find_if(
+      controls_, [this](const std::shared_ptr<Control>& control) { return control.get() == active_; });
+  std::ptrdiff_t i = at == controls_.end() ? (backwards ? 0 : -1) : at - controls_.begin();
+  for (std::ptrdiff_t tried = 0; tried < count; ++tried) {
+    i = (i + (backwards ? count - 1 : 1)) % count;
+    Control& next = *controls_[static_cast<std::size_t>(i)];
+    if (&next == active_ || !next.TabStop() || !next.CanFocus()) continue;
+    next.SetFocus();
+    return;
+  }
+  // Nobody else takes it; a control that no longer can does not keep it.
+  if (active_ && !active_->CanFocus()) FocusMoved(nullptr);
+}
+
+bool Form::KeyDown(Control& target, std::int16_t key, std::int16_t shift) {
+  const auto keep = Keep();
+  if (closed_ || !enabled_) return true;
+  const std::int16_t pressed = key;
+  if (key_preview_) Form_KeyDown(key, shift);
+  if (closed_ || key == 0) return true;
+  // Preview may have moved the focus; the key still belongs to where it was pressed.
+  target.Raise(target.OnKeyDown, key, shift);
+  if (closed_ || key == 0 || active_ != &target) return true;
+
+  if (shift & shift::kAlt) return false;
+  if (pressed == key::kTab && !(shift & shift::kCtrl)) {
+    FocusNext((shift & shift::kShift) != 0);
+    return true;
+  }
+  if (target.WantsKey(pressed)) return false;
+  Control* button = nullptr;
+  if (pressed == key::kEnter && !dynamic_cast<const Button*>(&target)) button = default_button_;
+  if (pressed == key::kEscape) button = cancel_button_;
+  if (!button) return false;
+  button->Click();
+  return true;
+}
+
+char16_t Form::KeyPress(Control& target, char16_t character) {
+  const auto keep = Keep();
+  if (closed_ || !enabled_) return 0;
+  auto code = static_cast<std::int16_t>(character);
+  target.Raise(target.OnKeyPress, code);
+  if (closed_) return 0;
+  return static_cast<char16_t>(static_cast<std::uint16_t>(code));
+}
+
+void Form::KeyUp(Control& target, std::int16_t key, std::int16_t shift) {
+  if (closed_ || !enabled_) return;
+  target.Raise(target.OnKeyUp, key, shift);
+}
+
+bool Form::Mnemonic(char16_t letter) {
+  const auto keep = Keep();
+  if (closed_ || !enabled_) return false;
+  const char16_t upper = UpperLetter(letter);
+  for (const auto& control : std::vector(controls_)) {
+    if (!control->Visible() || !control->Enabled() || control->Caption().empty()) continue;
+    if (MnemonicOf(control->Caption()) != upper) continue;
+    control->Mnemonic();
+    return true;
+  }
+  return false;
+}
+
+void Form::Press(std::int16_t key, std::int16_t shift) {
+  const auto keep = Keep();
+  if (!active_ || closed_) return;
+  Control& target = *active_;
+  if ((shift & shift::kAlt) && key >= 'A' && key <= 'Z' && Mnemonic(static_cast<char16_t>(key))) return;
+  if (!KeyDown(target, key, shift)) {
+    target.DefaultKey(key, shift);
+    // Keys that also are characters. A control that lost its focus or its window gets none.
+    const bool is_character =
+        key == key::kEnter || key == key::kEscape || key == key::kBack || key == key::kSpace;
+    if (is_character && !closed_ && active_ == &target) {
+      const char16_t character = KeyPress(target, static_cast<char16_t>(key));
+      if (character && !closed_ && active_ == &target) target.DefaultChar(character);
+    }
+  }
+  if (!closed_ && active_) KeyUp(*active_, key, shift);
+}
+
+void Form::Type(std::string_view text) {
+  const auto keep = Keep();
+  for (const char16_t character : Utf16(text)) {
+    if (!active_ || closed_) return;
+    Control& target = *active_;
+    const bool letter = character >= 'a' && character <= 'z';
+    const bool digit_or_capital =
+        (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z');
+    const auto key = static_cast<std::int16_t>(letter ? character - 32 : digit_or_capital ? character : 0);
+    // Characters without a key of their own here come as the layout's packet key.
+    constexpr std::int16_t kPacket = 231;
+    if (!KeyDown(target, key ? key : kPacket, shift::kNone)) {
+      const char16_t kept = KeyPress(target, character);
+      // The handler may have moved the focus: what is typed then belongs to nobody.
+      if (kept && !closed_ && active_ == &target) target.DefaultChar(kept);
+    }
+    if (!closed_ && active_) KeyUp(*active_, key ? key : kPacket, shift::kNone);
+  }
+}
+
+void Form::SetFocus() {
+  if (!visible_ || closed_) throw HostError(ErrorNumber::InvalidCall);
+  if (peer_) peer_->TakeFocus();
+}
+
+ObjectPtr Form::ActiveControlObject() const { return active_ ? active_->shared_from_this() : nullptr; }
+
+std::int32_t Form::HandleNumber() const { return peer_ ? static_cast<std::int32_t>(peer_->Handle()) : 0; }
+
+std::optional<MemberId> Form::Find(std::string_view name) {
+  if (const auto own = Object::Find(name)) return own;
+  const auto found = names_.find(Minusculas(name));
+  if (found == names_.end()) return std::nullopt;
+  return kFirstControl + static_cast<MemberId>(found->second);
+}
+
+Value Form::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
+  if (id < kFirstControl) return Object::Read(id, args, by_ref);
+  const auto place = static_cast<std::size_t>(id - kFirstControl);
+  if (place >= published_.size()) throw HostError(ErrorNumber::NoSuchMember);
+  const ObjectPtr& object = published_[place];
+  // `ventana.lv(0)` asks the array in the same call.
+  return args.empty() ? Value(object) : object->Read(kDefaultMember, args, by_ref);
+}
+
+}  // namespace zuvi

@@ -1,0 +1,191 @@
+#pragma once
+
+#include <concepts>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "toolkit/control.h"
+#include "toolkit/control_array.h"
+#include "toolkit/desktop.h"
+
+namespace zuvi {
+
+/// Why a window is being closed, as `Form_QueryUnload` hears it.
+enum class UnloadMode : std::int16_t { TitleBar = 0, Code = 1, System = 2 };
+
+enum class WindowState : std::int16_t { Normal = 0, Minimized = 1, Maximized = 2 };
+
+/// A window: its controls, the focus among them, and the life from load to unload. Written once against the
+/// model; a desktop with a screen gives it and its controls peers when it is first shown.
+///
+/// By name it publishes its own members, then its controls and control arrays: `ventana.txtFields(4).Text`.
+class Form : public Object {
+ public:
+  /// `keeps` is held until the window object is gone: whatever the window needs to go on working after its
+  /// opener has been released.
+  Form(Desktop& desktop, std::string name, std::shared_ptr<void> keeps);
+  ~Form() override;
+
+  const std::string& Name() const { return name_; }
+  Desktop& Screen() const { return desktop_; }
+
+  // Life.
+  /// Loads the window if it was not and shows it; returns at once. Throws what `Form_Load` throws: then the
+  /// window is not shown.
+  void Show();
+  /// The same, and returns when the window is closed or hidden. `owner`, when given, is blocked meanwhile.
+  void ShowModal(Form* owner);
+  void Hide();
+  /// Closes: QueryUnload, then Unload, each of which may cancel. True when the window is gone.
+  bool Unload(UnloadMode mode = UnloadMode::Code);
+  bool Loaded() const { return loaded_; }
+  bool Visible() const { return visible_; }
+  /// Once it was loaded and then unloaded.
+  bool Closed() const { return closed_; }
+
+  // State.
+  const std::string& Caption() const { return caption_; }
+  void SetCaption(std::string caption);
+  bool Enabled() const { return enabled_; }
+  void SetEnabled(bool enabled);
+  WindowState State() const { return state_; }
+  void SetState(WindowState state);
+  /// Size of the inside, in twips; controls follow by their anchors where an AutoResizer is present.
+  std::int32_t InsideWidth() const { return inside_width_; }
+  std::int32_t InsideHeight() const { return inside_height_; }
+  void SetInside(std::int32_t width, std::int32_t height);
+  /// Size as designed, which is also the smallest one.
+  void DesignInside(std::int32_t width, std::int32_t height);
+  std::int32_t DesignWidth() const { return design_width_; }
+  std::int32_t DesignHeight() const { return design_height_; }
+  /// Whether the user can change the size.
+  bool Sizable() const { return sizable_; }
+  void SetSizable(bool sizable) { sizable_ = sizable; }
+  bool KeyPreview() const { return key_preview_; }
+  void SetKeyPreview(bool preview) { key_preview_ = preview; }
+  /// Controls in the order they were made, which is the tab order.
+  const std::vector<std::shared_ptr<Control>>& Controls() const { return controls_; }
+  /// The control with the focus; null when none has it.
+  Control* ActiveControl() const { return active_; }
+  /// Control that Enter, or Escape, clicks wherever the focus is; null for none.
+  void SetDefaultButton(Control* button) { default_button_ = button; }
+  void SetCancelButton(Control* button) { cancel_button_ = button; }
+
+  // Making controls; to be done while the window is built.
+  template <std::derived_from<Control> T>
+  std::shared_ptr<T> Add(std::string name) {
+    auto control = std::make_shared<T>(*this, name, Control::kNoIndex);
+    controls_.push_back(control);
+    Publish(std::move(name), control);
+    return control;
+  }
+  template <std::derived_from<Control> T>
+  std::shared_ptr<ControlArray<T>> AddArray(std::string name) {
+    auto array = std::make_shared<ControlArray<T>>();
+    Publish(std::move(name), array);
+    return array;
+  }
+  /// One more control of an array. `name` is the array's.
+  template <std::derived_from<Control> T>
+  T& AddTo(ControlArray<T>& array, const std::string& name, std::int16_t index) {
+    auto control = std::make_shared<T>(*this, name, index);
+    controls_.push_back(control);
+    array.items_[index] = control;
+    return *control;
+  }
+
+  // Input; from peers and from tests.
+  /// The keyboard as a user has it: the key goes through preview, the focused control's KeyDown and KeyPress,
+  /// then to dialog keys or the control itself, then KeyUp. For use without native controls.
+  void Press(std::int16_t key, std::int16_t shift = shift::kNone);
+  /// Types a text, one character after the other. UTF-8.
+  void Type(std::string_view text);
+  /// First half of a key: preview, KeyDown of `target`, and what dialog keys do. True when it is used up: the
+  /// control must not act on it, and the character that follows it must be dropped.
+  bool KeyDown(Control& target, std::int16_t key, std::int16_t shift);
+  /// A character on its way to `target`: the one to use instead, 0 for none.
+  char16_t KeyPress(Control& target, char16_t character);
+  void KeyUp(Control& target, std::int16_t key, std::int16_t shift);
+  /// Alt and a letter. True when some caption had that letter.
+  bool Mnemonic(char16_t letter);
+  /// Moves the focus by tab order.
+  void FocusNext(bool backwards = false);
+  /// The focus has come to a control (null: it left them all). Raises LostFocus of the old and GotFocus of
+  /// the new. Called by peers, and by `Control::SetFocus` where there are none.
+  void FocusMoved(Control* control);
+  /// The inside has a new size.
+  void Resized(std::int32_t width, std::int32_t height);
+  /// The window is being painted.
+  void Paint();
+
+  // What a window does at these moments; by default nothing.
+  virtual void Form_Load() {}
+  virtual void Form_QueryUnload(std::int16_t& /*cancel*/, std::int16_t /*mode*/) {}
+  virtual void Form_Unload(std::int16_t& /*cancel*/) {}
+  virtual void Form_KeyDown(std::int16_t& /*key*/, std::int16_t /*shift*/) {}
+  virtual void Form_Paint() {}
+  virtual void Form_Resize() {}
+
+  // By name. The parameterless forms of the entry points above.
+  std::int16_t WindowStateNumber() const { return static_cast<std::int16_t>(state_); }
+  void SetWindowStateNumber(std::int16_t state);
+  /// Gives the window the keyboard.
+  void SetFocus();
+  void UnloadByName() { Unload(); }
+  ObjectPtr ActiveControlObject() const;
+  std::int32_t HandleNumber() const;
+  std::optional<MemberId> Find(std::string_view name) override;
+  Value Read(MemberId id, std::span<Value> args, ByRef by_ref = 0) override;
+
+  Peer* NativeSide() const { return peer_.get(); }
+  void SetPeer(std::unique_ptr<Peer> peer) { peer_ = std::move(peer); }
+  std::shared_ptr<Form> Keep() { return std::static_pointer_cast<Form>(shared_from_this()); }
+
+ private:
+  friend class Control;
+  void Publish(std::string name, ObjectPtr object);
+  void Load();
+  void LayOut();
+  void Dismantle();
+
+  std::shared_ptr<void> keeps_;  // first, so that it goes last
+  Desktop& desktop_;
+  std::string name_, caption_;
+  std::vector<std::shared_ptr<Control>> controls_;
+  std::vector<ObjectPtr> published_;
+  std::unordered_map<std::string, std::size_t> names_;
+  Control* active_ = nullptr;
+  Control* default_button_ = nullptr;
+  Control* cancel_button_ = nullptr;
+  bool loaded_ = false, visible_ = false, closed_ = false, unloading_ = false, enabled_ = true;
+  bool key_preview_ = false, sizable_ = true;
+  WindowState state_ = WindowState::Normal;
+  std::int32_t design_width_ = Dip(640), design_height_ = Dip(480);
+  std::int32_t inside_width_ = Dip(640), inside_height_ = Dip(480);
+  std::unique_ptr<Peer> peer_;
+};
+
+/// Members every window publishes, added to the table of class T.
+template <class T>
+MemberTableBuilder<T>&& WithFormMembers(MemberTableBuilder<T>&& table) {
+  return std::move(table)
+      .template Property<&T::Name>("Name")
+      .template Property<&T::Caption, &T::SetCaption>("Caption")
+      .template Property<&T::Visible>("Visible")
+      .template Property<&T::Enabled, &T::SetEnabled>("Enabled")
+      .template Property<&T::WindowStateNumber, &T::SetWindowStateNumber>("WindowState")
+      .template Property<&T::InsideWidth>("ScaleWidth")
+      .template Property<&T::InsideHeight>("ScaleHeight")
+      .template Property<&T::ActiveControlObject>("ActiveControl")
+      .template Property<&T::HandleNumber>("hWnd")
+      .template Method<&T::SetFocus>("SetFocus")
+      .template Method<&T::Show>("Show")
+      .template Method<&T::Hide>("Hide")
+      .template Method<&T::UnloadByName>("Unload");
+}
+
+}  // namespace zuvi

@@ -1,0 +1,139 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "toolkit/control.h"
+
+namespace zuvi {
+
+class ListView;
+
+/// One row of a list: key, text (first column) and the texts of the further columns.
+class ListItem final : public Object {
+ public:
+  ListItem(ListView& list, std::string key, std::string text)
+      : list_(&list), key_(std::move(key)), text_(std::move(text)) {}
+  const std::string& Key() const { return key_; }
+  const std::string& Text() const { return text_; }
+  void SetText(std::string text);
+  /// Column from 1, counted after the text; a column never set is "". Throws HostError (InvalidCall) below 1.
+  std::string SubItems(std::int32_t column) const;
+  void SetSubItems(std::int32_t column, std::string text);
+  /// Position from 1; 0 once it was taken out.
+  std::int32_t Index() const;
+  bool Selected() const;
+  void SetSelected(bool selected);
+  const MemberTable* Members() const override;
+
+ private:
+  friend class ListItems;
+  friend class ListView;
+  ListView* list_;
+  std::string key_, text_;
+  std::vector<std::string> sub_items_;
+  std::size_t slot_ = 0;
+};
+
+/// The rows of a list. Adding, finding by key and removing take constant time on average with any number of
+/// rows.
+class ListItems final : public Object {
+ public:
+  explicit ListItems(ListView& list) : list_(&list) {}
+  /// Throws HostError for a key that is there already; an empty key is none.
+  ListItem& Add(std::string key, std::string text);
+  std::int32_t Count() const { return static_cast<std::int32_t>(count_); }
+  /// By position from 1, or by key (a text). Throws HostError (SubscriptOutOfRange) when there is none.
+  ListItem& operator()(std::int32_t position);
+  ListItem& operator()(const std::string& key);
+  /// Null when there is none.
+  ListItem* ByKey(const std::string& key);
+  void Remove(const std::string& key);
+  void Remove(std::int32_t position);
+  void Clear();
+  const MemberTable* Members() const override;
+
+ private:
+  friend class ListItem;
+  friend class ListView;
+  void Take(ListItem& item);
+  void Compact();
+  ObjectPtr AddByName(const Value& index, const Value& key, const Value& text);
+  ObjectPtr ItemByName(const Value& which);
+  void RemoveByName(const Value& which);
+
+  ListView* list_;
+  std::vector<std::shared_ptr<ListItem>> slots_;  // a row taken out leaves a gap until positions are needed
+  std::unordered_map<std::string, ListItem*> by_key_;
+  std::size_t count_ = 0;
+};
+
+/// A column of a list in report view.
+struct ListColumn {
+  std::string caption, key;
+  std::int32_t width = 0;  // twips; 0 lets the list share out its room
+};
+
+/// The columns; by name `ColumnHeaders.Add(index, key, caption, width)`, `Count`, `Clear`.
+class ColumnHeaders final : public Object {
+ public:
+  explicit ColumnHeaders(ListView& list) : list_(&list) {}
+  void Add(std::string key, std::string caption, std::int32_t width = 0);
+  void Clear();
+  std::int32_t Count() const { return static_cast<std::int32_t>(columns_.size()); }
+  const std::vector<ListColumn>& All() const { return columns_; }
+  const MemberTable* Members() const override;
+
+ private:
+  void AddByName(const Value& index, const Value& key, const Value& caption, const Value& width);
+  friend class ListView;
+  ListView* list_;
+  std::vector<ListColumn> columns_;
+};
+
+/// A list of rows in columns, of which one row can be selected.
+class ListView final : public Control {
+ public:
+  static constexpr std::int16_t kReport = 3;
+
+  ListView(Form& form, std::string name, std::int16_t index);
+  ~ListView() override;
+
+  /// View value: 0 icons, 1 small icons, 2 list, 3 report.
+  std::int16_t View() const { return view_; }
+  void SetView(std::int16_t view);
+  ListItems& Items() const { return *items_; }
+  ColumnHeaders& Columns() const { return *columns_; }
+  /// Null when none is selected.
+  ListItem* SelectedItem() const { return selected_; }
+  void Select(ListItem* item);
+  /// The text of row `position` (from 1) in column `column` (from 0).
+  std::string Cell(std::int32_t position, std::size_t column) const;
+
+  /// The user selected a row. OnClick comes with mouse clicks, OnItemClick whenever the row changes.
+  void UserSelected(std::int32_t position);
+  std::function<void(ListItem& item)> OnItemClick;
+
+  void DefaultKey(std::int16_t key, std::int16_t shift) override;
+  bool WantsKey(std::int16_t key) const override { return key >= key::kPageUp && key <= key::kDown; }
+  const MemberTable* Members() const override;
+
+  // By name.
+  ObjectPtr ItemsObject() const { return items_; }
+  ObjectPtr ColumnsObject() const { return columns_; }
+  ObjectPtr SelectedObject() const;
+  void SelectObject(const ObjectPtr& item);
+
+ private:
+  friend class ListItem;
+  friend class ListItems;
+  friend class ColumnHeaders;
+  std::shared_ptr<ListItems> items_;
+  std::shared_ptr<ColumnHeaders> columns_;
+  ListItem* selected_ = nullptr;
+  std::int16_t view_ = kReport;
+};
+
+}  // namespace zuvi

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+
+namespace zuvi {
+
+/// What of a control's state changed.
+enum class Aspect {
+  Text,       // text or caption
+  Enabled,    // enabled state
+  Visible,    // shown or hidden
+  Bounds,     // place and size
+  Selection,  // selected part of a text, selected item of a list
+  Value,      // tick, date, position of a bar
+  Items,      // rows of a list or cells of a grid
+  Columns,    // columns of a list or a grid
+  Cell,       // current cell of a grid, or what of it is scrolled into view
+  State,      // everything else: tool tip, limits, window state, timer interval, document
+};
+
+/// The native side of a control or window. It mirrors the model's state when told that it changed, and turns
+/// native input into the model's entry points. Without one the model is complete. The model owns it.
+class Peer {
+ public:
+  virtual ~Peer() = default;
+  /// Brings one aspect of the native control into line with the model.
+  virtual void Update(Aspect aspect) = 0;
+  /// Gives the native control the keyboard. The model hears of it through `Form::FocusMoved`.
+  virtual void TakeFocus() = 0;
+  /// Brings what only the native control knows (the selection in a text) into the model.
+  virtual void Pull() {}
+  /// The native handle; 0 without one.
+  virtual std::intptr_t Handle() const { return 0; }
+};
+
+}  // namespace zuvi
