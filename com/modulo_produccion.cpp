@@ -21,7 +21,20 @@ bool PilaCasiAgotada() {
 }  // namespace
 
 Apartamento::Apartamento(ComModule& module)
-    : fabrica_(module), modulo_(fabrica_, escritorio_, &PilaCasiAgotada) {}
+    : module_(module), fabrica_(module), modulo_(fabrica_, escritorio_, &PilaCasiAgotada) {
+  modulo_.PonRetencion([this] { return RetieneVentana(); });
+}
+
+std::shared_ptr<void> Apartamento::RetieneVentana() {
+  // The apartment goes before the count does: the DLL is not idle while it is being let go.
+  struct Retencion {
+    explicit Retencion(ComModule& module, std::shared_ptr<Apartamento> suyo)
+        : ventana(module, HoldKind::Window), apartamento(std::move(suyo)) {}
+    ModuleHold ventana;
+    std::shared_ptr<Apartamento> apartamento;
+  };
+  return std::make_shared<Retencion>(module_, shared_from_this());
+}
 
 Apartamento::~Apartamento() { modulo_.Suelta(); }
 

@@ -15,14 +15,18 @@ namespace zuvi {
 
 /// What the component's objects of one apartment share, the two shared host objects among it. Host objects
 /// belong to the thread that made them, so they are never shared across apartments, and they are let go when
-/// the last object of the apartment is: on its own thread and never while the DLL is being taken down.
-class Apartamento {
+/// the last object or window of the apartment is: on its own thread and never while the DLL is being taken
+/// down.
+class Apartamento : public std::enable_shared_from_this<Apartamento> {
  public:
   explicit Apartamento(ComModule& module);
   ~Apartamento();
   Modulo& ModuloDelComponente() { return modulo_; }
 
  private:
+  std::shared_ptr<void> RetieneVentana();
+
+  ComModule& module_;
   FabricaCom fabrica_;
   Win32Desktop escritorio_;
   Modulo modulo_;
