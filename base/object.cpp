@@ -6,13 +6,17 @@ namespace zuvi {
 namespace {
 
 const Member& Published(const Object& object, MemberId id) {
-  const MemberTable* table = object.Members();
-  const Member* member = table ? table->ById(id) : nullptr;
+  const Member* member = object.MemberById(id);
   if (!member) throw HostError(ErrorNumber::NoSuchMember);
   return *member;
 }
 
 }  // namespace
+
+const Member* Object::MemberById(MemberId id) const {
+  const MemberTable* table = Members();
+  return table ? table->ById(id) : nullptr;
+}
 
 std::optional<MemberId> Object::Find(std::string_view name) {
   const MemberTable* table = Members();

@@ -13,6 +13,7 @@
 namespace zuvi {
 
 class MemberTable;
+struct Member;
 
 /// Identifies a member of one object; 0 is the default member.
 using MemberId = std::int32_t;
@@ -53,6 +54,9 @@ class Object : public std::enable_shared_from_this<Object> {
   virtual Value ReadChain(std::span<const Step> steps);
   /// The published members; null when there are none or they are not known on this side.
   virtual const MemberTable* Members() const { return nullptr; }
+  /// What is known of a member: that of the table, or of those an object has besides it. Null when there is
+  /// none.
+  virtual const Member* MemberById(MemberId id) const;
 
   /// By name in one step. Throws NoSuchMember.
   Value Call(std::string_view name, std::span<Value> args = {}, ByRef by_ref = 0);

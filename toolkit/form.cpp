@@ -291,6 +291,17 @@ std::optional<MemberId> Form::Find(std::string_view name) {
   return kFirstControl + static_cast<MemberId>(found->second);
 }
 
+const Member* Form::MemberById(MemberId id) const {
+  // A control is read like a property without arguments.
+  static const Member control = [] {
+    Member member;
+    member.property = true;
+    return member;
+  }();
+  if (id < kFirstControl) return Object::MemberById(id);
+  return static_cast<std::size_t>(id - kFirstControl) < published_.size() ? &control : nullptr;
+}
+
 Value Form::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
   if (id < kFirstControl) return Object::Read(id, args, by_ref);
   const auto place = static_cast<std::size_t>(id - kFirstControl);

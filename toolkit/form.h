@@ -140,6 +140,7 @@ class Form : public Object {
   std::int32_t HandleNumber() const;
   std::optional<MemberId> Find(std::string_view name) override;
   Value Read(MemberId id, std::span<Value> args, ByRef by_ref = 0) override;
+  const Member* MemberById(MemberId id) const override;
 
   Peer* NativeSide() const { return peer_.get(); }
   void SetPeer(std::unique_ptr<Peer> peer) { peer_ = std::move(peer); }

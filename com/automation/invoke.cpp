@@ -76,9 +76,8 @@ Arguments Collect(const DISPPARAMS& params, bool put, ComModule& module, const M
 }
 
 const Member* MemberOf(const Object& object, MemberId id) {
-  const MemberTable* table = object.Members();
-  if (!table) return nullptr;
-  const Member* member = table->ById(id);
+  if (!object.Members()) return nullptr;
+  const Member* member = object.MemberById(id);
   if (!member) throw Refusal{DISP_E_MEMBERNOTFOUND};
   return member;
 }
@@ -167,8 +166,7 @@ HRESULT IdsOfNames(Object& object, LPOLESTR* names, UINT count, DISPID* ids) noe
     if (!id) return DISP_E_UNKNOWNNAME;
     ids[0] = *id;
     HRESULT result = S_OK;
-    const MemberTable* table = object.Members();
-    const Member* member = table ? table->ById(*id) : nullptr;
+    const Member* member = object.MemberById(*id);
     for (UINT i = 1; i < count; ++i) {
       const std::string name = Utf8De(names[i]);
       const auto same = [&](std::string_view param) { return IgualSinCaso(param, name); };
