@@ -17,8 +17,8 @@
 
 namespace zuvi::host {
 
-/// In which form texts go through ODBC: UTF-16 by the W functions, or UTF-8 by the plain ones where a driver
-/// manager would squeeze UTF-16 into the driver's 8 bits.
+/// In which form texts go through ODBC: UTF-16 by the W functions, or UTF-8 by the plain ones where that is
+/// faster or a driver manager would squeeze UTF-16 into the driver's 8 bits.
 enum class Forma { Utf16, Utf8 };
 
 /// Whether the plain functions hand their texts to the driver as they are. Windows takes them to be in the
