@@ -23,9 +23,10 @@ inline constexpr MemberId kDefaultMember = 0;
 using ByRef = std::uint32_t;
 inline constexpr ByRef kAllByRef = ~ByRef{0};
 
-/// One step of a chain of reads: a member of what the step before gave.
+/// One step of a chain of reads: a member of what the step before gave. Names are literals: adapters know
+/// them again by their address.
 struct Step {
-  const char* name;
+  std::string_view name;
   std::span<Value> args{};
 };
 

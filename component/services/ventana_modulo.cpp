@@ -1,5 +1,7 @@
 #include "component/services/ventana_modulo.h"
 
+#include "base/text.h"
+
 namespace zuvi {
 
 VentanaModulo::VentanaModulo(Modulo& modulo, const char* nombre)
@@ -41,6 +43,28 @@ PeticionProceso VentanaModulo::IniciaProceso(const char* clave) {
 void VentanaModulo::Prepara() { Datos().PreparaVentana(shared_from_this(), Entorno()); }
 
 void VentanaModulo::Libera() { Datos().LiberaVentana(shared_from_this(), Entorno()); }
+
+void VentanaModulo::LlenaLista(ListView& lista, ProgressBar& barra, const std::string& cuenta,
+                               const std::string& filas,
+                               const std::function<void(ListItems&, Recordset&)>& agrega) {
+  const int este = ++llenados_[&lista];
+  const double total = Datos().ValorNumerico(Consulta(cuenta)->Campo(0));
+  const auto fila = Consulta(filas);
+  lista.Items().Clear();
+  if (total > 0) barra.SetMax(total);
+  for (double n = 1; !fila->Eof(); fila->MoveNext(), ++n) {
+    barra.SetValue(n);
+    agrega(lista.Items(), *fila);
+    Screen().PumpEvents();
+    if (Closed() || llenados_[&lista] != este) return;
+  }
+  barra.SetValue(0);
+}
+
+std::string VentanaModulo::Campo(Recordset& fila, const char* nombre) {
+  const Value valor = fila.Campo(nombre);
+  return valor.IsNull() ? std::string() : std::string(Recorta(ATexto(valor)));
+}
 
 void VentanaModulo::EnfocaSiHabilitado(Control& control) {
   if (control.Enabled()) control.SetFocus();

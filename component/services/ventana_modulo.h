@@ -1,11 +1,15 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <memory>
 #include <string>
 
 #include "component/services/modulo.h"
 #include "component/services/reporta_error.h"
 #include "toolkit/form.h"
+#include "toolkit/indicators.h"
+#include "toolkit/list_view.h"
 
 namespace zuvi {
 
@@ -49,6 +53,13 @@ class VentanaModulo : public Form {
   /// Hands this window to the host: at the end of its load, and when it unloads.
   void Prepara();
   void Libera();
+  /// One fill of a list: the count becomes the bar's maximum, then `agrega` adds the record set's rows one by
+  /// one, and pending events run in between. It ends early when the window was closed meanwhile, or when a
+  /// newer fill of the same list has begun.
+  void LlenaLista(ListView& lista, ProgressBar& barra, const std::string& cuenta, const std::string& filas,
+                  const std::function<void(ListItems& items, Recordset& fila)>& agrega);
+  /// Text of a field without the blanks around it; "" for Null.
+  static std::string Campo(Recordset& fila, const char* nombre);
   /// Gives a control the focus when it is enabled; otherwise the focus stays where it is.
   static void EnfocaSiHabilitado(Control& control);
   /// Today, and the time as "hh:mm:ss", by this station's clock.
@@ -59,6 +70,7 @@ class VentanaModulo : public Form {
   Modulo& modulo_;
   ObjectPtr ambiente_;
   std::shared_ptr<Ambiente> entorno_;
+  std::map<const ListView*, int> llenados_;  // number of the newest fill of each list
 };
 
 }  // namespace zuvi

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <initializer_list>
+
+#include "toolkit/list_view.h"
+
+namespace zuvi {
+
+/// A column as the shift windows give it to a list.
+struct Columna {
+  const char* titulo;
+  const char* clave;
+  std::int32_t ancho = 0;
+};
+
+/// Gives a list in report view its columns anew; any other view has none.
+inline void PonColumnas(ListView& lista, std::initializer_list<Columna> columnas) {
+  if (lista.View() != ListView::kReport) return;
+  lista.Columns().Clear();
+  for (const Columna& columna : columnas) lista.Columns().Add(columna.clave, columna.titulo, columna.ancho);
+}
+
+/// Keys of list items begin with this letter: a key of digits alone would be taken for a position.
+inline constexpr const char* kPrefijo = "P";
+
+}  // namespace zuvi
