@@ -1,5 +1,6 @@
 #include "base/value.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -112,6 +113,43 @@ std::string TextoDeNumero(double number) {
   std::string text(buffer, end);
   const auto exponent = text.find('e');
   if (exponent != std::string::npos) text[exponent] = 'E';
+  return text;
+}
+
+std::string TextoConMiles(double amount) {
+  if (!std::isfinite(amount)) return TextoDeNumero(amount);
+  constexpr int kSignificant = 15, kDecimals = 2;
+  // d.dddE±x with the digits that texts of numbers have, so that 1.005 is the half it looks like.
+  char buffer[32];
+  const auto end = std::to_chars(buffer, buffer + sizeof buffer, std::abs(amount),
+                                 std::chars_format::scientific, kSignificant - 1)
+                       .ptr;
+  const std::string_view written(buffer, static_cast<std::size_t>(end - buffer));
+  int exponent = std::stoi(std::string(written.substr(written.find('e') + 1)));
+  std::string digits = "0";  // room for a carry
+  digits += written.substr(0, 1);
+  digits += written.substr(2, kSignificant - 1);
+  ++exponent;
+  if (exponent < 0) {
+    digits.insert(0, static_cast<std::size_t>(-exponent), '0');
+    exponent = 0;
+  }
+  const auto whole = static_cast<std::size_t>(exponent) + 1;
+  const std::size_t kept = whole + kDecimals;
+  if (digits.size() <= kept) digits.append(kept + 1 - digits.size(), '0');
+  if (digits[kept] >= '5') {
+    std::size_t at = kept;
+    while (digits[--at] == '9') digits[at] = '0';
+    ++digits[at];
+  }
+  digits.resize(kept);
+  const std::size_t leading = std::min(digits.find_first_not_of('0'), whole - 1);
+  std::string text = amount < 0 && digits.find_first_not_of('0') != std::string::npos ? "-" : "";
+  for (std::size_t i = leading; i < kept; ++i) {
+    if (i == whole) text += '.';
+    if (i > leading && i < whole && (whole - i) % 3 == 0) text += ',';
+    text += digits[i];
+  }
   return text;
 }
 

@@ -87,6 +87,9 @@ ObjectPtr AObjeto(const Value& value);
 std::string Decimal(std::int32_t number);
 /// A real number as text, by the same rule as `ATexto`.
 std::string TextoDeNumero(double number);
+/// An amount with two decimals, halves rounded away from zero, and a comma between groups of three digits:
+/// "-1,234.50". What is not finite is written as `TextoDeNumero` does.
+std::string TextoConMiles(double amount);
 /// A number out of a text with a decimal point; blanks around it are allowed. Throws TypeMismatch or
 /// Overflow.
 double NumeroDeTexto(std::string_view text);

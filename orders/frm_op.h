@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "component/services/ventana_modulo.h"
@@ -40,6 +41,8 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   /// Refusal: while it is set the next guarded action (closing, a new line) does not happen, and clears it.
   bool Rechazado() const { return rechazado_; }
   void PonRechazado(bool rechazado) { rechazado_ = rechazado; }
+  /// Running cost total of the lines.
+  double CostoTotal() const { return costo_total_; }
 
   const MemberTable* Members() const override;
 
@@ -50,6 +53,7 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
 
   // Keys of the whole window (frm_op_rejilla.cpp).
   void Form_KeyDown(std::int16_t& key, std::int16_t shift) override;
+  void Form_Resize() override;
 
  private:
   // frm_op_layout.cpp: makes and places every control.
@@ -67,13 +71,19 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   void Label10_Click(std::int16_t index);
 
   // frm_op_guarda.cpp
-  void CreaOp();
-  void SalvaOp();
+  /// Gives a new order its number and starts its INSERT.
+  void NumeraOrden();
+  /// Both tell whether the header was saved; why not has been reported.
+  bool CreaOp();
+  bool SalvaOp();
   void SalvaCambios();
-  std::int32_t CuantasPartidas();
+  /// Filled lines of the grid before the first blank one; nothing when they could not be counted.
+  std::optional<std::int32_t> CuantasPartidas();
   bool SalvaPartidas();
 
   // frm_op_partida.cpp
+  /// Sets a field's text without its moving on as if the user had filled it.
+  void Escribe(std::int16_t index, const std::string& texto);
   void LlenaPartida();
   void NuevaPartida();
   void PonDescripcion();
@@ -87,10 +97,15 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   void Command2_Click();
   void Command5_Click();
   void Command6_Click();
-  void ImprimeOp();
+  bool ImprimeOp();
 
   // frm_op_campos.cpp
   void ConectaCampos();
+  static void Selecciona(TextBox& caja);
+  void Formatea(std::int16_t index);
+  /// Enter or Tab in a field. The key is zeroed where it was used.
+  void Avanza(std::int16_t index, std::int16_t& key);
+  void MuestraKits();
   void txtFields_GotFocus(std::int16_t index);
   void txtFields_KeyPress(std::int16_t index, std::int16_t& character);
   void txtFields_Change(std::int16_t index);
@@ -105,6 +120,9 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   void ConectaRejilla();
   void MSFlexGridEdit(FlexGrid& grid, TextBox& editor, std::int16_t& character);
   void EditKeyCode(FlexGrid& grid, TextBox& editor, std::int16_t& key, std::int16_t shift);
+  /// Puts the open cell editor over its cell.
+  void ColocaEditor();
+  /// Ends an edit: the cell takes the editor's text and is saved.
   void EscribeCelda();
   void Fg2_KeyPress(std::int16_t& character);
   void Fg2_GotFocus();
@@ -113,6 +131,7 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   void fg2_RowColChange();
   void txtEdit_KeyPress(std::int16_t& character);
   void txtEdit_KeyDown(std::int16_t& key, std::int16_t shift);
+  void txtEdit_LostFocus();
 
   // What the opener hands over.
   std::string modo_;
@@ -125,6 +144,7 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   std::shared_ptr<Recordset> partidas_;
   double costo_total_ = 0;
   bool rechazado_ = false;
+  bool escribiendo_ = false;
 
   // Controls, under the names they are published by.
   std::shared_ptr<ControlArray<TextBox>> txtFields;

@@ -101,6 +101,31 @@ TEST(TextFromNumber, HasFifteenDigitsAndAPoint) {
     EXPECT_NEAR(NumeroDeTexto(TextoDeNumero(number)) / number, 1, 1e-14) << number;
 }
 
+TEST(Value, AmountsHaveThousandsAndTwoDecimals) {
+  const std::pair<double, const char*> cases[] = {
+      {0, "0.00"},
+      {-0.0, "0.00"},
+      {0.004, "0.00"},
+      {-0.004, "0.00"},
+      {0.005, "0.01"},
+      {-0.005, "-0.01"},
+      {1.005, "1.01"},
+      {9.995, "10.00"},
+      {999.994, "999.99"},
+      {999.995, "1,000.00"},
+      {-1234.5, "-1,234.50"},
+      {999999999.999, "1,000,000,000.00"},
+      {1e-300, "0.00"},
+      {0.05, "0.05"},
+      {123456789012345.0, "123,456,789,012,345.00"},
+      {1e18, "1,000,000,000,000,000,000.00"},
+  };
+  for (const auto& [number, expected] : cases) EXPECT_EQ(TextoConMiles(number), expected);
+  EXPECT_EQ(TextoConMiles(std::numeric_limits<double>::max()).size(), 309u + 102u + 3u);
+  EXPECT_EQ(TextoConMiles(std::numeric_limits<double>::infinity()), "Inf");
+  EXPECT_EQ(TextoConMiles(std::numeric_limits<double>::quiet_NaN()), "NaN");
+}
+
 TEST(Conversions, FollowTheRulesOfAutomation) {
   const auto caja = [](Value v) { return Value(std::make_shared<Caja>(std::move(v))); };
   struct {
