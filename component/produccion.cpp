@@ -38,9 +38,6 @@ Produccion::Sesion Produccion::AbreSesion() {
   return sesion;
 }
 
-void Produccion::NuevaOp() { VentanaAusente(); }
-void Produccion::ModificaOp(std::int32_t) { VentanaAusente(); }
-void Produccion::ConsultaOp(std::int32_t) { VentanaAusente(); }
 void Produccion::MuestraCapturaDeFracciones() { VentanaAusente(); }
 void Produccion::MuestraTurnos() { VentanaAusente(); }
 

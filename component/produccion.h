@@ -24,10 +24,12 @@ class Produccion : public Object {
   const ObjectPtr& Parent() const { return parent_; }
   void PonParent(ObjectPtr parent) { parent_ = std::move(parent); }
 
-  /// The windows. Throw HostError (NoSuchMember) in a build without windows.
-  void NuevaOp();
-  void ModificaOp(std::int32_t n_op);
-  void ConsultaOp(std::int32_t n_op);
+  /// The order editor, for a new order, for changing one and for viewing one; modeless. A confirmed order is
+  /// only shown; a busy one cannot be changed.
+  void NuevaOp() noexcept;
+  void ModificaOp(std::int32_t n_op) noexcept;
+  void ConsultaOp(std::int32_t n_op) noexcept;
+  /// The other windows. Throw HostError (NoSuchMember) in a build without them.
   void MuestraCapturaDeFracciones();
   void MuestraTurnos();
 
@@ -56,6 +58,12 @@ class Produccion : public Object {
   Sesion AbreSesion();
 
   [[noreturn]] static void VentanaAusente();
+  /// Numbers of the messages with which an order is refused, or told to be only shown; `confirmada` 0 shows
+  /// every order.
+  struct MensajesDeApertura {
+    std::int32_t no_existe, confirmada, ocupada_propia, ocupada_ajena;
+  };
+  void AbreOrden(std::int32_t n_op, const MensajesDeApertura& mensajes) noexcept;
   void Entrega(std::int32_t n_op);
   void EnsambleKit(const std::string& articulo, std::int32_t n_almacen, std::int32_t n_cantidad,
                    std::int32_t n_op);

@@ -1,0 +1,219 @@
+// Load, modes and closing of the order editor.
+#include "orders/frm_op.h"
+
+#include <array>
+
+#include "orders/campos.h"
+
+namespace zuvi {
+namespace {
+
+struct Columna {
+  const char* titulo;
+  std::int32_t ancho;
+};
+
+// A hidden column (width 0) keeps cells that saving reads. The last two have no cells at all.
+constexpr std::array kColumnas{
+    Columna{"Artículo", 1800},    Columna{"QTY", 1800},   Columna{"Precio", 0},       Columna{"Importe", 0},
+    Columna{"Descripción", 6000}, Columna{"No de Op", 0}, Columna{"Presentación", 0}, Columna{"Pr. QTY", 0},
+};
+constexpr std::int32_t kFilas = 101, kColumnasDeMas = 2;
+
+constexpr std::int32_t kEsperaCierre = 10;
+constexpr std::int16_t kVerdadero = -1;
+
+/// A field value put behind a text; Null adds nothing.
+std::string Tras(std::string texto, const Value& valor) {
+  return valor.IsNull() ? texto : texto + ATexto(valor);
+}
+
+}  // namespace
+
+frmOp::frmOp(Modulo& modulo) : VentanaModulo(modulo, "frmOp") {
+  CreaControles();
+  ConectaEventos();
+  ConectaCampos();
+  ConectaRejilla();
+}
+
+const MemberTable* frmOp::Members() const {
+  static const MemberTable table =
+      WithFormMembers(MemberTable::Of<frmOp>()
+                          .Property<&frmOp::Modo, &frmOp::PonModo>("Modo")
+                          .Property<&frmOp::Op, &frmOp::PonOp>("Op")
+                          .Property<&frmOp::TraeAmbiente, &frmOp::PonAmbiente>("Ambiente")
+                          .Property<&frmOp::Parent, &frmOp::PonParent>("Parent")
+                          .Property<&frmOp::Registro, &frmOp::PonRegistroPorNombre>("RegistroOp")
+                          .Property<&frmOp::Rechazado, &frmOp::PonRechazado>("Rechazado")
+                          .Property<&frmOp::CostoTotal>("Costo"));
+  return &table;
+}
+
+void frmOp::ConectaEventos() {
+  Command1->OnClick = [this] { Command1_Click(); };
+  Command2->OnClick = [this] { Command2_Click(); };
+  Command5->OnClick = [this] { Command5_Click(); };
+  Command6->OnClick = [this] { Command6_Click(); };
+  Timer1->OnTimer = [this] { Timer1_Timer(); };
+  Label10->ForEach([this](std::int16_t indice, Label& rotulo) {
+    rotulo.OnClick = [this, indice] { Label10_Click(indice); };
+  });
+}
+
+void frmOp::Form_Load() {
+  FormaRejilla();
+  constructor_ = Datos().NuevoConstructorSql();
+  constructor_->PonConexion(TraeConexion());
+  if (const ObjectPtr rutas = Entorno()->ContenedorRutas())
+    constructor_->PonRutas(AObjeto(rutas->Call("PathCollection")));
+
+  if (modo_ == kAlta) {
+    ValoresDeAlta();
+  } else {
+    CargaEncabezado();
+    if (modo_ == kModificacion) MarcaOcupada();
+    CargaPartidas();
+  }
+  fg2->SetRow(1);
+  fg2->SetCol(0);
+  AplicaModo();
+}
+
+void frmOp::FormaRejilla() {
+  fg2->SetRedraw(false);
+  fg2->SetRows(kFilas);
+  fg2->SetCols(static_cast<std::int32_t>(kColumnas.size()));
+  fg2->SetFixedRows(1);
+  fg2->SetFixedCols(0);
+  fg2->SetRow(0);
+  std::int32_t col = 0;
+  for (const Columna& columna : kColumnas) {
+    fg2->SetCol(col);
+    fg2->SetColWidth(col, columna.ancho);
+    fg2->SetText(columna.titulo);
+    ++col;
+  }
+  for (std::int32_t i = 0; i < kColumnasDeMas; ++i) fg2->SetColWidth(col + i, 0);
+  fg2->SetCol(0);
+  fg2->SetRightAligned(1, true);
+  fg2->SetStretchCol(4);
+}
+
+void frmOp::CargaEncabezado() {
+  if (!registro_) throw HostError(ErrorNumber::ObjectNotSet);
+  (*txtFields)(campo::kAlmacen).SetText(ATexto(registro_->Campo("Almacen")));
+  DTPicker1->SetValue(AFecha(registro_->Campo("F_Emision")));
+  const Value entrega = registro_->Campo("fechaentrega");
+  DTPicker2->SetValue(entrega.IsNull() ? Hoy() : AFecha(entrega));
+  RichTextBox2->SetText(Datos().ValorTexto(registro_->Campo("Observ")));
+  const Value automatico = registro_->Campo("automatico");
+  Check1->SetValue(!automatico.IsNull() && ANumero(automatico) == 1 ? 1 : 0);
+}
+
+void frmOp::MarcaOcupada() {
+  constructor_->Limpia();
+  constructor_->Tipo("UPDATE");
+  constructor_->AgregaCampo("Op", "ocupado", std::int16_t{1});
+  constructor_->Condicion("Op = " + Decimal(op_));
+  constructor_->Genera("Op");
+  constructor_->Ejecuta();
+}
+
+void frmOp::CargaPartidas() {
+  partidas_ = Consulta("SELECT * FROM oppart WHERE Op = (" + ATexto(registro_->Campo("Op")) + ")");
+  // An order with more lines than the grid has rows makes it grow.
+  for (std::int32_t fila = 1; !partidas_->Eof(); partidas_->MoveNext(), ++fila) {
+    fg2->SetTextMatrix(fila, 0, ATexto(partidas_->Campo("Articulo")));
+    fg2->SetTextMatrix(fila, 1, ATexto(partidas_->Campo("Cantidad")));
+    fg2->SetTextMatrix(fila, 2, ATexto(partidas_->Campo("Precio")));
+    fg2->SetTextMatrix(fila, 4, Tras(" ", partidas_->Campo("Observ")));
+    fg2->SetTextMatrix(fila, 5, Datos().ValorTexto(partidas_->Campo("id_entrada")));
+  }
+}
+
+void frmOp::ValoresDeAlta() {
+  for (DatePicker* fecha : {DTPicker1.get(), DTPicker2.get()}) {
+    const std::int32_t a = Entorno()->DatoFechaA();
+    const std::int32_t b = Entorno()->DatoFechaB();
+    fecha->SetValue(Datos().ComponeFecha(a, b));
+  }
+  (*txtFields)(campo::kAlmacen).SetText(ATexto(Entorno()->ParametrosEstacion()->Campo("Almacen")));
+}
+
+void frmOp::AplicaModo() {
+  const bool consulta = modo_ == kConsulta;
+  // An order is shown for viewing whatever fails from here on; in the other modes the first failure ends the
+  // load.
+  const auto paso = [consulta](auto&& cuerpo) {
+    if (consulta)
+      EnSilencio(cuerpo);
+    else
+      cuerpo();
+  };
+
+  if (consulta) {
+    // The resizing helper takes no input; without it the window would no longer follow its size.
+    for (const auto& control : Controls())
+      if (control != AutoResizer1 && !std::dynamic_pointer_cast<Label>(control))
+        EnSilencio([&] { control->SetEnabled(false); });
+  }
+  paso([&] { Command1->SetEnabled(consulta); });
+  paso([&] { Command5->SetEnabled(!consulta); });
+  paso([&] { fg2->SetRedraw(true); });
+  paso([&] { Command2->SetEnabled(true); });
+  paso([&] {
+    const ObjectPtr conexion = ReferenceOf(TraeConexion());
+    MultiCombo1->ForEach([&](std::int16_t, MultiCombo& combo) { combo.SetConnection(conexion); });
+  });
+  paso([&] {
+    const Value lector = Entorno()->ParametrosEstacion()->Campo("Lector");
+    Check4->SetValue(!lector.IsNull() && ABooleano(lector) ? 1 : 0);
+  });
+  paso([&] { IniciaProceso("Op001"); });
+  paso([&] {
+    if (rechazado_ || Closed()) return;
+    Prepara();
+    rechazado_ = false;
+  });
+}
+
+void frmOp::Form_QueryUnload(std::int16_t& cancel, std::int16_t mode) {
+  Trata("Form_QueryUnload", [&] {
+    if (mode != static_cast<std::int16_t>(UnloadMode::TitleBar)) return;
+    // The title bar only asks: the window is closed once the click is done with.
+    cancel = kVerdadero;
+    Timer1->SetInterval(kEsperaCierre);
+    Timer1->SetEnabled(true);
+  });
+}
+
+void frmOp::Form_Unload(std::int16_t& cancel) {
+  Trata("Form_Unload", [&] {
+    IniciaProceso("Op006");
+    if (rechazado_) {
+      rechazado_ = false;
+      cancel = kVerdadero;
+      return;
+    }
+    if (modo_ == kModificacion) Entorno()->EjecutaSQL("UPDATE Op SET ocupado = 0 WHERE Op = " + Decimal(op_));
+    if (parent_) parent_->Call("SetFocus");
+    Libera();
+  });
+}
+
+void frmOp::Timer1_Timer() {
+  Trata("Timer1_Timer", [&] {
+    Timer1->SetEnabled(false);
+    Unload(UnloadMode::Code);
+  });
+}
+
+void frmOp::Label10_Click(std::int16_t index) {
+  Trata("Label10_Click", [&] {
+    CheckBox* const casilla = index == 1 ? Check3.get() : index == 2 ? Check2.get() : nullptr;
+    if (casilla && casilla->Enabled()) casilla->SetValue(casilla->Value() == 1 ? 0 : 1);
+  });
+}
+
+}  // namespace zuvi

@@ -1,0 +1,65 @@
+// Buttons and printing of the order editor.
+#include "orders/frm_op.h"
+
+namespace zuvi {
+namespace {
+
+constexpr std::int16_t kPreguntaDeOrdenes = 2;
+
+/// A document is dated in the years a form can mean, and not after its delivery.
+bool FechaValida(const Fecha& documento, const Fecha& entrega) {
+  const int anio = documento.Civil().anio;
+  return anio >= 1900 && anio <= 2100 && documento.SoloDia().Serie() <= entrega.SoloDia().Serie();
+}
+
+}  // namespace
+
+void frmOp::Command1_Click() {
+  Trata("Command1_Click", [&] { IniciaProceso("OP007"); });
+}
+
+void frmOp::Command2_Click() {
+  Trata("Command2_Click", [&] { Unload(); });
+}
+
+void frmOp::Command5_Click() {
+  Trata("Command5_Click", [&] {
+    if (!ValidaTab1()) return;
+    if (modo_ == kConsulta) {
+      Unload();
+      return;
+    }
+    // The key comes here too, and an order is finished once.
+    if (!Command5->Enabled()) return;
+    if (Check3->Value() == 0 && !Pregunta(759, kPreguntaDeOrdenes)) return;
+    if (!FechaValida(DTPicker1->Value(), DTPicker2->Value())) {
+      Mensaje(224);
+      DTPicker1->SetFocus();
+      return;
+    }
+    Command5->SetEnabled(false);
+
+    const auto partidas = CuantasPartidas();
+    if (!partidas) return;
+    if (*partidas == 0) {
+      if (Check3->Value() == 0) Mensaje(343);
+      if (Check3->Enabled()) Check3->SetValue(1);
+    }
+    // From here on a failure was reported by the step itself and leaves the window open.
+    if (!SalvaOp() || !SalvaPartidas()) return;
+    if (Check3->Value() == 0) IniciaProceso("OP007");
+    if (Check2->Value() == 1 && !ImprimeOp()) return;
+    Unload();
+  });
+}
+
+void frmOp::Command6_Click() {
+  Trata("Command6_Click", [&] { LlenaPartida(); });
+}
+
+bool frmOp::ImprimeOp() {
+  return Trata("ImprimeOp",
+               [&] { ElModulo().Procesos().ImprimeReporte("ORDENP", op_, Entorno(), shared_from_this()); });
+}
+
+}  // namespace zuvi

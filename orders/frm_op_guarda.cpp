@@ -1,0 +1,137 @@
+// Saving: the header when its first line is added and when the order is finished, an edited cell at once.
+#include "orders/campos.h"
+#include "orders/frm_op.h"
+
+namespace zuvi {
+namespace {
+
+constexpr std::int16_t kSi = 1, kNo = 0;
+
+}  // namespace
+
+void frmOp::NumeraOrden() {
+  std::int32_t documento = 0;
+  op_ = Datos().SiguienteFolio("Op", TraeConexion(), documento, nullptr);
+  constructor_->Tipo("INSERT");
+  constructor_->AgregaCampo("op", "op", op_);
+}
+
+bool frmOp::CreaOp() {
+  return Trata("CreaOp", [&] {
+    constructor_->Limpia();
+    if (modo_ == kAlta)
+      NumeraOrden();
+    else
+      constructor_->Tipo("UPDATE");
+
+    if (modo_ == kModificacion || modo_ == kAlta) {
+      AccesoDatos& datos = Datos();
+      ConstructorSql& c = *constructor_;
+      c.AgregaCampo("op", "ocupado", kSi);
+      c.AgregaCampo("op", "f_emision", DTPicker1->Value());
+      c.AgregaCampo("op", "importe", datos.ValorNumerico((*txtFields)(campo::kImporte).Text()));
+      c.AgregaCampo("op", "costo", std::int16_t{0});
+      // A text here and a number on finishing: the column takes both.
+      c.AgregaCampo("op", "almacen", datos.ValorTexto((*txtFields)(campo::kAlmacen).Text()));
+      c.AgregaCampo("op", "estado", "PE");
+      c.AgregaCampo("op", "observ", RichTextBox2->Text());
+      c.AgregaCampo("op", "usuario", Entorno()->UsuarioActual());
+      c.AgregaCampo("op", "usufecha", Hoy());
+      c.AgregaCampo("op", "usuhora", Hora());
+      c.AgregaCampo("op", "fechaEntrega", DTPicker2->Value());
+      c.AgregaCampo("op", "ordencompra", datos.ValorNumerico((*txtFields)(campo::kOrdenCompra).Text()));
+      c.Condicion("op = " + Decimal(op_));
+      c.Genera("op");
+      c.Ejecuta();
+    }
+
+    registro_ = Consulta("SELECT * FROM op WHERE op = " + Decimal(op_));
+    CargaEncabezado();
+    modo_ = kModificacion;
+    SetCaption("Op: " + Decimal(op_));
+  });
+}
+
+bool frmOp::SalvaOp() {
+  return Trata("SalvaOp", [&] {
+    AccesoDatos& datos = Datos();
+    ConstructorSql& c = *constructor_;
+    c.Limpia();
+    if (modo_ == kAlta) {
+      NumeraOrden();
+    } else {
+      c.Tipo("UPDATE");
+      c.Condicion("Op = " + Decimal(op_));
+    }
+    c.AgregaCampo("op", "ocupado", kNo);
+    c.AgregaCampo("op", "f_emision", DTPicker1->Value());
+    c.AgregaCampo("op", "fechaEntrega", DTPicker2->Value());
+    c.AgregaCampo("op", "importe", datos.ValorNumerico((*txtFields)(campo::kImporte).Text()));
+    c.AgregaCampo("op", "costo", costo_total_);
+    c.AgregaCampo("op", "almacen", datos.ValorNumerico((*txtFields)(campo::kAlmacen).Text()));
+    if (Check3->Value() == 0) {
+      c.AgregaCampo("op", "estado", "CO");
+      if (Check1->Value() == 1) c.AgregaCampo("op", "automatico", kSi);
+    } else {
+      c.AgregaCampo("op", "estado", "PE");
+    }
+    c.AgregaCampo("op", "observ", RichTextBox2->Text());
+    c.AgregaCampo("op", "usuario", Entorno()->UsuarioActual());
+    c.AgregaCampo("op", "usufecha", Hoy());
+    c.AgregaCampo("op", "usuhora", Hora());
+    c.AgregaCampo("op", "ordencompra", datos.ValorNumerico((*txtFields)(campo::kOrdenCompra).Text()));
+    c.Genera("op");
+    c.Ejecuta();
+  });
+}
+
+void frmOp::SalvaCambios() {
+  Trata("SalvaCambios", [&] {
+    ConstructorSql& c = *constructor_;
+    c.Limpia();
+    c.Tipo("UPDATE");
+    const std::int32_t fila = fg2->Row();
+    c.Condicion("id_entrada = " + fg2->TextMatrix(fila, 5));
+    switch (fg2->Col()) {
+      case 1:
+      case 2:
+        c.AgregaCampo("oppart", "cantidad", Datos().ValorNumerico(fg2->Text()));
+        break;
+      case 5:
+        c.AgregaCampo("oppart", "impuesto", Datos().ValorNumerico(fg2->Text()));
+        break;
+      case 6:
+        c.AgregaCampo("oppart", "observ", fg2->Text());
+        break;
+      default:
+        break;  // an UPDATE without columns, which the builder accepts
+    }
+    c.Genera("oppart");
+    c.Ejecuta();
+  });
+}
+
+std::optional<std::int32_t> frmOp::CuantasPartidas() {
+  std::int32_t llenas = 0;
+  const bool contadas = Trata("CuantasPartidas", [&] {
+    const std::int32_t renglones = fg2->Rows() - fg2->FixedRows();
+    while (llenas < renglones && !Datos().EstaVacio(fg2->TextMatrix(llenas + 1, 0))) ++llenas;
+  });
+  return contadas ? std::optional(llenas) : std::nullopt;
+}
+
+bool frmOp::SalvaPartidas() {
+  bool hay = false;
+  Trata("SalvaPartidas", [&] {
+    constexpr std::int32_t kKeyset = 1, kOptimistic = 3, kUnspecified = -1, kCmdText = 1;
+    partidas_ = ElModulo().Fabrica().Nuevo<Recordset>();
+    partidas_->PonCursorType(kKeyset);
+    partidas_->PonLockType(kOptimistic);
+    partidas_->Open("SELECT * FROM oppart WHERE (((Op)=" + Decimal(op_) + "))", TraeConexion(), kUnspecified,
+                    kUnspecified, kCmdText);
+    hay = !partidas_->Eof();
+  });
+  return hay;
+}
+
+}  // namespace zuvi
