@@ -4,6 +4,8 @@
 
 #include "component/services/reporta_error.h"
 #include "component/services/ventanas_host.h"
+#include "fractions/frm_fracciones.h"
+#include "shifts/frm_turnos.h"
 
 namespace zuvi {
 
@@ -38,12 +40,17 @@ Produccion::Sesion Produccion::AbreSesion() {
   return sesion;
 }
 
-void Produccion::MuestraCapturaDeFracciones() { VentanaAusente(); }
-void Produccion::MuestraTurnos() { VentanaAusente(); }
-
-void Produccion::VentanaAusente() {
-  throw HostError("Esta versión de ZuviProduccion no incluye la ventana", ErrorNumber::NoSuchMember);
+template <class Ventana>
+void Produccion::MuestraVentana() noexcept {
+  EnSilencio([&] {
+    const auto ventana = std::make_shared<Ventana>(modulo_);
+    ventana->PonAmbiente(ambiente_);
+    ventana->Show();
+  });
 }
+
+void Produccion::MuestraCapturaDeFracciones() noexcept { MuestraVentana<frmFracciones>(); }
+void Produccion::MuestraTurnos() noexcept { MuestraVentana<frmTurnos>(); }
 
 bool Produccion::CancelaOp(std::int32_t n_op) noexcept {
   bool cancelada = false;

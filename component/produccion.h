@@ -29,9 +29,9 @@ class Produccion : public Object {
   void NuevaOp() noexcept;
   void ModificaOp(std::int32_t n_op) noexcept;
   void ConsultaOp(std::int32_t n_op) noexcept;
-  /// The other windows. Throw HostError (NoSuchMember) in a build without them.
-  void MuestraCapturaDeFracciones();
-  void MuestraTurnos();
+  /// The fraction capture window and the shift catalogue, a new one at every call; modeless.
+  void MuestraCapturaDeFracciones() noexcept;
+  void MuestraTurnos() noexcept;
 
   /// Delivers the finished product of an order: assembles every line and marks them finished.
   virtual void EntregaProductoTerminado(std::int32_t n_op) noexcept;
@@ -57,7 +57,8 @@ class Produccion : public Object {
   };
   Sesion AbreSesion();
 
-  [[noreturn]] static void VentanaAusente();
+  template <class Ventana>
+  void MuestraVentana() noexcept;
   /// Numbers of the messages with which an order is refused, or told to be only shown; `confirmada` 0 shows
   /// every order.
   struct MensajesDeApertura {
