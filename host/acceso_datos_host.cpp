@@ -166,13 +166,19 @@ std::shared_ptr<ConstructorSql> AccesoDatosHost::NuevoConstructorSql() {
   return std::make_shared<ConstructorSqlHost>(anfitrion_);
 }
 
-void AccesoDatosHost::PreparaVentana(const ObjectPtr&, const std::shared_ptr<Ambiente>&) {
+void AccesoDatosHost::PreparaVentana(const ObjectPtr& ventana, const std::shared_ptr<Ambiente>&) {
   anfitrion_->Llamada("PreparaVentana");
+  anfitrion_->AnotaVentana(ventana);
 }
 
-void AccesoDatosHost::LiberaVentana(const ObjectPtr&, const std::shared_ptr<Ambiente>&) {
+void AccesoDatosHost::LiberaVentana(const ObjectPtr& ventana, const std::shared_ptr<Ambiente>&) {
   anfitrion_->Llamada("LiberaVentana");
-  if (const ObjectPtr& principal = anfitrion_->VentanaPrincipal()) principal->Call("SetFocus");
+  anfitrion_->OlvidaVentana(ventana);
+  const ObjectPtr principal = anfitrion_->VentanaPrincipal();
+  if (!principal) return;
+  principal->Call("SetFocus");
+  // What the window has done shows in the list.
+  if (principal->Find("Actualiza")) principal->Call("Actualiza");
 }
 
 void AccesoDatosHost::PreparaVentanaConTexto(const ObjectPtr& ventana,

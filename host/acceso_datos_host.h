@@ -35,7 +35,9 @@ class AccesoDatosHost final : public AccesoDatos {
   bool UbicacionRestringida(const std::string& articulo, std::int16_t almacen,
                             const std::shared_ptr<Conexion>& conexion) override;
   std::shared_ptr<ConstructorSql> NuevoConstructorSql() override;
+  /// Notes the window among the open ones.
   void PreparaVentana(const ObjectPtr& ventana, const std::shared_ptr<Ambiente>& ambiente) override;
+  /// Forgets it, and gives the focus back to the main window when that is open.
   void LiberaVentana(const ObjectPtr& ventana, const std::shared_ptr<Ambiente>& ambiente) override;
   std::string FormateaCampo(const ObjectPtr& caja, const std::shared_ptr<Ambiente>& ambiente) override;
   std::int16_t FiltroMayusculas(const ObjectPtr& caja, std::int16_t caracter) override;

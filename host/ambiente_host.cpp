@@ -1,8 +1,8 @@
 #include "host/ambiente_host.h"
 
+#include "base/reloj.h"
 #include "component/services/by_name.h"
 #include "host/interaccion_respuestas.h"
-#include "base/reloj.h"
 
 namespace zuvi::host {
 

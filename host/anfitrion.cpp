@@ -1,5 +1,7 @@
 #include "host/anfitrion.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 #include "host/acceso_datos_host.h"
 #include "host/ambiente_host.h"
@@ -17,6 +19,26 @@ std::string CadenaDe(const Opciones& opciones) {
   if (!opciones.cadena.empty()) return opciones.cadena;
   if (opciones.archivo.empty()) throw HostError("No se ha indicado la base de datos");
   return "DRIVER={SQLite3};Database=" + opciones.archivo;
+}
+
+/// Whether two references mean one window. Across the boundary of a DLL each call brings a reference of its
+/// own; the native handle then tells.
+bool EsLaMisma(const ObjectPtr& una, const ObjectPtr& otra) {
+  if (una == otra) return true;
+  try {
+    const std::int32_t marco = AEntero32(una->Call("hWnd"));
+    return marco != 0 && marco == AEntero32(otra->Call("hWnd"));
+  } catch (const HostError&) {
+    return false;
+  }
+}
+
+bool EstaVisible(Object& ventana) {
+  try {
+    return ABooleano(ventana.Call("Visible"));
+  } catch (const HostError&) {
+    return false;
+  }
 }
 
 /// Counts itself among the open progress displays.
@@ -119,6 +141,11 @@ bool Anfitrion::Pregunta(const std::string& texto) {
   return respuesta;
 }
 
+void Anfitrion::MuestraDocumento(const std::string& archivo) {
+  traza_.Anota(Suceso::Bitacora, "Reporte " + archivo);
+  interaccion_->MuestraDocumento(archivo);
+}
+
 std::string Anfitrion::TomaRegistro() {
   std::string texto;
   for (const std::string& linea : std::exchange(registro_, {})) texto += linea + "\n";
@@ -146,6 +173,20 @@ const Anfitrion::Gancho* Anfitrion::TraeGancho(const std::string& clave) const {
 bool Anfitrion::Vetada(const std::string& clave) {
   Base();
   return vetadas_.contains(clave);
+}
+
+void Anfitrion::AnotaVentana(const ObjectPtr& ventana) {
+  if (ventana) ventanas_.push_back(ventana);
+}
+
+void Anfitrion::OlvidaVentana(const ObjectPtr& ventana) {
+  if (!ventana) return;
+  std::erase_if(ventanas_, [&](const ObjectPtr& otra) { return EsLaMisma(otra, ventana); });
+}
+
+std::vector<ObjectPtr> Anfitrion::Ventanas() {
+  std::erase_if(ventanas_, [](const ObjectPtr& ventana) { return !EstaVisible(*ventana); });
+  return ventanas_;
 }
 
 std::int32_t Anfitrion::NumeroDeMovimiento() {

@@ -11,6 +11,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "component/services/control_procesos.h"
 #include "component/services/fabrica.h"
@@ -68,6 +69,8 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   /// Shows a message; asks. Both are noted in the trace and kept for `TomaRegistro`.
   void Mensaje(const std::string& texto, EstiloMensaje estilo);
   bool Pregunta(const std::string& texto);
+  /// Shows a written page to the user and notes it in the trace.
+  void MuestraDocumento(const std::string& archivo);
   /// Messages and questions since the last call, one a line, a question with its answer; the newest 1,000.
   std::string TomaRegistro();
 
@@ -92,6 +95,12 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   const ObjectPtr& VentanaPrincipal() const { return ventana_principal_; }
   void PonVentanaPrincipal(ObjectPtr ventana) { ventana_principal_ = std::move(ventana); }
 
+  /// The windows of the module that are open: they are noted when they have loaded and forgotten when they
+  /// unload. A window that went away without a word is forgotten too.
+  void AnotaVentana(const ObjectPtr& ventana);
+  void OlvidaVentana(const ObjectPtr& ventana);
+  std::vector<ObjectPtr> Ventanas();
+
   /// Number for a new movement, unique among all stations. Taken in blocks, so that a movement costs no
   /// further statement; what is left of a block at the end is lost.
   std::int32_t NumeroDeMovimiento();
@@ -110,6 +119,7 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   std::map<std::string, Gancho> ganchos_;
   std::set<std::string> vetadas_;
   ObjectPtr ventana_principal_;
+  std::vector<ObjectPtr> ventanas_;
   std::deque<std::string> registro_;
   std::shared_ptr<int> progresos_ = std::make_shared<int>(0);
   std::int32_t siguiente_movimiento_ = 0;

@@ -33,7 +33,8 @@ const Catalogo& CatalogoDe(std::string_view titulo) {
 }
 
 std::shared_ptr<Recordset> BuscaEnCatalogo(BaseDatos& base, const Catalogo& catalogo,
-                                           const std::string& filtro, const std::string& busqueda) {
+                                           const std::string& filtro, const std::string& busqueda,
+                                           std::int32_t maximo) {
   const std::string clave = catalogo.clave;
   const std::string descripcion = catalogo.descripcion;
   std::string condicion;
@@ -44,7 +45,7 @@ std::shared_ptr<Recordset> BuscaEnCatalogo(BaseDatos& base, const Catalogo& cata
                  descripcion + como + ")";
   }
   return base.Consulta("SELECT " + clave + ", " + descripcion + " FROM " + catalogo.tabla + condicion +
-                       " ORDER BY " + clave);
+                       " ORDER BY " + clave + (maximo > 0 ? " LIMIT " + Decimal(maximo) : std::string()));
 }
 
 }  // namespace zuvi::host

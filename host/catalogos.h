@@ -19,8 +19,10 @@ struct Catalogo {
 /// The catalogue of that caption. Throws HostError when there is none.
 const Catalogo& CatalogoDe(std::string_view titulo);
 /// Its rows as two columns, key and description, in the order of the key: those that meet `filtro` (a
-/// condition of the caller's, may be empty) and hold `busqueda` in key or description, in either case.
+/// condition of the caller's, may be empty) and hold `busqueda` in key or description, in either case. Not
+/// more than `maximo` of them; 0 means all.
 std::shared_ptr<Recordset> BuscaEnCatalogo(BaseDatos& base, const Catalogo& catalogo,
-                                           const std::string& filtro, const std::string& busqueda);
+                                           const std::string& filtro, const std::string& busqueda,
+                                           std::int32_t maximo = 0);
 
 }  // namespace zuvi::host

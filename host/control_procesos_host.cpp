@@ -4,6 +4,7 @@
 
 #include "base/text.h"
 #include "component/services/by_name.h"
+#include "host/procesos_propios.h"
 #include "host/reporte_orden.h"
 
 namespace zuvi::host {
@@ -35,6 +36,10 @@ void ControlProcesosHost::IniciaProceso(PeticionProceso& peticion) {
     const Anfitrion::Gancho propio = *gancho;
     propio(peticion);
   }
+  if (peticion.bandera)
+    AvisaRechazo(peticion);
+  else
+    CorreProcesoPropio(*anfitrion_, peticion);
 }
 
 void ControlProcesosHost::IniciaConOnce(Value& clave, Value& objeto, Value& ambiente, Value& dato,
@@ -71,8 +76,7 @@ void ControlProcesosHost::ImprimeReporte(const std::string& clave, std::int32_t 
                                          const std::shared_ptr<Ambiente>&, const ObjectPtr&) {
   anfitrion_->Llamada("ImprimeReporte", clave, op);
   if (!IgualSinCaso(clave, "ORDENP")) throw HostError("No hay un reporte con la clave \"" + clave + "\"");
-  const std::string archivo = EscribeReporteOrden(*anfitrion_->Base(), op, anfitrion_->TraeOpciones().ruta);
-  anfitrion_->TraeTraza().Anota(Suceso::Bitacora, "Reporte " + archivo);
+  anfitrion_->MuestraDocumento(EscribeReporteOrden(*anfitrion_->Base(), op, anfitrion_->TraeOpciones().ruta));
 }
 
 void ControlProcesosHost::PonGancho(const std::string& clave, const ObjectPtr& objeto) {

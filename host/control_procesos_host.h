@@ -6,7 +6,8 @@
 namespace zuvi::host {
 
 /// Process control: runs whatever is attached to a key. The starting answer is the key's veto in table
-/// `procesos`; a hook may change it.
+/// `procesos`; a hook may change it. A window of the order editor is told of a veto, too, by its member
+/// `Rechazado`; without one this host's own process of that key runs.
 class ControlProcesosHost final : public ControlProcesos {
  public:
   explicit ControlProcesosHost(std::shared_ptr<Anfitrion> anfitrion) : anfitrion_(std::move(anfitrion)) {}
@@ -15,7 +16,7 @@ class ControlProcesosHost final : public ControlProcesos {
   /// The answer was given by `IniciaProceso`; it stays.
   void ConsultaProceso(bool& bandera) override;
   void CierraProceso(std::int32_t numero) override;
-  /// "ORDENP" writes the page of an order into the folder "Reportes" of the application.
+  /// "ORDENP" writes the page of an order into the folder "Reportes" of the application and shows it.
   void ImprimeReporte(const std::string& clave, std::int32_t op, const std::shared_ptr<Ambiente>& ambiente,
                       const ObjectPtr& ventana) override;
 

@@ -9,7 +9,7 @@
 namespace zuvi::host {
 namespace {
 
-constexpr std::int32_t kVersion = 1;
+constexpr std::int32_t kVersion = 2;
 
 struct Tabla {
   const char* nombre;
@@ -17,7 +17,7 @@ struct Tabla {
 };
 
 // "esquema" comes first and gets its row last: a table without the row is the mark of an attempt that broke
-// off.
+// off. A database of an earlier version gets the tables that it lacks; what a version adds is whole tables.
 constexpr std::array kTablas{
     Tabla{"esquema", "version INTEGER NOT NULL PRIMARY KEY"},
     Tabla{"op",
@@ -69,6 +69,10 @@ constexpr std::array kTablas{
     Tabla{"procesos", "clave VARCHAR(40) NOT NULL PRIMARY KEY, vetado SMALLINT NOT NULL DEFAULT 0"},
     Tabla{"bitacora",
           "id INTEGER NOT NULL PRIMARY KEY, fecha DATETIME, usuario VARCHAR(40), suceso VARCHAR(255)"},
+    Tabla{"codigos",
+          "id_entrada INTEGER NOT NULL, articulo VARCHAR(60) NOT NULL, codigo VARCHAR(20) NOT NULL UNIQUE, "
+          "op INTEGER NOT NULL, consecutivo INTEGER NOT NULL, usuario VARCHAR(40), fecha DATETIME, "
+          "PRIMARY KEY (id_entrada, articulo)"},
     Tabla{"conceptos", "concepto VARCHAR(5) NOT NULL PRIMARY KEY, descrip VARCHAR(60)"},
     Tabla{"impuestos", "impuesto VARCHAR(10) NOT NULL PRIMARY KEY, descrip VARCHAR(60), porcentaje DOUBLE"},
 };
@@ -79,6 +83,7 @@ constexpr std::array kIndices{
     "CREATE INDEX IF NOT EXISTS horarios_turno ON horarios (turno, fecha)",
     "CREATE INDEX IF NOT EXISTS movimientos_articulo ON movimientos (articulo, almacen)",
     "CREATE INDEX IF NOT EXISTS movimientos_orden ON movimientos (orden)",
+    "CREATE INDEX IF NOT EXISTS codigos_op ON codigos (op)",
 };
 
 // The average cost. As long as the present cost explains a movement's amount to the half centavo that
@@ -120,8 +125,11 @@ bool HayTabla(BaseDatos& base, const std::string& tabla) {
   return ANumero(cuenta->Campo(0)) != 0;
 }
 
-bool EstaCompleto(BaseDatos& base) {
-  return HayTabla(base, "esquema") && !base.Consulta("SELECT version FROM esquema")->Eof();
+/// The version of the schema; 0 when it was never finished.
+std::int32_t VersionDe(BaseDatos& base) {
+  if (!HayTabla(base, "esquema")) return 0;
+  const auto fila = base.Consulta("SELECT version FROM esquema");
+  return fila->Eof() ? 0 : AEntero32(fila->Campo(0));
 }
 
 void ExigePropia(BaseDatos& base) {
@@ -162,12 +170,20 @@ class Exclusiva {
       transaccion.Confirma();
     } else {
       Filas();
-      base_.Ejecuta("COMMIT");
-      confirmada_ = true;
+      Confirma();
     }
+  }
+  /// Notes that the schema is up to date.
+  void Actualiza() {
+    base_.Ejecuta("UPDATE esquema SET version = " + Decimal(kVersion));
+    if (base_.TraeMotor() != Motor::MariaDb) Confirma();
   }
 
  private:
+  void Confirma() {
+    base_.Ejecuta("COMMIT");
+    confirmada_ = true;
+  }
   void Filas() {
     LlenaTienda(base_, Fecha::DesdeCivil(Ahora()).SoloDia());
     InsertaFilas(base_, "esquema", "(version)", {{kVersion}});
@@ -180,13 +196,18 @@ class Exclusiva {
 }  // namespace
 
 bool PreparaEsquema(BaseDatos& base) {
-  if (EstaCompleto(base)) return false;
+  if (VersionDe(base) >= kVersion) return false;
   ExigePropia(base);
   Exclusiva exclusiva(base);
-  if (EstaCompleto(base)) return false;
+  // Another program may have been faster.
+  const std::int32_t version = VersionDe(base);
+  if (version >= kVersion) return false;
   Crea(base);
-  exclusiva.Llena();
-  return true;
+  if (version > 0)
+    exclusiva.Actualiza();
+  else
+    exclusiva.Llena();
+  return version == 0;
 }
 
 void RehaceEsquema(BaseDatos& base) {

@@ -8,7 +8,8 @@
 namespace zuvi::host {
 
 /// Makes the tables and the example shop in a database that has none yet, also when several programs start
-/// on it at once or an earlier attempt broke off. True when this call made them. Throws HostError for a
+/// on it at once or an earlier attempt broke off; adds what a database of an earlier version lacks. True when
+/// this call made the shop. Throws HostError for a
 /// database of somebody else.
 bool PreparaEsquema(BaseDatos& base);
 /// Drops the host's tables and makes them anew with the example shop.

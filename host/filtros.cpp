@@ -5,9 +5,9 @@
 #include <optional>
 #include <vector>
 
+#include "base/reloj.h"
 #include "base/text.h"
 #include "base/value.h"
-#include "base/reloj.h"
 
 namespace zuvi::host {
 namespace {

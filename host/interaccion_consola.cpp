@@ -12,6 +12,7 @@
 #endif
 
 #include "host/interaccion_respuestas.h"
+#include "host/pdf.h"
 
 namespace zuvi::host {
 namespace {
@@ -86,6 +87,14 @@ bool ConsolaInteraccion::Pregunta(const std::string& texto) {
 std::unique_ptr<Progreso> ConsolaInteraccion::AbreProgreso(std::int32_t total, const std::string& titulo,
                                                            const std::string& /*animacion*/) {
   return std::make_unique<BarraDeConsola>(total, titulo);
+}
+
+void ConsolaInteraccion::MuestraDocumento(const std::string& archivo) {
+#ifdef _WIN32
+  (void)archivo;
+#else
+  HazPdf(archivo);
+#endif
 }
 
 bool ConsolaInteraccion::Cancelado() { return cancelado != 0; }

@@ -17,6 +17,8 @@ class ConsolaInteraccion final : public Interaccion {
   bool Pregunta(const std::string& texto) override;
   std::unique_ptr<Progreso> AbreProgreso(std::int32_t total, const std::string& titulo,
                                          const std::string& animacion) override;
+  /// Makes a PDF beside the page where the system has a tool for that.
+  void MuestraDocumento(const std::string& archivo) override;
   bool Cancelado() override;
 
  private:

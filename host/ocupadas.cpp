@@ -1,7 +1,7 @@
 #include "host/ocupadas.h"
 
-#include "host/folios.h"
 #include "base/reloj.h"
+#include "host/folios.h"
 
 namespace zuvi::host {
 

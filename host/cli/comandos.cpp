@@ -5,13 +5,16 @@
 #include <iostream>
 #include <sstream>
 
+#include "base/reloj.h"
 #include "component/produccion.h"
 #include "host/anfitrion.h"
 #include "host/cli/listados.h"
 #include "host/interaccion_consola.h"
 #include "host/ocupadas.h"
+#include "host/ordenes.h"
 #include "host/pila.h"
 #include "host/rutas.h"
+#include "toolkit/form.h"
 
 namespace zuvi::cli {
 namespace {
@@ -25,6 +28,10 @@ class EscritorioConsola final : public Desktop {
     std::erase(limpio, '\r');
     std::cerr << limpio << '\n';
   }
+  // A console has no windows: none is waited for.
+  void PumpEvents() override {}
+  void RunModal(Form& form, Form* /*owner*/) override { form.Hide(); }
+  Fecha Now() const override { return Fecha::DesdeCivil(Ahora()); }
   int Avisos() const { return avisos_; }
 
  private:
@@ -130,16 +137,15 @@ Salida Entrega(Sesion& sesion) {
   const std::int32_t op = sesion.Orden(0);
   const std::string numero = Decimal(op);
   host::BaseDatos& base = sesion.Base();
-  if (base.Consulta("SELECT op FROM op WHERE op = " + numero)->Eof())
-    return Falla("La orden " + numero + " no existe");
-  if (base.Consulta("SELECT op FROM oppart WHERE op = " + numero)->Eof())
+  if (!host::HayOrden(base, op)) return Falla("La orden " + numero + " no existe");
+  if (host::CuantasPartidas(base, op) == 0)
     return Falla("La orden " + numero + " no tiene partidas que entregar");
-  if (PorEntregar(base, op).empty() &&
+  if (host::PorEntregar(base, op).empty() &&
       !sesion.TraeAnfitrion().Pregunta("La orden " + numero + " ya está entregada. ¿Entregarla otra vez?"))
     return Falla("No se entregó nada");
 
   sesion.TraeProduccion().EntregaProductoTerminado(op);
-  if (const std::string resto = PorEntregar(base, op); !resto.empty())
+  if (const std::string resto = host::PorEntregar(base, op); !resto.empty())
     return Falla("La entrega no terminó; queda por marcar como terminado:\n" + resto +
                  "Movimientos aplicados: " + std::to_string(sesion.Movimientos()));
   if (sesion.Avisos() > 0)
@@ -150,10 +156,9 @@ Salida Entrega(Sesion& sesion) {
 
 Salida Cancela(Sesion& sesion) {
   const std::int32_t op = sesion.Orden(0);
-  const auto orden = sesion.Base().Consulta("SELECT op FROM op WHERE op = " + Decimal(op));
-  if (orden->Eof()) return Falla("La orden " + Decimal(op) + " no existe");
+  if (!host::HayOrden(sesion.Base(), op)) return Falla("La orden " + Decimal(op) + " no existe");
   if (!sesion.TraeProduccion().CancelaOp(op)) return Falla("La orden " + Decimal(op) + " no se canceló");
-  const bool cerrada = !sesion.Base().Consulta("SELECT op FROM op WHERE op = " + Decimal(op))->Eof();
+  const bool cerrada = host::HayOrden(sesion.Base(), op);
   std::cout << "Orden " << op << (cerrada ? " cerrada\n" : " cancelada\n");
   return Salida::Hecho;
 }

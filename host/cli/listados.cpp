@@ -2,28 +2,29 @@
 
 #include <array>
 
+#include "host/celdas.h"
 #include "host/cli/tabla.h"
 #include "host/ocupadas.h"
+#include "host/ordenes.h"
 #include "host/valuacion.h"
 
 namespace zuvi::cli {
 namespace {
 
 using host::BaseDatos;
+using host::DiaDe;
 using host::Literal;
+using host::NumeroDe;
+using host::TextoDe;
 using host::TextoImporte;
 
-std::string Texto(const Value& valor) { return valor.IsNull() ? "" : ATexto(valor); }
-double Numero(const Value& valor) { return valor.IsNull() ? 0 : ANumero(valor); }
-std::int64_t Centavos(const Value& valor) { return static_cast<std::int64_t>(Numero(valor)); }
-std::string Dia(const Value& valor) {
-  return valor.IsNull() || ATexto(valor).empty() ? "" : AFecha(valor).Formatea("yyyy-MM-dd");
-}
+std::int64_t Centavos(const Value& valor) { return static_cast<std::int64_t>(NumeroDe(valor)); }
+constexpr const char* kIso = "yyyy-MM-dd";
 
 std::string EstadoDe(Recordset& orden) {
-  std::string estado = Texto(orden.Campo("estado"));
-  if (Numero(orden.Campo("cerrado")) != 0) estado += " cerrada";
-  if (Numero(orden.Campo("ocupado")) != 0) estado += " ocupada";
+  std::string estado = TextoDe(orden.Campo("estado"));
+  if (NumeroDe(orden.Campo("cerrado")) != 0) estado += " cerrada";
+  if (NumeroDe(orden.Campo("ocupado")) != 0) estado += " ocupada";
   return estado;
 }
 
@@ -41,7 +42,7 @@ void EscribeConsulta(std::ostream& salida, BaseDatos& base, const std::string& s
   Tabla tabla(std::move(encabezados));
   for (; !filas->Eof(); filas->MoveNext()) {
     std::vector<std::string> fila;
-    for (std::int32_t i = 0; i < cuantos; ++i) fila.push_back(Texto(filas->Campo(i)));
+    for (std::int32_t i = 0; i < cuantos; ++i) fila.push_back(TextoDe(filas->Campo(i)));
     tabla.Agrega(std::move(fila));
   }
   tabla.Escribe(salida);
@@ -60,33 +61,26 @@ void EscribeExistencias(std::ostream& salida, BaseDatos& base, const std::string
   for (; !filas->Eof(); filas->MoveNext()) {
     const std::int64_t valor = Centavos(filas->Campo("valor"));
     total += valor;
-    tabla.Agrega({Texto(filas->Campo("articulo")), Texto(filas->Campo("descrip")),
-                  Texto(filas->Campo("almacen")), TextoDeNumero(Numero(filas->Campo("cantidad"))),
-                  Texto(filas->Campo("unidad")),
-                  TextoDeNumero(host::RedondeaCantidad(Numero(filas->Campo("costo")))), TextoImporte(valor)});
+    tabla.Agrega({TextoDe(filas->Campo("articulo")), TextoDe(filas->Campo("descrip")),
+                  TextoDe(filas->Campo("almacen")), TextoDeNumero(NumeroDe(filas->Campo("cantidad"))),
+                  TextoDe(filas->Campo("unidad")),
+                  TextoDeNumero(host::RedondeaCantidad(NumeroDe(filas->Campo("costo")))),
+                  TextoImporte(valor)});
   }
   tabla.Agrega({"Total", "", "", "", "", "", TextoImporte(total)});
   tabla.Escribe(salida);
 }
 
 void EscribeOrdenes(std::ostream& salida, BaseDatos& base) {
-  const auto filas = base.Consulta(
-      "SELECT op.op, op.estado, op.cerrado, op.ocupado, op.f_emision, op.fechaEntrega, op.almacen, "
-      "op.usuario, "
-      "COUNT(oppart.id_entrada) AS partidas, COALESCE(SUM(oppart.cantidad), 0) AS cantidad, "
-      "COALESCE(SUM(oppart.terminado), 0) AS terminado FROM op LEFT JOIN oppart ON oppart.op = op.op GROUP "
-      "BY "
-      "op.op, op.estado, op.cerrado, op.ocupado, op.f_emision, op.fechaEntrega, op.almacen, op.usuario ORDER "
-      "BY "
-      "op.op");
+  const auto filas = host::ResumenDeOrdenes(base);
   Tabla tabla({">Orden", "Estado", "Emitida", "Entrega", ">Almacén", "Usuario", ">Partidas", ">Cantidad",
                ">Terminado"});
   for (; !filas->Eof(); filas->MoveNext())
-    tabla.Agrega({Texto(filas->Campo("op")), EstadoDe(*filas), Dia(filas->Campo("f_emision")),
-                  Dia(filas->Campo("fechaEntrega")), Texto(filas->Campo("almacen")),
-                  Texto(filas->Campo("usuario")), TextoDeNumero(Numero(filas->Campo("partidas"))),
-                  TextoDeNumero(Numero(filas->Campo("cantidad"))),
-                  TextoDeNumero(Numero(filas->Campo("terminado")))});
+    tabla.Agrega({TextoDe(filas->Campo("op")), EstadoDe(*filas), DiaDe(filas->Campo("f_emision"), kIso),
+                  DiaDe(filas->Campo("fechaEntrega"), kIso), TextoDe(filas->Campo("almacen")),
+                  TextoDe(filas->Campo("usuario")), TextoDeNumero(NumeroDe(filas->Campo("partidas"))),
+                  TextoDeNumero(NumeroDe(filas->Campo("cantidad"))),
+                  TextoDeNumero(NumeroDe(filas->Campo("terminado")))});
   tabla.Escribe(salida);
 }
 
@@ -94,20 +88,21 @@ void EscribeOrden(std::ostream& salida, BaseDatos& base, std::int32_t op) {
   const std::string numero = Decimal(op);
   const auto orden = base.Consulta("SELECT * FROM op WHERE op = " + numero);
   if (orden->Eof()) throw HostError("La orden " + numero + " no existe");
-  salida << "Orden " << numero << "  " << EstadoDe(*orden) << "  almacén " << Texto(orden->Campo("almacen"))
-         << "  emitida " << Dia(orden->Campo("f_emision")) << "  entrega "
-         << Dia(orden->Campo("fechaEntrega")) << "  usuario " << Texto(orden->Campo("usuario")) << '\n';
-  if (const std::string observ = Texto(orden->Campo("observ")); !observ.empty()) salida << observ << '\n';
+  salida << "Orden " << numero << "  " << EstadoDe(*orden) << "  almacén " << TextoDe(orden->Campo("almacen"))
+         << "  emitida " << DiaDe(orden->Campo("f_emision"), kIso) << "  entrega "
+         << DiaDe(orden->Campo("fechaEntrega"), kIso) << "  usuario " << TextoDe(orden->Campo("usuario"))
+         << '\n';
+  if (const std::string observ = TextoDe(orden->Campo("observ")); !observ.empty()) salida << observ << '\n';
   const auto filas = base.Consulta(
       "SELECT oppart.*, prods.descrip FROM oppart LEFT JOIN prods ON prods.articulo = oppart.articulo WHERE "
       "oppart.op = " +
       numero + " ORDER BY oppart.id_entrada");
   Tabla tabla({">Partida", "Artículo", "Descripción", ">Cantidad", ">Terminado", ">Precio", "Observaciones"});
   for (; !filas->Eof(); filas->MoveNext())
-    tabla.Agrega({Texto(filas->Campo("id_entrada")), Texto(filas->Campo("articulo")),
-                  Texto(filas->Campo("descrip")), TextoDeNumero(Numero(filas->Campo("cantidad"))),
-                  TextoDeNumero(Numero(filas->Campo("terminado"))),
-                  TextoDeNumero(Numero(filas->Campo("precio"))), Texto(filas->Campo("observ"))});
+    tabla.Agrega({TextoDe(filas->Campo("id_entrada")), TextoDe(filas->Campo("articulo")),
+                  TextoDe(filas->Campo("descrip")), TextoDeNumero(NumeroDe(filas->Campo("cantidad"))),
+                  TextoDeNumero(NumeroDe(filas->Campo("terminado"))),
+                  TextoDeNumero(NumeroDe(filas->Campo("precio"))), TextoDe(filas->Campo("observ"))});
   tabla.Escribe(salida);
 }
 
@@ -120,18 +115,19 @@ void EscribeKit(std::ostream& salida, BaseDatos& base, const std::string& articu
       "FROM comppart LEFT JOIN prods ON prods.articulo = comppart.Componente WHERE comppart.articulo = " +
       literal + " ORDER BY comppart.renglon");
   if (partes->Eof()) throw HostError("El artículo " + articulo + " no tiene componentes");
-  const double minimo = receta->Eof() ? 0 : Numero(receta->Campo("Minimo"));
+  const double minimo = receta->Eof() ? 0 : NumeroDe(receta->Campo("Minimo"));
   salida << articulo << "  la receta rinde " << TextoDeNumero(minimo) << '\n';
   Tabla tabla({"Componente", "Descripción", ">Cantidad", "Unidad", ">Almacén", ">Costo", ">Importe"});
   std::int64_t total = 0;
   for (; !partes->Eof(); partes->MoveNext()) {
-    const double cantidad = Numero(partes->Campo("Cantidad"));
-    const double costo = Numero(partes->Campo("costo"));
+    const double cantidad = NumeroDe(partes->Campo("Cantidad"));
+    const double costo = NumeroDe(partes->Campo("costo"));
     const std::int64_t importe = host::ACentavos(cantidad * costo);
     total += importe;
-    tabla.Agrega({Texto(partes->Campo("Componente")), Texto(partes->Campo("descrip")),
-                  TextoDeNumero(cantidad), Texto(partes->Campo("unidad")), Texto(partes->Campo("Almacen")),
-                  TextoDeNumero(host::RedondeaCantidad(costo)), TextoImporte(importe)});
+    tabla.Agrega({TextoDe(partes->Campo("Componente")), TextoDe(partes->Campo("descrip")),
+                  TextoDeNumero(cantidad), TextoDe(partes->Campo("unidad")),
+                  TextoDe(partes->Campo("Almacen")), TextoDeNumero(host::RedondeaCantidad(costo)),
+                  TextoImporte(importe)});
   }
   tabla.Agrega({"Total de la receta", "", "", "", "", "", TextoImporte(total)});
   tabla.Escribe(salida);
@@ -140,25 +136,13 @@ void EscribeKit(std::ostream& salida, BaseDatos& base, const std::string& articu
 void EscribeOcupadas(std::ostream& salida, BaseDatos& base) {
   Tabla tabla({">Orden", "Estado", "Usuario", "Fecha", "Hora"});
   for (const auto filas = host::OrdenesOcupadas(base); !filas->Eof(); filas->MoveNext())
-    tabla.Agrega({Texto(filas->Campo("op")), Texto(filas->Campo("estado")), Texto(filas->Campo("usuario")),
-                  Dia(filas->Campo("usufecha")), Texto(filas->Campo("usuhora"))});
+    tabla.Agrega({TextoDe(filas->Campo("op")), TextoDe(filas->Campo("estado")),
+                  TextoDe(filas->Campo("usuario")), DiaDe(filas->Campo("usufecha"), kIso),
+                  TextoDe(filas->Campo("usuhora"))});
   if (tabla.Vacia())
     salida << "No hay órdenes ocupadas\n";
   else
     tabla.Escribe(salida);
-}
-
-std::string PorEntregar(BaseDatos& base, std::int32_t op) {
-  std::string resto;
-  for (const auto filas = base.Consulta("SELECT articulo, cantidad, terminado FROM oppart WHERE (terminado "
-                                        "IS NULL OR terminado <> cantidad) AND "
-                                        "op = " +
-                                        Decimal(op) + " ORDER BY id_entrada");
-       !filas->Eof(); filas->MoveNext())
-    resto += "  " + Texto(filas->Campo("articulo")) + ": " +
-             TextoDeNumero(Numero(filas->Campo("terminado"))) + " de " +
-             TextoDeNumero(Numero(filas->Campo("cantidad"))) + "\n";
-  return resto;
 }
 
 }  // namespace zuvi::cli

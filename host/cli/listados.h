@@ -19,7 +19,4 @@ void EscribeOrden(std::ostream& salida, host::BaseDatos& base, std::int32_t op);
 void EscribeKit(std::ostream& salida, host::BaseDatos& base, const std::string& articulo);
 void EscribeOcupadas(std::ostream& salida, host::BaseDatos& base);
 
-/// What is left to deliver of an order, a line each; empty when all is finished.
-std::string PorEntregar(host::BaseDatos& base, std::int32_t op);
-
 }  // namespace zuvi::cli
