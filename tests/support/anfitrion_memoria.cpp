@@ -37,6 +37,22 @@ class CamposMemoria final : public EnMemoria<Object> {
   std::shared_ptr<RecordsetMemoria> filas_;
 };
 
+/// What the environment hands out as the container of paths, and the collection in it.
+class RutasMemoria final : public EnMemoria<Object> {
+ public:
+  explicit RutasMemoria(Mundo& mundo) : EnMemoria(mundo, "Rutas") {}
+  ObjectPtr Coleccion() { return shared_from_this(); }
+  const MemberTable* Members() const override {
+    static const MemberTable tabla =
+        MemberTable::Of<RutasMemoria>().Property<&RutasMemoria::Coleccion>("PathCollection");
+    return &tabla;
+  }
+};
+
+void Exige(bool cumple, const char* que) {
+  if (!cumple) throw HostError(que);
+}
+
 }  // namespace
 
 bool RecordsetMemoria::Eof() {
@@ -68,11 +84,22 @@ ObjectPtr RecordsetMemoria::Fields() {
                                          std::static_pointer_cast<RecordsetMemoria>(shared_from_this()));
 }
 
+void RecordsetMemoria::Open(const std::string& fuente, const std::shared_ptr<Conexion>& conexion,
+                            std::int32_t cursor, std::int32_t bloqueo, std::int32_t opciones) {
+  mundo_.Llama("Open", fuente, Value(conexion), cursor, bloqueo, opciones);
+  filas_ = mundo_.tablas[fuente];
+  actual_ = 0;
+}
+
 const MemberTable* RecordsetMemoria::Members() const {
-  static const MemberTable tabla = MemberTable::Of<RecordsetMemoria>()
-                                       .Property<&RecordsetMemoria::Eof>("EOF")
-                                       .Property<&RecordsetMemoria::Fields>("Fields")
-                                       .Method<&RecordsetMemoria::MoveNext>("MoveNext");
+  static const MemberTable tabla =
+      MemberTable::Of<RecordsetMemoria>()
+          .Property<&RecordsetMemoria::Eof>("EOF")
+          .Property<&RecordsetMemoria::Fields>("Fields")
+          .Method<&RecordsetMemoria::MoveNext>("MoveNext")
+          .Property<&RecordsetMemoria::SoloEscritura, &RecordsetMemoria::PonCursorType>("CursorType")
+          .Property<&RecordsetMemoria::SoloEscritura, &RecordsetMemoria::PonLockType>("LockType")
+          .Method<&RecordsetMemoria::Open>("Open", {"fuente", "conexion", "cursor", "bloqueo", "opciones"});
   return &tabla;
 }
 
@@ -106,6 +133,16 @@ Value AmbienteMemoria::DatoDocumento() {
   return "DD";
 }
 
+std::shared_ptr<Recordset> AmbienteMemoria::ParametrosEstacion() {
+  mundo_.Llama("ParametrosEstacion");
+  return std::make_shared<RecordsetMemoria>(mundo_, Filas{mundo_.parametros});
+}
+
+ObjectPtr AmbienteMemoria::ContenedorRutas() {
+  mundo_.Llama("ContenedorRutas");
+  return mundo_.con_rutas ? std::make_shared<RutasMemoria>(mundo_) : nullptr;
+}
+
 const MemberTable* AmbienteMemoria::Members() const {
   static const MemberTable tabla = MemberTable::Of<AmbienteMemoria>()
                                        .Property<&AmbienteMemoria::TraeConexion>("Conexion")
@@ -114,7 +151,9 @@ const MemberTable* AmbienteMemoria::Members() const {
                                        .Method<&AmbienteMemoria::EjecutaSQL>("EjecutaSQL", {"sql"})
                                        .Method<&AmbienteMemoria::DatoFechaA>("DatoFechaA")
                                        .Method<&AmbienteMemoria::DatoFechaB>("DatoFechaB")
-                                       .Method<&AmbienteMemoria::DatoDocumento>("DatoDocumento");
+                                       .Method<&AmbienteMemoria::DatoDocumento>("DatoDocumento")
+                                       .Method<&AmbienteMemoria::ParametrosEstacion>("ParametrosEstacion")
+                                       .Method<&AmbienteMemoria::ContenedorRutas>("ContenedorRutas");
   return &tabla;
 }
 
@@ -135,7 +174,111 @@ std::shared_ptr<Recordset> AccesoDatosMemoria::ConsultaConBandera(const std::str
 
 double AccesoDatosMemoria::ValorNumerico(const Value& valor) {
   mundo_.LlamaCallada();
-  return ANumero(valor);
+  return valor == Value("") ? 0 : ANumero(valor);
+}
+
+std::string AccesoDatosMemoria::ValorTexto(const Value& valor) {
+  mundo_.LlamaCallada();
+  return valor.IsNull() ? std::string() : ATexto(valor);
+}
+
+bool AccesoDatosMemoria::EstaVacio(const std::string& texto) {
+  mundo_.LlamaCallada();
+  return Recorta(texto).empty();
+}
+
+void AccesoDatosMemoria::Mensaje(const std::string& texto, EstiloMensaje estilo,
+                                 const std::shared_ptr<Ambiente>& ambiente) {
+  mundo_.Llama("Mensaje", texto, static_cast<std::int16_t>(estilo), Value(ambiente));
+}
+
+void AccesoDatosMemoria::MensajePorNombre(const std::string& texto, std::int16_t estilo,
+                                          const std::shared_ptr<Ambiente>& ambiente) {
+  Mensaje(texto, static_cast<EstiloMensaje>(estilo), ambiente);
+}
+
+std::string AccesoDatosMemoria::FechaSQL(const std::shared_ptr<Conexion>&, const Fecha& fecha) {
+  mundo_.LlamaCallada();
+  return "'" + fecha.Formatea("yyyy-MM-dd") + "'";
+}
+
+std::string AccesoDatosMemoria::TextoConCeros(std::int32_t numero, std::int32_t ancho) {
+  mundo_.LlamaCallada();
+  const std::string cifras = Decimal(numero);
+  const auto largo = static_cast<std::size_t>(ancho);
+  return cifras.size() < largo ? std::string(largo - cifras.size(), '0') + cifras : cifras;
+}
+
+bool AccesoDatosMemoria::ExisteClave(const std::string& valor, const std::string& tabla,
+                                     const std::string& columna, const std::shared_ptr<Conexion>& conexion) {
+  mundo_.Llama("ExisteClave", valor, tabla, columna, Value(conexion));
+  return mundo_.claves.contains(tabla + "." + columna + "=" + valor);
+}
+
+bool AccesoDatosMemoria::ExisteConBandera(const std::string& valor, const std::string& tabla,
+                                          const std::string& columna,
+                                          const std::shared_ptr<Conexion>& conexion, bool bandera) {
+  Exige(bandera, "la bandera de ExisteClave no viaja en verdadero");
+  return ExisteClave(valor, tabla, columna, conexion);
+}
+
+bool AccesoDatosMemoria::UbicacionRestringida(const std::string& articulo, std::int16_t almacen,
+                                              const std::shared_ptr<Conexion>& conexion) {
+  mundo_.Llama("UbicacionRestringida", articulo, almacen, Value(conexion));
+  return mundo_.restringidos.contains(articulo);
+}
+
+std::shared_ptr<ConstructorSql> AccesoDatosMemoria::NuevoConstructorSql() {
+  mundo_.Llama("NuevoConstructorSql");
+  return std::make_shared<ConstructorMemoria>(mundo_);
+}
+
+void AccesoDatosMemoria::PreparaVentana(const ObjectPtr& ventana, const std::shared_ptr<Ambiente>& ambiente) {
+  mundo_.Llama("PreparaVentana", ventana, Value(ambiente));
+}
+
+void AccesoDatosMemoria::LiberaVentana(const ObjectPtr& ventana, const std::shared_ptr<Ambiente>& ambiente) {
+  mundo_.Llama("LiberaVentana", ventana, Value(ambiente));
+}
+
+void AccesoDatosMemoria::PreparaConTexto(const ObjectPtr& ventana, const std::shared_ptr<Ambiente>& ambiente,
+                                         const std::string& texto) {
+  Exige(texto.empty(), "PreparaVentana lleva un texto vacío");
+  PreparaVentana(ventana, ambiente);
+}
+
+void AccesoDatosMemoria::LiberaConTexto(const ObjectPtr& ventana, const std::shared_ptr<Ambiente>& ambiente,
+                                        const std::string& texto) {
+  Exige(texto == "frmMaster", "LiberaVentana nombra la ventana principal");
+  LiberaVentana(ventana, ambiente);
+}
+
+std::string AccesoDatosMemoria::FormateaCampo(const ObjectPtr& caja, const std::shared_ptr<Ambiente>&) {
+  mundo_.LlamaCallada();
+  const std::string texto = ATexto(caja->Call("Text"));
+  return mundo_.formato ? mundo_.formato(ATexto(caja->Call("Tag")), texto) : texto;
+}
+
+std::int16_t AccesoDatosMemoria::FiltroMayusculas(const ObjectPtr& caja, std::int16_t caracter) {
+  mundo_.Llama("FiltroMayusculas", caja, caracter);
+  return caracter >= 'a' && caracter <= 'z' ? static_cast<std::int16_t>(caracter - 32) : caracter;
+}
+
+std::int16_t AccesoDatosMemoria::MayusculasPorNombre(const ObjectPtr& caja, std::int16_t& caracter) {
+  return caracter = FiltroMayusculas(caja, caracter);
+}
+
+std::int16_t AccesoDatosMemoria::FiltroTecla(const ObjectPtr& caja, std::int16_t caracter) {
+  mundo_.Llama("FiltroTecla", caja, caracter);
+  const bool pasa = (caracter >= 0 && caracter < ' ') || (caracter >= '0' && caracter <= '9') ||
+                    caracter == '.' || caracter == '-';
+  return pasa ? caracter : std::int16_t{0};
+}
+
+std::int16_t AccesoDatosMemoria::TeclaConBandera(bool bandera, const ObjectPtr& caja,
+                                                 std::int16_t& caracter) {
+  Exige(bandera, "la bandera de FiltroTecla no viaja en verdadero");
+  return caracter = FiltroTecla(caja, caracter);
 }
 
 std::string AccesoDatosMemoria::TraeMensaje(std::int32_t numero, const std::shared_ptr<Ambiente>& ambiente) {
@@ -173,6 +316,19 @@ const MemberTable* AccesoDatosMemoria::Members() const {
           .Method<&Yo::ValorNumerico>("ValorNumerico", {"valor"})
           .Method<&Yo::TraeMensaje>("TraeMensaje", {"numero", "ambiente"})
           .Method<&Yo::Pregunta>("Pregunta", {"texto", "modo"})
+          .Method<&Yo::ValorTexto>("ValorTexto", {"valor"})
+          .Method<&Yo::EstaVacio>("EstaVacio", {"texto"})
+          .Method<&Yo::MensajePorNombre>("Mensaje", {"texto", "estilo", "ambiente"})
+          .Method<&Yo::FechaSQL>("FechaSQL", {"conexion", "fecha"})
+          .Method<&Yo::TextoConCeros>("TextoConCeros", {"numero", "ancho"})
+          .Method<&Yo::ExisteConBandera>("ExisteClave", {"valor", "tabla", "columna", "conexion", "bandera"})
+          .Method<&Yo::UbicacionRestringida>("UbicacionRestringida", {"articulo", "almacen", "conexion"})
+          .Method<&Yo::NuevoConstructorSql>("NuevoConstructorSql")
+          .Method<&Yo::PreparaConTexto>("PreparaVentana", {"ventana", "ambiente", "texto"})
+          .Method<&Yo::LiberaConTexto>("LiberaVentana", {"ventana", "ambiente", "texto"})
+          .Method<&Yo::FormateaCampo>("FormateaCampo", {"caja", "ambiente"})
+          .Method<&Yo::MayusculasPorNombre>("FiltroMayusculas", {"caja", "caracter"})
+          .Method<&Yo::TeclaConBandera>("FiltroTecla", {"bandera", "caja", "caracter"})
           .Method<&Yo::SiguienteFolio>("SiguienteFolio", {"clave", "conexion", "documento", "constructor"})
           .Method<&Yo::ComponeFecha>("ComponeFecha", {"a", "b"});
   return &tabla;
@@ -209,7 +365,8 @@ const MemberTable* ControlProcesosMemoria::Members() const {
               "IniciaProceso", {"clave", "objeto", "ambiente", "dato", "objeto2", "bandera", "numero",
                                 "texto", "nulo", "texto2", "objeto3"})
           .Method<&Yo::ConsultaProceso>("ConsultaProceso", {"bandera"})
-          .Method<&Yo::CierraProceso>("CierraProceso", {"numero"});
+          .Method<&Yo::CierraProceso>("CierraProceso", {"numero"})
+          .Method<&Yo::ImprimeReporte>("ImprimeReporte", {"clave", "op", "ambiente", "ventana"});
   return &tabla;
 }
 
@@ -263,6 +420,66 @@ const MemberTable* ProgresoMemoria::Members() const {
   return &tabla;
 }
 
+const MemberTable* ConstructorMemoria::Members() const {
+  using Yo = ConstructorMemoria;
+  static const MemberTable tabla = MemberTable::Of<Yo>()
+                                       .Method<&Yo::PonConexion>("PonConexion", {"conexion"})
+                                       .Method<&Yo::PonRutas>("PonRutas", {"rutas"})
+                                       .Method<&Yo::Limpia>("Limpia")
+                                       .Method<&Yo::Tipo>("Tipo", {"tipo"})
+                                       .Method<&Yo::AgregaCampo>("AgregaCampo", {"tabla", "columna", "valor"})
+                                       .Method<&Yo::Condicion>("Condicion", {"condicion"})
+                                       .Method<&Yo::Genera>("Genera", {"tabla"})
+                                       .Method<&Yo::Ejecuta>("Ejecuta");
+  return &tabla;
+}
+
+void BuscaMemoria::PonDestino(const ObjectPtr& caja) {
+  mundo_.Llama("Busca.PonDestino", caja);
+  caja_ = caja;
+}
+
+void BuscaMemoria::Muestra(const std::string& titulo) {
+  mundo_.Llama("Busca.Muestra", titulo);
+  if (mundo_.eleccion) caja_->Put("Text", *mundo_.eleccion);
+}
+
+void BuscaMemoria::MuestraPorNombre(const std::string& titulo, const std::string& a, const std::string& b,
+                                    const std::string& c) {
+  Exige((a + b + c).empty(), "los textos de Muestra van vacíos");
+  Muestra(titulo);
+}
+
+const MemberTable* BuscaMemoria::Members() const {
+  using Yo = BuscaMemoria;
+  static const MemberTable tabla =
+      MemberTable::Of<Yo>()
+          .Method<&Yo::PonAmbiente>("PonAmbiente", {"ambiente"})
+          .Method<&Yo::PonDestino>("PonDestino", {"caja"})
+          .Method<&Yo::PonFiltro>("PonFiltro", {"filtro"})
+          .Method<&Yo::MuestraPorNombre>("Muestra", {"titulo", "texto1", "texto2", "texto3"});
+  return &tabla;
+}
+
+void CapturaMemoria::PonDestino(const ObjectPtr& caja) {
+  mundo_.Llama("Captura.PonDestino", caja);
+  caja_ = caja;
+}
+
+void CapturaMemoria::Muestra() {
+  mundo_.Llama("Captura.Muestra");
+  if (mundo_.eleccion) caja_->Put("Text", *mundo_.eleccion);
+}
+
+const MemberTable* CapturaMemoria::Members() const {
+  using Yo = CapturaMemoria;
+  static const MemberTable tabla = MemberTable::Of<Yo>()
+                                       .Method<&Yo::PonAmbiente>("PonAmbiente", {"ambiente"})
+                                       .Method<&Yo::PonDestino>("PonDestino", {"caja"})
+                                       .Method<&Yo::Muestra>("Muestra");
+  return &tabla;
+}
+
 ObjectPtr FabricaMemoria::Crea(std::string_view prog_id) {
   mundo_.Llama("Crea", prog_id);
   if (mundo_.por_nombre && mundo_.falla.clase <= Clase::SinMemoria && mundo_.Toca()) mundo_.Lanza();
@@ -272,6 +489,9 @@ ObjectPtr FabricaMemoria::Crea(std::string_view prog_id) {
   if (prog_id == ControlProcesos::kProgId) objeto = std::make_shared<ControlProcesosMemoria>(mundo_);
   if (prog_id == DocumentoInventario::kProgId) objeto = std::make_shared<DocumentoMemoria>(mundo_);
   if (prog_id == VentanaProgreso::kProgId) objeto = std::make_shared<ProgresoMemoria>(mundo_);
+  if (prog_id == Recordset::kProgId) objeto = std::make_shared<RecordsetMemoria>(mundo_, Filas{});
+  if (prog_id == BuscaCatalogo::kProgId) objeto = std::make_shared<BuscaMemoria>(mundo_);
+  if (prog_id == CapturaNumerica::kProgId) objeto = std::make_shared<CapturaMemoria>(mundo_);
   if (!objeto) throw HostError(ErrorNumber::CannotCreateObject);
   return Entrega(mundo_, std::move(objeto));
 }

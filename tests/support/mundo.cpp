@@ -3,6 +3,7 @@
 #include <new>
 
 #include "component/produccion.h"
+#include "toolkit/form.h"
 
 namespace zuvi::pruebas {
 namespace {
@@ -69,7 +70,26 @@ std::string Mundo::Texto(const Value& valor) {
   if (!objeto) return "Nothing";
   if (const auto* oculto = dynamic_cast<PorNombre*>(objeto.get())) objeto = oculto->Dentro();
   if (const auto* con_nombre = dynamic_cast<ConNombre*>(objeto.get())) return con_nombre->Nombre();
+  if (const auto* ventana = dynamic_cast<Form*>(objeto.get())) return ventana->Name();
+  if (const auto* control = dynamic_cast<Control*>(objeto.get()))
+    return control->Index() == Control::kNoIndex ? control->Name()
+                                                 : control->Name() + "(" + Decimal(control->Index()) + ")";
   return dynamic_cast<Produccion*>(objeto.get()) ? "Produccion" : "?";
+}
+
+std::string Mundo::TextoConTipo(const Value& valor) {
+  struct Tipo {
+    const char* operator()(std::int16_t) const { return "i2 "; }
+    const char* operator()(std::int32_t) const { return "i4 "; }
+    const char* operator()(double) const { return "r8 "; }
+    const char* operator()(const std::string&) const { return "txt "; }
+    const char* operator()(const Fecha&) const { return "fecha "; }
+    const char* operator()(const ObjectPtr&) const { return ""; }
+    const char* operator()(bool) const { return "bool "; }
+    const char* operator()(Null) const { return ""; }
+    const char* operator()(Empty) const { return ""; }
+  };
+  return std::visit(Tipo{}, valor.Get()) + Texto(valor);
 }
 
 ObjectPtr Entrega(Mundo& mundo, ObjectPtr objeto) {

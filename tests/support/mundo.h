@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -41,6 +42,18 @@ class Mundo {
   std::map<std::string, Filas> tablas;
   std::deque<bool> respuestas;
   std::set<std::string> vetos;
+  /// The station's settings.
+  Fila parametros{{"Almacen", std::int32_t{2}}, {"Lector", std::int16_t{0}}};
+  /// Whether the environment has an object with a "PathCollection".
+  bool con_rutas = false;
+  /// Keys that exist, as "table.column=value".
+  std::set<std::string> claves;
+  /// Articles refused in every warehouse.
+  std::set<std::string> restringidos;
+  /// Display form of a field by its tag and text; without it a text stays as it is.
+  std::function<std::string(const std::string& etiqueta, const std::string& texto)> formato;
+  /// What the user chooses or enters in the host's windows that fill a field; none when he gives up.
+  std::optional<std::string> eleccion;
   std::function<void(PeticionProceso&)> proceso;
   /// Host code that runs within a call, after it was logged under that line.
   std::function<void(const std::string& linea)> gancho;
@@ -73,8 +86,10 @@ class Mundo {
   void Lanza() const;
 
   std::string Bitacora() const;
-  /// How a value shows in the log; objects by their name.
+  /// How a value shows in the log; objects by their name, controls of an array as "txtFields(4)".
   static std::string Texto(const Value& valor);
+  /// The same behind its type: i2, i4, r8, txt, fecha; other kinds as `Texto`.
+  static std::string TextoConTipo(const Value& valor);
 
  private:
   void FallaDirecta();
