@@ -74,6 +74,8 @@ class CheckBox final : public Captioned {
   void Click() override;
   void Mnemonic() override;
   void DefaultKey(std::int16_t key, std::int16_t shift) override;
+  /// Its caption may also be a separate label, made directly before or after it.
+  std::string AccessibleName() const override;
   const MemberTable* Members() const override;
 
  private:

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "toolkit/control.h"
+#include "toolkit/text_units.h"
 
 namespace zuvi {
 
@@ -17,8 +18,8 @@ class ComboBox final : public Control {
   void SetKind(Style style) { style_ = style; }
 
   const std::string& Text() const { return text_; }
-  /// With a typed text any text; a list chooses the item of that text. Throws HostError (InvalidCall) when a
-  /// list has no such item. Raises Change when it differs.
+  /// With a typed text any text: raises Change when it differs. A list chooses the item of that text, ""
+  /// none: raises Click when that is another one, throws HostError (InvalidCall) when there is no such item.
   void SetText(std::string text);
   /// Chosen item from 0, -1 for none. Setting raises Click. Throws HostError (InvalidCall) out of range.
   std::int32_t ListIndex() const { return list_index_; }
@@ -42,6 +43,7 @@ class ComboBox final : public Control {
   Style style_ = Style::DropDown;
   std::vector<std::string> items_;
   std::string text_;
+  UnitJoiner typed_;
   std::int32_t list_index_ = -1;
 };
 

@@ -78,20 +78,24 @@ void Control::Mnemonic() {
   if (CanFocus()) SetFocus();
 }
 
-void Control::Click() {
-  if (!enabled_ || !visible_ || !form_) return;
-  const auto self = shared_from_this();
+bool Control::TakeClick() {
+  if (!enabled_ || !visible_ || !form_ || form_->Closed()) return false;
   const auto window = KeepWindow();
-  if (CanFocus()) SetFocus();
-  if (enabled_ && visible_) Raise(OnClick);
+  if (CanFocus()) {
+    SetFocus();
+    if (!HasFocus()) return false;
+  }
+  return enabled_ && visible_ && !form_->Closed();
+}
+
+void Control::Click() {
+  const auto self = shared_from_this();
+  if (TakeClick()) Raise(OnClick);
 }
 
 void Control::DblClick() {
-  if (!enabled_ || !visible_ || !form_) return;
   const auto self = shared_from_this();
-  const auto window = KeepWindow();
-  if (CanFocus()) SetFocus();
-  if (enabled_ && visible_) Raise(OnDblClick);
+  if (TakeClick()) Raise(OnDblClick);
 }
 
 }  // namespace zuvi

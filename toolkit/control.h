@@ -35,7 +35,7 @@ class Control : public Object {
   void SetContainer(const std::shared_ptr<Control>& container) { container_ = container; }
 
   bool Enabled() const { return enabled_; }
-  void SetEnabled(bool enabled);
+  virtual void SetEnabled(bool enabled);
   bool Visible() const { return visible_; }
   void SetVisible(bool visible);
   const std::string& Tag() const { return tag_; }
@@ -101,6 +101,9 @@ class Control : public Object {
   void Changed(Aspect aspect) {
     if (peer_) peer_->Update(aspect);
   }
+  /// The focus comes here as a click brings it. False when the click comes to nothing: the control takes
+  /// none, or a handler moved the focus elsewhere or closed the window. The caller keeps the control alive.
+  bool TakeClick();
   /// Runs a handler, if there is one, keeping this control and its window alive meanwhile.
   template <class Handler, class... Args>
   void Raise(const Handler& handler, Args&&... args) {

@@ -35,7 +35,7 @@ class FlexGrid final : public Control {
   void MoveTo(std::int32_t row, std::int32_t col);
 
   /// The current cell.
-  const std::string& Text() const { return cells_[Index(row_)][Index(col_)]; }
+  const std::string& Text() const { return Cell(row_, col_); }
   void SetText(std::string text) { SetTextMatrix(row_, col_, std::move(text)); }
   /// Any cell. Throws HostError (SubscriptOutOfRange) outside; writing below the last row adds rows.
   const std::string& TextMatrix(std::int32_t row, std::int32_t col) const;
@@ -89,22 +89,30 @@ class FlexGrid final : public Control {
   const MemberTable* Members() const override;
 
  private:
-  static std::size_t Index(std::int32_t i) { return static_cast<std::size_t>(i); }
+  static std::size_t At(std::int32_t i) { return static_cast<std::size_t>(i); }
   void Check(std::int32_t row, std::int32_t col) const;
-  void CellsChanged();
-  bool ScrollIntoView();
+  const std::string& Cell(std::int32_t row, std::int32_t col) const;
+  /// Tells the native side, unless changes wait.
+  void Show(Aspect aspect);
+  /// After a change of shape: the current cell and what is scrolled into view lie within the grid.
+  void KeepWithin();
+  std::int32_t LastTopRow() const;
+  void ScrollTo(std::int32_t top_row, std::int32_t left_col);
+  void ScrollIntoView();
+  /// The first column from `from` on that is not hidden; the current one when there is none.
+  std::int32_t ShownColumn(std::int32_t from, std::int32_t step) const;
 
   struct Column {
     std::int32_t width = kDefaultWidth;
     bool right_aligned = false;
   };
-  std::vector<std::vector<std::string>> cells_;
+  std::vector<std::vector<std::string>> cells_;  // a row has no cells until one is written
   std::vector<Column> columns_;
   std::int32_t cols_ = 2, fixed_rows_ = 1, fixed_cols_ = 0, row_ = 1, col_ = 0;
   std::int32_t top_row_ = 1, left_col_ = 0, stretch_col_ = -1;
   std::int32_t chrome_width_ = 0, chrome_height_ = 0;
   std::int16_t focus_rect_ = 1;
-  bool redraw_ = true;
+  bool redraw_ = true, leaving_ = false;
 };
 
 }  // namespace zuvi

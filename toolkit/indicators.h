@@ -28,6 +28,8 @@ class Timer final : public Control {
   Timer(Form& form, std::string name, std::int16_t index);
   std::int32_t Interval() const { return interval_; }
   void SetInterval(std::int32_t milliseconds);
+  /// Switching it starts the interval anew.
+  void SetEnabled(bool enabled) override;
   bool Running() const { return Enabled() && interval_ > 0; }
   std::function<void()> OnTimer;
   /// The interval has passed.
@@ -46,6 +48,7 @@ class Timer final : public Control {
 class AutoResizer final : public Control {
  public:
   using Control::Control;
+  void SetEnabled(bool enabled) override;
   bool TakesFocus() const override { return false; }
   const MemberTable* Members() const override;
 };
@@ -55,6 +58,7 @@ class WebBrowser final : public Control {
  public:
   using Control::Control;
   const std::string& LocationURL() const { return url_; }
+  /// Shows an address; the page handed over before is dropped.
   void Navigate(std::string url);
   /// The page as HTML text, where the host gives it so.
   const std::string& Html() const { return html_; }

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -11,15 +13,19 @@ namespace zuvi {
 
 class ListView;
 
-/// One row of a list: key, text (first column) and the texts of the further columns.
+/// One row of a list: key, text (first column) and the texts of the further columns. Taken out of its list it
+/// keeps them.
 class ListItem final : public Object {
  public:
+  /// For ListItems: rows are made by adding them.
   ListItem(ListView& list, std::string key, std::string text)
       : list_(&list), key_(std::move(key)), text_(std::move(text)) {}
   const std::string& Key() const { return key_; }
   const std::string& Text() const { return text_; }
   void SetText(std::string text);
-  /// Column from 1, counted after the text; a column never set is "". Throws HostError (InvalidCall) below 1.
+  static constexpr std::int32_t kMostColumns = 1000;
+  /// Column from 1, counted after the text; a column never set is "". Throws HostError (InvalidCall) outside
+  /// 1 to kMostColumns.
   std::string SubItems(std::int32_t column) const;
   void SetSubItems(std::int32_t column, std::string text);
   /// Position from 1; 0 once it was taken out.
@@ -38,19 +44,21 @@ class ListItem final : public Object {
 };
 
 /// The rows of a list. Adding, finding by key and removing take constant time on average with any number of
-/// rows.
+/// rows; positions, while there are gaps of removed rows, logarithmic time.
 class ListItems final : public Object {
  public:
   explicit ListItems(ListView& list) : list_(&list) {}
-  /// Throws HostError for a key that is there already; an empty key is none.
+  /// A row at the end, or before the one at `position`. Throws HostError for a key that is there already (an
+  /// empty key is none), and (SubscriptOutOfRange) for a position that is not 1 to `Count` + 1.
   ListItem& Add(std::string key, std::string text);
+  ListItem& Insert(std::int32_t position, std::string key, std::string text);
   std::int32_t Count() const { return static_cast<std::int32_t>(count_); }
   /// By position from 1, or by key (a text). Throws HostError (SubscriptOutOfRange) when there is none.
   ListItem& operator()(std::int32_t position);
-  ListItem& operator()(const std::string& key);
+  ListItem& operator()(std::string_view key);
   /// Null when there is none.
-  ListItem* ByKey(const std::string& key);
-  void Remove(const std::string& key);
+  ListItem* ByKey(std::string_view key);
+  void Remove(std::string_view key);
   void Remove(std::int32_t position);
   void Clear();
   const MemberTable* Members() const override;
@@ -58,14 +66,20 @@ class ListItems final : public Object {
  private:
   friend class ListItem;
   friend class ListView;
+  ListView& List() const;
+  std::shared_ptr<ListItem> Make(std::string key, std::string text);
   void Take(ListItem& item);
   void Compact();
+  std::size_t SlotOf(std::int32_t position);
+  std::int32_t PositionOf(std::size_t slot);
+  void CountRows();
   ObjectPtr AddByName(const Value& index, const Value& key, const Value& text);
   ObjectPtr ItemByName(const Value& which);
   void RemoveByName(const Value& which);
 
   ListView* list_;
-  std::vector<std::shared_ptr<ListItem>> slots_;  // a row taken out leaves a gap until positions are needed
+  std::vector<std::shared_ptr<ListItem>> slots_;  // a row taken out leaves a gap until gaps are many
+  std::vector<std::size_t> rows_up_to_;  // binary indexed tree of rows per slot, once positions need it
   std::unordered_map<std::string, ListItem*> by_key_;
   std::size_t count_ = 0;
 };
@@ -80,6 +94,7 @@ struct ListColumn {
 class ColumnHeaders final : public Object {
  public:
   explicit ColumnHeaders(ListView& list) : list_(&list) {}
+  /// Throws HostError (InvalidCall) for a negative width.
   void Add(std::string key, std::string caption, std::int32_t width = 0);
   void Clear();
   std::int32_t Count() const { return static_cast<std::int32_t>(columns_.size()); }
@@ -87,6 +102,7 @@ class ColumnHeaders final : public Object {
   const MemberTable* Members() const override;
 
  private:
+  void Changed();
   void AddByName(const Value& index, const Value& key, const Value& caption, const Value& width);
   friend class ListView;
   ListView* list_;
@@ -108,9 +124,12 @@ class ListView final : public Control {
   ColumnHeaders& Columns() const { return *columns_; }
   /// Null when none is selected.
   ListItem* SelectedItem() const { return selected_; }
+  /// By code: without an event. Throws HostError (InvalidCall) for a row of another list.
   void Select(ListItem* item);
   /// The text of row `position` (from 1) in column `column` (from 0).
   std::string Cell(std::int32_t position, std::size_t column) const;
+  /// Rows a page is counted with where no native control tells.
+  static constexpr std::int32_t kRowHeight = Dip(20);
 
   /// The user selected a row. OnClick comes with mouse clicks, OnItemClick whenever the row changes.
   void UserSelected(std::int32_t position);

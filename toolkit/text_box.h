@@ -1,6 +1,7 @@
 #pragma once
 
 #include "toolkit/control.h"
+#include "toolkit/text_units.h"
 
 namespace zuvi {
 
@@ -22,6 +23,10 @@ class TextBox : public Control {
   /// Both are brought within the text. Setting the start leaves nothing selected.
   void SetSelStart(std::int32_t start);
   void SetSelLength(std::int32_t length);
+  /// The selected part. Setting it puts a text in its place, the caret after it; raises Change when the text
+  /// differs.
+  std::string SelText() const;
+  void SetSelText(const std::string& text);
   bool Locked() const { return locked_; }
   void SetLocked(bool locked);
   /// Enter makes a new line; set while the window is built.
@@ -44,10 +49,15 @@ class TextBox : public Control {
   const MemberTable* Members() const override;
 
  private:
-  void Replace(std::int32_t from, std::int32_t count, std::u16string_view by);
+  /// Puts a text in the place of another, the caret after it.
+  void Replace(std::size_t from, std::size_t to, std::u16string_view by);
+  void Select(std::size_t anchor, std::size_t caret);
+  void PullSelection() const;
 
   std::string text_;
+  UnitJoiner typed_;
   std::int32_t max_length_ = 0, sel_start_ = 0, sel_length_ = 0;
+  bool caret_first_ = false;  // which end of the selection Shift and an arrow move
   bool locked_ = false, multi_line_ = false, right_aligned_ = false;
 };
 

@@ -1,0 +1,344 @@
+#include "toolkit/list_view.h"
+
+#include <algorithm>
+
+#include "toolkit/form.h"
+
+namespace zuvi {
+namespace {
+
+/// The lowest set bit: how many slots a node of the binary indexed tree counts.
+std::size_t Span(std::size_t node) { return node & (~node + 1); }
+
+std::size_t SubColumn(std::int32_t column) {
+  if (column < 1 || column > ListItem::kMostColumns) throw HostError(ErrorNumber::InvalidCall);
+  return static_cast<std::size_t>(column) - 1;
+}
+
+}  // namespace
+
+// One row.
+
+void ListItem::SetText(std::string text) {
+  text_ = std::move(text);
+  if (list_) list_->Changed(Aspect::Items);
+}
+
+std::string ListItem::SubItems(std::int32_t column) const {
+  const std::size_t at = SubColumn(column);
+  return at < sub_items_.size() ? sub_items_[at] : std::string();
+}
+
+void ListItem::SetSubItems(std::int32_t column, std::string text) {
+  const std::size_t at = SubColumn(column);
+  if (at >= sub_items_.size()) sub_items_.resize(at + 1);
+  sub_items_[at] = std::move(text);
+  if (list_) list_->Changed(Aspect::Items);
+}
+
+std::int32_t ListItem::Index() const { return list_ ? list_->items_->PositionOf(slot_) : 0; }
+
+bool ListItem::Selected() const { return list_ && list_->selected_ == this; }
+
+void ListItem::SetSelected(bool selected) {
+  if (list_ && selected != Selected()) list_->Select(selected ? this : nullptr);
+}
+
+const MemberTable* ListItem::Members() const {
+  using T = ListItem;
+  static const MemberTable table = MemberTable::Of<T>()
+                                       .Property<&T::Text, &T::SetText>("Text")
+                                       .AsDefault()
+                                       .Property<&T::Key>("Key")
+                                       .Property<&T::SubItems, &T::SetSubItems>("SubItems", {"index"})
+                                       .Property<&T::Index>("Index")
+                                       .Property<&T::Selected, &T::SetSelected>("Selected");
+  return &table;
+}
+
+// The rows.
+
+ListView& ListItems::List() const {
+  if (!list_) throw HostError(ErrorNumber::ObjectNotSet);  // kept by somebody longer than its list
+  return *list_;
+}
+
+std::shared_ptr<ListItem> ListItems::Make(std::string key, std::string text) {
+  auto item = std::make_shared<ListItem>(List(), std::move(key), std::move(text));
+  if (!item->key_.empty() && !by_key_.emplace(item->key_, item.get()).second)
+    throw HostError("Key is not unique in collection");
+  return item;
+}
+
+ListItem& ListItems::Add(std::string key, std::string text) {
+  const auto item = Make(std::move(key), std::move(text));
+  item->slot_ = slots_.size();
+  slots_.push_back(item);
+  ++count_;
+  if (!rows_up_to_.empty()) {
+    const std::size_t node = slots_.size();
+    std::size_t rows = 1;
+    for (std::size_t child = node - 1; child > node - Span(node); child -= Span(child))
+      rows += rows_up_to_[child - 1];
+    rows_up_to_.push_back(rows);
+  }
+  List().Changed(Aspect::Items);
+  return *item;
+}
+
+ListItem& ListItems::Insert(std::int32_t position, std::string key, std::string text) {
+  if (position == Count() + 1) return Add(std::move(key), std::move(text));
+  if (position < 1 || position > Count()) throw HostError(ErrorNumber::SubscriptOutOfRange);
+  const auto item = Make(std::move(key), std::move(text));
+  slots_.insert(slots_.begin() + static_cast<std::ptrdiff_t>(SlotOf(position)), item);
+  ++count_;
+  Compact();
+  List().Changed(Aspect::Items);
+  return *item;
+}
+
+ListItem& ListItems::operator()(std::int32_t position) { return *slots_[SlotOf(position)]; }
+
+ListItem& ListItems::operator()(std::string_view key) {
+  if (ListItem* item = ByKey(key)) return *item;
+  throw HostError(ErrorNumber::SubscriptOutOfRange);
+}
+
+ListItem* ListItems::ByKey(std::string_view key) {
+  const auto found = by_key_.find(std::string(key));
+  return found == by_key_.end() ? nullptr : found->second;
+}
+
+void ListItems::Remove(std::string_view key) { Take((*this)(key)); }
+void ListItems::Remove(std::int32_t position) { Take((*this)(position)); }
+
+void ListItems::Take(ListItem& item) {
+  const std::size_t slot = item.slot_;
+  const auto taken = std::move(slots_[slot]);
+  slots_[slot] = nullptr;
+  --count_;
+  for (std::size_t node = slot + 1; node <= rows_up_to_.size(); node += Span(node)) --rows_up_to_[node - 1];
+  if (!taken->key_.empty()) by_key_.erase(taken->key_);
+  taken->list_ = nullptr;
+  // Thrown together only when the gaps outnumber the rows, so that each removal pays for few moves.
+  if (slots_.size() > 2 * count_ + 16) Compact();
+  ListView& list = List();
+  const bool was_selected = list.selected_ == taken.get();
+  if (was_selected) list.selected_ = nullptr;
+  list.Changed(Aspect::Items);
+  if (was_selected) list.Changed(Aspect::Selection);
+}
+
+void ListItems::Clear() {
+  for (const auto& item : slots_)
+    if (item) item->list_ = nullptr;
+  slots_.clear();
+  rows_up_to_.clear();
+  by_key_.clear();
+  count_ = 0;
+  ListView& list = List();
+  const bool was_selected = list.selected_ != nullptr;
+  list.selected_ = nullptr;
+  list.Changed(Aspect::Items);
+  if (was_selected) list.Changed(Aspect::Selection);
+}
+
+void ListItems::Compact() {
+  std::erase(slots_, nullptr);
+  for (std::size_t slot = 0; slot < slots_.size(); ++slot) slots_[slot]->slot_ = slot;
+  rows_up_to_.clear();
+}
+
+void ListItems::CountRows() {
+  if (!rows_up_to_.empty()) return;
+  rows_up_to_.resize(slots_.size());
+  for (std::size_t node = 1; node <= slots_.size(); ++node) {
+    rows_up_to_[node - 1] += slots_[node - 1] ? 1u : 0u;
+    const std::size_t parent = node + Span(node);
+    if (parent <= slots_.size()) rows_up_to_[parent - 1] += rows_up_to_[node - 1];
+  }
+}
+
+std::size_t ListItems::SlotOf(std::int32_t position) {
+  if (position < 1 || position > Count()) throw HostError(ErrorNumber::SubscriptOutOfRange);
+  auto before = static_cast<std::size_t>(position) - 1;
+  if (count_ == slots_.size()) return before;
+  CountRows();
+  // Walks down the tree past as many slots as hold `before` rows.
+  std::size_t slot = 0, step = 1;
+  while (step * 2 <= slots_.size()) step *= 2;
+  for (; step > 0; step /= 2) {
+    if (slot + step > slots_.size() || rows_up_to_[slot + step - 1] > before) continue;
+    slot += step;
+    before -= rows_up_to_[slot - 1];
+  }
+  return slot;
+}
+
+std::int32_t ListItems::PositionOf(std::size_t slot) {
+  if (count_ == slots_.size()) return static_cast<std::int32_t>(slot) + 1;
+  CountRows();
+  std::size_t rows = 0;
+  for (std::size_t node = slot + 1; node > 0; node -= Span(node)) rows += rows_up_to_[node - 1];
+  return static_cast<std::int32_t>(rows);
+}
+
+ObjectPtr ListItems::AddByName(const Value& index, const Value& key, const Value& text) {
+  std::string caption = ATexto(text), name = ATexto(key);
+  ListItem& item = index.IsEmpty() ? Add(std::move(name), std::move(caption))
+                                   : Insert(AEntero32(index), std::move(name), std::move(caption));
+  return item.shared_from_this();
+}
+
+ObjectPtr ListItems::ItemByName(const Value& which) {
+  const auto* key = std::get_if<std::string>(&which.Get());
+  return (key ? (*this)(std::string_view(*key)) : (*this)(AEntero32(which))).shared_from_this();
+}
+
+void ListItems::RemoveByName(const Value& which) {
+  const ObjectPtr item = ItemByName(which);
+  Take(static_cast<ListItem&>(*item));
+}
+
+const MemberTable* ListItems::Members() const {
+  using T = ListItems;
+  static const MemberTable table = MemberTable::Of<T>()
+                                       .Method<&T::ItemByName>("Item", {"index"})
+                                       .AsDefault()
+                                       .Property<&T::Count>("Count")
+                                       .Method<&T::AddByName>("Add", {"index", "key", "text"}, 3)
+                                       .Method<&T::RemoveByName>("Remove", {"index"})
+                                       .Method<&T::Clear>("Clear");
+  return &table;
+}
+
+// The columns.
+
+void ColumnHeaders::Changed() {
+  if (list_) list_->Changed(Aspect::Columns);
+}
+
+void ColumnHeaders::Add(std::string key, std::string caption, std::int32_t width) {
+  if (width < 0) throw HostError(ErrorNumber::InvalidCall);
+  columns_.push_back({std::move(caption), std::move(key), width});
+  Changed();
+}
+
+void ColumnHeaders::Clear() {
+  columns_.clear();
+  Changed();
+}
+
+void ColumnHeaders::AddByName(const Value& index, const Value& key, const Value& caption,
+                              const Value& width) {
+  const std::int32_t position = index.IsEmpty() ? Count() + 1 : AEntero32(index);
+  if (position < 1 || position > Count() + 1) throw HostError(ErrorNumber::SubscriptOutOfRange);
+  Add(ATexto(key), ATexto(caption), AEntero32(width));
+  std::rotate(columns_.begin() + (position - 1), columns_.end() - 1, columns_.end());
+  Changed();
+}
+
+const MemberTable* ColumnHeaders::Members() const {
+  using T = ColumnHeaders;
+  static const MemberTable table = MemberTable::Of<T>()
+                                       .Method<&T::AddByName>("Add", {"index", "key", "caption", "width"}, 4)
+                                       .Property<&T::Count>("Count")
+                                       .Method<&T::Clear>("Clear");
+  return &table;
+}
+
+// The list.
+
+ListView::ListView(Form& form, std::string name, std::int16_t index)
+    : Control(form, std::move(name), index),
+      items_(std::make_shared<ListItems>(*this)),
+      columns_(std::make_shared<ColumnHeaders>(*this)) {}
+
+ListView::~ListView() {
+  // Rows and columns that others still hold must not reach back.
+  for (const auto& item : items_->slots_)
+    if (item) item->list_ = nullptr;
+  items_->list_ = nullptr;
+  columns_->list_ = nullptr;
+}
+
+void ListView::SetView(std::int16_t view) {
+  if (view < 0 || view > kReport) throw HostError(ErrorNumber::InvalidCall);
+  view_ = view;
+  Changed(Aspect::State);
+}
+
+void ListView::Select(ListItem* item) {
+  if (item && item->list_ != this) throw HostError(ErrorNumber::InvalidCall);
+  if (item == selected_) return;
+  selected_ = item;
+  Changed(Aspect::Selection);
+}
+
+std::string ListView::Cell(std::int32_t position, std::size_t column) const {
+  if (position < 1 || position > items_->Count()) return {};
+  const ListItem& item = (*items_)(position);
+  if (column == 0) return item.text_;
+  return column <= item.sub_items_.size() ? item.sub_items_[column - 1] : std::string();
+}
+
+void ListView::UserSelected(std::int32_t position) {
+  if (position < 1 || position > items_->Count()) return Select(nullptr);
+  const auto item = std::static_pointer_cast<ListItem>((*items_)(position).shared_from_this());
+  if (item.get() == selected_) return;
+  Select(item.get());
+  Raise(OnItemClick, *item);
+}
+
+void ListView::DefaultKey(std::int16_t key, std::int16_t /*shift*/) {
+  const std::int32_t count = items_->Count();
+  if (count == 0) return;
+  const std::int32_t now = selected_ ? selected_->Index() : 0;
+  const std::int32_t page = std::max(1, Height() / kRowHeight - 1);  // without the headings
+  std::int32_t to = now;
+  switch (key) {
+    case key::kUp:
+      to = now - 1;
+      break;
+    case key::kDown:
+      to = now + 1;
+      break;
+    case key::kPageUp:
+      to = now - page;
+      break;
+    case key::kPageDown:
+      to = now + page;
+      break;
+    case key::kHome:
+      to = 1;
+      break;
+    case key::kEnd:
+      to = count;
+      break;
+    default:
+      return;
+  }
+  UserSelected(std::clamp(to, 1, count));
+}
+
+ObjectPtr ListView::SelectedObject() const { return selected_ ? selected_->shared_from_this() : nullptr; }
+
+void ListView::SelectObject(const ObjectPtr& item) {
+  auto* const row = dynamic_cast<ListItem*>(item.get());
+  if (item && !row) throw HostError(ErrorNumber::TypeMismatch);
+  Select(row);
+}
+
+const MemberTable* ListView::Members() const {
+  using T = ListView;
+  static const MemberTable table =
+      WithControlMembers(MemberTable::Of<T>()
+                             .Property<&T::ItemsObject>("ListItems")
+                             .AsDefault()
+                             .Property<&T::ColumnsObject>("ColumnHeaders")
+                             .Property<&T::SelectedObject, &T::SelectObject>("SelectedItem")
+                             .Property<&T::View, &T::SetView>("View"));
+  return &table;
+}
+
+}  // namespace zuvi

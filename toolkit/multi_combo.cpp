@@ -1,0 +1,107 @@
+#include "toolkit/multi_combo.h"
+
+#include "toolkit/form.h"
+
+namespace zuvi {
+namespace {
+
+/// What a list to choose from still serves for; a longer one is searched, not looked through.
+constexpr std::size_t kMostRows = 1000;
+
+/// One cell; Null shows as nothing.
+std::string Cell(const Value& value) { return value.IsNull() ? std::string() : ATexto(value); }
+
+Value OfField(Object& record_set, std::int32_t index, const char* what) {
+  Value which(index);
+  const Step steps[] = {{"Fields"}, {"Item", std::span(&which, 1)}, {what}};
+  return record_set.ReadChain(steps);
+}
+
+}  // namespace
+
+void MultiCombo::SetRowSource(std::string sql) {
+  row_source_ = std::move(sql);
+  if (row_source_.empty()) CloseUp();
+  Changed(Aspect::State);
+}
+
+void MultiCombo::SetBox(const std::shared_ptr<TextBox>& box) {
+  box_ = box;
+  if (box_) box_->SetContainer(std::static_pointer_cast<Control>(shared_from_this()));
+}
+
+void MultiCombo::ShowData() {
+  if (row_source_.empty() || !Enabled() || (box_ && !box_->Enabled())) return;
+  if (!connection_) throw HostError(ErrorNumber::ObjectNotSet);
+  // A connection may let events run while it works, and with them anything happen.
+  const auto self = shared_from_this();
+  const ObjectPtr connection = connection_;
+  Value statement(row_source_);
+  const ObjectPtr record_set = AObjeto(connection->Call("Execute", std::span(&statement, 1)));
+  if (!record_set) throw HostError(ErrorNumber::ObjectNotSet);
+  const Step count[] = {{"Fields"}, {"Count"}};
+  const std::int32_t width = AEntero32(record_set->ReadChain(count));
+  std::vector<std::string> columns;
+  for (std::int32_t i = 0; i < width; ++i) columns.push_back(Cell(OfField(*record_set, i, "Name")));
+  std::vector<std::vector<std::string>> rows;
+  while (rows.size() < kMostRows && !ABooleano(record_set->Call("EOF"))) {
+    auto& row = rows.emplace_back();
+    for (std::int32_t i = 0; i < width; ++i) row.push_back(Cell(OfField(*record_set, i, "Value")));
+    record_set->Call("MoveNext");
+  }
+  if (!Window() || Window()->Closed()) return;
+  columns_ = std::move(columns);
+  rows_ = std::move(rows);
+  dropped_down_ = true;
+  Changed(Aspect::Items);
+  Changed(Aspect::State);
+}
+
+void MultiCombo::CloseUp() {
+  if (!dropped_down_) return;
+  dropped_down_ = false;
+  Changed(Aspect::State);
+}
+
+void MultiCombo::Choose(std::size_t row) {
+  if (row >= rows_.size() || rows_[row].empty()) throw HostError(ErrorNumber::SubscriptOutOfRange);
+  const auto self = shared_from_this();
+  const std::string chosen = rows_[row].front();
+  CloseUp();
+  // First the focus: what follows the change may want to move it on.
+  if (!box_ || !box_->CanFocus() || box_->Locked()) return;
+  box_->SetFocus();
+  if (box_->HasFocus()) box_->SetText(chosen);
+}
+
+void MultiCombo::Click() {
+  const auto self = shared_from_this();
+  if (!TakeClick()) return;
+  if (dropped_down_) {
+    CloseUp();
+  } else {
+    if (box_ && box_->CanFocus()) box_->SetFocus();
+    if (!Window() || Window()->Closed()) return;
+    try {
+      ShowData();
+    } catch (const HostError& error) {
+      // The user's own click: there is no procedure above that would tell.
+      if (Window()) Window()->Screen().Avisa(error.what());
+    }
+  }
+  if (Window() && !Window()->Closed()) Raise(OnClick);
+}
+
+const MemberTable* MultiCombo::Members() const {
+  using T = MultiCombo;
+  static const MemberTable table =
+      WithControlMembers(MemberTable::Of<T>()
+                             .Property<&T::Connection, &T::SetConnection>("Connection")
+                             .Property<&T::RowSource, &T::SetRowSource>("RowSource")
+                             .Property<&T::DroppedDown>("DroppedDown")
+                             .Method<&T::ShowData>("ShowData")
+                             .Method<&T::CloseUp>("CloseUp"));
+  return &table;
+}
+
+}  // namespace zuvi
