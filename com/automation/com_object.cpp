@@ -13,6 +13,10 @@ namespace {
 /// More than any member of the host contract takes.
 constexpr std::size_t kMaxArguments = 16;
 
+/// A record set's fields and the columns that a row is usually read for. A host that makes a new object each
+/// time fills this once, in vain.
+constexpr std::size_t kMaxKnownSteps = 8;
+
 /// A read may be meant for a method or for a property.
 constexpr WORD kRead = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
 
@@ -65,7 +69,7 @@ class OutgoingArguments {
   ByRef by_reference_ = 0;
 };
 
-void Invoke(IDispatch* dispatch, MemberId id, WORD flags, DISPPARAMS params, VARIANT* result) {
+void Invoke(IDispatch* dispatch, MemberId id, WORD flags, DISPPARAMS&& params, VARIANT* result) {
   EXCEPINFO exception{};
   UINT bad_argument = 0;
   const HRESULT code =
@@ -75,8 +79,8 @@ void Invoke(IDispatch* dispatch, MemberId id, WORD flags, DISPPARAMS params, VAR
   throw HostErrorDe(code);
 }
 
-/// The id of a name on any object of a host.
-std::optional<MemberId> FindOn(IDispatch* dispatch, std::string_view name) {
+/// The id of a name on any object of a host; false when it has none of that name.
+bool FindOn(IDispatch* dispatch, std::string_view name, MemberId& id) {
   // Names of members are short and plain: they are widened in place.
   std::array<wchar_t, 64> wide;
   if (name.size() >= wide.size()) throw HostError(ErrorNumber::NoSuchMember);
@@ -89,15 +93,15 @@ std::optional<MemberId> FindOn(IDispatch* dispatch, std::string_view name) {
   if (beyond_ascii) throw HostError(ErrorNumber::NoSuchMember);
   wide[length] = 0;
   LPOLESTR text = wide.data();
-  DISPID id = DISPID_UNKNOWN;
-  const HRESULT code = dispatch->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
-  if (SUCCEEDED(code)) return id;
+  DISPID found = DISPID_UNKNOWN;
+  const HRESULT code = dispatch->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &found);
+  if (SUCCEEDED(code)) return id = found, true;
   // Objects of some script engines answer by name only through their own interface.
   if (const auto extended = ComPtr<IDispatch>(dispatch).As<IDispatchEx>()) {
     const UniqueBstr bstr = NuevoBstr(name);
-    if (SUCCEEDED(extended->GetDispID(bstr.get(), fdexNameCaseInsensitive, &id))) return id;
+    if (SUCCEEDED(extended->GetDispID(bstr.get(), fdexNameCaseInsensitive, &found))) return id = found, true;
   }
-  if (code == DISP_E_UNKNOWNNAME || code == DISP_E_MEMBERNOTFOUND || code == E_NOTIMPL) return std::nullopt;
+  if (code == DISP_E_UNKNOWNNAME || code == DISP_E_MEMBERNOTFOUND || code == E_NOTIMPL) return false;
   throw HostErrorDe(code);
 }
 
@@ -120,11 +124,37 @@ IDispatch* DispatchIn(const VARIANT& result, ComPtr<IDispatch>& hold) {
 }  // namespace
 
 HostSignatures& ComObject::Signatures() {
-  if (!signatures_) signatures_ = std::make_unique<HostSignatures>(dispatch_.get());
+  if (!signatures_) signatures_.emplace(dispatch_.get());
   return *signatures_;
 }
 
-std::optional<MemberId> ComObject::Find(std::string_view name) { return FindOn(dispatch_.get(), name); }
+std::optional<MemberId> ComObject::Find(std::string_view name) {
+  MemberId id;
+  if (!FindOn(dispatch_.get(), name, id)) return std::nullopt;
+  return id;
+}
+
+MemberId ComObject::HeadId(std::string_view name) {
+  if (name.data() != chain_head_) {
+    MemberId id;
+    if (!FindOn(dispatch_.get(), name, id)) throw HostError(ErrorNumber::NoSuchMember);
+    chain_head_ = name.data();
+    chain_head_id_ = id;
+  }
+  return chain_head_id_;
+}
+
+MemberId ComObject::StepId(IDispatch* object, std::string_view name, bool keep) {
+  for (const KnownStep& known : known_steps_)
+    if (known.object.get() == object && known.name == name.data()) return known.id;
+  MemberId id;
+  if (!FindOn(object, name, id)) throw HostError(ErrorNumber::NoSuchMember);
+  if (keep && known_steps_.size() < kMaxKnownSteps) {
+    if (known_steps_.empty()) known_steps_.reserve(kMaxKnownSteps);
+    known_steps_.push_back({ComPtr<IDispatch>(object), name.data(), id});
+  }
+  return id;
+}
 
 Value ComObject::ReadChain(std::span<const Step> steps) {
   // Two results in turn: the object a step gave lives until the next step has answered.
@@ -132,19 +162,12 @@ Value ComObject::ReadChain(std::span<const Step> steps) {
   std::size_t latest = 0;
   ComPtr<IDispatch> hold;
   IDispatch* owner = dispatch_.get();
+  // Many record sets are read once; only what is read again is worth remembering.
+  const bool again = chain_head_ != nullptr;
   for (const Step& step : steps) {
     const bool head = &step == &steps.front();
     if (!head) owner = DispatchIn(results[latest].get(), hold);
-    MemberId id = chain_head_id_;
-    if (!head || step.name != chain_head_) {
-      const auto found = FindOn(owner, step.name);
-      if (!found) throw HostError(ErrorNumber::NoSuchMember);
-      id = *found;
-    }
-    if (head) {
-      chain_head_ = step.name;
-      chain_head_id_ = id;
-    }
+    const MemberId id = head ? HeadId(step.name) : StepId(owner, step.name, again);
     latest ^= 1;
     VARIANT* const result = results[latest].put();
     OutgoingArguments out(step.args.size());

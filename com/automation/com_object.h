@@ -1,6 +1,7 @@
 #pragma once
 
-#include <memory>
+#include <optional>
+#include <vector>
 
 #include "base/object.h"
 #include "com/automation/com_module.h"
@@ -22,19 +23,31 @@ class ComObject final : public Object {
   /// Arguments go by value, those marked in `by_ref` by reference in the form the host's type information
   /// declares, else as by-reference variants.
   Value Read(MemberId id, std::span<Value> args, ByRef by_ref) override;
-  /// The objects in between are called as they come, without an adapter of their own.
+  /// The objects in between are called as they come, without an adapter of their own. When the same ones come
+  /// again, their ids are known.
   Value ReadChain(std::span<const Step> steps) override;
   /// Values are put; objects are set by reference, unless the host's type information knows only put.
   void Write(MemberId id, std::span<Value> args) override;
 
  private:
+  /// The id of a name on one object that came up within a chain. The object is held, so that its address
+  /// cannot become that of another: ids are good for the object that gave them and no other.
+  struct KnownStep {
+    ComPtr<IDispatch> object;
+    const char* name;
+    MemberId id;
+  };
+
   HostSignatures& Signatures();
+  MemberId HeadId(std::string_view name);
+  MemberId StepId(IDispatch* object, std::string_view name, bool keep);
 
   ComPtr<IDispatch> dispatch_;
   ComModule& module_;
   const char* chain_head_ = nullptr;  // the first name of the last chain and its id: mostly the same literal
   MemberId chain_head_id_ = 0;
-  std::unique_ptr<HostSignatures> signatures_;  // looked up when first needed
+  std::vector<KnownStep> known_steps_;
+  std::optional<HostSignatures> signatures_;  // looked up when first needed
 };
 
 }  // namespace zuvi

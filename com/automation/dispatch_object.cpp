@@ -1,5 +1,7 @@
 #include "com/automation/dispatch_object.h"
 
+#include <typeinfo>
+
 #include "com/automation/com_object.h"
 #include "com/automation/frontera.h"
 #include "com/automation/invoke.h"
@@ -7,10 +9,12 @@
 namespace zuvi {
 
 ComPtr<IDispatch> Publish(const ObjectPtr& object, ComModule& module, const ClassIds* ids) {
-  const ObjectPtr target = ReferenceOf(object);
+  if (!object) return {};
+  if (const Object& given = *object; typeid(given) == typeid(ComObject))
+    return ComPtr<IDispatch>(static_cast<const ComObject&>(given).Dispatch());
+  const ObjectPtr target = object->Reference();
   if (!target) return {};
-  if (const auto* foreign = dynamic_cast<const ComObject*>(target.get()))
-    return ComPtr<IDispatch>(foreign->Dispatch());
+  if (target != object) return Publish(target, module, ids);
   if (target->published_as) return ComPtr<IDispatch>(static_cast<IDispatch*>(target->published_as));
   return ComPtr<IDispatch>::Adopt(new DispatchObject(target, module, ids));
 }

@@ -110,9 +110,7 @@ class UniqueVariant {
     return &variant_;
   }
   /// Hands the contents over; stays empty.
-  [[nodiscard]] VARIANT detach() {
-    return std::exchange(variant_, VARIANT{});
-  }
+  [[nodiscard]] VARIANT detach() { return std::exchange(variant_, VARIANT{}); }
 
  private:
   VARIANT variant_{};

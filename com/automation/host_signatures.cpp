@@ -82,6 +82,7 @@ const std::vector<HostSignatures::Form>& HostSignatures::FormsOf(DISPID member) 
 }
 
 HostSignatures::Form HostSignatures::ArgumentForm(DISPID member, std::size_t index) {
+  if (!info_) return {};
   const auto& forms = FormsOf(member);
   return index < forms.size() ? forms[index] : Form{};
 }
