@@ -89,12 +89,19 @@ void Give(VARIANT* result, const ComPtr<IDispatch>& object) {
   V_DISPATCH(result) = ComPtr<IDispatch>(object).detach();
 }
 
-/// A host whose one kit has ten components.
+/// A host whose one kit has ten components. Columns hold what a shop's do: article codes are texts, all else
+/// is numbers.
 class Host {
  public:
   Host() {
     field_ = Make([](const std::wstring&, const DISPPARAMS&, VARIANT* r) { *r = V(2.0); });
-    fields_ = Make([this](const std::wstring&, const DISPPARAMS&, VARIANT* r) { Give(r, field_); });
+    code_ = Make([](const std::wstring&, const DISPPARAMS&, VARIANT* r) {
+      V_BSTR(r) = ::SysAllocString(L"TORN-0042");
+      V_VT(r) = VT_BSTR;
+    });
+    fields_ = Make([this](const std::wstring&, const DISPPARAMS& p, VARIANT* r) {
+      Give(r, wcscmp(V_BSTR(&p.rgvarg[0]), L"Componente") == 0 ? code_ : field_);
+    });
     rows_ = Make([this](const std::wstring& name, const DISPPARAMS&, VARIANT* r) {
       if (name == L"EOF") *r = V(VT_BOOL, row_ >= 10 ? VARIANT_TRUE : VARIANT_FALSE);
       if (name == L"MoveNext") ++row_;
@@ -171,7 +178,7 @@ class Host {
   }
   ComModule module_{"bench", nullptr, 0};
   int row_ = 0;
-  ComPtr<IDispatch> field_, fields_, rows_;
+  ComPtr<IDispatch> field_, code_, fields_, rows_;
   std::vector<ComPtr<IDispatch>> classes_;
 };
 
