@@ -73,6 +73,9 @@ constexpr std::array kTablas{
           "id_entrada INTEGER NOT NULL, articulo VARCHAR(60) NOT NULL, codigo VARCHAR(20) NOT NULL UNIQUE, "
           "op INTEGER NOT NULL, consecutivo INTEGER NOT NULL, usuario VARCHAR(40), fecha DATETIME, "
           "PRIMARY KEY (id_entrada, articulo)"},
+    Tabla{"fracciones",
+          "id INTEGER NOT NULL PRIMARY KEY, codigo VARCHAR(255), articulo VARCHAR(60), cantidad DOUBLE, "
+          "fecha DATETIME, usuario VARCHAR(40)"},
     Tabla{"conceptos", "concepto VARCHAR(5) NOT NULL PRIMARY KEY, descrip VARCHAR(60)"},
     Tabla{"impuestos", "impuesto VARCHAR(10) NOT NULL PRIMARY KEY, descrip VARCHAR(60), porcentaje DOUBLE"},
 };

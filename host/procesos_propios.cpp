@@ -3,7 +3,9 @@
 #include <array>
 #include <string_view>
 
+#include "host/captura_fracciones.h"
 #include "host/codigos.h"
+#include "host/genera_horarios.h"
 #include "host/paginas.h"
 
 namespace zuvi::host {
@@ -47,6 +49,9 @@ void CorreProcesoPropio(Anfitrion& anfitrion, PeticionProceso& peticion) {
   if (!peticion.objeto) return;
   if (peticion.clave == "Op001") PonListas(anfitrion, *peticion.objeto);
   if (peticion.clave == "OP007" && peticion.objeto->Find("Op")) GeneraCodigosDe(anfitrion, *peticion.objeto);
+  if (peticion.clave == "TURNOS003") ProcesoHorarios(anfitrion, peticion);
+  if (peticion.clave == "FRACCIONES001") ProcesoFraccionesInicio(anfitrion, peticion);
+  if (peticion.clave == "FRACCIONES") ProcesoFracciones(anfitrion, peticion);
 }
 
 void AvisaRechazo(const PeticionProceso& peticion) {

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "component/services/control_procesos.h"
+#include "host/anfitrion.h"
+
+namespace zuvi::host {
+
+/// Which days to generate: `dias` of them from `desde` on.
+struct Periodo {
+  Fecha desde;
+  std::int32_t dias = 0;
+};
+
+/// The days that a name of the period list stands for: "Día" the date itself, "Semana" seven days, "Mes" up
+/// to the day before the same day of the next month. Throws HostError for any other name.
+Periodo PeriodoDe(const std::string& nombre, const Fecha& desde);
+
+/// Writes the rows of `horarios` for every member of a shift (of all shifts when `turno` is empty) and every
+/// day of the period that is not the shift's rest day; rows that exist are left as they are. One transaction,
+/// a statement per day. Returns how many rows were added.
+std::int64_t GeneraHorarios(Anfitrion& anfitrion, const std::string& turno, const Periodo& periodo);
+
+/// The process "TURNOS003": generates for the selected shift, the period and the date of the window, and
+/// tells the user how many rows there are more.
+void ProcesoHorarios(Anfitrion& anfitrion, PeticionProceso& peticion);
+
+}  // namespace zuvi::host
