@@ -3,9 +3,12 @@
 namespace zuvi {
 
 MemberId Late::Resolve(const char* name) {
-  // Names are literals, so a look at the address nearly always settles it.
+  // Names are literals, so a look at the addresses nearly always settles it.
   for (const auto& [known, id] : ids_)
-    if (known.data() == name || known == name) return id;
+    if (known.data() == name) return id;
+  const std::string_view wanted(name);
+  for (const auto& [known, id] : ids_)
+    if (known == wanted) return id;
   if (!target_) throw HostError(ErrorNumber::ObjectNotSet);
   const auto id = target_->Find(name);
   if (!id) throw HostError(ErrorNumber::NoSuchMember);
