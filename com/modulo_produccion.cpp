@@ -21,7 +21,10 @@ bool PilaCasiAgotada() {
 }  // namespace
 
 Apartamento::Apartamento(ComModule& module)
-    : module_(module), fabrica_(module), modulo_(fabrica_, escritorio_, &PilaCasiAgotada) {
+    : module_(module),
+      fabrica_(module),
+      escritorio_(module.Instance()),
+      modulo_(fabrica_, escritorio_, &PilaCasiAgotada) {
   modulo_.PonRetencion([this] { return RetieneVentana(); });
 }
 

@@ -73,6 +73,7 @@ class Form : public Object {
   Control* ActiveControl() const { return active_; }
   /// Control that Enter, or Escape, clicks wherever the focus is; null for none.
   void SetDefaultButton(Control* button) { default_button_ = button; }
+  Control* DefaultButton() const { return default_button_; }
   void SetCancelButton(Control* button) { cancel_button_ = button; }
 
   // Making controls; to be done while the window is built.
@@ -160,6 +161,8 @@ class Form : public Object {
   std::vector<ObjectPtr> published_;
   std::unordered_map<std::string, std::size_t> names_;
   Control* active_ = nullptr;
+  Control* told_ = nullptr;  // whose GotFocus was raised last, until its LostFocus is
+  std::uint32_t focus_moves_ = 0;
   Control* default_button_ = nullptr;
   Control* cancel_button_ = nullptr;
   bool loaded_ = false, visible_ = false, closed_ = false, unloading_ = false, enabled_ = true;

@@ -1,18 +1,117 @@
 #include "toolkit/win32/win32_desktop.h"
 
-#include <windows.h>
+#include <algorithm>
+#include <optional>
 
-#include "base/text.h"
+#include "base/reloj.h"
+#include "toolkit/win32/native_form.h"
 
 namespace zuvi {
+namespace {
+
+/// Longest time pending events are given at once; timers could keep a queue from ever being empty.
+constexpr DWORD kPumpLimit = 250;
+
+struct Front {
+  HWND except = nullptr;
+  HWND found = nullptr;
+};
+
+/// The window of this thread that is in front of all others but `except`.
+HWND FrontWindow(HWND except) {
+  Front front{except};
+  ::EnumThreadWindows(
+      ::GetCurrentThreadId(),
+      [](HWND window, LPARAM param) -> BOOL {
+        auto& search = *reinterpret_cast<Front*>(param);
+        const bool tool = (::GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_TOOLWINDOW) != 0;
+        if (window == search.except || tool || !::IsWindowVisible(window)) return TRUE;
+        search.found = window;
+        return FALSE;
+      },
+      reinterpret_cast<LPARAM>(&front));
+  return front.found;
+}
+
+HWND HandleOf(const Form& form) {
+  return form.NativeSide() ? reinterpret_cast<HWND>(form.NativeSide()->Handle()) : nullptr;
+}
+
+}  // namespace
 
 void Win32Desktop::Avisa(const std::string& text) noexcept {
   try {
-    const std::u16string wide = Utf16(text);
-    MessageBoxW(GetActiveWindow(), reinterpret_cast<const wchar_t*>(wide.c_str()), L"ZuviProduccion", MB_OK);
+    ::MessageBoxW(::GetActiveWindow(), native::Wide(text).c_str(), L"ZuviProduccion", MB_OK);
   } catch (...) {
-    MessageBoxW(nullptr, L"Out of memory", L"ZuviProduccion", MB_OK);
+    ::MessageBoxW(nullptr, L"Out of memory", L"ZuviProduccion", MB_OK);
   }
 }
+
+void Win32Desktop::PumpEvents() {
+  const DWORD start = ::GetTickCount();
+  MSG message;
+  while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    if (message.message == WM_QUIT) {
+      // The loop that runs the program is to see it.
+      ::PostQuitMessage(static_cast<int>(message.wParam));
+      return;
+    }
+    ::TranslateMessage(&message);
+    ::DispatchMessageW(&message);
+    if (::GetTickCount() - start > kPumpLimit) return;
+  }
+}
+
+void Win32Desktop::Attach(Form& form) {
+  if (!module_) module_ = std::make_shared<native::NativeModule>(instance_, &native::NativeForm::Procedure);
+  const auto alike = std::ranges::count_if(Forms(), [&](const std::shared_ptr<Form>& open) {
+    return open.get() != &form && open->Visible() && open->Name() == form.Name();
+  });
+  auto peer = std::make_unique<native::NativeForm>(module_, form);
+  native::NativeForm& window = *peer;
+  form.SetPeer(std::move(peer));
+  try {
+    window.Create(static_cast<int>(alike));
+  } catch (...) {
+    for (const auto& control : form.Controls()) control->SetPeer(nullptr);
+    form.SetPeer(nullptr);
+    throw;
+  }
+  window.ShowNow();
+}
+
+void Win32Desktop::RunModal(Form& form, Form* owner) {
+  const auto keep = form.Keep();
+  auto* const window = static_cast<native::NativeForm*>(form.NativeSide());
+  if (!window || !form.Visible()) return;
+  HWND behind = owner ? HandleOf(*owner) : FrontWindow(window->Window());
+  if (!owner) {
+    const auto ours = std::ranges::find_if(
+        Forms(), [&](const std::shared_ptr<Form>& open) { return behind && HandleOf(*open) == behind; });
+    if (ours != Forms().end()) owner = ours->get();
+  }
+  const auto block =
+      std::make_shared<native::ModalBlock>(owner ? owner->Keep() : nullptr, owner ? nullptr : behind);
+  window->SetModal(block, behind);
+
+  std::optional<int> quit;
+  while (form.Visible()) {
+    MSG message;
+    const BOOL got = ::GetMessageW(&message, nullptr, 0, 0);
+    if (got <= 0) {
+      quit = got == 0 ? static_cast<int>(message.wParam) : 0;
+      break;
+    }
+    ::TranslateMessage(&message);
+    ::DispatchMessageW(&message);
+  }
+  block->Release();
+  if (!quit) return;
+  // The program ends: so do its windows, and the loop outside is to know.
+  if (form.Visible() && !form.Unload(UnloadMode::System)) form.Hide();
+  ::PostQuitMessage(*quit);
+}
+
+Fecha Win32Desktop::Now() const { return Fecha::DesdeCivil(Ahora()); }
 
 }  // namespace zuvi

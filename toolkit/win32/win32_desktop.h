@@ -1,14 +1,38 @@
-// toolkit/win32/: native peers, the only place of the toolkit that knows <windows.h>.
+// toolkit/win32/: native peers, the only place of the toolkit that knows <windows.h>. A peer mirrors one
+// control of the model; native_form.* is the window, native_control.* what all controls have in common, the
+// other files hold a family of controls each.
 #pragma once
+
+#include <memory>
 
 #include "toolkit/desktop.h"
 
+struct HINSTANCE__;
+
 namespace zuvi {
 
-/// The real screen.
+namespace native {
+class NativeModule;
+}
+
+/// The real screen. Belongs to one thread.
 class Win32Desktop final : public Desktop {
  public:
+  /// `instance` is the program file the windows belong to: their classes, manifest (resource 2) and icon
+  /// (resource 1) are that file's.
+  explicit Win32Desktop(HINSTANCE__* instance) : instance_(instance) {}
+
   void Avisa(const std::string& text) noexcept override;
+  void PumpEvents() override;
+  /// Without an owner the window that was in front on this thread is blocked, whoever it belongs to.
+  void RunModal(Form& form, Form* owner) override;
+  /// Throws HostError when Windows has no window left to give.
+  void Attach(Form& form) override;
+  Fecha Now() const override;
+
+ private:
+  HINSTANCE__* instance_;
+  std::shared_ptr<native::NativeModule> module_;  // made with the first window
 };
 
 }  // namespace zuvi

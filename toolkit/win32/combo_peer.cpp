@@ -1,0 +1,109 @@
+// Combo boxes.
+#include <algorithm>
+
+#include "toolkit/win32/peers.h"
+
+namespace zuvi::native {
+namespace {
+
+class ComboPeer final : public NativeControl {
+ public:
+  ComboPeer(NativeForm& form, ComboBox& combo) : NativeControl(form, combo), combo_(combo) {}
+
+  void Create() override {
+    const bool typed = combo_.Kind() == ComboBox::Style::DropDown;
+    CreateWindowOf(WC_COMBOBOXW, (typed ? CBS_DROPDOWN | CBS_AUTOHSCROLL : CBS_DROPDOWNLIST) | WS_VSCROLL);
+    COMBOBOXINFO parts{};
+    parts.cbSize = sizeof parts;
+    if (::GetComboBoxInfo(Window(), &parts)) {
+      if (parts.hwndItem != Window()) Adopt(edit_ = parts.hwndItem);
+      // Only counted, so that nobody closes the window under it.
+      if (parts.hwndList != Window()) Adopt(list_ = parts.hwndList);
+    }
+    SetFieldHeight();
+    const Echo echo(*this);
+    ShowItems();
+    ShowText();
+  }
+
+  void Update(Aspect aspect) override {
+    const Echo echo(*this);
+    if (aspect == Aspect::Items) ShowItems();
+    if (aspect == Aspect::Text || aspect == Aspect::Selection) ShowText();
+    NativeControl::Update(aspect);
+  }
+
+  /// The window's height includes the list that drops down.
+  RECT Place() const override {
+    RECT place = NativeControl::Place();
+    place.bottom += Parent().Pixels(Dip(200));
+    return place;
+  }
+  void Restyle() override {
+    NativeControl::Restyle();
+    SetFieldHeight();
+  }
+
+  void OnCommand(UINT code) override {
+    if (Updating()) return;
+    if (code == CBN_SELCHANGE) {
+      combo_.UserChose(static_cast<std::int32_t>(Send(CB_GETCURSEL)));
+    } else if (code == CBN_EDITCHANGE) {
+      combo_.UserTyped(Narrow(TextOf(Window())));
+    } else if (code == CBN_DBLCLK) {
+      combo_.DblClick();
+    }
+  }
+
+ protected:
+  std::optional<LRESULT> OnMessage(const Message& message) override {
+    if (message.window == list_) return std::nullopt;
+    return NativeControl::OnMessage(message);
+  }
+  void OwnChar(const Message& message) override {
+    // The field would beep.
+    if (message.window == edit_ && (message.w == VK_RETURN || message.w == VK_ESCAPE || message.w == VK_TAB))
+      return;
+    NativeControl::OwnChar(message);
+  }
+  void OwnKey(const Message& message, std::int16_t shift) override {
+    // An open list is closed by these, whichever part has the keyboard.
+    if (Send(CB_GETDROPPEDSTATE) && (message.w == VK_RETURN || message.w == VK_ESCAPE)) {
+      Send(CB_SHOWDROPDOWN, FALSE);
+      return;
+    }
+    NativeControl::OwnKey(message, shift);
+  }
+
+ private:
+  void SetFieldHeight() {
+    const RECT field = NativeControl::Place();
+    const int frame = 2 * ::GetSystemMetrics(SM_CYEDGE) + 2;
+    Send(CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), std::max<LPARAM>(1, field.bottom - field.top - frame));
+  }
+  void ShowItems() {
+    Send(WM_SETREDRAW, FALSE);
+    Send(CB_RESETCONTENT);
+    for (std::int32_t i = 0; i < combo_.ListCount(); ++i)
+      Send(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(combo_.List(i)).c_str()));
+    Send(WM_SETREDRAW, TRUE);
+    ::InvalidateRect(Window(), nullptr, TRUE);
+    ShowText();
+  }
+  void ShowText() {
+    if (Send(CB_GETCURSEL) != combo_.ListIndex()) Send(CB_SETCURSEL, static_cast<WPARAM>(combo_.ListIndex()));
+    if (edit_ && Narrow(TextOf(Window())) != combo_.Text())
+      ::SetWindowTextW(Window(), Wide(combo_.Text()).c_str());
+  }
+
+  ComboBox& combo_;
+  HWND edit_ = nullptr, list_ = nullptr;
+};
+
+}  // namespace
+
+std::unique_ptr<NativeControl> ComboPeerFor(NativeForm& form, ComboBox& combo) {
+  return std::make_unique<ComboPeer>(form, combo);
+}
+
+}  // namespace zuvi::native

@@ -1,0 +1,230 @@
+#include "toolkit/win32/native_control.h"
+
+#include <array>
+
+namespace zuvi::native {
+namespace {
+
+constexpr UINT_PTR kSubclass = 1;
+constexpr const wchar_t* kLinkProperty = L"ZuviControl";
+constexpr UINT_PTR kFlushTimer = 0x7A75;  // told apart from the timers native controls set on themselves
+constexpr UINT kFlushDelay = 25;
+
+bool IsInput(UINT id) {
+  return (id >= WM_KEYFIRST && id <= WM_KEYLAST) || (id >= WM_MOUSEFIRST && id <= WM_MOUSELAST) ||
+         id == WM_SETFOCUS;
+}
+
+}  // namespace
+
+std::int16_t ShiftState() {
+  const auto bit = [](int key, std::int16_t value) {
+    return ::GetKeyState(key) < 0 ? value : std::int16_t{0};
+  };
+  return static_cast<std::int16_t>(bit(VK_SHIFT, shift::kShift) | bit(VK_CONTROL, shift::kCtrl) |
+                                   bit(VK_MENU, shift::kAlt));
+}
+
+NativeControl::NativeControl(NativeForm& form, Control& control)
+    : form_(form), control_(control), link_(std::make_shared<Link>()) {
+  link_->peer = this;
+  link_->life = form.Life();
+}
+
+// The native window goes with the form's.
+NativeControl::~NativeControl() { link_->peer = nullptr; }
+
+NativeControl* NativeControl::Of(HWND window) {
+  const HANDLE link = window ? ::GetPropW(window, kLinkProperty) : nullptr;
+  return link ? static_cast<Link*>(link)->peer : nullptr;
+}
+
+void NativeControl::CreateWindowOf(const wchar_t* window_class, DWORD style, DWORD extended,
+                                   const std::wstring& text) {
+  WindowSpec spec;
+  spec.window_class = window_class;
+  spec.style = style | WS_CHILD | WS_CLIPSIBLINGS | (control_.Visible() ? WS_VISIBLE : 0) |
+               (control_.Enabled() ? 0 : WS_DISABLED) |
+               (control_.TakesFocus() && control_.TabStop() ? WS_TABSTOP : 0);
+  spec.extended = extended | WS_EX_NOPARENTNOTIFY;
+  spec.text = text;
+  spec.place = Place();
+  spec.parent = form_.Window();
+  window_ = form_.Module().Create(spec);
+  Adopt(window_);
+  Send(WM_SETFONT, reinterpret_cast<WPARAM>(form_.Font()), FALSE);
+  ShowToolTip();
+}
+
+void NativeControl::Adopt(HWND inner) {
+  if (!inner || !::SetWindowSubclass(inner, &Procedure, kSubclass, reinterpret_cast<DWORD_PTR>(link_.get())))
+    return;
+  ::SetPropW(inner, kLinkProperty, link_.get());
+  if (++link_->windows == 1) link_->while_native = link_;
+}
+
+RECT NativeControl::Place() const {
+  const Rect& b = control_.Bounds();
+  return {form_.Pixels(b.left), form_.Pixels(b.top), form_.Pixels(b.left + b.width),
+          form_.Pixels(b.top + b.height)};
+}
+
+void NativeControl::Restyle() {
+  Send(WM_SETFONT, reinterpret_cast<WPARAM>(form_.Font()), TRUE);
+  form_.Place(*this);
+}
+
+void NativeControl::Update(Aspect aspect) {
+  switch (aspect) {
+    case Aspect::Enabled:
+      ::EnableWindow(window_, control_.Enabled());
+      break;
+    case Aspect::Visible:
+      // What appears later lies over what was there, as an editor over its grid does.
+      if (control_.Visible())
+        ::SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0,
+                       SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+      else
+        ::ShowWindow(window_, SW_HIDE);
+      break;
+    case Aspect::Bounds:
+      form_.Place(*this);
+      break;
+    case Aspect::State:
+      ShowToolTip();
+      break;
+    default:
+      break;
+  }
+}
+
+void NativeControl::TakeFocus() {
+  // A window that is not in front gets the focus with its activation.
+  if (form_.Active() && window_)
+    ::SetFocus(FocusTarget());
+  else
+    form_.Model().FocusMoved(&control_);
+}
+
+void NativeControl::ShowToolTip() { form_.SetToolTip(window_, Wide(control_.ToolTipText())); }
+
+void NativeControl::FlushLater() {
+  if (dirty_ || !window_) return;
+  dirty_ = true;
+  ::SetTimer(window_, kFlushTimer, kFlushDelay, nullptr);
+}
+
+LRESULT CALLBACK NativeControl::Procedure(HWND window, UINT id, WPARAM w, LPARAM l, UINT_PTR, DWORD_PTR ref) {
+  const std::shared_ptr<Link> link = reinterpret_cast<Link*>(ref)->shared_from_this();
+  const Message message{window, id, w, l};
+  if (id == WM_NCDESTROY) {
+    ::RemovePropW(window, kLinkProperty);
+    ::RemoveWindowSubclass(window, &Procedure, kSubclass);
+    const LRESULT result = Native(message);
+    if (link->peer && link->peer->window_ == window) link->peer->window_ = nullptr;
+    if (--link->windows == 0) link->while_native.reset();
+    return result;
+  }
+  if (!link->peer) return Native(message);
+  const Entry entry(*link->life);
+  try {
+    NativeControl& peer = *link->peer;
+    if (peer.dirty_ && window == peer.window_ &&
+        (IsInput(id) || id == WM_PAINT || (id == WM_TIMER && w == kFlushTimer))) {
+      peer.dirty_ = false;
+      ::KillTimer(window, kFlushTimer);
+      const Echo echo(peer);
+      peer.Flush();
+    }
+    if (const auto result = peer.OnMessage(message)) return *result;
+  } catch (...) {
+    // Handlers trap their own errors; out of memory is left, and Windows is owed an answer.
+    return 0;
+  }
+  return Native(message);
+}
+
+std::optional<LRESULT> NativeControl::OnMessage(const Message& message) {
+  switch (message.id) {
+    case WM_TIMER:
+      if (message.w == kFlushTimer && message.window == window_) {
+        ::KillTimer(window_, kFlushTimer);
+        return 0;
+      }
+      return std::nullopt;
+    case WM_GETDLGCODE:
+      // A host that offers our messages to its dialog functions leaves all keys to us.
+      return DLGC_WANTALLKEYS | DLGC_WANTARROWS | DLGC_WANTTAB | DLGC_WANTCHARS;
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+      KeyDown(message);
+      return 0;
+    case WM_CHAR:
+    case WM_SYSCHAR:
+      Character(message);
+      return 0;
+    case WM_KEYUP:
+    case WM_SYSKEYUP: {
+      const Life alive = Alive();
+      const LRESULT result = Native(message);
+      if (alive) form_.Model().KeyUp(control_, static_cast<std::int16_t>(message.w), ShiftState());
+      return result;
+    }
+    case WM_SETFOCUS: {
+      const Life alive = Alive();
+      const LRESULT result = Native(message);
+      if (alive) form_.Model().FocusMoved(&control_);
+      return result;
+    }
+    case WM_KILLFOCUS: {
+      const Life alive = Alive();
+      const LRESULT result = Native(message);
+      if (alive) form_.Dismiss();
+      return result;
+    }
+    case WM_LBUTTONDOWN:
+      form_.Dismiss();
+      return std::nullopt;
+    default:
+      return std::nullopt;
+  }
+}
+
+void NativeControl::OwnKey(const Message& message, std::int16_t) { Native(message); }
+void NativeControl::OwnChar(const Message& message) { Native(message); }
+
+void NativeControl::KeyDown(const Message& message) {
+  const Life alive = Alive();
+  // The key's characters are waiting already. They are taken out before any handler runs: one that opens a
+  // message box or pumps events would let them in ahead of its own end.
+  const UINT kind = message.id == WM_KEYDOWN ? WM_CHAR : WM_SYSCHAR;
+  std::array<Message, 4> characters{};
+  std::size_t count = 0;
+  MSG waiting;
+  while (count < characters.size() &&
+         ::PeekMessageW(&waiting, message.window, kind, kind, PM_REMOVE | PM_NOYIELD | PM_QS_POSTMESSAGE))
+    characters[count++] = {message.window, kind, waiting.wParam, waiting.lParam};
+
+  const auto key = static_cast<std::int16_t>(message.w);
+  const std::int16_t shift = ShiftState();
+  if (form_.Dropped() && form_.Dropped()->Key(key, shift)) return;
+  if (!alive || form_.Model().KeyDown(control_, key, shift) || !alive) return;
+  if (count == 0 || !ActsOnChar(message.w)) OwnKey(message, shift);
+  for (std::size_t i = 0; i < count && alive; ++i) Character(characters[i]);
+}
+
+void NativeControl::Character(const Message& message) {
+  const Life alive = Alive();
+  const auto character = static_cast<char16_t>(message.w);
+  Form& form = form_.Model();
+  if (message.id == WM_SYSCHAR) {
+    if (!form.Mnemonic(character) && alive) Native(message);
+    return;
+  }
+  const char16_t kept = form.KeyPress(control_, character);
+  // What is typed after a handler moved the focus belongs to nobody.
+  if (!alive || kept == 0 || form.ActiveControl() != &control_) return;
+  OwnChar({message.window, message.id, kept, message.l});
+}
+
+}  // namespace zuvi::native

@@ -1,0 +1,111 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <vector>
+
+#include "toolkit/form.h"
+#include "toolkit/win32/window_life.h"
+
+namespace zuvi::native {
+
+class NativeControl;
+
+/// A list that has dropped down from a control and has the keys first.
+class DropDown {
+ public:
+  virtual ~DropDown() = default;
+  /// True when the key was for the list.
+  virtual bool Key(std::int16_t key, std::int16_t shift) = 0;
+  virtual void Dismiss() = 0;
+};
+
+/// What a modal window keeps from taking input, until it is told to let go.
+class ModalBlock {
+ public:
+  ModalBlock(std::shared_ptr<Form> owner, HWND foreign);
+  ModalBlock(const ModalBlock&) = delete;
+  ModalBlock& operator=(const ModalBlock&) = delete;
+  ~ModalBlock() { Release(); }
+  void Release();
+
+ private:
+  std::shared_ptr<Form> owner_;
+  HWND foreign_;
+};
+
+/// Native side of a window.
+class NativeForm final : public Peer {
+ public:
+  NativeForm(std::shared_ptr<NativeModule> module, Form& form);
+  NativeForm(const NativeForm&) = delete;
+  NativeForm& operator=(const NativeForm&) = delete;
+  ~NativeForm() override;
+
+  /// Creates the window and its controls' peers, hidden. `nth` places it beside others of its kind.
+  void Create(int nth);
+  void ShowNow();
+  void Update(Aspect aspect) override;
+  void TakeFocus() override;
+  std::intptr_t Handle() const override { return reinterpret_cast<std::intptr_t>(Window()); }
+
+  Form& Model() const { return form_; }
+  HWND Window() const { return life_->window; }
+  NativeModule& Module() const { return *life_->module; }
+  const std::shared_ptr<WindowLife>& Life() const { return life_; }
+  UINT Dpi() const { return dpi_; }
+  int Pixels(std::int32_t twips) const { return ::MulDiv(twips, static_cast<int>(dpi_), 1440); }
+  std::int32_t Twips(int pixels) const { return ::MulDiv(pixels, 1440, static_cast<int>(dpi_)); }
+  HFONT Font(bool bold = false) const { return bold ? bold_.get() : font_.get(); }
+  /// Whether a control's native focus would be the keyboard's.
+  bool Active() const;
+
+  /// A control's place changed.
+  void Place(NativeControl& control);
+  /// Tool tip of a window; empty for none.
+  void SetToolTip(HWND tool, const std::wstring& text);
+  /// Runs `tick` every so many milliseconds; 0 stops it. `id` names the timer.
+  void SetTimer(const void* id, std::int32_t milliseconds, std::function<void()> tick);
+  /// The list that is dropped down; null for none.
+  DropDown* Dropped() const { return dropped_; }
+  void SetDropped(DropDown* list) { dropped_ = list; }
+  void Dismiss();
+  /// `block` is released as soon as the window goes.
+  void SetModal(std::shared_ptr<ModalBlock> block, HWND owner);
+
+  static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM w, LPARAM l);
+
+ private:
+  std::optional<LRESULT> Handle(const Message& message);
+  void MakeFonts();
+  RECT FrameOf(int width, int height) const;
+  RECT FirstPlace(int nth) const;
+  void GiveFocus();
+  void OnSize(WPARAM kind, int width, int height);
+  void OnPaint(HWND window);
+  void OnNewScale(UINT dpi, const RECT& place);
+  void Rescale();
+  void SmallestSize(MINMAXINFO& info) const;
+  void ShowState();
+  void Hide();
+  bool IgnoresKey(const Message& message);
+
+  Form& form_;
+  std::shared_ptr<WindowLife> life_;
+  DWORD style_ = 0, extended_ = 0;
+  UINT dpi_ = 96;
+  UniqueGdi<HFONT> font_, bold_;
+  HWND tips_ = nullptr;
+  bool showing_ = true, painting_ = false, sizing_ = false;
+  std::vector<NativeControl*> moved_;
+  struct NativeTimer {
+    std::function<void()> tick;
+    bool ticking = false;
+  };
+  std::map<const void*, std::shared_ptr<NativeTimer>> timers_;
+  DropDown* dropped_ = nullptr;
+  std::shared_ptr<ModalBlock> modal_;
+};
+
+}  // namespace zuvi::native

@@ -1,0 +1,144 @@
+#include "toolkit/win32/native_module.h"
+
+#include <algorithm>
+
+#include "base/error.h"
+
+namespace zuvi::native {
+namespace {
+
+constexpr int kStylesResource = 2;  // where the loader, too, looks for a DLL's manifest
+constexpr int kIconResource = 1;
+
+/// The look of the module while windows are created.
+class StylesScope {
+ public:
+  explicit StylesScope(HANDLE styles) {
+    active_ = styles != INVALID_HANDLE_VALUE && ::ActivateActCtx(styles, &cookie_);
+  }
+  StylesScope(const StylesScope&) = delete;
+  StylesScope& operator=(const StylesScope&) = delete;
+  ~StylesScope() {
+    if (active_) ::DeactivateActCtx(0, cookie_);
+  }
+
+ private:
+  bool active_ = false;
+  ULONG_PTR cookie_ = 0;
+};
+
+/// A function that only newer systems have.
+template <class Function>
+Function Newer(const char* name) {
+  return reinterpret_cast<Function>(
+      reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"user32.dll"), name)));
+}
+
+UINT SystemDpi() {
+  const HDC screen = ::GetDC(nullptr);
+  const int dpi = ::GetDeviceCaps(screen, LOGPIXELSY);
+  ::ReleaseDC(nullptr, screen);
+  return static_cast<UINT>(std::max(dpi, 48));
+}
+
+}  // namespace
+
+NativeModule::NativeModule(HINSTANCE instance, WNDPROC form_procedure)
+    : instance_(instance), form_procedure_(form_procedure) {
+  ACTCTXW context{};
+  context.cbSize = sizeof context;
+  context.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;
+  context.hModule = instance;
+  context.lpResourceName = MAKEINTRESOURCEW(kStylesResource);
+  styles_ = ::CreateActCtxW(&context);
+  const StylesScope styles(styles_);
+  const INITCOMMONCONTROLSEX kinds{sizeof kinds, ICC_STANDARD_CLASSES | ICC_LISTVIEW_CLASSES |
+                                                     ICC_DATE_CLASSES | ICC_PROGRESS_CLASS | ICC_BAR_CLASSES};
+  ::InitCommonControlsEx(&kinds);
+  RegisterClasses();
+}
+
+NativeModule::~NativeModule() {
+  // Refused while another thread's windows of the class are open; that thread's end takes it away then.
+  for (const wchar_t* name : {kFormClass, kGridClass, kPopupClass}) ::UnregisterClassW(name, instance_);
+  if (rich_text_) ::FreeLibrary(rich_text_);
+  if (styles_ != INVALID_HANDLE_VALUE) ::ReleaseActCtx(styles_);
+}
+
+void NativeModule::RegisterClasses() {
+  WNDCLASSEXW own{};
+  own.cbSize = sizeof own;
+  own.hInstance = instance_;
+  own.hCursor = ::LoadCursorW(nullptr, IDC_ARROW);
+  const auto add = [&](const wchar_t* name, WNDPROC procedure, UINT style, int background) {
+    own.lpszClassName = name;
+    own.lpfnWndProc = procedure;
+    own.style = style;
+    own.hbrBackground =
+        background < 0 ? nullptr : reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(background + 1));
+    ::RegisterClassExW(&own);  // that it is there already is as good
+  };
+  add(kGridClass, &::DefWindowProcW, CS_DBLCLKS, -1);
+  add(kPopupClass, &::DefWindowProcW, CS_DROPSHADOW | CS_SAVEBITS, COLOR_WINDOW);
+  const auto icon = [&](int width, int height) {
+    void* own_icon = ::LoadImageW(instance_, MAKEINTRESOURCEW(kIconResource), IMAGE_ICON,
+                                  ::GetSystemMetrics(width), ::GetSystemMetrics(height), LR_SHARED);
+    return own_icon ? static_cast<HICON>(own_icon) : ::LoadIconW(nullptr, IDI_APPLICATION);
+  };
+  own.hIcon = icon(SM_CXICON, SM_CYICON);
+  own.hIconSm = icon(SM_CXSMICON, SM_CYSMICON);
+  add(kFormClass, form_procedure_, CS_DBLCLKS, COLOR_3DFACE);
+}
+
+HWND NativeModule::Create(const WindowSpec& spec) {
+  const StylesScope styles(styles_);
+  const auto create = [&] {
+    return ::CreateWindowExW(spec.extended, spec.window_class, spec.text.c_str(), spec.style, spec.place.left,
+                             spec.place.top, spec.place.right - spec.place.left,
+                             spec.place.bottom - spec.place.top, spec.parent, nullptr, instance_, spec.param);
+  };
+  HWND window = create();
+  // Another thread's end may have taken the classes away.
+  for (int tries = 0; !window && ::GetLastError() == ERROR_CANNOT_FIND_WND_CLASS && tries < 3; ++tries) {
+    RegisterClasses();
+    window = create();
+  }
+  if (!window) throw HostError("Windows could not create a window", ErrorNumber::OutOfMemory);
+  return window;
+}
+
+const wchar_t* NativeModule::RichTextClass() {
+  if (!rich_text_tried_) {
+    rich_text_tried_ = true;
+    rich_text_ = ::LoadLibraryW(L"msftedit.dll");
+  }
+  return rich_text_ ? L"RICHEDIT50W" : L"EDIT";
+}
+
+UINT NativeModule::DpiOf(HWND window) const {
+  static const auto get = Newer<UINT(WINAPI*)(HWND)>("GetDpiForWindow");
+  const UINT dpi = window && get ? get(window) : 0;
+  return dpi ? dpi : SystemDpi();
+}
+
+void NativeModule::AddFrame(RECT& place, DWORD style, DWORD extended, UINT dpi) const {
+  static const auto adjust =
+      Newer<BOOL(WINAPI*)(LPRECT, DWORD, BOOL, DWORD, UINT)>("AdjustWindowRectExForDpi");
+  if (!adjust || !adjust(&place, style, FALSE, extended, dpi))
+    ::AdjustWindowRectEx(&place, style, FALSE, extended);
+}
+
+LOGFONTW NativeModule::MessageFont(UINT dpi) const {
+  NONCLIENTMETRICSW metrics{};
+  metrics.cbSize = sizeof metrics;
+  if (::SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0)) {
+    LOGFONTW font = metrics.lfMessageFont;
+    font.lfHeight = ::MulDiv(font.lfHeight, static_cast<int>(dpi), static_cast<int>(SystemDpi()));
+    return font;
+  }
+  LOGFONTW font{};
+  ::GetObjectW(::GetStockObject(DEFAULT_GUI_FONT), sizeof font, &font);
+  return font;
+}
+
+}  // namespace zuvi::native
