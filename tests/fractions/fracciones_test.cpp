@@ -11,10 +11,7 @@ class Fracciones : public testing::TestWithParam<std::string> {
  protected:
   Fracciones() {
     ventana->PonAmbiente(t.fabrica.Crea(Ambiente::kProgId));
-    t.anfitrion->PonGancho("FRACCIONES", [this](PeticionProceso& peticion) {
-      codigos.push_back(ventana->Codigo());
-      ProcesoFracciones(*t.anfitrion, peticion);
-    });
+    t.anfitrion->PonGancho("FRACCIONES", [this](PeticionProceso&) { codigos.push_back(ventana->Codigo()); });
     ventana->Show();
   }
   std::string Pagina() { return ATexto(AObjeto(ventana->Call("wb"))->Call("Html")); }
