@@ -15,7 +15,8 @@ ObjectPtr Control::Container() const {
   return form_ ? ObjectPtr(form_->Keep()) : nullptr;
 }
 
-ObjectPtr Control::KeepWindow() const { return form_ ? ObjectPtr(form_->Keep()) : nullptr; }
+// A window that is still being built has no owner yet, and needs none.
+ObjectPtr Control::KeepWindow() const { return form_ ? ObjectPtr(form_->weak_from_this().lock()) : nullptr; }
 
 void Control::SetEnabled(bool enabled) {
   if (enabled == enabled_) return;
@@ -27,6 +28,9 @@ void Control::SetEnabled(bool enabled) {
 void Control::SetVisible(bool visible) {
   if (visible == visible_) return;
   visible_ = visible;
+  const auto self = shared_from_this();
+  // Nobody has the keyboard then, until somebody takes it or the next key goes to the next control.
+  if (!visible && HasFocus()) form_->FocusMoved(nullptr);
   Changed(Aspect::Visible);
 }
 
@@ -42,7 +46,7 @@ void Control::Move(const Rect& bounds) {
 }
 
 void Control::Design(const Rect& bounds, unsigned anchors) {
-  design_ = bounds;
+  design_ = laid_out_ = bounds;
   anchors_ = anchors;
   Move(bounds);
 }
@@ -58,9 +62,11 @@ void Control::SetFocus() {
   if (HasFocus()) return;
   const auto self = shared_from_this();
   const auto window = KeepWindow();
+  const auto moves = form_->focus_moves_;
   if (peer_) peer_->TakeFocus();
-  // A window that is not in front gets no native focus; the model's focus waits there for it.
-  if (form_ && !HasFocus() && CanFocus()) form_->FocusMoved(this);
+  // A window that is not in front gets no native focus; the model's focus waits there for it. Where the
+  // native side did move it, handlers had their say, and what they decided stands.
+  if (form_ && form_->focus_moves_ == moves && CanFocus()) form_->FocusMoved(this);
 }
 
 std::string Control::AccessibleName() const {
@@ -79,7 +85,7 @@ void Control::Mnemonic() {
 }
 
 bool Control::TakeClick() {
-  if (!enabled_ || !visible_ || !form_ || form_->Closed()) return false;
+  if (!enabled_ || !visible_ || !form_ || form_->Closed() || !form_->Enabled()) return false;
   const auto window = KeepWindow();
   if (CanFocus()) {
     SetFocus();

@@ -123,7 +123,7 @@ class Control : public Object {
   std::int16_t index_;
   bool enabled_ = true, visible_ = true, tab_stop_ = true;
   std::string tag_, tool_tip_;
-  Rect bounds_, design_;
+  Rect bounds_, design_, laid_out_;
   unsigned anchors_ = anchor::kTopLeft;
   std::weak_ptr<Control> container_;
   std::unique_ptr<Peer> peer_;

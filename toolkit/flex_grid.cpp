@@ -218,16 +218,14 @@ void FlexGrid::MoveTo(std::int32_t row, std::int32_t col) {
       throw;
     }
     leaving_ = false;
-    if (!alive()) return;
-    // It may have changed the grid's shape, or already be there.
-    Check(row, col);
-    if (row == row_ && col == col_) return;
+    // It may have closed the window, taken the cell away, or gone there itself.
+    if (!alive() || row >= Rows() || col >= cols_ || (row == row_ && col == col_)) return;
   }
   row_ = row;
   col_ = col;
   Show(Aspect::Cell);
   ScrollIntoView();
-  if (alive()) Raise(OnRowColChange);
+  if (alive() && row == row_ && col == col_) Raise(OnRowColChange);
 }
 
 void FlexGrid::UserClicked(std::int32_t row, std::int32_t col) {

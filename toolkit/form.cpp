@@ -1,6 +1,7 @@
 #include "toolkit/form.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/text.h"
 #include "toolkit/buttons.h"
@@ -53,14 +54,14 @@ void Form::Show() {
     peer_->Update(Aspect::Visible);
   if (closed_) return;
   Paint();
-  if (!closed_ && !active_) FocusNext();
+  if (visible_ && !active_) FocusNext();
 }
 
 void Form::ShowModal(Form* owner) {
   const auto keep = Keep();
   const auto keep_owner = owner ? owner->Keep() : nullptr;
   Show();
-  if (!closed_) desktop_.RunModal(*this, owner);
+  if (visible_) desktop_.RunModal(*this, owner);
 }
 
 void Form::Hide() {
@@ -93,7 +94,7 @@ void Form::Dismantle() {
   const auto keep = Keep();
   closed_ = true;
   loaded_ = visible_ = false;
-  active_ = nullptr;
+  active_ = told_ = nullptr;
   for (const auto& control : controls_) control->peer_.reset();
   peer_.reset();
   desktop_.Closed(*this);
@@ -140,8 +141,12 @@ void Form::LayOut() {
   });
   if (!follows) return;
   const std::int32_t dx = inside_width_ - design_width_, dy = inside_height_ - design_height_;
-  for (const auto& control : controls_)
-    control->Move(Anchored(control->DesignBounds(), control->Anchors(), dx, dy));
+  for (const auto& control : controls_) {
+    // What code has moved since belongs to it: an editor over a cell stays there.
+    if (control->Bounds() != control->laid_out_) continue;
+    control->laid_out_ = Anchored(control->DesignBounds(), control->Anchors(), dx, dy);
+    control->Move(control->laid_out_);
+  }
 }
 
 void Form::Resized(std::int32_t width, std::int32_t height) {
@@ -161,12 +166,14 @@ void Form::Paint() {
 void Form::FocusMoved(Control* control) {
   if (control == active_ || closed_) return;
   const auto keep = Keep();
-  // Alive as long as the window is, which is as long as this call.
-  Control* const old = active_;
   active_ = control;
-  if (old) old->Raise(old->OnLostFocus);
-  // The handler may have moved the focus on, or closed the window.
-  if (control && active_ == control && !closed_) control->Raise(control->OnGotFocus);
+  ++focus_moves_;
+  // Handlers may move the focus on, or close the window. Only a control that heard of getting the focus hears
+  // of losing it; it is alive as long as the window is, which is as long as this call.
+  if (Control* const old = std::exchange(told_, nullptr)) old->Raise(old->OnLostFocus);
+  if (!control || active_ != control || told_ == control || closed_) return;
+  told_ = control;
+  control->Raise(control->OnGotFocus);
 }
 
 void Form::FocusNext(bool backwards) {
@@ -239,11 +246,14 @@ bool Form::Mnemonic(char16_t letter) {
 
 void Form::Press(std::int16_t key, std::int16_t shift) {
   const auto keep = Keep();
+  // A control that was hidden has left the keyboard to nobody.
+  if (!active_ && visible_) FocusNext();
   if (!active_ || closed_) return;
   Control& target = *active_;
-  if ((shift & shift::kAlt) && key >= 'A' && key <= 'Z' && Mnemonic(static_cast<char16_t>(key))) return;
   if (!KeyDown(target, key, shift)) {
-    target.DefaultKey(key, shift);
+    const bool letter = (key >= 'A' && key <= 'Z') || (key >= '0' && key <= '9');
+    const bool mnemonic = (shift & shift::kAlt) && letter && Mnemonic(static_cast<char16_t>(key));
+    if (!mnemonic) target.DefaultKey(key, shift);
     // Keys that also are characters. A control that lost its focus or its window gets none.
     const bool is_character =
         key == key::kEnter || key == key::kEscape || key == key::kBack || key == key::kSpace;
@@ -258,6 +268,7 @@ void Form::Press(std::int16_t key, std::int16_t shift) {
 void Form::Type(std::string_view text) {
   const auto keep = Keep();
   for (const char16_t character : Utf16(text)) {
+    if (!active_ && visible_) FocusNext();
     if (!active_ || closed_) return;
     Control& target = *active_;
     const bool letter = character >= 'a' && character <= 'z';

@@ -50,10 +50,10 @@ void HeadlessDesktop::Advance(std::int32_t milliseconds) {
           step = std::min(step, std::max(1, timer->Interval() - timer->Elapsed()));
         }
     milliseconds -= step;
+    for (const auto& timer : running) timer->SetElapsed(timer->Elapsed() + step);
+    // A handler may stop another timer or start it anew: what is due is asked one by one.
     for (const auto& timer : running) {
-      if (!timer->Running() || !timer->Window()) continue;
-      timer->SetElapsed(timer->Elapsed() + step);
-      if (timer->Elapsed() < timer->Interval()) continue;
+      if (!timer->Running() || timer->Elapsed() < timer->Interval()) continue;
       timer->SetElapsed(0);
       timer->Tick();
     }

@@ -83,7 +83,9 @@ void TextBox::NoteSelection(std::int32_t start, std::int32_t length) {
 void TextBox::Replace(std::size_t from, std::size_t to, std::u16string_view by) {
   const auto self = shared_from_this();
   std::u16string units = Utf16(text_);
+  const bool inserts = from == to;
   if (SplitsPair(units, from)) --from;
+  if (inserts) to = from;
   if (SplitsPair(units, to)) ++to;
   units.replace(from, to - from, by);
   std::string text = Utf8(units);

@@ -1,0 +1,209 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/toolkit/ventana.h"
+
+namespace zuvi::pruebas {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Rejillas : public testing::Test {
+ protected:
+  Rejillas() {
+    ventana->Show();
+    Rejilla().SetFocus();
+    diario.sucesos.clear();
+  }
+  FlexGrid& Rejilla() { return *ventana->rejilla; }
+  Sucesos Toma() {
+    Sucesos sucesos = std::move(diario.sucesos);
+    diario.sucesos.clear();
+    return sucesos;
+  }
+  std::string Tras(std::int16_t tecla, std::int16_t con = shift::kNone) {
+    ventana->Press(tecla, con);
+    return ventana->Celda();
+  }
+  template <class Action>
+  static void EsperaError(ErrorNumber numero, Action&& action) {
+    try {
+      action();
+      ADD_FAILURE() << "sin error";
+    } catch (const HostError& error) {
+      EXPECT_EQ(error.Number(), numero);
+    }
+  }
+
+  HeadlessDesktop escritorio;
+  Diario diario;
+  std::shared_ptr<Ventana> ventana = std::make_shared<Ventana>(escritorio, diario);
+};
+
+TEST_F(Rejillas, MovingTellsTheOldCellThenTheNew) {
+  Rejilla().MoveTo(3, 2);
+  EXPECT_THAT(Toma(), ElementsAre("rejilla.LeaveCell 1,0", "rejilla.RowColChange 3,2"));
+  Rejilla().SetRow(3);
+  Rejilla().UserClicked(0, 1);  // headings, and nowhere
+  Rejilla().UserClicked(100, 0);
+  EsperaError(ErrorNumber::SubscriptOutOfRange, [&] { Rejilla().SetRow(100); });
+  EsperaError(ErrorNumber::SubscriptOutOfRange, [&] { Rejilla().SetCol(-1); });
+  EXPECT_THAT(Toma(), IsEmpty());
+  Rejilla().SetRow(0);  // code may go into the headings
+  EXPECT_EQ(ventana->Celda(), "0,2");
+}
+
+TEST_F(Rejillas, AHandlerMayMoveOn) {
+  // From LeaveCell: it leaves once, and the move that was under way ends where it was going to.
+  diario.al_suceder = [&](const std::string& suceso) {
+    if (suceso == "rejilla.LeaveCell") Rejilla().MoveTo(7, 0);
+  };
+  Rejilla().MoveTo(2, 0);
+  EXPECT_THAT(Toma(),
+              ElementsAre("rejilla.LeaveCell 1,0", "rejilla.RowColChange 7,0", "rejilla.RowColChange 2,0"));
+  // From RowColChange, as when a row skips to the next.
+  diario.al_suceder = [&](const std::string& suceso) {
+    if (suceso == "rejilla.RowColChange" && Rejilla().Col() == 1) Rejilla().SetCol(2);
+  };
+  EXPECT_EQ(Tras(key::kRight), "2,2");
+  // The cell is gone when LeaveCell ends.
+  diario.al_suceder = [&](const std::string& suceso) {
+    if (suceso == "rejilla.LeaveCell") Rejilla().SetRows(3);
+  };
+  Rejilla().MoveTo(50, 0);
+  EXPECT_EQ(ventana->Celda(), "2,2");
+}
+
+TEST_F(Rejillas, KeysPassByHeadingsAndHiddenColumns) {
+  Rejilla().SetCols(6);
+  Rejilla().SetFixedCols(1);
+  for (const std::int32_t oculta : {1, 3, 5}) Rejilla().SetColWidth(oculta, 0);
+  Rejilla().MoveTo(1, 2);
+  EXPECT_EQ(Tras(key::kLeft), "1,2");
+  EXPECT_EQ(Tras(key::kRight), "1,4");
+  EXPECT_EQ(Tras(key::kRight), "1,4");
+  EXPECT_EQ(Tras(key::kHome), "1,2");
+  EXPECT_EQ(Tras(key::kEnd), "1,4");
+  EXPECT_EQ(Tras(key::kUp), "1,4");
+  EXPECT_EQ(Tras(key::kDown), "2,4");
+  // Ten rows fit, one of them the headings.
+  EXPECT_EQ(Tras(key::kPageDown), "11,4");
+  EXPECT_EQ(Tras(key::kPageUp), "2,4");
+  EXPECT_EQ(Tras(key::kEnd, shift::kCtrl), "99,4");
+  EXPECT_EQ(Tras(key::kHome, shift::kCtrl), "1,2");
+  EXPECT_EQ(Tras(key::kEnter), "1,2");
+  EXPECT_EQ(Tras(key::kEscape), "1,2");
+}
+
+TEST_F(Rejillas, TheCurrentCellIsScrolledIntoView) {
+  Rejilla().SetRows(2);
+  for (std::int32_t fila = 1; fila < 10'000; ++fila) Rejilla().SetTextMatrix(fila, 0, std::to_string(fila));
+  EXPECT_EQ(Rejilla().Rows(), 10'000);
+  EXPECT_EQ(Rejilla().VisibleRows(), 9);
+  Rejilla().MoveTo(10, 0);
+  EXPECT_EQ(Rejilla().TopRow(), 2);
+  EXPECT_EQ(Rejilla().CellTop(), 9 * FlexGrid::kRowHeight);
+  EXPECT_THAT(Toma(), ElementsAre("rejilla.LeaveCell 1,0", "rejilla.Scroll", "rejilla.RowColChange 10,0"));
+  Tras(key::kEnd, shift::kCtrl);
+  EXPECT_EQ(Rejilla().TopRow(), 9991);
+  Rejilla().SetTopRow(99'999);
+  EXPECT_EQ(Rejilla().TopRow(), 9991);  // no empty room below
+  Rejilla().SetTopRow(5000);
+  EXPECT_EQ(Rejilla().Row(), 9999);
+  EXPECT_EQ(Rejilla().CellTop(), 9 * FlexGrid::kRowHeight);  // asked for its place it comes back
+  Rejilla().SetRows(20);
+  EXPECT_EQ(ventana->Celda(), "19,3");
+  EXPECT_EQ(Rejilla().TopRow(), 11);
+
+  // Sideways: room for 6000, the fixed column first.
+  Rejilla().SetCols(9);
+  Rejilla().SetFixedCols(1);
+  for (std::int32_t columna = 0; columna < 9; ++columna) Rejilla().SetColWidth(columna, 1000);
+  Rejilla().SetColWidth(3, 0);
+  EXPECT_EQ(Rejilla().LeftCol(), 1);
+  Rejilla().SetCol(7);
+  EXPECT_EQ(Rejilla().LeftCol(), 2);
+  EXPECT_EQ(Rejilla().CellBounds(), (Rect{5000, 9 * FlexGrid::kRowHeight, 1000, FlexGrid::kRowHeight}));
+  Rejilla().SetColWidth(8, 9000);
+  Rejilla().SetCol(8);  // wider than all the room
+  EXPECT_EQ(Rejilla().CellBounds().left, 1000);
+  EXPECT_EQ(Rejilla().CellWidth(), 5000);
+  Rejilla().SetCol(1);
+  EXPECT_EQ(Rejilla().LeftCol(), 1);
+}
+
+TEST_F(Rejillas, OneColumnTakesTheRoomThatIsLeft) {
+  Rejilla().SetStretchCol(2);
+  Rejilla().SetChrome(200, 300);
+  EXPECT_EQ(Rejilla().ShownWidth(2), Dip(400) - 200 - 3 * FlexGrid::kDefaultWidth);
+  Rejilla().SetColWidth(0, 5000);
+  EXPECT_EQ(Rejilla().ShownWidth(2), FlexGrid::kDefaultWidth);  // never less than its own
+  Rejilla().SetColWidth(2, 0);
+  EXPECT_EQ(Rejilla().ShownWidth(2), 0);
+  EXPECT_EQ(Rejilla().ColWidth(77), 0);
+  EXPECT_NO_THROW(Rejilla().SetColWidth(77, 5));
+}
+
+TEST_F(Rejillas, CellsAndRows) {
+  Rejilla().SetRows(4);
+  for (std::int32_t fila = 0; fila < 4; ++fila) Rejilla().SetTextMatrix(fila, 3, std::to_string(fila));
+  Rejilla().RemoveItem(2);
+  EXPECT_EQ(Rejilla().Rows(), 4);
+  EXPECT_EQ(Rejilla().TextMatrix(2, 3), "3");
+  EXPECT_EQ(Rejilla().TextMatrix(3, 3), "");
+  for (const std::int32_t fila : {0, 4, -1})
+    EsperaError(ErrorNumber::SubscriptOutOfRange, [&] { Rejilla().RemoveItem(fila); });
+  EsperaError(ErrorNumber::SubscriptOutOfRange, [&] { Rejilla().TextMatrix(4, 0); });
+  EsperaError(ErrorNumber::SubscriptOutOfRange, [&] { Rejilla().SetTextMatrix(5, 4, "x"); });
+  EXPECT_EQ(Rejilla().Rows(), 4);
+  EsperaError(ErrorNumber::InvalidCall, [&] { Rejilla().SetRows(1); });
+  EsperaError(ErrorNumber::InvalidCall, [&] { Rejilla().SetRows(2'000'000'000); });
+  EsperaError(ErrorNumber::InvalidCall, [&] { Rejilla().SetCols(0); });
+  EsperaError(ErrorNumber::InvalidCall, [&] { Rejilla().SetFixedRows(4); });
+  // Columns taken away take their texts along.
+  Rejilla().SetCols(2);
+  Rejilla().SetCols(4);
+  EXPECT_EQ(Rejilla().TextMatrix(2, 3), "");
+
+  const auto lee = [&](const char* nombre, std::vector<Value> args) {
+    return ventana->rejilla->Call(nombre, args);
+  };
+  std::vector<Value> escrito{6, 1, 2.5};
+  Rejilla().Write(*Rejilla().Find("TextMatrix"), escrito);
+  EXPECT_EQ(Rejilla().Rows(), 7);
+  EXPECT_EQ(lee("TextMatrix", {6, 1}), Value("2.5"));
+  std::vector<Value> ancho{1, 333};
+  Rejilla().Write(*Rejilla().Find("ColWidth"), ancho);
+  EXPECT_EQ(AEntero32(lee("ColWidth", {1})), 333);
+  ventana->rejilla->Put("Row", 6);
+  ventana->rejilla->Put("Col", 1);
+  EXPECT_EQ(ATexto(Value(ObjectPtr(ventana->rejilla))), "2.5");
+  EXPECT_EQ(AEntero32(lee("CellHeight", {})), FlexGrid::kRowHeight);
+}
+
+/// Counts what a native side would have to draw.
+class Cuenta final : public Peer {
+ public:
+  explicit Cuenta(int& avisos) : avisos_(avisos) {}
+  void Update(Aspect) override { ++avisos_; }
+  void TakeFocus() override {}
+
+ private:
+  int& avisos_;
+};
+
+TEST_F(Rejillas, WithoutRedrawNothingShowsUntilTheEnd) {
+  int avisos = 0;
+  Rejilla().SetPeer(std::make_unique<Cuenta>(avisos));
+  Rejilla().SetRedraw(false);
+  for (std::int32_t fila = 1; fila < 50; ++fila) Rejilla().SetTextMatrix(fila, 1, "x");
+  Rejilla().MoveTo(40, 1);
+  Rejilla().SetColWidth(1, 10);
+  EXPECT_EQ(avisos, 0);
+  Rejilla().SetRedraw(true);
+  EXPECT_GT(avisos, 0);
+}
+
+}  // namespace
+}  // namespace zuvi::pruebas

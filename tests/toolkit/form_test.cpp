@@ -1,0 +1,360 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/toolkit/ventana.h"
+
+namespace zuvi::pruebas {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Formas : public testing::Test {
+ protected:
+  Formas() { ventana->Show(); }
+  /// What `action` makes happen.
+  template <class Action>
+  Sucesos Al(Action&& action) {
+    diario.sucesos.clear();
+    action();
+    return diario.sucesos;
+  }
+  Sucesos Tecla(std::int16_t tecla, std::int16_t con = shift::kNone) {
+    return Al([&] { ventana->Press(tecla, con); });
+  }
+  /// Does something the next time an event of that name happens.
+  void Cuando(const std::string& suceso, std::function<void()> accion) {
+    diario.al_suceder = [this, suceso, accion = std::move(accion)](const std::string& este) {
+      if (este != suceso) return;
+      diario.al_suceder = nullptr;
+      accion();
+    };
+  }
+  template <class Action>
+  static void EsperaError(ErrorNumber numero, Action&& action) {
+    try {
+      action();
+      ADD_FAILURE() << "sin error";
+    } catch (const HostError& error) {
+      EXPECT_EQ(error.Number(), numero);
+    }
+  }
+
+  HeadlessDesktop escritorio;
+  Diario diario;
+  std::shared_ptr<Ventana> ventana = std::make_shared<Ventana>(escritorio, diario);
+};
+
+TEST_F(Formas, AKeyGoesThroughItsStationsInOrder) {
+  EXPECT_THAT(Al([&] { ventana->Type("x"); }),
+              ElementsAre("KeyDown 88", "a.KeyDown 88", "a.KeyPress 120", "a.Change x", "a.KeyUp 88"));
+  // Another character in its place, or none.
+  diario.filtro = [](const std::string& suceso, std::int16_t& codigo) {
+    if (suceso == "a.KeyPress") codigo = codigo == 'y' ? std::int16_t{'Y'} : std::int16_t{0};
+  };
+  EXPECT_THAT(Al([&] { ventana->Type("yz"); }),
+              ElementsAre("KeyDown 89", "a.KeyDown 89", "a.KeyPress 121", "a.Change xY", "a.KeyUp 89",
+                          "KeyDown 90", "a.KeyDown 90", "a.KeyPress 122", "a.KeyUp 90"));
+  // Used up by the window's preview, the control hears only the end of it; by the control, no character
+  // comes.
+  diario.filtro = [](const std::string& suceso, std::int16_t& codigo) {
+    if (suceso == "KeyDown") codigo = 0;
+  };
+  EXPECT_THAT(Tecla(key::kEnter), ElementsAre("KeyDown 13", "a.KeyUp 13"));
+  EXPECT_THAT(Tecla(key::kTab), ElementsAre("KeyDown 9", "a.KeyUp 9"));
+  diario.filtro = [](const std::string& suceso, std::int16_t& codigo) {
+    if (suceso == "a.KeyDown") codigo = 0;
+  };
+  EXPECT_THAT(Al([&] { ventana->Type("q"); }), ElementsAre("KeyDown 81", "a.KeyDown 81", "a.KeyUp 81"));
+  EXPECT_EQ(ventana->a->Text(), "xY");
+  // Setting the text by code tells of a change once, and only of a change.
+  EXPECT_THAT(Al([&] {
+                ventana->a->SetText("1");
+                ventana->a->SetText("1");
+              }),
+              ElementsAre("a.Change 1"));
+}
+
+TEST_F(Formas, AHandlerThatMovesTheFocusUsesTheKeyUp) {
+  Cuando("a.KeyDown", [&] { ventana->b->SetFocus(); });
+  EXPECT_THAT(Tecla(key::kEnter),
+              ElementsAre("KeyDown 13", "a.KeyDown 13", "a.LostFocus", "b.GotFocus", "b.KeyUp 13"));
+  Cuando("b.KeyDown", [&] { ventana->casilla->SetFocus(); });
+  Tecla(key::kTab);
+  EXPECT_TRUE(ventana->casilla->HasFocus());
+  // A character typed while KeyPress moves the focus reaches neither.
+  ventana->a->SetFocus();
+  Cuando("a.KeyPress", [&] { ventana->b->SetFocus(); });
+  ventana->Type("k");
+  EXPECT_EQ(ventana->a->Text() + ventana->b->Text(), "");
+}
+
+TEST_F(Formas, FocusIsLostBeforeItIsGot) {
+  EXPECT_THAT(Tecla(key::kTab),
+              ElementsAre("KeyDown 9", "a.KeyDown 9", "a.LostFocus", "b.GotFocus", "b.KeyUp 9"));
+  EXPECT_THAT(Al([&] { ventana->b->SetFocus(); }), IsEmpty());
+  // A handler that takes the focus back: who never heard of getting it does not hear of losing it, and the
+  // click that wanted it comes to nothing.
+  Cuando("b.LostFocus", [&] { ventana->b->SetFocus(); });
+  EXPECT_THAT(Al([&] { ventana->boton->Click(); }), ElementsAre("b.LostFocus", "b.GotFocus"));
+  EXPECT_TRUE(ventana->b->HasFocus());
+  // Two that throw it at each other come to an end.
+  Cuando("b.LostFocus", [&] {
+    Cuando("b.GotFocus", [&] { ventana->a->SetFocus(); });
+    ventana->b->SetFocus();
+  });
+  ventana->boton->SetFocus();
+  EXPECT_TRUE(ventana->a->HasFocus());
+}
+
+TEST_F(Formas, TabPassesByWhoCannotTakeTheFocus) {
+  const auto orden = [&](std::int16_t con) {
+    std::vector<std::string> nombres;
+    for (int i = 0; i < 9; ++i) {
+      ventana->Press(key::kTab, con);
+      nombres.push_back(ventana->ActiveControl()->Name());
+    }
+    return nombres;
+  };
+  ventana->b->SetEnabled(false);
+  ventana->casilla->SetVisible(false);
+  ventana->mes->SetTabStop(false);
+  EXPECT_THAT(orden(shift::kNone),
+              ElementsAre("boton", "combo", "fecha", "lista", "rejilla", "a", "boton", "combo", "fecha"));
+  EXPECT_THAT(orden(shift::kShift),
+              ElementsAre("combo", "boton", "a", "rejilla", "lista", "fecha", "combo", "boton", "a"));
+  EsperaError(ErrorNumber::InvalidCall, [&] { ventana->b->SetFocus(); });
+  EsperaError(ErrorNumber::InvalidCall, [&] { ventana->casilla->SetFocus(); });
+  EsperaError(ErrorNumber::InvalidCall, [&] { ventana->etiqueta->SetFocus(); });
+  EXPECT_NO_THROW(ventana->mes->SetFocus());
+  // Disabled with the focus, the next one has it; hidden, nobody until a key comes.
+  ventana->a->SetFocus();
+  ventana->a->SetEnabled(false);
+  EXPECT_TRUE(ventana->boton->HasFocus());
+  EXPECT_THAT(Al([&] { ventana->boton->SetVisible(false); }), ElementsAre("boton.LostFocus"));
+  EXPECT_EQ(ventana->ActiveControl(), nullptr);
+  ventana->Press(key::kInsert);
+  EXPECT_TRUE(ventana->combo->HasFocus());
+  // Clicks on what is disabled or hidden are none.
+  EXPECT_THAT(Al([&] {
+                ventana->boton->Click();
+                ventana->b->DblClick();
+                ventana->casilla->Mnemonic();
+              }),
+              IsEmpty());
+  EXPECT_EQ(ventana->casilla->Value(), 0);
+}
+
+TEST_F(Formas, MnemonicsOfLabelsGoToTheControlBehind) {
+  ventana->b->SetFocus();
+  EXPECT_TRUE(ventana->Mnemonic(u'p'));
+  EXPECT_TRUE(ventana->a->HasFocus());
+  ventana->a->SetEnabled(false);
+  ventana->boton->SetFocus();
+  ventana->Press('P', shift::kAlt);
+  EXPECT_TRUE(ventana->b->HasFocus());
+  EXPECT_THAT(Al([&] { ventana->Mnemonic(u'h'); }),
+              ElementsAre("b.LostFocus", "boton.GotFocus", "boton.Click"));
+  ventana->Mnemonic(u'Ñ');
+  EXPECT_EQ(ventana->casilla->Value(), 1);
+  EXPECT_FALSE(ventana->Mnemonic(u'y'));  // behind "&&" there is none
+  EXPECT_FALSE(ventana->Mnemonic(u'\0'));
+  EXPECT_EQ(MnemonicOf("Fin&"), 0);
+  EXPECT_EQ(WithoutMark("A && &B&"), "A & B");
+}
+
+TEST_F(Formas, EnterAndEscapeReachTheirButtons) {
+  int cancelados = 0;
+  const auto cancelar = ventana->Add<Button>("cancelar");
+  cancelar->OnClick = [&] { ++cancelados; };
+  ventana->SetDefaultButton(ventana->boton.get());
+  ventana->SetCancelButton(cancelar.get());
+  EXPECT_THAT(Tecla(key::kEnter), ElementsAre("KeyDown 13", "a.KeyDown 13", "a.LostFocus", "boton.GotFocus",
+                                              "boton.Click", "boton.KeyUp 13"));
+  cancelar->SetFocus();
+  Tecla(key::kEnter);  // a button with the focus is its own default
+  EXPECT_EQ(cancelados, 1);
+  ventana->rejilla->SetFocus();
+  Tecla(key::kEscape);  // wanted by the grid itself
+  EXPECT_EQ(cancelados, 1);
+  ventana->a->SetFocus();
+  Tecla(key::kEscape);
+  EXPECT_EQ(cancelados, 2);
+  ventana->boton->SetFocus();
+  EXPECT_THAT(Tecla(key::kSpace), testing::Contains("boton.Click"));
+}
+
+TEST_F(Formas, UnloadCanBeCancelled) {
+  ventana->cancela = 1;
+  EXPECT_FALSE(ventana->Unload(UnloadMode::TitleBar));
+  EXPECT_TRUE(ventana->Loaded() && ventana->Visible());
+  EXPECT_TRUE(ventana->a->HasFocus());
+  ventana->cancela = 0;
+  EXPECT_THAT(Al([&] { EXPECT_TRUE(ventana->Unload(UnloadMode::System)); }),
+              ElementsAre("QueryUnload 2", "Unload"));
+  // Gone, it can be read but does nothing any more.
+  EXPECT_THAT(Al([&] {
+                EXPECT_TRUE(ventana->Unload());
+                ventana->Press(key::kTab);
+                ventana->Type("x");
+                ventana->boton->Click();
+                ventana->Paint();
+                ventana->FocusMoved(ventana->b.get());
+              }),
+              IsEmpty());
+  EsperaError(ErrorNumber::InvalidCall, [&] { ventana->b->SetFocus(); });
+  EsperaError(ErrorNumber::InvalidCall, [&] { ventana->Show(); });
+  const auto boton = ventana->boton;
+  ventana.reset();
+  EXPECT_EQ(boton->Window(), nullptr);
+  EXPECT_EQ(boton->Container(), nullptr);
+  EXPECT_EQ(boton->AccessibleName(), "Hacer & ya");
+}
+
+TEST_F(Formas, ALoadThatFailsShowsNothing) {
+  const auto otra = std::make_shared<Ventana>(escritorio, diario);
+  Cuando("Load", [] { throw HostError("sin datos"); });
+  EXPECT_THROW(otra->Show(), HostError);
+  EXPECT_TRUE(otra->Closed());
+  EXPECT_EQ(escritorio.Forms().size(), 1u);
+}
+
+TEST_F(Formas, AModalWindowThatWillNotCloseIsHidden) {
+  const auto otra = std::make_shared<Ventana>(escritorio, diario);
+  otra->cancela = 1;
+  escritorio.OnModal([&](Form&) {
+    // The owner takes no input meanwhile.
+    EXPECT_THAT(Al([&] {
+                  ventana->Type("x");
+                  ventana->boton->Click();
+                  EXPECT_FALSE(ventana->Mnemonic(u'h'));
+                }),
+                IsEmpty());
+  });
+  otra->ShowModal(ventana.get());
+  EXPECT_FALSE(otra->Visible());
+  EXPECT_TRUE(otra->Loaded());
+  EXPECT_TRUE(ventana->Enabled());
+  // Hidden while it is shown, it does not wait for a user.
+  Cuando("Paint", [&] { otra->Hide(); });
+  bool visitada = false;
+  escritorio.OnModal([&](Form&) { visitada = true; });
+  otra->ShowModal(nullptr);
+  EXPECT_FALSE(visitada);
+}
+
+TEST_F(Formas, TimersFireInTheirOrder) {
+  Sucesos orden;
+  const auto otro = ventana->Add<Timer>("otro");
+  ventana->reloj->OnTimer = [&] { orden.push_back("a"); };
+  otro->OnTimer = [&] { orden.push_back("b"); };
+  ventana->reloj->SetInterval(30);
+  otro->SetInterval(20);
+  escritorio.Advance(65);
+  EXPECT_THAT(orden, ElementsAre("b", "a", "b", "a", "b"));
+  // Switching one on begins its interval anew, also from another's event at the same moment.
+  orden.clear();
+  otro->SetEnabled(false);
+  ventana->reloj->SetInterval(10);
+  otro->SetInterval(10);
+  otro->SetEnabled(true);
+  escritorio.Advance(5);
+  ventana->reloj->OnTimer = [&] {
+    orden.push_back("a");
+    if (orden.size() == 1) otro->SetEnabled(true);
+  };
+  escritorio.Advance(5);
+  EXPECT_THAT(orden, ElementsAre("a"));
+  escritorio.Advance(10);
+  EXPECT_THAT(orden, ElementsAre("a", "a", "b"));
+  ventana->reloj->SetInterval(0);
+  otro->SetEnabled(false);
+  escritorio.Advance(1000);
+  EXPECT_EQ(orden.size(), 3u);
+}
+
+TEST_F(Formas, ControlsFollowTheWindowByTheirAnchors) {
+  ventana->a->Design({100, 100, 200, 50}, anchor::kAcross);
+  ventana->b->Design({100, 400, 200, 50}, anchor::kBottom | anchor::kRight);
+  ventana->rejilla->Design({0, 200, 800, 200}, anchor::kAll);
+  const auto base = Rect{ventana->InsideWidth(), ventana->InsideHeight(), 0, 0};
+  const auto crece = [&](std::int32_t dx, std::int32_t dy) {
+    ventana->Resized(base.left + dx, base.top + dy);
+  };
+  crece(30, 20);
+  EXPECT_EQ(ventana->a->Width(), 200);  // nobody lays out
+  const auto ajuste = ventana->Add<AutoResizer>("ajuste");
+  ajuste->SetEnabled(false);
+  ajuste->SetEnabled(true);
+  EXPECT_EQ(ventana->a->Bounds(), (Rect{100, 100, 230, 50}));
+  EXPECT_EQ(ventana->b->Bounds(), (Rect{130, 420, 200, 50}));
+  EXPECT_EQ(ventana->rejilla->Bounds(), (Rect{0, 200, 830, 220}));
+  ventana->b->Move({1, 2, 3, 4});  // code's from now on
+  crece(-300, -300);
+  EXPECT_EQ(ventana->a->Bounds(), (Rect{100, 100, 0, 50}));
+  EXPECT_EQ(ventana->b->Bounds(), (Rect{1, 2, 3, 4}));
+  crece(0, 0);
+  EXPECT_EQ(ventana->a->Bounds(), ventana->a->DesignBounds());
+  ajuste->SetEnabled(false);
+  crece(50, 50);
+  EXPECT_EQ(ventana->a->Width(), 200);
+}
+
+/// A native side that moves the focus as a real one does: the model hears of it from within.
+class Nativo final : public Peer {
+ public:
+  Nativo(Ventana& ventana, Control& control) : ventana_(ventana), control_(control) {}
+  void Update(Aspect) override {}
+  void TakeFocus() override { ventana_.FocusMoved(&control_); }
+
+ private:
+  Ventana& ventana_;
+  Control& control_;
+};
+
+TEST_F(Formas, WhatHandlersDecideWhileTheNativeFocusMovesStands) {
+  for (Control* control : {static_cast<Control*>(ventana->a.get()), static_cast<Control*>(ventana->b.get())})
+    control->SetPeer(std::make_unique<Nativo>(*ventana, *control));
+  Cuando("a.LostFocus", [&] { ventana->a->SetFocus(); });
+  EXPECT_THAT(Al([&] { ventana->b->SetFocus(); }), ElementsAre("a.LostFocus", "a.GotFocus"));
+  EXPECT_TRUE(ventana->a->HasFocus());
+}
+
+TEST_F(Formas, ControlsAreReachedByName) {
+  const auto campos = ventana->AddArray<TextBox>("txtCampos");
+  for (const std::int16_t indice : {std::int16_t{0}, std::int16_t{4}, std::int16_t{29}})
+    ventana->AddTo(*campos, "txtCampos", indice).SetText(std::to_string(indice));
+  const auto lee = [](const ObjectPtr& objeto, const char* nombre, std::vector<Value> args = {}) {
+    return objeto->Call(nombre, args);
+  };
+  EXPECT_EQ(lee(AObjeto(lee(ventana, "TXTCAMPOS", {4})), "Text"), Value("4"));
+  EXPECT_EQ(ATexto(lee(ventana, "txtCampos", {std::int16_t{29}})), "29");
+  const ObjectPtr arreglo = AObjeto(lee(ventana, "txtCampos"));
+  EXPECT_EQ(ATexto(lee(arreglo, "Item", {0})), "0");
+  EXPECT_EQ(AEntero32(lee(arreglo, "Count")), 3);
+  EXPECT_EQ(AEntero32(lee(arreglo, "UBound")), 29);
+  EsperaError(ErrorNumber::SubscriptOutOfRange, [&] { lee(ventana, "txtCampos", {1}); });
+  EsperaError(ErrorNumber::SubscriptOutOfRange, [&] { (*campos)(28); });
+  Sucesos indices;
+  campos->ForEach(
+      [&](std::int16_t indice, TextBox& caja) { indices.push_back(Decimal(indice) + caja.Text()); });
+  EXPECT_THAT(indices, ElementsAre("00", "44", "2929"));
+
+  EXPECT_EQ(AObjeto(lee((*campos)(4).shared_from_this(), "Container")), ventana);
+  EXPECT_EQ(AEntero32(lee((*campos)(4).shared_from_this(), "Index")), 4);
+  ventana->boton->Put("Caption", "&Otro");
+  EXPECT_EQ(ventana->boton->AccessibleName(), "Otro");
+  ventana->boton->Put("Enabled", "False");
+  EXPECT_FALSE(ventana->boton->Enabled());
+  ventana->casilla->Put("Value", true ? 1 : 0);
+  EXPECT_EQ(ATexto(Value(ObjectPtr(ventana->casilla))), "1");
+  ventana->reloj->Put("Interval", 250);
+  EXPECT_EQ(ventana->reloj->Interval(), 250);
+  EXPECT_EQ(ventana->Find("noHay"), std::nullopt);
+  EsperaError(ErrorNumber::NoSuchMember, [&] { lee(ventana->a, "Caption"); });
+  EsperaError(ErrorNumber::NoSuchMember, [&] { ventana->a->Put("Name", "otro"); });
+  EsperaError(ErrorNumber::InvalidCall, [&] { ventana->casilla->Put("Value", 3); });
+}
+
+}  // namespace
+}  // namespace zuvi::pruebas

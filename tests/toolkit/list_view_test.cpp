@@ -1,0 +1,166 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/toolkit/ventana.h"
+
+namespace zuvi::pruebas {
+namespace {
+
+class Listas : public testing::Test {
+ protected:
+  Listas() { Filas().Clear(); }
+  ListView& Lista() { return *ventana->lista; }
+  ListItems& Filas() { return ventana->lista->Items(); }
+  void Llena(int cuantas) {
+    for (int i = 1; i <= cuantas; ++i) Filas().Add("k" + std::to_string(i), std::to_string(i));
+  }
+  std::string Textos() {
+    std::string todos;
+    for (std::int32_t i = 1; i <= Filas().Count(); ++i) {
+      EXPECT_EQ(Filas()(i).Index(), i);
+      todos += Filas()(i).Text() + " ";
+    }
+    return todos;
+  }
+
+  HeadlessDesktop escritorio;
+  Diario diario;
+  std::shared_ptr<Ventana> ventana = std::make_shared<Ventana>(escritorio, diario);
+};
+
+TEST_F(Listas, RowsKeepTheirOrderAndKeys) {
+  Llena(6);
+  Filas().Add("", "sin clave");
+  Filas().Add("", "otra");
+  Filas().Remove("k2");
+  Filas().Remove(4);  // k5
+  EXPECT_EQ(Textos(), "1 3 4 6 sin clave otra ");
+  Filas().Add("k2", "2b");
+  Filas().Insert(1, "k0", "0");
+  Filas().Insert(4, "", "medio");
+  EXPECT_EQ(Textos(), "0 1 3 medio 4 6 sin clave otra 2b ");
+  EXPECT_EQ(Filas()("k2").Index(), 9);
+  EXPECT_EQ(Filas().ByKey("k5"), nullptr);
+  EXPECT_EQ(Filas().ByKey(""), nullptr);
+  try {
+    Filas().Add("k3", "repetida");
+    ADD_FAILURE();
+  } catch (const HostError& error) {
+    EXPECT_STREQ(error.what(), "Key is not unique in collection");
+  }
+  for (const std::int32_t fuera : {0, -1, 10}) EXPECT_THROW(Filas()(fuera), HostError) << fuera;
+  EXPECT_THROW(Filas().Remove("k5"), HostError);
+  EXPECT_THROW(Filas().Insert(11, "n", "n"), HostError);
+  EXPECT_EQ(Filas().Count(), 9);
+}
+
+// Each of these would take hours if a removal or a position cost a pass over the rows.
+TEST_F(Listas, LoopsOverManyRowsStayLinear) {
+  constexpr int kFilas = 400'000;
+  Llena(kFilas);
+  for (int i = 1; i <= kFilas; i += 2) Filas().Remove("k" + std::to_string(i));
+  EXPECT_EQ(Filas()(1).Key(), "k2");
+  while (Filas().Count() > kFilas / 4) Filas().Remove(1);
+  for (std::int32_t i = Filas().Count(); i > kFilas / 8; --i) Filas().Remove(i);
+  EXPECT_EQ(Filas().Count(), kFilas / 8);
+
+  Filas().Clear();
+  Llena(kFilas);
+  // Forward, taking out every third and asking for each position, with rows added on the way.
+  int nuevas = 0;
+  for (std::int32_t i = 1; i <= Filas().Count();) {
+    const std::int32_t numero = std::stoi(Filas()(i).Text());
+    EXPECT_EQ(Filas()(i).Index(), i);
+    if (numero % 3 == 0) {
+      Filas().Remove(i);
+      if (numero % 9 == 0 && numero <= kFilas) Filas().Add("", std::to_string(3 * kFilas + 1 + ++nuevas % 2));
+    } else {
+      ++i;
+    }
+  }
+  EXPECT_EQ(Filas().Count(), kFilas - kFilas / 3 + nuevas);
+  EXPECT_EQ(Filas()(200'000).Key(), "k299999");
+  // Out of the middle until none is left.
+  while (Filas().Count() > 0) Filas().Remove((Filas().Count() + 1) / 2);
+  EXPECT_EQ(Filas().ByKey("k2"), nullptr);
+}
+
+TEST_F(Listas, TheSelectedRowGoesWithItsRow) {
+  Llena(30);
+  ventana->Show();
+  Lista().Move({0, 0, Dip(200), 11 * ListView::kRowHeight});
+  Lista().SetFocus();
+  diario.sucesos.clear();
+  struct {
+    std::int16_t tecla;
+    std::int32_t fila;
+  } const pasos[] = {{key::kUp, 1},        {key::kDown, 2},    {key::kPageDown, 12}, {key::kEnd, 30},
+                     {key::kPageDown, 30}, {key::kPageUp, 20}, {key::kUp, 19},       {key::kHome, 1}};
+  for (const auto& [tecla, fila] : pasos) {
+    ventana->Press(tecla);
+    EXPECT_EQ(Lista().SelectedItem()->Index(), fila) << tecla;
+  }
+  const auto elegidas = std::ranges::count_if(
+      diario.sucesos, [](const std::string& s) { return s.starts_with("lista.ItemClick"); });
+  EXPECT_EQ(elegidas, 7);  // the end of the list is no other row
+  diario.sucesos.clear();
+  Filas()(5).SetSelected(true);
+  EXPECT_TRUE(Filas()("k5").Selected());
+  EXPECT_TRUE(diario.sucesos.empty());  // code tells nobody
+  Filas().Remove(1);
+  EXPECT_EQ(Lista().SelectedItem()->Key(), "k5");
+  Filas().Remove("k5");
+  EXPECT_EQ(Lista().SelectedItem(), nullptr);
+  // The handler takes the row out that it is told of.
+  Lista().OnItemClick = [&](ListItem& item) {
+    Filas().Clear();
+    EXPECT_EQ(item.Key(), "k7");
+    EXPECT_EQ(item.Index(), 0);
+  };
+  Lista().UserSelected(5);
+  EXPECT_EQ(Lista().SelectedItem(), nullptr);
+  ventana->Press(key::kDown);
+}
+
+TEST_F(Listas, IsUsedByName) {
+  const auto lee = [](const ObjectPtr& objeto, const char* nombre, std::vector<Value> args = {}) {
+    return objeto->Call(nombre, args);
+  };
+  const ObjectPtr filas = AObjeto(lee(ventana->lista, "ListItems"));
+  const ObjectPtr columnas = AObjeto(lee(ventana->lista, "ColumnHeaders"));
+  lee(columnas, "Add", {Empty{}, "c", "Clave", 1000});
+  lee(columnas, "Add", {1, "n", "Nombre"});
+  EXPECT_EQ(Lista().Columns().All().front().caption, "Nombre");
+  const ObjectPtr fila = AObjeto(lee(filas, "Add", {Empty{}, "7", "Pan"}));
+  lee(filas, "Add", {1, "8", "Agua"});
+  lee(filas, "Add");
+  EXPECT_EQ(AEntero32(lee(filas, "Count")), 3);
+  // A text is a key, a number a position.
+  EXPECT_EQ(AObjeto(lee(filas, "Item", {"7"})), fila);
+  std::vector<Value> primera{1};
+  EXPECT_EQ(ATexto(filas->Read(kDefaultMember, primera)), "Agua");
+  std::vector<Value> valor{2, "harina"};
+  fila->Write(*fila->Find("SubItems"), valor);
+  EXPECT_EQ(lee(fila, "SubItems", {2}), Value("harina"));
+  EXPECT_EQ(lee(fila, "SubItems", {1}), Value(""));
+  EXPECT_EQ(Lista().Cell(2, 2), "harina");
+  EXPECT_THROW(lee(fila, "SubItems", {0}), HostError);
+  EXPECT_THROW(fila->Put("Key", "9"), HostError);
+  ventana->lista->Put("SelectedItem", fila);
+  EXPECT_EQ(lee(AObjeto(lee(ventana->lista, "SelectedItem")), "Key"), Value("7"));
+  EXPECT_EQ(AEntero32(lee(fila, "Index")), 2);
+  lee(filas, "Remove", {2});
+  EXPECT_EQ(AObjeto(lee(ventana->lista, "SelectedItem")), nullptr);
+  EXPECT_THROW(ventana->lista->Put("SelectedItem", fila), HostError);
+  // Kept by a host longer than the window.
+  const ObjectPtr resto = AObjeto(lee(filas, "Item", {1}));
+  ventana.reset();
+  EXPECT_EQ(ATexto(lee(resto, "Text")), "Agua");
+  resto->Put("Text", "otra");
+  EXPECT_EQ(AEntero32(lee(resto, "Index")), 0);
+  EXPECT_THROW(lee(filas, "Add"), HostError);
+}
+
+}  // namespace
+}  // namespace zuvi::pruebas

@@ -1,0 +1,136 @@
+// A window with one control of each kind that writes down what happens to it, and can be told to act on it.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "toolkit/buttons.h"
+#include "toolkit/combo_box.h"
+#include "toolkit/dates.h"
+#include "toolkit/flex_grid.h"
+#include "toolkit/form.h"
+#include "toolkit/headless_desktop.h"
+#include "toolkit/indicators.h"
+#include "toolkit/list_view.h"
+#include "toolkit/multi_combo.h"
+#include "toolkit/text_box.h"
+
+namespace zuvi::pruebas {
+
+/// What happened, and what is done about it; outlives the windows.
+struct Diario {
+  std::vector<std::string> sucesos;
+  /// Runs with each event, under its name without its values.
+  std::function<void(const std::string& suceso)> al_suceder;
+  /// Changes a key or character on its way.
+  std::function<void(const std::string& suceso, std::int16_t& codigo)> filtro;
+
+  void Anota(const std::string& suceso, const std::string& valor = {}) {
+    sucesos.push_back(valor.empty() ? suceso : suceso + " " + valor);
+    if (const auto accion = al_suceder) accion(suceso);
+  }
+  void AnotaCodigo(const std::string& suceso, std::int16_t& codigo) {
+    Anota(suceso, std::to_string(codigo));
+    if (const auto cambia = filtro) cambia(suceso, codigo);
+  }
+};
+
+class Ventana final : public Form {
+ public:
+  Ventana(Desktop& desktop, Diario& diario) : Form(desktop, "ventana", nullptr), diario_(&diario) {
+    SetKeyPreview(true);
+    DesignInside(Dip(800), Dip(600));
+    etiqueta = Add<Label>("etiqueta");
+    etiqueta->SetCaption("&Primero:");
+    a = Pon<TextBox>("a");
+    b = Pon<TextBox>("b");
+    boton = Pon<Button>("boton");
+    boton->SetCaption("&Hacer && ya");
+    casilla = Pon<CheckBox>("casilla");
+    casilla->SetCaption("&Ñandú");
+    combo = Pon<ComboBox>("combo");
+    fecha = Pon<DatePicker>("fecha");
+    mes = Pon<MonthView>("mes");
+    lista = Pon<ListView>("lista");
+    rejilla = Pon<FlexGrid>("rejilla");
+    rejilla->Design({0, 0, Dip(400), Dip(220)});
+    reloj = Add<Timer>("reloj");
+    multi = Add<MultiCombo>("multi");
+
+    Diario* const d = diario_;
+    a->OnChange = [d, caja = a.get()] { d->Anota("a.Change", caja->Text()); };
+    combo->OnChange = [d] { d->Anota("combo.Change"); };
+    fecha->OnChange = [d] { d->Anota("fecha.Change"); };
+    mes->OnDateClick = [d](const Fecha& dia) { d->Anota("mes.DateClick", dia.Texto()); };
+    lista->OnItemClick = [d](ListItem& item) { d->Anota("lista.ItemClick", item.Key()); };
+    rejilla->OnLeaveCell = [this, d] { d->Anota("rejilla.LeaveCell", Celda()); };
+    rejilla->OnRowColChange = [this, d] { d->Anota("rejilla.RowColChange", Celda()); };
+    rejilla->OnScroll = [d] { d->Anota("rejilla.Scroll"); };
+    reloj->OnTimer = [d] { d->Anota("reloj.Timer"); };
+    etiqueta->OnClick = [d] { d->Anota("etiqueta.Click"); };
+    etiqueta->OnDblClick = [d] { d->Anota("etiqueta.DblClick"); };
+    combo->AddItem("Día");
+    combo->AddItem("Semana");
+    for (const char* clave : {"x", "y", "z"}) lista->Items().Add(clave, clave);
+    rejilla->SetRows(100);
+    rejilla->SetCols(4);
+    mes->SetValue(Fecha::DesdeTexto("2024-01-31"));
+    fecha->SetValue(Fecha::DesdeTexto("2024-01-31 10:30:00"));
+    diario_->sucesos.clear();
+  }
+
+  std::string Celda() const { return std::to_string(rejilla->Row()) + "," + std::to_string(rejilla->Col()); }
+
+  void Form_Load() override { diario_->Anota("Load"); }
+  void Form_QueryUnload(std::int16_t& cancel, std::int16_t mode) override {
+    std::string modo = std::to_string(mode);
+    diario_->Anota("QueryUnload", modo);
+    cancel = cancela;
+  }
+  void Form_Unload(std::int16_t&) override { diario_->Anota("Unload"); }
+  void Form_KeyDown(std::int16_t& key, std::int16_t) override { diario_->AnotaCodigo("KeyDown", key); }
+  void Form_Paint() override { diario_->Anota("Paint"); }
+  void Form_Resize() override { diario_->Anota("Resize"); }
+
+  std::shared_ptr<Label> etiqueta;
+  std::shared_ptr<TextBox> a, b;
+  std::shared_ptr<Button> boton;
+  std::shared_ptr<CheckBox> casilla;
+  std::shared_ptr<ComboBox> combo;
+  std::shared_ptr<DatePicker> fecha;
+  std::shared_ptr<MonthView> mes;
+  std::shared_ptr<ListView> lista;
+  std::shared_ptr<FlexGrid> rejilla;
+  std::shared_ptr<Timer> reloj;
+  std::shared_ptr<MultiCombo> multi;
+  std::int16_t cancela = 0;
+
+ private:
+  template <class T>
+  std::shared_ptr<T> Pon(const std::string& nombre) {
+    auto control = Add<T>(nombre);
+    Diario* const d = diario_;
+    control->OnGotFocus = [d, nombre] { d->Anota(nombre + ".GotFocus"); };
+    control->OnLostFocus = [d, nombre] { d->Anota(nombre + ".LostFocus"); };
+    control->OnClick = [d, nombre] { d->Anota(nombre + ".Click"); };
+    control->OnDblClick = [d, nombre] { d->Anota(nombre + ".DblClick"); };
+    control->OnKeyDown = [d, nombre](std::int16_t& key, std::int16_t) {
+      d->AnotaCodigo(nombre + ".KeyDown", key);
+    };
+    control->OnKeyUp = [d, nombre](std::int16_t& key, std::int16_t) {
+      d->AnotaCodigo(nombre + ".KeyUp", key);
+    };
+    control->OnKeyPress = [d, nombre](std::int16_t& caracter) {
+      d->AnotaCodigo(nombre + ".KeyPress", caracter);
+    };
+    return control;
+  }
+
+  Diario* diario_;
+};
+
+using Sucesos = std::vector<std::string>;
+
+}  // namespace zuvi::pruebas
