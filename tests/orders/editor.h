@@ -1,0 +1,105 @@
+// One order editor on the memory host: opened as a host opens it, worked by keyboard, seen by name.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "orders/frm_op.h"
+#include "tests/support/taller.h"
+
+namespace zuvi::pruebas {
+
+/// With true the host can only be called by name.
+class Editor : public testing::TestWithParam<bool> {
+ protected:
+  Editor() {
+    t.escritorio.SetNow(Fecha::DesdeTexto("2026-03-05 14:07:09"));
+    t.mundo.claves = {"almacen.almacen=9", "almacen.almacen=2", "prods.articulo=MESA"};
+    t.mundo.tablas["SELECT ubicacion FROM prods WHERE articulo = 'MESA'"] = {{{"ubicacion", "A1"}}};
+    t.mundo.tablas["SELECT descrip,unidad,costo_u FROM prods WHERE articulo = 'MESA'"] = {
+        {{"descrip", "Mesa de pino "}, {"unidad", "PZA "}, {"costo_u", 80.0}}};
+  }
+
+  /// Order 120, with some columns changed, and its lines.
+  void PonOrden(const Fila& cambios = {}, const Filas& lineas = {}) {
+    Fila fila{{"op", std::int32_t{120}},
+              {"estado", "PE"},
+              {"ocupado", std::int16_t{0}},
+              {"usuario", "ANA"},
+              {"almacen", "9"},
+              {"f_emision", Fecha::DesdeTexto("2026-03-01")},
+              {"fechaEntrega", Fecha::DesdeTexto("2026-03-20")},
+              {"observ", "urge"},
+              {"automatico", std::int16_t{1}},
+              {"Tipo_doc", "OP"}};
+    for (const auto& [nombre, valor] : cambios)
+      for (auto& [columna, actual] : fila)
+        if (columna == nombre) actual = valor;
+    for (const char* sql : {"SELECT * FROM op WHERE op = 120", "SELECT * FROM op WHERE (((op) = 120))"})
+      t.mundo.tablas[sql] = {fila};
+    for (const char* sql :
+         {"SELECT * FROM oppart WHERE Op = (120)", "SELECT * FROM oppart WHERE (((Op)=120))"})
+      t.mundo.tablas[sql] = lineas;
+  }
+  static Fila Linea(std::int32_t id, const Value& observ = "obs") {
+    return {{"Articulo", "ART" + Decimal(id)},
+            {"Cantidad", 2.5},
+            {"Precio", 10.0},
+            {"Observ", observ},
+            {"id_entrada", id}};
+  }
+
+  /// The window that a method of the component has opened; null for none.
+  std::shared_ptr<frmOp> Abre(const char* metodo, std::int32_t op = 120) {
+    std::vector<Value> args;
+    if (metodo != std::string("NuevaOp")) args.emplace_back(op);
+    t.prod->Call(metodo, args);
+    const auto& abiertas = t.escritorio.Forms();
+    return abiertas.empty() ? nullptr : std::dynamic_pointer_cast<frmOp>(abiertas.back());
+  }
+
+  template <class T>
+  static T& Control(Form& ventana, const char* nombre) {
+    return dynamic_cast<T&>(*AObjeto(ventana.Call(nombre)));
+  }
+  template <class T>
+  static T& Control(Form& ventana, const char* nombre, std::int32_t indice) {
+    Value i = indice;
+    return dynamic_cast<T&>(*AObjeto(ventana.Call(nombre, std::span(&i, 1))));
+  }
+  static TextBox& Campo(Form& ventana, std::int32_t indice) {
+    return Control<TextBox>(ventana, "txtFields", indice);
+  }
+
+  /// What the component called since the last time, one call a line. Reading the connection, fetching a
+  /// message and creating an object are left out.
+  std::string Hecho() {
+    std::string texto = "\n";
+    for (const auto& linea : std::exchange(t.mundo.bitacora, {}))
+      if (!linea.starts_with("Ambiente.Conexion") && !linea.starts_with("TraeMensaje") &&
+          !linea.starts_with("Crea("))
+        texto += linea + "\n";
+    return texto;
+  }
+  /// How a process call of the editor shows in the log.
+  static std::string Proceso(const std::string& clave) {
+    return "IniciaProceso(" + clave + ", frmOp, Ambiente, , Nothing, True, 0, , Null, , Nothing)\n";
+  }
+  static std::string Informe(const std::string& funcion, const std::string& descripcion) {
+    return "Error occured:\r\nModule: frmOp\r\nFunction: " + funcion + "\r\nDescription: " + descripcion;
+  }
+  /// Every host call that logs this line, or begins so, fails.
+  void Falla(const std::string& comienzo) {
+    t.mundo.gancho = [comienzo](const std::string& linea) {
+      if (linea.starts_with(comienzo)) throw HostError("se cayó");
+    };
+  }
+
+  Taller t{GetParam()};
+};
+
+}  // namespace zuvi::pruebas
+
+/// Runs the tests of a suite on a host reached by type, and on one reached by name.
+#define ZUVI_AMBOS_ANFITRIONES(suite)                         \
+  INSTANTIATE_TEST_SUITE_P(Anfitrion, suite, testing::Bool(), \
+                           [](const auto& info) { return info.param ? "PorNombre" : "Directo"; })
