@@ -46,7 +46,10 @@ const MemberTable* frmOp::Members() const {
                           .Property<&frmOp::Parent, &frmOp::PonParent>("Parent")
                           .Property<&frmOp::Registro, &frmOp::PonRegistroPorNombre>("RegistroOp")
                           .Property<&frmOp::Rechazado, &frmOp::PonRechazado>("Rechazado")
-                          .Property<&frmOp::CostoTotal>("Costo"));
+                          .Property<&frmOp::CostoTotal>("Costo")
+                          // For a host that keeps currencies and salespeople in the hidden fields.
+                          .Method<&frmOp::PonTC>("PonTC")
+                          .Method<&frmOp::TraeVends>("TraeVends"));
   return &table;
 }
 
