@@ -7,8 +7,6 @@ Rect Dips(std::int32_t left, std::int32_t top, std::int32_t width, std::int32_t 
   return {Dip(left), Dip(top), Dip(width), Dip(height)};
 }
 
-std::string Numbered(std::string text, std::int32_t number) { return text.append(std::to_string(number)); }
-
 /// What a connection's `Execute` gives: two columns and as many rows as asked for.
 class Field final : public Object {
  public:

@@ -17,6 +17,11 @@
 
 namespace zuvi::sample {
 
+/// A text with a number after it.
+inline std::string Numbered(std::string text, std::int32_t number) {
+  return text.append(std::to_string(number));
+}
+
 /// Keeps the events it hears in `log`, in words such as "nombre+" (got the focus) or "nombre 'a'".
 class SampleForm final : public Form {
  public:

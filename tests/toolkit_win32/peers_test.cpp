@@ -1,0 +1,560 @@
+// What a user does with native controls, and what the model makes of it.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/toolkit_win32/pantalla.h"
+
+namespace zuvi::sample {
+namespace {
+
+using Log = std::vector<std::string>;
+
+std::string NativeText(const Control& control) {
+  return native::Narrow(native::TextOf(Pantalla::HandleOf(control)));
+}
+bool Has(const Log& log, const std::string& event) { return std::ranges::find(log, event) != log.end(); }
+int Windows() {
+  int count = 0;
+  ::EnumThreadWindows(
+      ::GetCurrentThreadId(),
+      [](HWND window, LPARAM param) -> BOOL {
+        wchar_t name[64];
+        ::GetClassNameW(window, name, 64);
+        if (std::wstring_view(name).starts_with(L"Zuvi")) ++*reinterpret_cast<int*>(param);
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&count));
+  return count;
+}
+
+class Loops : public testing::TestWithParam<Loop> {
+ protected:
+  Pantalla screen{GetParam()};
+  std::shared_ptr<SampleForm> form = screen.Open();
+};
+INSTANTIATE_TEST_SUITE_P(, Loops, testing::Values(Loop::Plain, Loop::Dialog),
+                         [](const auto& kind) { return kind.param == Loop::Plain ? "Plain" : "Dialog"; });
+
+TEST_P(Loops, KeysRaiseTheirEventsInOrder) {
+  screen.Type("a");
+  EXPECT_EQ(form->log, (Log{"nombre 65", "nombre 'a'", "nombre=a", "nombre ^65"}));
+  screen.Type("bcdefghijklm");
+  EXPECT_EQ(form->nombre->Text(), "abcdefghij");
+  form->log.clear();
+  screen.Press(VK_TAB);
+  EXPECT_EQ(form->log, (Log{"nombre 9", "nombre-", "importe+", "importe ^9"}));
+  screen.Press(VK_TAB);  // past the locked box
+  EXPECT_TRUE(form->articulo->HasFocus());
+  screen.Press(VK_TAB, VK_SHIFT);
+  EXPECT_TRUE(form->importe->HasFocus());
+  EXPECT_EQ(form->importe->Text(), "");
+}
+
+TEST_P(Loops, DialogKeysReachTheModel) {
+  screen.Press('T', VK_MENU);
+  EXPECT_TRUE(form->turno->HasFocus());
+  screen.Press('P', VK_MENU);
+  EXPECT_TRUE(form->activo->HasFocus());
+  EXPECT_EQ(form->activo->Value(), 1);
+  EXPECT_EQ(::SendMessageW(Pantalla::HandleOf(*form->activo), BM_GETCHECK, 0, 0), 1);
+  screen.Press(VK_SPACE);
+  EXPECT_EQ(form->activo->Value(), 0);
+  form->log.clear();
+  screen.Press(VK_F2);
+  EXPECT_EQ(form->log, (Log{"F2", "activo ^113"}));
+  screen.Press('N', VK_MENU);
+  screen.Press(VK_RETURN);
+  EXPECT_TRUE(Has(form->log, "aceptar clic"));
+  screen.Press(VK_ESCAPE);
+  EXPECT_TRUE(Has(form->log, "cancelar clic"));
+  EXPECT_EQ(form->nombre->Text(), "");
+}
+
+TEST_P(Loops, HandlersChangeOrUseUpKeys) {
+  form->nombre->OnKeyPress = [](std::int16_t& c) { c = static_cast<std::int16_t>(c == 'x' ? 0 : c - 32); };
+  screen.Type("axb");
+  EXPECT_EQ(form->nombre->Text(), "AB");
+  form->nombre->OnKeyDown = [](std::int16_t& key, std::int16_t) {
+    if (key == 'C') key = 0;
+  };
+  screen.Type("cd");
+  EXPECT_EQ(form->nombre->Text(), "ABD");
+  // Its character waits until the handler is through, whatever the handler lets happen.
+  form->nombre->OnKeyDown = [&](std::int16_t&, std::int16_t) {
+    screen.desktop.PumpEvents();
+    EXPECT_EQ(form->nombre->Text(), "ABD");
+  };
+  screen.Type("e");
+  EXPECT_EQ(form->nombre->Text(), "ABDE");
+  // Who moves the focus on a key has used it up.
+  form->nombre->OnKeyDown = [&](std::int16_t&, std::int16_t) { form->importe->SetFocus(); };
+  screen.Type("f");
+  EXPECT_TRUE(form->importe->HasFocus());
+  EXPECT_EQ(form->nombre->Text() + form->importe->Text(), "ABDE");
+}
+
+TEST_P(Loops, SeveralLines) {
+  form->notas->SetFocus();
+  screen.Type("a");
+  screen.Press(VK_RETURN);
+  screen.Type("bc");
+  EXPECT_EQ(form->notas->Text(), "a\r\nbc");
+  EXPECT_EQ(form->notas->SelStart(), 5);
+  screen.Press(VK_BACK);
+  EXPECT_EQ(form->notas->Text(), "a\r\nb");
+  form->notas->OnKeyPress = [](std::int16_t& c) { c = 0; };
+  screen.Press(VK_RETURN);
+  screen.Press(VK_BACK);
+  EXPECT_EQ(form->notas->Text(), "a\r\nb");
+  form->notas->SetSelStart(1);
+  form->notas->SetSelLength(3);
+  EXPECT_EQ(form->notas->SelText(), "\r\nb");
+  form->notas->SetText("otra\r\nvez");
+  EXPECT_EQ(NativeText(*form->notas), "otra\r\nvez");
+}
+
+TEST(Text, CodeAndUserSeeTheSame) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  form->nombre->SetText("más largo que diez");
+  EXPECT_EQ(NativeText(*form->nombre), form->nombre->Text());
+  form->nombre->SetSelStart(0);
+  form->nombre->SetSelLength(form->nombre->Length());
+  screen.Type("z");
+  EXPECT_EQ(form->nombre->Text(), "z");
+  EXPECT_EQ(form->nombre->SelStart(), 1);
+  form->nombre->OnChange = [&] {
+    if (form->nombre->Text() == "zz") form->nombre->SetText("cambiado");
+  };
+  screen.Type("z");
+  EXPECT_EQ(NativeText(*form->nombre), "cambiado");
+  form->bloqueada->SetFocus();
+  screen.Type("1");
+  EXPECT_EQ(form->bloqueada->Text(), "000123");
+  // The screen shows what the handler disabled, and the focus goes on.
+  form->importe->SetFocus();
+  form->importe->SetEnabled(false);
+  EXPECT_FALSE(::IsWindowEnabled(Pantalla::HandleOf(*form->importe)));
+  EXPECT_EQ(::GetFocus(), Pantalla::HandleOf(*form->ActiveControl()));
+}
+
+TEST(Grid, KeysMouseAndEditorOverACell) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  FlexGrid& grid = *form->rejilla;
+  grid.SetFocus();
+  for (const int key : {VK_RIGHT, VK_RIGHT, VK_RIGHT, VK_RIGHT, VK_DOWN}) screen.Press(static_cast<WORD>(key));
+  EXPECT_EQ(grid.Row(), 2);
+  EXPECT_EQ(grid.Col(), 3);  // the hidden column is passed over
+  screen.Press(VK_END, VK_CONTROL);
+  EXPECT_EQ(grid.Row(), 40);
+  EXPECT_GT(grid.TopRow(), 1);
+  SCROLLINFO bar{};
+  bar.cbSize = sizeof bar;
+  bar.fMask = SIF_ALL;
+  ::GetScrollInfo(Pantalla::HandleOf(grid), SB_VERT, &bar);
+  EXPECT_EQ(bar.nPos, grid.TopRow() - 1);
+  EXPECT_EQ(bar.nMax, 39);
+  ::SendMessageW(Pantalla::HandleOf(grid), WM_VSCROLL, SB_TOP, 0);
+  EXPECT_EQ(grid.TopRow(), 1);
+  screen.Click(grid, 100, 22 * 3 + 5);
+  EXPECT_EQ(grid.Row(), 3);
+  EXPECT_EQ(grid.Col(), 1);
+  const Rect cell = grid.CellBounds();
+  form->editor->Move({grid.Left() + cell.left, grid.Top() + cell.top, cell.width, cell.height});
+  form->editor->SetVisible(true);
+  form->editor->SetFocus();
+  screen.Type("y");
+  EXPECT_EQ(form->editor->Text(), "y");
+  const RECT place = [&] {
+    RECT r;
+    ::GetWindowRect(Pantalla::HandleOf(*form->editor), &r);
+    return r;
+  }();
+  EXPECT_EQ(::WindowFromPoint({place.left + 5, place.top + 5}), Pantalla::HandleOf(*form->editor));
+  form->editor->SetVisible(false);
+  grid.SetFocus();
+  EXPECT_EQ(::GetFocus(), Pantalla::HandleOf(grid));
+}
+
+TEST(Lists, RowsComeCheaplyAndAreChosen) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  ListView& list = *form->lista;
+  list.Items().Clear();
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < 10'000; ++i) {
+    list.Items().Add(Numbered("f", i), "fila").SetSubItems(1, "texto");
+    screen.desktop.PumpEvents();
+  }
+  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+  EXPECT_LT(took.count(), 3.0);
+  std::printf("10000 rows, events let in after each: %.2f s\n", took.count());
+  list.SetFocus();
+  screen.Press(VK_DOWN);
+  screen.Press(VK_DOWN);
+  ASSERT_TRUE(list.SelectedItem());
+  const HWND native = Pantalla::HandleOf(list);
+  EXPECT_EQ(::SendMessageW(native, LVM_GETITEMCOUNT, 0, 0), 10'000);
+  EXPECT_EQ(::SendMessageW(native, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED),
+            list.SelectedItem()->Index() - 1);
+  EXPECT_TRUE(Has(form->log, "lista=" + list.SelectedItem()->Key()));
+  list.Items().Remove(list.SelectedItem()->Key());
+  screen.Settle();
+  EXPECT_EQ(::SendMessageW(native, LVM_GETITEMCOUNT, 0, 0), 9'999);
+  EXPECT_EQ(::SendMessageW(native, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED), -1);
+}
+
+TEST(Lists, Combos) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  form->turno->SetFocus();
+  screen.Press(VK_DOWN);
+  screen.Press(VK_DOWN);
+  EXPECT_EQ(form->turno->Text(), "Vespertino");
+  form->turno->SetListIndex(2);
+  EXPECT_EQ(NativeText(*form->turno), "Nocturno");
+  form->unidad->SetFocus();
+  screen.Type("kg");
+  EXPECT_EQ(form->unidad->Text(), "kg");
+  EXPECT_TRUE(Has(form->log, "unidad 'k'"));
+  screen.Press(VK_TAB);
+  EXPECT_TRUE(form->fecha->HasFocus());
+}
+
+TEST(Lists, RowsDropDownFromABox) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  screen.Click(*form->articulos, 5, 5);
+  EXPECT_TRUE(form->articulos->DroppedDown());
+  EXPECT_TRUE(form->articulo->HasFocus());
+  screen.Press(VK_DOWN);
+  screen.Press(VK_DOWN);
+  screen.Press(VK_RETURN);
+  EXPECT_FALSE(form->articulos->DroppedDown());
+  EXPECT_EQ(form->articulo->Text(), "ART-2");
+  EXPECT_FALSE(Has(form->log, "aceptar clic"));
+  screen.Press(VK_F4);
+  EXPECT_TRUE(form->articulos->DroppedDown());
+  screen.Press(VK_ESCAPE);
+  EXPECT_FALSE(form->articulos->DroppedDown());
+  EXPECT_FALSE(Has(form->log, "cancelar clic"));
+  screen.Press(VK_F4);
+  screen.Press(VK_TAB);  // leaving the box closes the list
+  EXPECT_FALSE(form->articulos->DroppedDown());
+  form->articulos->SetRowSource("");
+  EXPECT_FALSE(::IsWindowVisible(Pantalla::HandleOf(*form->articulos)));
+}
+
+TEST(Dates, KeysMoveAndTellTheModel) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  form->fecha->SetFocus();
+  screen.Press(VK_UP);
+  EXPECT_NE(form->fecha->Value().Texto(), "2024-05-17");
+  EXPECT_TRUE(Has(form->log, "fecha=" + form->fecha->Value().Texto()));
+  form->mes->SetFocus();
+  screen.Press(VK_DOWN);
+  EXPECT_TRUE(Has(form->log, "mes=2024-05-24"));
+  SYSTEMTIME day{};
+  ::SendMessageW(Pantalla::HandleOf(*form->mes), MCM_GETCURSEL, 0, reinterpret_cast<LPARAM>(&day));
+  EXPECT_EQ(day.wDay, 24);
+}
+
+TEST(Windows, SizeStateAndTitleBar) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  const HWND native = Pantalla::HandleOf(*form);
+  EXPECT_EQ(form->paintings, 1);
+  const auto right_of = [](HWND window) {
+    RECT r;
+    ::GetWindowRect(window, &r);
+    return r.right;
+  };
+  const HWND button = Pantalla::HandleOf(*form->cancelar);
+  RECT before;
+  ::GetWindowRect(native, &before);
+  const LONG margin = before.right - right_of(button);
+  ::SetWindowPos(native, nullptr, 0, 0, before.right - before.left + 90, before.bottom - before.top + 30,
+                 SWP_NOMOVE | SWP_NOZORDER);
+  screen.Settle();
+  EXPECT_EQ(form->InsideWidth(), Dip(850));
+  EXPECT_EQ(form->resizes, 1);
+  EXPECT_EQ(right_of(native) - right_of(button), margin);
+  ::SetWindowPos(native, nullptr, 0, 0, 50, 50, SWP_NOMOVE | SWP_NOZORDER);
+  screen.Settle();
+  EXPECT_EQ(form->InsideWidth(), Dip(760));
+  form->SetState(WindowState::Minimized);
+  screen.Settle();
+  EXPECT_TRUE(::IsIconic(native));
+  form->SetState(WindowState::Normal);
+  screen.Settle();
+  form->SetCaption("Año nuevo");
+  EXPECT_EQ(native::TextOf(native), L"A\u00f1o nuevo");
+  form->log.clear();
+  form->refuses = true;
+  ::PostMessageW(native, WM_CLOSE, 0, 0);
+  screen.Settle();
+  EXPECT_EQ(form->log, (Log{"query 0"}));
+  EXPECT_TRUE(::IsWindowVisible(native));
+  form->refuses = false;
+  ::PostMessageW(native, WM_SYSCOMMAND, SC_CLOSE, 0);
+  screen.Settle();
+  EXPECT_TRUE(form->Closed());
+  EXPECT_EQ(Windows(), 0);
+}
+
+TEST(Windows, ModalBlocksItsOwnerAndGivesTheFocusBack) {
+  Pantalla screen;
+  const auto owner = screen.Open();
+  owner->importe->SetFocus();
+  for (const bool named : {true, false}) {
+    const auto form = std::make_shared<SampleForm>(screen.desktop);
+    form->reloj->SetInterval(60);
+    int ticks = 0;
+    form->reloj->OnTimer = [&] {
+      EXPECT_FALSE(owner->Enabled());
+      EXPECT_FALSE(::IsWindowEnabled(Pantalla::HandleOf(*owner)));
+      EXPECT_EQ(::GetActiveWindow(), Pantalla::HandleOf(*form));
+      if (++ticks == 2) ::PostMessageW(Pantalla::HandleOf(*form), WM_CLOSE, 0, 0);
+    };
+    form->ShowModal(named ? owner.get() : nullptr);
+    EXPECT_TRUE(form->Closed());
+    EXPECT_TRUE(owner->Enabled());
+    screen.Settle();
+    EXPECT_EQ(::GetFocus(), Pantalla::HandleOf(*owner->importe));
+  }
+  // The end of the program reaches the loop outside.
+  const auto form = std::make_shared<SampleForm>(screen.desktop);
+  form->reloj->SetInterval(30);
+  form->reloj->OnTimer = [] { ::PostQuitMessage(7); };
+  form->ShowModal(owner.get());
+  EXPECT_TRUE(form->Closed());
+  MSG message{};
+  while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) && message.message != WM_QUIT) {
+  }
+  EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
+  EXPECT_EQ(message.wParam, 7u);
+}
+
+/// Ways to get at an event, each with a handler that closes the window.
+struct Closing {
+  const char* name;
+  void (*act)(Pantalla&, SampleForm&, const std::function<void()>& close);
+};
+class Closings : public testing::TestWithParam<Closing> {};
+
+TEST_P(Closings, FromAHandler) {
+  std::weak_ptr<SampleForm> gone;
+  {
+    Pantalla screen;
+    auto form = screen.Open();
+    gone = form;
+    SampleForm& window = *form;
+    form.reset();  // it lives in its desktop alone
+    const auto close = [&window] { EXPECT_TRUE(window.Unload()); };
+    GetParam().act(screen, window, close);
+    screen.Settle(150);
+    EXPECT_TRUE(gone.expired());
+    EXPECT_EQ(Windows(), 0);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(, Closings,
+                         testing::Values(
+                             Closing{"KeyDown",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.nombre->OnKeyDown = [close](std::int16_t&, std::int16_t) {
+                                         close();
+                                       };
+                                       s.Type("abc");
+                                     }},
+                             Closing{"KeyPress",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.notas->OnKeyPress = [close](std::int16_t&) { close(); };
+                                       f.notas->SetFocus();
+                                       s.Press(VK_RETURN);
+                                     }},
+                             Closing{"KeyUp",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.nombre->OnKeyUp = [close](std::int16_t&, std::int16_t) { close(); };
+                                       s.Type("a");
+                                     }},
+                             Closing{"Change",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.nombre->OnChange = close;
+                                       s.Type("a");
+                                     }},
+                             Closing{"RichChange",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.notas->OnChange = close;
+                                       f.notas->SetFocus();
+                                       s.Type("a");
+                                     }},
+                             Closing{"LostFocus",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.nombre->OnLostFocus = close;
+                                       s.Click(*f.importe, 5, 5);
+                                     }},
+                             Closing{"GotFocus",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.importe->OnGotFocus = close;
+                                       s.Press(VK_TAB);
+                                     }},
+                             Closing{"ButtonClick",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.cancelar->OnClick = close;
+                                       s.Click(*f.cancelar, 5, 5);
+                                     }},
+                             Closing{"ButtonSpace",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.cancelar->OnClick = close;
+                                       f.cancelar->SetFocus();
+                                       s.Press(VK_SPACE);
+                                     }},
+                             Closing{"Mnemonic",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.cancelar->OnClick = close;
+                                       s.Press('C', VK_MENU);
+                                     }},
+                             Closing{"CheckClick",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.activo->OnClick = close;
+                                       s.Click(*f.activo, 5, 5);
+                                     }},
+                             Closing{"LabelClick",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.titulo->OnClick = close;
+                                       s.Click(*f.titulo, 5, 5);
+                                     }},
+                             Closing{"ComboChoice",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.turno->OnClick = close;
+                                       f.turno->SetFocus();
+                                       s.Press(VK_DOWN);
+                                     }},
+                             Closing{"ComboTyped",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.unidad->OnChange = close;
+                                       f.unidad->SetFocus();
+                                       s.Type("a");
+                                     }},
+                             Closing{"DropDownChoice",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.articulo->OnChange = close;
+                                       s.Click(*f.articulos, 5, 5);
+                                       s.Press(VK_DOWN);
+                                       s.Press(VK_RETURN);
+                                     }},
+                             Closing{"CellChange",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.rejilla->OnRowColChange = close;
+                                       s.Click(*f.rejilla, 100, 22 * 3 + 5);
+                                     }},
+                             Closing{"CellLeft",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.rejilla->OnLeaveCell = close;
+                                       f.rejilla->SetFocus();
+                                       s.Press(VK_DOWN);
+                                     }},
+                             Closing{"GridScroll",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.rejilla->OnScroll = close;
+                                       ::PostMessageW(Pantalla::HandleOf(*f.rejilla), WM_VSCROLL, SB_PAGEDOWN,
+                                                      0);
+                                       s.Settle();
+                                     }},
+                             Closing{"RowChosen",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.lista->OnItemClick = [close](ListItem&) { close(); };
+                                       s.Click(*f.lista, 20, 40);
+                                     }},
+                             Closing{"DatePicked",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.fecha->OnChange = close;
+                                       f.fecha->SetFocus();
+                                       s.Press(VK_UP);
+                                     }},
+                             Closing{"DayClicked",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.mes->OnDateClick = [close](const Fecha&) { close(); };
+                                       s.Click(*f.mes, 90, 80);
+                                     }},
+                             Closing{"Timer",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>& close) {
+                                       f.reloj->OnTimer = close;
+                                       f.reloj->SetInterval(20);
+                                       s.Settle(200);
+                                     }},
+                             Closing{"PumpInAFill",
+                                     [](Pantalla& s, SampleForm& f, const std::function<void()>&) {
+                                       const auto keep = f.Keep();
+                                       for (int i = 0; i < 50 && !f.Closed(); ++i) {
+                                         f.lista->Items().Add(Numbered("n", i), "nueva");
+                                         if (i == 20) ::PostMessageW(Pantalla::HandleOf(f), WM_CLOSE, 0, 0);
+                                         s.desktop.PumpEvents();
+                                       }
+                                       EXPECT_TRUE(f.Closed());
+                                     }},
+                             Closing{"FormKey",
+                                     [](Pantalla& s, SampleForm&,
+                                        const std::function<void()>&) { s.Press(VK_F4, VK_CONTROL); }},
+                             Closing{"AltF4", [](Pantalla& s, SampleForm&,
+                                                 const std::function<void()>&) { s.Press(VK_F4, VK_MENU); }},
+                             Closing{"DestroyedByOthers",
+                                     [](Pantalla&, SampleForm& f, const std::function<void()>&) {
+                                       ::DestroyWindow(Pantalla::HandleOf(f));
+                                     }}),
+                         [](const auto& kind) { return kind.param.name; });
+
+TEST(Windows, OpeningCostsLittleMoreThanTheirControls) {
+  using Clock = std::chrono::steady_clock;
+  Pantalla screen;
+  screen.Open()->Unload();
+  screen.Settle();
+  const auto seconds = [](Clock::time_point from) {
+    return std::chrono::duration<double>(Clock::now() - from).count();
+  };
+  double ours = 1e9, bare = 1e9;
+  for (int run = 0; run < 7; ++run) {
+    auto form = std::make_shared<Form>(screen.desktop, "Muchas", nullptr);
+    for (int i = 0; i < 60; ++i) {
+      std::shared_ptr<Control> control;
+      if (i % 2)
+        control = form->Add<TextBox>(Numbered("caja", i));
+      else
+        control = form->Add<Label>(Numbered("titulo", i));
+      control->Design({Dip(10 + i % 6 * 100), Dip(10 + i / 6 * 30), Dip(90), Dip(22)});
+    }
+    auto start = Clock::now();
+    form->Show();
+    ours = std::min(ours, seconds(start));
+    form->Unload();
+    screen.Settle();
+
+    start = Clock::now();
+    const HWND window = ::CreateWindowExW(0, L"#32770", L"", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 200, 150,
+                                          660, 520, nullptr, nullptr, nullptr, nullptr);
+    for (int i = 0; i < 60; ++i)
+      ::CreateWindowExW(i % 2 ? WS_EX_CLIENTEDGE : 0, i % 2 ? L"EDIT" : L"STATIC", L"", WS_CHILD | WS_VISIBLE,
+                        10 + i % 6 * 100, 10 + i / 6 * 30, 90, 22, window, nullptr, nullptr, nullptr);
+    ::ShowWindow(window, SW_SHOW);
+    ::RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    ::SetFocus(::GetTopWindow(window));
+    bare = std::min(bare, seconds(start));
+    ::DestroyWindow(window);
+    screen.Settle();
+  }
+  std::printf("window of 60 controls: %.1f ms, bare calls %.1f ms, ratio %.2f\n", ours * 1e3, bare * 1e3,
+              ours / bare);
+  EXPECT_LT(ours, bare * 2);
+}
+
+}  // namespace
+}  // namespace zuvi::sample
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}
