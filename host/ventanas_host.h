@@ -42,11 +42,13 @@ class BuscaCatalogoHost : public BuscaCatalogo {
   const MemberTable* Members() const override;
 
  protected:
-  std::shared_ptr<Anfitrion> anfitrion_;
+  const ObjectPtr& Destino() const { return destino_; }
+  const std::string& Filtro() const { return filtro_; }
 
  private:
   void MuestraConTextos(const std::string& titulo, const Value&, const Value&, const Value&, const Value&);
 
+  std::shared_ptr<Anfitrion> anfitrion_;
   ObjectPtr destino_;
   std::string filtro_;
 };
@@ -63,6 +65,9 @@ class CapturaNumericaHost : public CapturaNumerica {
   void Captura(double numero);
 
   const MemberTable* Members() const override;
+
+ protected:
+  const ObjectPtr& Destino() const { return destino_; }
 
  private:
   ObjectPtr destino_;

@@ -1,0 +1,121 @@
+// The operations of the main window. The component reports its own errors and refusals; what it ends silently
+// is told here, from what it left in the database.
+#include "host/celdas.h"
+#include "host/ocupadas.h"
+#include "host/ordenes.h"
+#include "host/ventanas/frm_kit.h"
+#include "host/ventanas/frm_master.h"
+
+namespace zuvi::host {
+namespace {
+
+constexpr const char* kComponente = "ZuviProduccion.Produccion";
+
+}  // namespace
+
+Late& frmMaster::Componente() {
+  if (!componente_) {
+    const ObjectPtr objeto = LaEscena().fabrica.Crea(kComponente);
+    objeto->Put("Ambiente", LaEscena().fabrica.Crea(Ambiente::kProgId));
+    objeto->Put("Parent", shared_from_this());
+    componente_.emplace(objeto);
+  }
+  return *componente_;
+}
+
+void frmMaster::AbreEditor(const std::function<void(Late&)>& llamada) {
+  Late& componente = Componente();
+  const std::size_t antes = ElAnfitrion().Ventanas().size();
+  bool dijo = false;
+  const std::size_t oyente = ElAnfitrion().TraeTraza().Escucha(
+      [&dijo](Suceso suceso, const std::string&) { dijo = dijo || suceso == Suceso::Mensaje; });
+  const bool llamo = Trata([&] { llamada(componente); });
+  ElAnfitrion().TraeTraza().Deja(oyente);
+  if (llamo && !dijo && !Closed() && ElAnfitrion().Ventanas().size() == antes)
+    Dice("La orden no se pudo abrir. Actualice la lista y vea si la base responde.");
+}
+
+void frmMaster::Nueva() {
+  AbreEditor([](Late& componente) { componente.Call("NuevaOp"); });
+}
+void frmMaster::Modifica() {
+  if (const std::int32_t op = Orden())
+    AbreEditor([op](Late& componente) { componente.Call("ModificaOp", op); });
+}
+void frmMaster::Consulta() {
+  AbreEditor([op = Orden()](Late& componente) { componente.Call("ConsultaOp", op); });
+}
+void frmMaster::Fracciones() { Componente().Call("MuestraCapturaDeFracciones"); }
+void frmMaster::Turnos() { Componente().Call("MuestraTurnos"); }
+
+void frmMaster::Imprime() {
+  LaEscena().fabrica.Nuevo<ControlProcesos>()->ImprimeReporte("ORDENP", Orden(), nullptr, shared_from_this());
+  Dice("Se imprimió la orden " + Decimal(Orden()) + ".");
+}
+
+void frmMaster::Entrega() {
+  const std::int32_t op = Orden();
+  const std::string orden = "La orden " + Decimal(op);
+  const std::int32_t partidas = CuantasPartidas(Base(), op);
+  if (partidas == 0) {
+    ElAnfitrion().Mensaje(orden + " no tiene partidas que entregar.", EstiloMensaje::Error);
+    return;
+  }
+  const bool entregada = PorEntregar(Base(), op).empty();
+  if (!ElAnfitrion().Pregunta(entregada ? orden + " ya está entregada. ¿Entregarla otra vez?"
+                                        : "¿Entregar el producto terminado de la orden " + Decimal(op) + "?"))
+    return;
+  const ContadorMovimientos movimientos(ElAnfitrion());
+  Componente().Call("EntregaProductoTerminado", op);
+  if (Closed()) return;
+  Lee();
+  const std::string cuantos = std::to_string(movimientos.Cuantos()) + " movimientos";
+  if (const std::string resto = PorEntregar(Base(), op); !resto.empty())
+    return ElAnfitrion().Mensaje(
+        "La entrega no terminó (" + cuantos + "). Queda por marcar como terminado:\n" + resto,
+        EstiloMensaje::Error);
+  Dice(orden + " se entregó: " + cuantos + ".");
+}
+
+void frmMaster::Cancela() {
+  const std::int32_t op = Orden();
+  const std::string orden = "La orden " + Decimal(op);
+  // It asks by itself.
+  const bool cancelada = ABooleano(Componente().Call("CancelaOp", op));
+  if (Closed()) return;
+  Lee();
+  Dice(!cancelada             ? orden + " no se canceló."
+       : HayOrden(Base(), op) ? orden + " estaba confirmada: quedó cerrada."
+                              : orden + " se canceló.");
+}
+
+void frmMaster::Libera() {
+  const std::int32_t op = Orden();
+  const std::string orden = "La orden " + Decimal(op);
+  const auto ocupadas = OrdenesOcupadas(Base());
+  while (!ocupadas->Eof() && AEntero32(ocupadas->Campo("op")) != op) ocupadas->MoveNext();
+  if (ocupadas->Eof()) return Dice(orden + " no está ocupada.");
+  const std::string ocupante = TextoDe(ocupadas->Campo("usuario"));
+  const std::string pregunta = orden + " está marcada como ocupada.\nLa guardó por última vez " +
+                               (ocupante.empty() ? std::string("alguien sin nombre") : ocupante) + ", el " +
+                               DiaDe(ocupadas->Campo("usufecha")) + " a las " +
+                               TextoDe(ocupadas->Campo("usuhora")) +
+                               ".\n\nLibérela sólo si nadie la tiene abierta: si no, dos personas la "
+                               "cambiarían a la vez.\n¿Liberarla?";
+  if (!ElAnfitrion().Pregunta(pregunta)) return;
+  const bool liberada = LiberaOrden(Base(), op, ElAnfitrion().TraeOpciones().usuario);
+  Lee();
+  Dice(orden + (liberada ? " quedó libre; se anotó en la bitácora." : " ya estaba libre."));
+}
+
+void frmMaster::Kits() {
+  Late& componente = Componente();
+  std::make_shared<frmKit>(LaEscena(), componente)->ShowModal(this);
+  if (!Closed()) Lee();
+}
+
+void frmMaster::Refresca() { Lee(); }
+
+void frmMaster::Sale() { Unload(UnloadMode::TitleBar); }
+
+}  // namespace zuvi::host
