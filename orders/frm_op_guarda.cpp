@@ -46,7 +46,10 @@ bool frmOp::CreaOp() {
     }
 
     registro_ = Consulta("SELECT * FROM op WHERE op = " + Decimal(op_));
+    // The row learns of a ticked "automático" only on finishing: the user's tick is not to be lost here.
+    const std::int16_t automatico = Check1->Value();
     CargaEncabezado();
+    if (automatico == 1) Check1->SetValue(automatico);
     modo_ = kModificacion;
     SetCaption("Op: " + Decimal(op_));
   });

@@ -224,6 +224,7 @@ TEST_P(Guarda, LaPrimeraLineaCreaElEncabezadoYLasDemasNo) {
   t.mundo.proceso = [](PeticionProceso& p) { p.bandera = false; };
   Abierta("NuevaOp");
   LlenaEncabezado();
+  Casilla("Check1").SetValue(1);
   const auto agrega_linea = [&] {
     Campo(*ventana, 4).SetText("MESA");
     Campo(*ventana, 5).SetText("3");
@@ -245,6 +246,7 @@ TEST_P(Guarda, LaPrimeraLineaCreaElEncabezadoYLasDemasNo) {
   EXPECT_EQ(ventana->Modo(), "MODIFICACION");
   EXPECT_EQ(ventana->Caption(), "Op: 501");
   EXPECT_EQ(ventana->Op(), 501);
+  EXPECT_EQ(Casilla("Check1").Value(), 1);
 
   agrega_linea();
   EXPECT_EQ(Hecho().find("SiguienteFolio(Op,"), std::string::npos);
