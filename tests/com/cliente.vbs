@@ -40,8 +40,7 @@ Exige "sin error con texto", Err.Number = 0
 
 Err.Clear
 p.ModificaOp n
-Exige "ventana ausente", Err.Number = 438
-Exige "texto", Len(Err.Description) > 20
+Exige "sin conexión no abre ni avisa", Err.Number = 0
 Err.Clear
 p.CancelaOp
 Exige "faltan argumentos", Err.Number = 450
