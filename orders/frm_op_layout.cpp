@@ -187,7 +187,7 @@ void frmOp::CreaControles() {
                         En(kColumna3 + 232, kFila4 + kBajoRotulo - 2, 112, kAltoBoton), kArribaDerecha);
   Check4 =
       plano.Pon<CheckBox>("Check4", "Lector de Código de Barras",
-                          En(kColumna3 + 360, kFila4 + kBajoRotulo + 2, 176, kAltoCasilla), kArribaDerecha);
+                          En(kColumna3 + 352, kFila4 + kBajoRotulo + 2, 184, kAltoCasilla), kArribaDerecha);
   Check4->SetToolTipText("F3");
 
   // Lines.

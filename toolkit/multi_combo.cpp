@@ -20,6 +20,11 @@ Value OfField(Object& record_set, std::int32_t index, const char* what) {
 }  // namespace
 
 void MultiCombo::SetRowSource(std::string sql) {
+  if (box_ && sql.empty() != row_source_.empty()) {
+    Rect place = box_->DesignBounds();
+    place.width += sql.empty() ? kArrowWidth : -kArrowWidth;
+    box_->Design(place, box_->Anchors());
+  }
   row_source_ = std::move(sql);
   if (row_source_.empty()) CloseUp();
   Changed(Aspect::State);

@@ -13,10 +13,13 @@ namespace zuvi {
 class MultiCombo final : public Control {
  public:
   using Control::Control;
+  /// Room of the arrow at its right end.
+  static constexpr std::int32_t kArrowWidth = Dip(17);
 
   const ObjectPtr& Connection() const { return connection_; }
   void SetConnection(ObjectPtr connection) { connection_ = std::move(connection); }
-  /// The SELECT whose rows are offered.
+  /// The SELECT whose rows are offered. With one its box makes room for the arrow; to be set before the
+  /// window is resized.
   const std::string& RowSource() const { return row_source_; }
   void SetRowSource(std::string sql);
   /// The box it serves; the box's container is this control.

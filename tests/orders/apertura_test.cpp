@@ -174,18 +174,42 @@ TEST_P(Apertura, CadaModoHabilitaLoSuyo) {
   }
 }
 
-TEST_P(Apertura, CadaControlQueSeUsaTieneNombreParaElLectorDePantalla) {
+TEST_P(Apertura, CadaControlTieneSuLugarYNombreParaElLectorDePantalla) {
+  t.mundo.proceso = [](PeticionProceso& p) {
+    Value articulo = std::int32_t{4};
+    const ObjectPtr caja = AObjeto(p.objeto->Call("txtFields", std::span(&articulo, 1)));
+    AObjeto(caja->Call("Container"))->Put("RowSource", "SELECT articulo FROM prods");
+  };
   const auto ventana = Abre("NuevaOp");
-  std::map<std::string, int> nombres;
-  for (const auto& control : ventana->Controls())
-    if (control->Visible() && control->TakesFocus()) {
-      EXPECT_FALSE(control->AccessibleName().empty()) << Mundo::Texto(ObjectPtr(control));
-      EXPECT_EQ(++nombres[control->AccessibleName()], 1) << control->AccessibleName();
+  for (const std::int32_t ancho : {ventana->DesignWidth(), ventana->DesignWidth() + Dip(300)}) {
+    ventana->SetInside(ancho, ventana->DesignHeight() + Dip(200));
+    std::set<std::string> nombres;
+    std::vector<zuvi::Control*> puestos;
+    for (const auto& control : ventana->Controls()) {
       const Rect& r = control->Bounds();
-      EXPECT_TRUE(r.left >= 0 && r.top >= 0 && r.left + r.width <= ventana->InsideWidth() &&
-                  r.top + r.height <= ventana->InsideHeight())
-          << control->AccessibleName();
+      const auto* combo = dynamic_cast<const MultiCombo*>(control.get());
+      if (!control->Visible() || (combo && combo->RowSource().empty()) || r == Rect{}) continue;
+      const std::string nombre = Mundo::Texto(ObjectPtr(control));
+      if (control->TakesFocus()) {
+        EXPECT_FALSE(control->AccessibleName().empty()) << nombre;
+        EXPECT_TRUE(nombres.insert(control->AccessibleName()).second) << nombre;
+      }
+      EXPECT_TRUE(r.left >= 0 && r.top >= 0 && r.width > 0 && r.height > 0 &&
+                  r.left + r.width <= ventana->InsideWidth() && r.top + r.height <= ventana->InsideHeight())
+          << nombre;
+      for (zuvi::Control* otro : puestos) {
+        const Rect& o = otro->Bounds();
+        // Of a lookup only the arrow is there.
+        const std::int32_t izquierda = combo ? r.left + r.width - MultiCombo::kArrowWidth : r.left;
+        const auto* otro_combo = dynamic_cast<const MultiCombo*>(otro);
+        const std::int32_t otra = otro_combo ? o.left + o.width - MultiCombo::kArrowWidth : o.left;
+        EXPECT_FALSE(izquierda < o.left + o.width && otra < r.left + r.width && r.top < o.top + o.height &&
+                     o.top < r.top + r.height)
+            << nombre << " sobre " << Mundo::Texto(otro->shared_from_this());
+      }
+      puestos.push_back(control.get());
     }
+  }
   EXPECT_EQ(Control<CheckBox>(*ventana, "Check3").AccessibleName(), "Dejar como movimiento pendiente");
   EXPECT_EQ(Control<CheckBox>(*ventana, "Check2").AccessibleName(), "Imprimir movimiento.");
 }
@@ -244,7 +268,6 @@ TEST_P(Apertura, VariosEditoresVivenSinElComponente) {
   const auto otro = Abre("ModificaOp");
   t.prod.reset();
   t.ambiente.reset();
-  uno->Call("Modo");
   EXPECT_EQ(uno->Call("modo"), Value("ALTA"));
   EXPECT_EQ(otro->Call("OP"), Value(std::int32_t{120}));
   EXPECT_EQ(otro->Call("Costo"), Value(0.0));

@@ -8,7 +8,7 @@
 namespace zuvi::native {
 namespace {
 
-constexpr std::int32_t kArrowWidth = Dip(17), kMostWidth = Dip(640);
+constexpr std::int32_t kMostWidth = Dip(640);
 constexpr int kRowsShown = 12, kRowsMeasured = 200;
 
 class MultiComboPeer final : public NativeControl, private DropDown {
@@ -34,7 +34,7 @@ class MultiComboPeer final : public NativeControl, private DropDown {
 
   RECT Place() const override {
     RECT place = NativeControl::Place();
-    place.left = std::max(place.left, place.right - Parent().Pixels(kArrowWidth));
+    place.left = std::max(place.left, place.right - Parent().Pixels(MultiCombo::kArrowWidth));
     return place;
   }
   void Restyle() override {
