@@ -144,6 +144,7 @@ void ListItems::Clear() {
 }
 
 void ListItems::Compact() {
+  visited_ += slots_.size();
   std::erase(slots_, nullptr);
   for (std::size_t slot = 0; slot < slots_.size(); ++slot) slots_[slot]->slot_ = slot;
   rows_up_to_.clear();
@@ -151,6 +152,7 @@ void ListItems::Compact() {
 
 void ListItems::CountRows() {
   if (!rows_up_to_.empty()) return;
+  visited_ += slots_.size();
   rows_up_to_.resize(slots_.size());
   for (std::size_t node = 1; node <= slots_.size(); ++node) {
     rows_up_to_[node - 1] += slots_[node - 1] ? 1u : 0u;

@@ -61,6 +61,8 @@ class ListItems final : public Object {
   void Remove(std::string_view key);
   void Remove(std::int32_t position);
   void Clear();
+  /// Rows visited so far to keep positions in order; grows no faster than the rows added and removed.
+  std::size_t Visited() const { return visited_; }
   const MemberTable* Members() const override;
 
  private:
@@ -81,7 +83,7 @@ class ListItems final : public Object {
   std::vector<std::shared_ptr<ListItem>> slots_;  // a row taken out leaves a gap until gaps are many
   std::vector<std::size_t> rows_up_to_;  // binary indexed tree of rows per slot, once positions need it
   std::unordered_map<std::string, ListItem*> by_key_;
-  std::size_t count_ = 0;
+  std::size_t count_ = 0, visited_ = 0;
 };
 
 /// A column of a list in report view.
