@@ -10,6 +10,10 @@
 #include "toolkit/win32/win32_desktop.h"
 #include "toolkit/win32/windows_ui.h"
 
+#ifndef WM_DPICHANGED
+#define WM_DPICHANGED 0x02E0
+#endif
+
 namespace zuvi::sample {
 
 enum class Loop { Plain, Dialog };

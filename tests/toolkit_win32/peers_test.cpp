@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "tests/toolkit_win32/pantalla.h"
+#include "toolkit/win32/native_module.h"
 
 namespace zuvi::sample {
 namespace {
@@ -144,7 +145,8 @@ TEST(Grid, KeysMouseAndEditorOverACell) {
   const auto form = screen.Open();
   FlexGrid& grid = *form->rejilla;
   grid.SetFocus();
-  for (const int key : {VK_RIGHT, VK_RIGHT, VK_RIGHT, VK_RIGHT, VK_DOWN}) screen.Press(static_cast<WORD>(key));
+  for (const int key : {VK_RIGHT, VK_RIGHT, VK_RIGHT, VK_RIGHT, VK_DOWN})
+    screen.Press(static_cast<WORD>(key));
   EXPECT_EQ(grid.Row(), 2);
   EXPECT_EQ(grid.Col(), 3);  // the hidden column is passed over
   screen.Press(VK_END, VK_CONTROL);
@@ -189,7 +191,7 @@ TEST(Lists, RowsComeCheaplyAndAreChosen) {
     screen.desktop.PumpEvents();
   }
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-  EXPECT_LT(took.count(), 3.0);
+  EXPECT_LT(took.count(), 10.0);  // half a second where nothing else runs
   std::printf("10000 rows, events let in after each: %.2f s\n", took.count());
   list.SetFocus();
   screen.Press(VK_DOWN);
@@ -215,6 +217,14 @@ TEST(Lists, Combos) {
   EXPECT_EQ(form->turno->Text(), "Vespertino");
   form->turno->SetListIndex(2);
   EXPECT_EQ(NativeText(*form->turno), "Nocturno");
+  // An open list takes Enter and Escape for itself.
+  for (const WORD closes : {static_cast<WORD>(VK_RETURN), static_cast<WORD>(VK_ESCAPE)}) {
+    screen.Press(VK_F4);
+    EXPECT_TRUE(::SendMessageW(Pantalla::HandleOf(*form->turno), CB_GETDROPPEDSTATE, 0, 0));
+    screen.Press(closes);
+    EXPECT_FALSE(::SendMessageW(Pantalla::HandleOf(*form->turno), CB_GETDROPPEDSTATE, 0, 0));
+  }
+  EXPECT_FALSE(Has(form->log, "aceptar clic") || Has(form->log, "cancelar clic"));
   form->unidad->SetFocus();
   screen.Type("kg");
   EXPECT_EQ(form->unidad->Text(), "kg");
@@ -303,6 +313,21 @@ TEST(Windows, SizeStateAndTitleBar) {
   screen.Settle();
   EXPECT_TRUE(form->Closed());
   EXPECT_EQ(Windows(), 0);
+}
+
+TEST(Windows, AnotherScaleEnlargesEverything) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  const HWND native = Pantalla::HandleOf(*form);
+  RECT place;
+  ::GetWindowRect(native, &place);
+  ::SendMessageW(native, WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&place));
+  screen.Settle();
+  RECT box;
+  ::GetClientRect(Pantalla::HandleOf(*form->activo), &box);
+  EXPECT_EQ(box.right, 180);
+  EXPECT_EQ(box.bottom, 30);
+  EXPECT_EQ(form->nombre->Width(), Dip(180));
 }
 
 TEST(Windows, ModalBlocksItsOwnerAndGivesTheFocusBack) {
@@ -516,6 +541,9 @@ TEST(Windows, OpeningCostsLittleMoreThanTheirControls) {
   const auto seconds = [](Clock::time_point from) {
     return std::chrono::duration<double>(Clock::now() - from).count();
   };
+  native::NativeModule module(::GetModuleHandleW(nullptr), &::DefWindowProcW);
+  const LOGFONTW face = module.MessageFont(96);
+  const native::UniqueGdi<HFONT> font(::CreateFontIndirectW(&face));
   double ours = 1e9, bare = 1e9;
   for (int run = 0; run < 7; ++run) {
     auto form = std::make_shared<Form>(screen.desktop, "Muchas", nullptr);
@@ -533,12 +561,20 @@ TEST(Windows, OpeningCostsLittleMoreThanTheirControls) {
     form->Unload();
     screen.Settle();
 
+    // The same windows in the same look and font, without anything behind them.
     start = Clock::now();
-    const HWND window = ::CreateWindowExW(0, L"#32770", L"", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 200, 150,
-                                          660, 520, nullptr, nullptr, nullptr, nullptr);
-    for (int i = 0; i < 60; ++i)
-      ::CreateWindowExW(i % 2 ? WS_EX_CLIENTEDGE : 0, i % 2 ? L"EDIT" : L"STATIC", L"", WS_CHILD | WS_VISIBLE,
-                        10 + i % 6 * 100, 10 + i / 6 * 30, 90, 22, window, nullptr, nullptr, nullptr);
+    native::WindowSpec spec{L"#32770", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, {}, {200, 150, 860, 670}};
+    const HWND window = module.Create(spec);
+    for (int i = 0; i < 60; ++i) {
+      const LONG left = 10 + i % 6 * 100, top = 10 + i / 6 * 30;
+      const HWND control = module.Create({i % 2 ? L"EDIT" : L"STATIC",
+                                          WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS,
+                                          static_cast<DWORD>(i % 2 ? WS_EX_CLIENTEDGE : 0),
+                                          {},
+                                          {left, top, left + 90, top + 22},
+                                          window});
+      ::SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), FALSE);
+    }
     ::ShowWindow(window, SW_SHOW);
     ::RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     ::SetFocus(::GetTopWindow(window));
@@ -548,7 +584,7 @@ TEST(Windows, OpeningCostsLittleMoreThanTheirControls) {
   }
   std::printf("window of 60 controls: %.1f ms, bare calls %.1f ms, ratio %.2f\n", ours * 1e3, bare * 1e3,
               ours / bare);
-  EXPECT_LT(ours, bare * 2);
+  EXPECT_LT(ours, bare * 1.6);  // a busy machine
 }
 
 }  // namespace

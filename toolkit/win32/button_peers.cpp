@@ -171,6 +171,18 @@ class CheckBoxPeer final : public CaptionedPeer {
   void OnCommand(UINT code) override {
     if (code == BN_CLICKED) box_.Click();
   }
+  /// Without a caption just the box: its text is for screen readers and lies outside.
+  RECT Place() const override {
+    RECT place = NativeControl::Place();
+    if (box_.CaptionText().empty())
+      place.right = std::min<LONG>(place.right, place.left + Parent().Pixels(Dip(16)));
+    return place;
+  }
+
+ protected:
+  std::wstring NativeCaption() const override {
+    return box_.CaptionText().empty() ? Wide(box_.AccessibleName()) : CaptionedPeer::NativeCaption();
+  }
 
  private:
   void ShowTick() { Send(BM_SETCHECK, static_cast<WPARAM>(box_.Value())); }

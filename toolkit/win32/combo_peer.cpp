@@ -6,9 +6,12 @@
 namespace zuvi::native {
 namespace {
 
-class ComboPeer final : public NativeControl {
+class ComboPeer final : public NativeControl, private DropDown {
  public:
   ComboPeer(NativeForm& form, ComboBox& combo) : NativeControl(form, combo), combo_(combo) {}
+  ~ComboPeer() override {
+    if (Parent().Dropped() == this) Parent().SetDropped(nullptr);
+  }
 
   void Create() override {
     const bool typed = combo_.Kind() == ComboBox::Style::DropDown;
@@ -45,6 +48,8 @@ class ComboPeer final : public NativeControl {
   }
 
   void OnCommand(UINT code) override {
+    if (code == CBN_DROPDOWN) Parent().SetDropped(this);
+    if (code == CBN_CLOSEUP && Parent().Dropped() == this) Parent().SetDropped(nullptr);
     if (Updating()) return;
     if (code == CBN_SELCHANGE) {
       combo_.UserChose(static_cast<std::int32_t>(Send(CB_GETCURSEL)));
@@ -57,7 +62,8 @@ class ComboPeer final : public NativeControl {
 
  protected:
   std::optional<LRESULT> OnMessage(const Message& message) override {
-    if (message.window == list_) return std::nullopt;
+    // A press on the arrow of an open list closes it natively.
+    if (message.window == list_ || message.id == WM_LBUTTONDOWN) return std::nullopt;
     return NativeControl::OnMessage(message);
   }
   void OwnChar(const Message& message) override {
@@ -66,16 +72,16 @@ class ComboPeer final : public NativeControl {
       return;
     NativeControl::OwnChar(message);
   }
-  void OwnKey(const Message& message, std::int16_t shift) override {
-    // An open list is closed by these, whichever part has the keyboard.
-    if (Send(CB_GETDROPPEDSTATE) && (message.w == VK_RETURN || message.w == VK_ESCAPE)) {
-      Send(CB_SHOWDROPDOWN, FALSE);
-      return;
-    }
-    NativeControl::OwnKey(message, shift);
-  }
 
  private:
+  // DropDown: these close the list before they mean anything to the window.
+  bool Key(std::int16_t key, std::int16_t) override {
+    if (key != key::kEnter && key != key::kEscape) return false;
+    Dismiss();
+    return true;
+  }
+  void Dismiss() override { Send(CB_SHOWDROPDOWN, FALSE); }
+
   void SetFieldHeight() {
     const RECT field = NativeControl::Place();
     const int frame = 2 * ::GetSystemMetrics(SM_CYEDGE) + 2;

@@ -26,7 +26,12 @@ class DatePickerPeer final : public NativeControl {
   DatePickerPeer(NativeForm& form, DatePicker& picker) : NativeControl(form, picker), picker_(picker) {}
   void Create() override {
     CreateWindowOf(DATETIMEPICK_CLASSW, DTS_SHORTDATECENTURYFORMAT);
+    Restyle();
     ShowValue();
+  }
+  void Restyle() override {
+    NativeControl::Restyle();
+    Send(DTM_SETMCFONT, reinterpret_cast<WPARAM>(Parent().Font()), FALSE);
   }
   void Update(Aspect aspect) override {
     if (aspect == Aspect::Value) ShowValue();
@@ -41,6 +46,7 @@ class DatePickerPeer final : public NativeControl {
 
  protected:
   std::optional<LRESULT> OnMessage(const Message& message) override {
+    if (message.id == WM_SETFOCUS && ::GetKeyState(VK_LBUTTON) >= 0) return FocusByKey(message);
     if (message.id != kPicked) return NativeControl::OnMessage(message);
     SYSTEMTIME time{};
     if (SendPtr(DTM_GETSYSTEMTIME, 0, &time) == GDT_VALID)
@@ -50,6 +56,20 @@ class DatePickerPeer final : public NativeControl {
 
  private:
   static constexpr UINT kPicked = WM_APP + 1;
+
+  /// Not every version of the control has a part of the date selected when it gets the focus; a click on the
+  /// first does that in all of them.
+  std::optional<LRESULT> FocusByKey(const Message& message) {
+    const Life alive = Alive();
+    const auto result = NativeControl::OnMessage(message);
+    if (!alive || ::GetFocus() != Window()) return result;
+    RECT inside;
+    ::GetClientRect(Window(), &inside);
+    const LPARAM first = MAKELPARAM(Parent().Pixels(Dip(6)), inside.bottom / 2);
+    Native({Window(), WM_LBUTTONDOWN, MK_LBUTTON, first});
+    Native({Window(), WM_LBUTTONUP, 0, first});
+    return result;
+  }
 
   void ShowValue() {
     const Echo echo(*this);

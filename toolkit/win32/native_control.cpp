@@ -6,7 +6,6 @@ namespace zuvi::native {
 namespace {
 
 constexpr UINT_PTR kSubclass = 1;
-constexpr const wchar_t* kLinkProperty = L"ZuviControl";
 constexpr UINT_PTR kFlushTimer = 0x7A75;  // told apart from the timers native controls set on themselves
 constexpr UINT kFlushDelay = 25;
 
@@ -34,11 +33,6 @@ NativeControl::NativeControl(NativeForm& form, Control& control)
 // The native window goes with the form's.
 NativeControl::~NativeControl() { link_->peer = nullptr; }
 
-NativeControl* NativeControl::Of(HWND window) {
-  const HANDLE link = window ? ::GetPropW(window, kLinkProperty) : nullptr;
-  return link ? static_cast<Link*>(link)->peer : nullptr;
-}
-
 void NativeControl::CreateWindowOf(const wchar_t* window_class, DWORD style, DWORD extended,
                                    const std::wstring& text) {
   WindowSpec spec;
@@ -59,7 +53,6 @@ void NativeControl::CreateWindowOf(const wchar_t* window_class, DWORD style, DWO
 void NativeControl::Adopt(HWND inner) {
   if (!inner || !::SetWindowSubclass(inner, &Procedure, kSubclass, reinterpret_cast<DWORD_PTR>(link_.get())))
     return;
-  ::SetPropW(inner, kLinkProperty, link_.get());
   if (++link_->windows == 1) link_->while_native = link_;
 }
 
@@ -118,7 +111,6 @@ LRESULT CALLBACK NativeControl::Procedure(HWND window, UINT id, WPARAM w, LPARAM
   const std::shared_ptr<Link> link = reinterpret_cast<Link*>(ref)->shared_from_this();
   const Message message{window, id, w, l};
   if (id == WM_NCDESTROY) {
-    ::RemovePropW(window, kLinkProperty);
     ::RemoveWindowSubclass(window, &Procedure, kSubclass);
     const LRESULT result = Native(message);
     if (link->peer && link->peer->window_ == window) link->peer->window_ = nullptr;

@@ -39,9 +39,6 @@ class NativeControl : public Peer {
   virtual LRESULT OnNotify(const NMHDR& /*notification*/) { return 0; }
   virtual void OnDraw(const DRAWITEMSTRUCT& /*item*/) {}
 
-  /// The peer behind a control's window; null for others.
-  static NativeControl* Of(HWND window);
-
  protected:
   struct Link : std::enable_shared_from_this<Link> {
     NativeControl* peer = nullptr;

@@ -275,13 +275,15 @@ void NativeForm::OnPaint(HWND window) {
 
 void NativeForm::OnNewScale(UINT dpi, const RECT& place) {
   dpi_ = dpi;
-  MakeFonts();
   ::SetWindowPos(Window(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);
   Rescale();
 }
 
 void NativeForm::Rescale() {
+  // The controls hold the old ones until they have the new.
+  const auto font = std::move(font_), bold = std::move(bold_);
+  MakeFonts();
   for (const auto& control : form_.Controls())
     if (auto* peer = static_cast<NativeControl*>(control->NativeSide())) peer->Restyle();
   ::RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
@@ -365,6 +367,14 @@ LRESULT CALLBACK NativeForm::Procedure(HWND window, UINT id, WPARAM w, LPARAM l)
   return ::DefWindowProcW(window, id, w, l);
 }
 
+NativeControl* NativeForm::PeerOf(HWND window) const {
+  const auto handle = reinterpret_cast<std::intptr_t>(window);
+  for (const auto& control : form_.Controls())
+    if (window && control->NativeSide() && control->NativeSide()->Handle() == handle)
+      return static_cast<NativeControl*>(control->NativeSide());
+  return nullptr;
+}
+
 bool NativeForm::IgnoresKey(const Message& message) {
   // Keys come here when the focused control was hidden; the next one takes over.
   if (message.id != WM_KEYDOWN || ::GetFocus() != message.window) return false;
@@ -379,20 +389,20 @@ bool NativeForm::IgnoresKey(const Message& message) {
 std::optional<LRESULT> NativeForm::Handle(const Message& m) {
   switch (m.id) {
     case WM_COMMAND:
-      if (auto* peer = NativeControl::Of(reinterpret_cast<HWND>(m.l))) {
+      if (auto* peer = PeerOf(reinterpret_cast<HWND>(m.l))) {
         peer->OnCommand(HIWORD(m.w));
         return 0;
       }
       return std::nullopt;
     case WM_NOTIFY: {
       const auto& notification = *reinterpret_cast<const NMHDR*>(m.l);
-      auto* peer = NativeControl::Of(notification.hwndFrom);
+      auto* peer = PeerOf(notification.hwndFrom);
       if (peer) return peer->OnNotify(notification);
       return std::nullopt;
     }
     case WM_DRAWITEM: {
       const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(m.l);
-      if (auto* peer = NativeControl::Of(item.hwndItem)) peer->OnDraw(item);
+      if (auto* peer = PeerOf(item.hwndItem)) peer->OnDraw(item);
       return TRUE;
     }
     case WM_TIMER:
@@ -456,10 +466,7 @@ std::optional<LRESULT> NativeForm::Handle(const Message& m) {
       OnNewScale(HIWORD(m.w), *reinterpret_cast<const RECT*>(m.l));
       return 0;
     case WM_SETTINGCHANGE:
-      if (m.w == SPI_SETNONCLIENTMETRICS) {
-        MakeFonts();
-        Rescale();
-      }
+      if (m.w == SPI_SETNONCLIENTMETRICS) Rescale();
       return std::nullopt;
     case WM_SYSCOLORCHANGE:
     case WM_THEMECHANGED:

@@ -89,6 +89,8 @@ class NativeForm final : public Peer {
   void SmallestSize(MINMAXINFO& info) const;
   void ShowState();
   void Hide();
+  /// The peer behind a control's window; null for others.
+  NativeControl* PeerOf(HWND window) const;
   bool IgnoresKey(const Message& message);
 
   Form& form_;

@@ -21,14 +21,12 @@ class TextPeer : public NativeControl {
   void Create() override {
     const DWORD lines = box_.MultiLine() ? ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN | WS_VSCROLL
                                          : static_cast<DWORD>(ES_AUTOHSCROLL);
-    CreateWindowOf(
-        WindowClass(),
-        lines | (box_.RightAligned() ? ES_RIGHT : 0u) | (box_.Locked() ? ES_READONLY : 0u) | ExtraStyle(),
-        WS_EX_CLIENTEDGE);
+    const DWORD style = lines | (box_.RightAligned() ? ES_RIGHT : 0u) | (box_.Locked() ? ES_READONLY : 0u);
+    CreateWindowOf(WindowClass(), style, WS_EX_CLIENTEDGE, FirstText());
     const Echo echo(*this);
     Prepare();
-    LimitText();
-    ShowText();
+    if (box_.MultiLine() || box_.MaxLength() > 0) LimitText();
+    if (!box_.Text().empty()) ShowSelection();
   }
 
   void Update(Aspect aspect) override {
@@ -70,7 +68,7 @@ class TextPeer : public NativeControl {
     std::int32_t start, end;
   };
   virtual const wchar_t* WindowClass() { return L"EDIT"; }
-  virtual DWORD ExtraStyle() const { return 0; }
+  virtual std::wstring FirstText() const { return Wide(box_.Text()); }
   virtual void Prepare() {}
   virtual void Coloured() {}
   virtual void LimitText() { Send(EM_SETLIMITTEXT, static_cast<WPARAM>(box_.MaxLength())); }
@@ -94,7 +92,7 @@ class TextPeer : public NativeControl {
   }
 
   void OwnChar(const Message& message) override {
-    constexpr WPARAM kCtrlA = 1, kCtrlBackspace = 127;
+    constexpr WPARAM kCtrlA = 1, kCtrlEnter = 10, kCtrlBackspace = 127;
     switch (message.w) {
       case VK_RETURN:
         if (box_.MultiLine() && !box_.Locked())
@@ -105,6 +103,7 @@ class TextPeer : public NativeControl {
         return;
       case VK_TAB:
       case VK_ESCAPE:
+      case kCtrlEnter:
       case kCtrlBackspace:
         return;  // the native control would beep, or show a box
       default:
@@ -150,10 +149,13 @@ class RichTextPeer final : public TextPeer {
 
  protected:
   const wchar_t* WindowClass() override { return Parent().Module().RichTextClass(); }
+  std::wstring FirstText() const override { return {}; }
   void Prepare() override {
+    // Which can be set only while there is no text.
     Send(EM_SETTEXTMODE, TM_PLAINTEXT);
     Send(EM_SETEVENTMASK, 0, ENM_CHANGE);
     Coloured();
+    TextPeer::Update(Aspect::Text);
   }
   void Coloured() override {
     const bool writable = Model().Enabled() && !static_cast<TextBox&>(Model()).Locked();
