@@ -1,6 +1,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <string>
 
 #include "toolkit/list_view.h"
 
@@ -20,7 +21,11 @@ inline void PonColumnas(ListView& lista, std::initializer_list<Columna> columnas
   for (const Columna& columna : columnas) lista.Columns().Add(columna.clave, columna.titulo, columna.ancho);
 }
 
-/// Keys of list items begin with this letter: a key of digits alone would be taken for a position.
-inline constexpr const char* kPrefijo = "P";
+/// Key of a list item. It begins with a letter: a key of digits alone would be taken for a position.
+inline std::string ClaveDeItem(const std::string& clave) {
+  std::string item = "P";
+  item += clave;
+  return item;
+}
 
 }  // namespace zuvi

@@ -16,7 +16,7 @@ void frmTurno::LlenaEmpleadosEn(ListView& lista, const std::string& cuenta, cons
   PonColumnas(lista, {{"Empleado", "Empleado", Dip(90)}, {"Nombre", "Nombre"}});
   LlenaLista(lista, *ProgressBar1, cuenta, filas, [](ListItems& items, Recordset& fila) {
     const std::string empleado = Campo(fila, "Empleado");
-    items.Add(kPrefijo + empleado, empleado).SetSubItems(1, Campo(fila, "Nombre"));
+    items.Add(ClaveDeItem(empleado), empleado).SetSubItems(1, Campo(fila, "Nombre"));
   });
 }
 
@@ -41,7 +41,7 @@ void frmTurno::RemueveEnTurno() {
   Trata("RemueveEnTurno", [&] {
     for (const auto asignado = Consulta("SELECT * FROM turnoempleado"); !asignado->Eof();
          asignado->MoveNext())
-      Remueve(kPrefijo + Campo(*asignado, "empleado"));
+      Remueve(ClaveDeItem(Campo(*asignado, "empleado")));
   });
 }
 

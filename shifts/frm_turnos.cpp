@@ -83,7 +83,7 @@ void frmTurnos::LLenaTurnos() {
     LlenaLista(turnos, *ProgressBar1, "SELECT COUNT( * ) FROM turnos", "SELECT * FROM turnos ORDER BY turno",
                [](ListItems& items, Recordset& fila) {
                  const std::string turno = ATexto(fila.Campo("Turno"));
-                 ListItem& item = items.Add(kPrefijo + turno, turno);
+                 ListItem& item = items.Add(ClaveDeItem(turno), turno);
                  item.SetSubItems(1, Campo(fila, "Entrada"));
                  item.SetSubItems(2, Campo(fila, "comida"));
                  item.SetSubItems(3, Campo(fila, "regcomida"));
@@ -110,7 +110,7 @@ void frmTurnos::LLenaHorarios() {
     LlenaLista(horarios, *ProgressBar1, "SELECT COUNT( * )" + condicion, "SELECT *" + condicion,
                [](ListItems& items, Recordset& fila) {
                  const std::string id = ATexto(fila.Campo("Id"));
-                 ListItem& item = items.Add(kPrefijo + id, id);
+                 ListItem& item = items.Add(ClaveDeItem(id), id);
                  // The date format goes over the employee's key: what is no number or date stays as it is.
                  item.SetSubItems(
                      1, std::string(Recorta(FormateaComoFecha(fila.Campo("Empleado"), "dd-MM-yyyy"))));
@@ -152,9 +152,9 @@ void frmTurnos::cmdEliminar_Click() {
     constexpr std::int16_t kModo = 1;
     if (!Pregunta(1, kModo)) return;
     // Unlike for a modification, the key is trimmed.
-    const std::string turno = "'" + std::string(Recorta(TurnoSeleccionado())) + "'";
+    const std::string turno(Recorta(TurnoSeleccionado()));
     for (const char* tabla : {"turnos", "turnoempleado", "horarios"})
-      Entorno()->EjecutaSQL(std::string("DELETE FROM ") + tabla + " WHERE turno = " + turno);
+      Entorno()->EjecutaSQL(std::string("DELETE FROM ") + tabla + " WHERE turno = '" + turno + "'");
     LLenaTurnos();
     LLenaHorarios();
   });
