@@ -33,12 +33,12 @@ void frmOp::LlenaPartida() {
     TextBox& cantidad = (*txtFields)(campo::kCantidad);
     if (Datos().EstaVacio(articulo.Text())) {
       Mensaje(234);
-      articulo.SetFocus();
+      EnfocaSiHabilitado(articulo);
       return;
     }
     if (!Datos().ExisteClave(articulo.Text(), "prods", "articulo", TraeConexion())) {
       Mensaje(235);
-      articulo.SetFocus();
+      EnfocaSiHabilitado(articulo);
       return;
     }
     // Written so that what is not a number at all is refused too.

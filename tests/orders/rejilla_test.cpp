@@ -196,6 +196,12 @@ TEST_P(RejillaDeLineas, LasTeclasDeTodaLaVentana) {
   EXPECT_THAT(t.Lineas("Mensaje"), ElementsAre("Mensaje(mensaje 234, 64, Ambiente)"));
   EXPECT_EQ(Foco(), "txtFields(4)");
   EXPECT_THAT(Avisos(), IsEmpty());
+  // In an order that is only viewed nothing can be typed, so nothing is added.
+  AbreCaptura("ConsultaOp");
+  v->Press(key::kF9);
+  EXPECT_THAT(t.Lineas("Mensaje"), ElementsAre("Mensaje(mensaje 234, 64, Ambiente)"));
+  EXPECT_EQ(Veces("Limpia"), 0u);
+  EXPECT_THAT(Avisos(), IsEmpty());
 }
 
 TEST_P(RejillaDeLineas, CadaProcedimientoInformaConSuNombre) {
