@@ -208,6 +208,22 @@ TEST(Lists, RowsComeCheaplyAndAreChosen) {
   EXPECT_EQ(::SendMessageW(native, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED), -1);
 }
 
+TEST(Lists, APressMovesTheFocusFirst) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  screen.Click(*form->lista, 20, 40);
+  EXPECT_EQ(form->log.size() > 3 ? Log(form->log.begin(), form->log.begin() + 2) : form->log,
+            (Log{"nombre-", "lista+"}));
+  ASSERT_TRUE(form->lista->SelectedItem());
+  // Who is not let go is not left, and nothing was pressed.
+  form->lista->OnLostFocus = [&] { form->lista->SetFocus(); };
+  form->log.clear();
+  screen.Click(*form->cancelar, 5, 5);
+  EXPECT_TRUE(form->lista->HasFocus());
+  EXPECT_EQ(::GetFocus(), Pantalla::HandleOf(*form->lista));
+  EXPECT_FALSE(Has(form->log, "cancelar clic"));
+}
+
 TEST(Lists, Combos) {
   Pantalla screen;
   const auto form = screen.Open();
@@ -244,6 +260,7 @@ TEST(Lists, RowsDropDownFromABox) {
   screen.Press(VK_RETURN);
   EXPECT_FALSE(form->articulos->DroppedDown());
   EXPECT_EQ(form->articulo->Text(), "ART-2");
+  EXPECT_FALSE(Has(form->log, "articulo 40") || Has(form->log, "articulo ^40"));
   EXPECT_FALSE(Has(form->log, "aceptar clic"));
   screen.Press(VK_F4);
   EXPECT_TRUE(form->articulos->DroppedDown());

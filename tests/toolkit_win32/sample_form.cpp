@@ -99,7 +99,7 @@ void SampleForm::MakeFields() {
   bloqueada->Design(Dips(96, 92, 180, 22));
   Caption("Artíc&ulo:", 12, 120, 80);
   articulo = Add<TextBox>("articulo");
-  articulo->Design(Dips(96, 120, 163, 22));
+  articulo->Design(Dips(96, 120, 180, 22));
   articulos = Add<MultiCombo>("articulos");
   articulos->Design(Dips(96, 120, 180, 22));
   articulos->SetBox(articulo);
@@ -112,21 +112,21 @@ void SampleForm::MakeFields() {
   turno = Add<ComboBox>("turno");
   turno->SetKind(ComboBox::Style::DropDownList);
   for (const char* name : {"Matutino", "Vespertino", "Nocturno"}) turno->AddItem(name);
-  turno->Design(Dips(364, 36, 150, 22));
+  turno->Design(Dips(364, 36, 146, 22));
   Caption("Uni&dad:", 300, 64, 60);
   unidad = Add<ComboBox>("unidad");
   for (const char* name : {"PZA", "CAJA", "KG"}) unidad->AddItem(name);
-  unidad->Design(Dips(364, 64, 150, 22));
+  unidad->Design(Dips(364, 64, 146, 22));
   Caption("&Fecha:", 300, 92, 60);
   fecha = Add<DatePicker>("fecha");
   fecha->SetValue(Fecha::DesdeTexto("2024-05-17"));
-  fecha->Design(Dips(364, 92, 150, 22));
+  fecha->Design(Dips(364, 92, 146, 22));
   Caption("N&otas:", 300, 120, 60);
   notas = Add<RichTextBox>("notas");
-  notas->Design(Dips(364, 120, 150, 56));
+  notas->Design(Dips(364, 120, 146, 56));
   mes = Add<MonthView>("mes");
   mes->SetValue(Fecha::DesdeTexto("2024-05-17"));
-  mes->Design(Dips(530, 8, 218, 168), anchor::kTop | anchor::kRight);
+  mes->Design(Dips(520, 8, 228, 168), anchor::kTop | anchor::kRight);
 }
 
 void SampleForm::MakeLists() {

@@ -103,14 +103,9 @@ class GridPeer final : public NativeControl {
         Wheel(GET_WHEEL_DELTA_WPARAM(m.w));
         return 0;
       case WM_LBUTTONDOWN: {
-        Parent().Dismiss();
-        if (!alive) return 0;
-        TakeFocus();
-        // A handler of the control that was left may have kept the focus.
-        if (alive && grid_.HasFocus()) {
-          const GridCell cell = Under(m.l);
-          grid_.UserClicked(cell.row, cell.col);
-        }
+        if (NativeControl::OnMessage(m) || !alive) return 0;
+        const GridCell cell = Under(m.l);
+        grid_.UserClicked(cell.row, cell.col);
         return 0;
       }
       case WM_LBUTTONUP:

@@ -53,6 +53,7 @@ class ListPeer final : public NativeControl {
     Send(LVM_SETITEMCOUNT, static_cast<WPARAM>(list_.Items().Count()),
          LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
     ::InvalidateRect(Window(), nullptr, FALSE);
+    ShareWidth();
     const int wanted = list_.SelectedItem() ? list_.SelectedItem()->Index() - 1 : -1;
     if (wanted == Selected()) return;
     SetState(-1, 0);
@@ -124,6 +125,7 @@ class ListPeer final : public NativeControl {
       column.iSubItem = static_cast<int>(i);
       SendPtr(LVM_INSERTCOLUMNW, i, &column);
     }
+    shared_ = -1;
     ShareWidth();
   }
 
@@ -132,6 +134,8 @@ class ListPeer final : public NativeControl {
     const auto& columns = list_.Columns().All();
     RECT inside;
     ::GetClientRect(Window(), &inside);
+    if (inside.right == shared_) return;
+    shared_ = inside.right;
     const auto sharing = std::ranges::count(columns, 0, &ListColumn::width);
     if (!columns.empty() && sharing == 0) return;
     int room = inside.right;
@@ -171,6 +175,7 @@ class ListPeer final : public NativeControl {
   }
 
   ListView& list_;
+  LONG shared_ = -1;  // width of the inside that the columns were made for
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 // box all the time: the list is never activated.
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "toolkit/win32/peers.h"
 
@@ -84,7 +85,7 @@ class MultiComboPeer final : public NativeControl, private DropDown {
   // DropDown: keys that arrive in the box.
   bool Key(std::int16_t key, std::int16_t shift) override {
     const int last = static_cast<int>(combo_.Rows().size()) - 1;
-    const int now = Chosen();
+    const int now = highlighted_;
     const bool toggles = key == key::kF4 || ((shift & shift::kAlt) && (key == key::kUp || key == key::kDown));
     if (key == key::kEscape || toggles) {
       Parent().Dismiss();
@@ -127,17 +128,13 @@ class MultiComboPeer final : public NativeControl, private DropDown {
   }
 
   LRESULT AskList(UINT id, WPARAM w = 0, LPARAM l = 0) const { return ::SendMessageW(list_, id, w, l); }
-  int Chosen() const {
-    return static_cast<int>(AskList(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
-  }
+  /// The row that a choice would take. The list is without the keyboard, where a native selection would be
+  /// pale: the row is marked in the drawing.
   void Highlight(int row) {
-    LVITEMW state{};
-    state.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-    AskList(LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&state));
-    if (row < 0) return;
-    state.state = state.stateMask;
-    AskList(LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&state));
-    AskList(LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
+    const int before = std::exchange(highlighted_, row);
+    for (const int changed : {before, row})
+      if (changed >= 0) AskList(LVM_REDRAWITEMS, static_cast<WPARAM>(changed), changed);
+    if (row >= 0) AskList(LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
   }
   int RowUnder(LPARAM point) const {
     LVHITTESTINFO hit{};
@@ -153,7 +150,7 @@ class MultiComboPeer final : public NativeControl, private DropDown {
       case WM_LBUTTONDBLCLK:
         return 0;
       case WM_MOUSEMOVE:
-        if (const int row = RowUnder(m.l); row >= 0 && row != Chosen()) Highlight(row);
+        if (const int row = RowUnder(m.l); row >= 0 && row != highlighted_) Highlight(row);
         return std::nullopt;
       case WM_LBUTTONUP:
         if (const int row = RowUnder(m.l); row >= 0) combo_.Choose(static_cast<std::size_t>(row));
@@ -164,7 +161,17 @@ class MultiComboPeer final : public NativeControl, private DropDown {
   }
 
   std::optional<LRESULT> OnListNotify(const NMHDR& n) const {
-    if (n.hwndFrom != list_ || n.code != static_cast<UINT>(LVN_GETDISPINFOW)) return std::nullopt;
+    if (n.hwndFrom != list_) return std::nullopt;
+    if (n.code == static_cast<UINT>(NM_CUSTOMDRAW)) {
+      auto& draw = reinterpret_cast<NMLVCUSTOMDRAW&>(const_cast<NMHDR&>(n));
+      if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+      if (static_cast<int>(draw.nmcd.dwItemSpec) == highlighted_) {
+        draw.clrText = ::GetSysColor(COLOR_HIGHLIGHTTEXT);
+        draw.clrTextBk = ::GetSysColor(COLOR_HIGHLIGHT);
+      }
+      return CDRF_NEWFONT;
+    }
+    if (n.code != static_cast<UINT>(LVN_GETDISPINFOW)) return std::nullopt;
     LVITEMW& item = reinterpret_cast<NMLVDISPINFOW&>(const_cast<NMHDR&>(n)).item;
     if ((item.mask & LVIF_TEXT) && item.cchTextMax > 0)
       ::lstrcpynW(item.pszText, Wide(Cell(item.iItem, item.iSubItem)).c_str(), item.cchTextMax);
@@ -225,6 +232,7 @@ class MultiComboPeer final : public NativeControl, private DropDown {
       width += column.cx;
       AskList(LVM_INSERTCOLUMNW, i, reinterpret_cast<LPARAM>(&column));
     }
+    highlighted_ = -1;
     AskList(LVM_SETITEMCOUNT, combo_.Rows().size());
     PlacePopup(width);
     const auto& rows = combo_.Rows();
@@ -243,8 +251,12 @@ class MultiComboPeer final : public NativeControl, private DropDown {
     monitor.cbSize = sizeof monitor;
     ::GetMonitorInfoW(::MonitorFromWindow(Parent().Window(), MONITOR_DEFAULTTONEAREST), &monitor);
     const int shown = std::clamp(static_cast<int>(combo_.Rows().size()), 1, kRowsShown);
-    const auto room = AskList(LVM_APPROXIMATEVIEWRECT, static_cast<WPARAM>(shown), MAKELPARAM(-1, -1));
-    const int height = HIWORD(room) + 2 * ::GetSystemMetrics(SM_CYBORDER);
+    RECT header{}, row{};
+    ::GetWindowRect(reinterpret_cast<HWND>(AskList(LVM_GETHEADER)), &header);
+    row.left = LVIR_BOUNDS;
+    AskList(LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&row));
+    const int height = static_cast<int>(header.bottom - header.top + shown * (row.bottom - row.top)) +
+                       2 * ::GetSystemMetrics(SM_CYBORDER);
     width = std::clamp(width, static_cast<int>(field.right - field.left), Parent().Pixels(kMostWidth));
     const int left =
         std::max<int>(monitor.rcWork.left, std::min<int>(field.left, monitor.rcWork.right - width));
@@ -262,6 +274,7 @@ class MultiComboPeer final : public NativeControl, private DropDown {
 
   MultiCombo& combo_;
   HWND popup_ = nullptr, list_ = nullptr;
+  int highlighted_ = -1;
 };
 
 }  // namespace

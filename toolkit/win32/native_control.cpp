@@ -1,6 +1,7 @@
 #include "toolkit/win32/native_control.h"
 
 #include <array>
+#include <utility>
 
 namespace zuvi::native {
 namespace {
@@ -159,7 +160,9 @@ std::optional<LRESULT> NativeControl::OnMessage(const Message& message) {
     case WM_SYSKEYUP: {
       const Life alive = Alive();
       const LRESULT result = Native(message);
-      if (alive) form_.Model().KeyUp(control_, static_cast<std::int16_t>(message.w), ShiftState());
+      if (!alive) return result;
+      if (std::exchange(listed_key_, 0) != message.w)
+        form_.Model().KeyUp(control_, static_cast<std::int16_t>(message.w), ShiftState());
       return result;
     }
     case WM_SETFOCUS: {
@@ -174,9 +177,16 @@ std::optional<LRESULT> NativeControl::OnMessage(const Message& message) {
       if (alive) form_.Dismiss();
       return result;
     }
-    case WM_LBUTTONDOWN:
+    case WM_LBUTTONDOWN: {
+      // The focus comes first, then what the press does; a handler that keeps the focus elsewhere keeps the
+      // press from having an effect.
+      const Life alive = Alive();
       form_.Dismiss();
-      return std::nullopt;
+      if (!alive || !control_.CanFocus() || control_.HasFocus()) return std::nullopt;
+      TakeFocus();
+      if (alive && control_.HasFocus()) return std::nullopt;
+      return 0;
+    }
     default:
       return std::nullopt;
   }
@@ -199,7 +209,12 @@ void NativeControl::KeyDown(const Message& message) {
 
   const auto key = static_cast<std::int16_t>(message.w);
   const std::int16_t shift = ShiftState();
-  if (form_.Dropped() && form_.Dropped()->Key(key, shift)) return;
+  if (form_.Dropped()) {
+    listed_key_ = message.w;
+    if (form_.Dropped()->Key(key, shift)) return;
+    if (!alive) return;
+  }
+  listed_key_ = 0;
   if (!alive || form_.Model().KeyDown(control_, key, shift) || !alive) return;
   if (count == 0 || !ActsOnChar(message.w)) OwnKey(message, shift);
   for (std::size_t i = 0; i < count && alive; ++i) Character(characters[i]);

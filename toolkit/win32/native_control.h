@@ -115,6 +115,7 @@ class NativeControl : public Peer {
   std::shared_ptr<Link> link_;
   HWND window_ = nullptr;
   bool updating_ = false, dirty_ = false;
+  WPARAM listed_key_ = 0;  // went to a dropped down list; its release is nobody's
 };
 
 /// State of Shift, Ctrl and Alt at the message being handled.
