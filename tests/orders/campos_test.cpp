@@ -126,6 +126,13 @@ TEST_P(Campos, LaFlechaAbajoBuscaKitsYAbreListas) {
   EXPECT_EQ(F(4).Text(), "MESA");
   EXPECT_EQ(Foco(), "txtFields(4)");
   EXPECT_EQ(F(4).SelStart(), 0);
+  // A choice that fills the field moves on; the lookup of kits comes back to it.
+  F(4).SetMaxLength(4);
+  F(4).SetText("");
+  v->Press(key::kDown);
+  EXPECT_EQ(F(4).Text(), "MESA");
+  EXPECT_EQ(Foco(), "txtFields(4)");
+  Hecho();
   // In any other field the key drops down the list of the lookup around it, where there is one.
   F(14).SetFocus();
   F(14).SetSelStart(1);
@@ -225,6 +232,7 @@ TEST_P(Campos, LaClaveSecundariaTraeSuArticulo) {
       EXPECT_EQ(F(4).Text(), caso.articulo);
       EXPECT_EQ(F(1).Text(), std::string(caso.articulo) == "MESA" ? "Mesa de pino" : "antes");
       for (const int i : {25, 26, 28, 29}) EXPECT_EQ(F(i).Text(), caso.detalle);
+      EXPECT_EQ(Veces("Consulta") == 0, *caso.clave == 0);
       EXPECT_THAT(Avisos(), IsEmpty());
     }
   }

@@ -113,6 +113,9 @@ TEST_P(RejillaDeLineas, LasTeclasDelEditorEscribenODescartan) {
     EXPECT_EQ(CajaDeCelda().Text(), "8.5");
     EXPECT_EQ(Veces("Ejecuta"), 0u);
     Hecho();
+    std::int16_t retorno = key::kEnter;
+    CajaDeCelda().OnKeyPress(retorno);
+    EXPECT_EQ(retorno, 0);
     v->Press(caso.tecla);
     EXPECT_EQ(Celda(caso.fila, 1), caso.escribe ? "8.5" : "2.5");
     EXPECT_EQ(Hecho(), caso.escribe ? Guarda(70 + caso.fila, "cantidad, r8 8.5") : "\n");
@@ -164,6 +167,15 @@ TEST_P(RejillaDeLineas, ElEditorSigueASuCelda) {
   Rejilla().SetTopRow(40);
   EXPECT_EQ(CajaDeCelda().Bounds(), antes);
   EXPECT_EQ(Rejilla().TopRow(), 1);
+  // Where the window grows smaller the row comes back into view, the editor with it.
+  v->Press(key::kEscape);
+  const std::int32_t fila = Rejilla().VisibleRows();
+  Rejilla().SetTextMatrix(fila, 0, "MESA");
+  Rejilla().SetRow(fila);
+  v->Type("8");
+  v->Resized(v->DesignWidth(), v->DesignHeight());
+  EXPECT_LT(Rejilla().VisibleRows(), fila);
+  EXPECT_LE(CajaDeCelda().Top() + CajaDeCelda().Height(), Rejilla().Top() + Rejilla().Height());
 }
 
 TEST_P(RejillaDeLineas, ElMarcoDeLaCeldaActualEsHundido) {
