@@ -36,6 +36,9 @@ namespace {
 class SinPantalla final : public Desktop {
  public:
   void Avisa(const std::string&) noexcept override { ++avisos; }
+  void PumpEvents() override {}
+  void RunModal(Form&, Form*) override {}
+  Fecha Now() const override { return {}; }
   int avisos = 0;
 };
 
