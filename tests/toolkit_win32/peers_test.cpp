@@ -15,17 +15,16 @@ std::string NativeText(const Control& control) {
   return native::Narrow(native::TextOf(Pantalla::HandleOf(control)));
 }
 bool Has(const Log& log, const std::string& event) { return std::ranges::find(log, event) != log.end(); }
+BOOL CALLBACK CountOurs(HWND window, LPARAM count) {
+  wchar_t name[64];
+  ::GetClassNameW(window, name, 64);
+  if (std::wstring_view(name).starts_with(L"Zuvi")) ++*reinterpret_cast<int*>(count);
+  return TRUE;
+}
+/// Native windows of ours that are left.
 int Windows() {
   int count = 0;
-  ::EnumThreadWindows(
-      ::GetCurrentThreadId(),
-      [](HWND window, LPARAM param) -> BOOL {
-        wchar_t name[64];
-        ::GetClassNameW(window, name, 64);
-        if (std::wstring_view(name).starts_with(L"Zuvi")) ++*reinterpret_cast<int*>(param);
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&count));
+  ::EnumThreadWindows(::GetCurrentThreadId(), &CountOurs, reinterpret_cast<LPARAM>(&count));
   return count;
 }
 

@@ -1,5 +1,6 @@
 #include "toolkit/win32/native_control.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -8,12 +9,17 @@ namespace {
 
 constexpr UINT_PTR kSubclass = 1;
 constexpr UINT_PTR kFlushTimer = 0x7A75;  // told apart from the timers native controls set on themselves
-constexpr UINT kFlushDelay = 25;
+// Milliseconds between a change and its showing, so many times what a painting takes at least: filling a list
+// is to cost little more when it can be watched.
+constexpr UINT kFlushDelay = 25, kLongestDelay = 400, kPaintings = 6;
 
 bool IsInput(UINT id) {
   return (id >= WM_KEYFIRST && id <= WM_KEYLAST) || (id >= WM_MOUSEFIRST && id <= WM_MOUSELAST) ||
          id == WM_SETFOCUS;
 }
+
+/// Others ask a common control for its contents: tests, screen readers.
+bool IsQuestion(UINT id) { return id >= LVM_FIRST && id < LVM_FIRST + 0x100; }
 
 }  // namespace
 
@@ -105,7 +111,7 @@ void NativeControl::ShowToolTip() { form_.SetToolTip(window_, Wide(control_.Tool
 void NativeControl::FlushLater() {
   if (dirty_ || !window_) return;
   dirty_ = true;
-  ::SetTimer(window_, kFlushTimer, kFlushDelay, nullptr);
+  ::SetTimer(window_, kFlushTimer, std::clamp(kPaintings * paint_cost_, kFlushDelay, kLongestDelay), nullptr);
 }
 
 LRESULT CALLBACK NativeControl::Procedure(HWND window, UINT id, WPARAM w, LPARAM l, UINT_PTR, DWORD_PTR ref) {
@@ -123,18 +129,22 @@ LRESULT CALLBACK NativeControl::Procedure(HWND window, UINT id, WPARAM w, LPARAM
   try {
     NativeControl& peer = *link->peer;
     if (peer.dirty_ && window == peer.window_ &&
-        (IsInput(id) || id == WM_PAINT || (id == WM_TIMER && w == kFlushTimer))) {
+        (IsInput(id) || (IsQuestion(id) && !peer.updating_) || id == WM_PAINT ||
+         (id == WM_TIMER && w == kFlushTimer))) {
       peer.dirty_ = false;
       ::KillTimer(window, kFlushTimer);
       const Echo echo(peer);
       peer.Flush();
     }
-    if (const auto result = peer.OnMessage(message)) return *result;
+    const ULONGLONG start = ::GetTickCount64();
+    const auto own = peer.OnMessage(message);
+    const LRESULT result = own ? *own : Native(message);
+    if (id == WM_PAINT && link->peer) link->peer->paint_cost_ = static_cast<UINT>(::GetTickCount64() - start);
+    return result;
   } catch (...) {
     // Handlers trap their own errors; out of memory is left, and Windows is owed an answer.
     return 0;
   }
-  return Native(message);
 }
 
 std::optional<LRESULT> NativeControl::OnMessage(const Message& message) {

@@ -17,19 +17,18 @@ struct Front {
   HWND found = nullptr;
 };
 
+BOOL CALLBACK TakeFirst(HWND window, LPARAM param) {
+  auto& front = *reinterpret_cast<Front*>(param);
+  const bool tool = (::GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_TOOLWINDOW) != 0;
+  if (window == front.except || tool || !::IsWindowVisible(window)) return TRUE;
+  front.found = window;
+  return FALSE;
+}
+
 /// The window of this thread that is in front of all others but `except`.
 HWND FrontWindow(HWND except) {
   Front front{except};
-  ::EnumThreadWindows(
-      ::GetCurrentThreadId(),
-      [](HWND window, LPARAM param) -> BOOL {
-        auto& search = *reinterpret_cast<Front*>(param);
-        const bool tool = (::GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_TOOLWINDOW) != 0;
-        if (window == search.except || tool || !::IsWindowVisible(window)) return TRUE;
-        search.found = window;
-        return FALSE;
-      },
-      reinterpret_cast<LPARAM>(&front));
+  ::EnumThreadWindows(::GetCurrentThreadId(), &TakeFirst, reinterpret_cast<LPARAM>(&front));
   return front.found;
 }
 
