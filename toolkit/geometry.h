@@ -24,7 +24,8 @@ inline constexpr unsigned kLeft = 1, kTop = 2, kRight = 4, kBottom = 8, kTopLeft
 /// smaller than nothing.
 inline Rect Anchored(const Rect& design, unsigned anchors, std::int32_t dx, std::int32_t dy) {
   Rect r = design;
-  const auto axis = [](std::int32_t& from, std::int32_t& extent, bool near_edge, bool far_edge, std::int32_t by) {
+  const auto axis = [](std::int32_t& from, std::int32_t& extent, bool near_edge, bool far_edge,
+                       std::int32_t by) {
     if (near_edge && far_edge)
       extent = extent + by > 0 ? extent + by : 0;
     else if (far_edge)
