@@ -53,6 +53,9 @@ wine_suites() { # build folder, name of the architecture, locales for the client
     case " $com_locales " in
       *" $locale "*)
         suite "COM $arch $short" 600 count_last_line env LC_ALL="$locale" sh "$ZUVI_ROOT/tests/com/run.sh" "$build"
+        if [ "$locale" = "${com_locales%% *}" ]; then
+          suite "ventanas $arch" 600 count_last_line sh "$ZUVI_ROOT/tests/toolkit_win32/run.sh" "$build"
+        fi
         ;;
     esac
     # Those tests register and unregister by themselves, and compare the registry before and after.
@@ -82,7 +85,8 @@ windows_suites() {
   own_exit_commands
   wine_start win64
   wine_suites "$ZUVI_BUILD/win64" x64 "$ZUVI_LOCALES"
-  suite "./run.sh" 300 count_status bash "$ZUVI_ROOT/run.sh"
+  suite "./run.sh" 600 count_status env -u DISPLAY bash "$ZUVI_ROOT/run.sh"
+  suite "./run.sh --guion" 300 count_status bash "$ZUVI_ROOT/run.sh" --guion
 }
 
 wine32_suites() {

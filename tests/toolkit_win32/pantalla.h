@@ -2,6 +2,7 @@
 // the two kinds that hosts have.
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <string>
@@ -95,5 +96,26 @@ class Pantalla {
  private:
   Loop loop_;
 };
+
+using Log = std::vector<std::string>;
+
+inline std::string NativeText(const Control& control) {
+  return native::Narrow(native::TextOf(Pantalla::HandleOf(control)));
+}
+inline bool Has(const Log& log, const std::string& event) {
+  return std::ranges::find(log, event) != log.end();
+}
+inline BOOL CALLBACK CountOurs(HWND window, LPARAM count) {
+  wchar_t name[64];
+  ::GetClassNameW(window, name, 64);
+  if (std::wstring_view(name).starts_with(L"Zuvi")) ++*reinterpret_cast<int*>(count);
+  return TRUE;
+}
+/// Native windows of ours that are left.
+inline int Windows() {
+  int count = 0;
+  ::EnumThreadWindows(::GetCurrentThreadId(), &CountOurs, reinterpret_cast<LPARAM>(&count));
+  return count;
+}
 
 }  // namespace zuvi::sample
