@@ -1,13 +1,16 @@
 #!/usr/bin/env bash
-# Builds the component and lets it work a day at the example shop.
-#   ./run.sh            the DLL, registered in a Wine of its own, driven by a VBScript client
+# Builds the component and lets it work at the example shop.
+#   ./run.sh            the program Zuvi.exe in a Wine of its own: its windows open on your display. Without a
+#                       display a day is worked by keyboard on a virtual one, and pictures of it are left
+#   ./run.sh --guion    a day's work of a VBScript client that drives the registered DLL
 #   ./run.sh --native   the same with the command line `zuvi` alone, without Wine
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
-native=no
+mode=windows
 for argument in "$@"; do
   case $argument in
-    --native) native=yes ;;
+    --native) mode=native ;;
+    --guion) mode=script ;;
     -h | --help)
       sed -n '2,/^set /p' "$0" | sed '$d; s/^# \{0,1\}//'
       exit 0
@@ -18,7 +21,7 @@ for argument in "$@"; do
       ;;
   esac
 done
-for part in comun setup build wine; do
+for part in comun setup build wine jornada; do
   # shellcheck disable=SC1090
   . "scripts/$part.sh"
 done
@@ -63,12 +66,36 @@ run_native() {
   say "Jornada terminada"
 }
 
-run_windows() {
-  local bin=$ZUVI_BUILD/win64/bin base=$shop/windows.db
+build_windows() {
+  bin=$ZUVI_BUILD/win64/bin base=$shop/windows.db
   title "Construcción"
   need windows
   need_drivers
   build_preset win64 ZuviProduccion ZuviHost Zuvi || exit 1
+}
+
+run_windows() {
+  build_windows
+  title "Tienda de ejemplo"
+  new_shop "$base"
+  export ZUVI_BASE=$base LC_ALL=${LC_ALL:-${LANG:-C.UTF-8}}
+  if [ -n "${DISPLAY:-}" ]; then
+    title "Zuvi.exe: cierre su ventana para terminar"
+    wine_start win64 visible
+    # Somebody works here: it takes as long as it takes.
+    wine "$bin/Zuvi.exe" </dev/null 2> >(grep -v wine32 >&2) || die "Zuvi.exe terminó con código $?"
+    return
+  fi
+  need screenshots
+  title "Sin pantalla: una jornada por teclado en una virtual"
+  wine_start win64
+  work_a_day "$bin/Zuvi.exe" "$ZUVI_BUILD/jornada" || die "la jornada no terminó bien"
+  say "Imágenes de la jornada: ${ZUVI_BUILD#"$ZUVI_ROOT"/}/jornada"
+  say "Jornada terminada"
+}
+
+run_script() {
+  build_windows
   title "Registro de las DLL en un Wine propio"
   wine_start win64
   wine_register "$bin" || die "no se pudieron registrar las DLL"
@@ -80,4 +107,8 @@ run_windows() {
     die "el cliente terminó con código $?"
 }
 
-if [ "$native" = yes ]; then run_native; else run_windows; fi
+case $mode in
+  native) run_native ;;
+  script) run_script ;;
+  *) run_windows ;;
+esac

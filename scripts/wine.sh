@@ -16,21 +16,24 @@ display_start() {
   export DISPLAY=:$number
 }
 
-# The prefix is made once per run: about ten seconds.
-wine_start() { # win64|win32
+# The prefix is made once per run: about ten seconds. With `visible` its windows come up on the display that
+# is there, among the user's other windows, else on a display of their own.
+wine_start() { # win64|win32 [visible]
   make_temp ZUVI_WINE_DIR
   export WINEPREFIX=$ZUVI_WINE_DIR/prefix WINEARCH=$1 WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
   # Debian's launcher tells that the 32-bit half is missing; that one is tried in a root of its own.
   at_exit wine_stop
-  display_start
+  [ "${2:-}" = visible ] || display_start
   run_wine 120 wineboot -i >"$ZUVI_LOGS/wine.log" 2>&1 ||
     { tail -n 20 "$ZUVI_LOGS/wine.log" >&2; die "no se pudo crear el entorno de Wine"; }
-  wine_settings
+  wine_settings "${2:-}"
 }
 
-wine_settings() {
+wine_settings() { # [visible]
   # Without a window manager every window close would wait two seconds; a crash would wait for ever.
-  run_wine 60 reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >>"$ZUVI_LOGS/wine.log" 2>&1 &&
+  local managed=N
+  [ "${1:-}" = visible ] && managed=Y
+  run_wine 60 reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d $managed /f >>"$ZUVI_LOGS/wine.log" 2>&1 &&
     run_wine 60 reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f \
       >>"$ZUVI_LOGS/wine.log" 2>&1
 }

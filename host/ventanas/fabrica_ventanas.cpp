@@ -21,7 +21,13 @@ void BuscaCatalogoVentana::Muestra(const std::string& titulo) {
                                                   std::string(Recorta(TextoDeCaja(Destino(), "Text"))));
   ventana->ShowModal(nullptr);
   // Written only now: the box may move the focus on, which the lookup would take away again.
-  if (ventana->Elegida()) Elige(*ventana->Elegida());
+  if (!ventana->Elegida()) return;
+  Elige(*ventana->Elegida());
+  // As on coming to the box: typing on replaces the choice.
+  if (Destino()->Find("SelLength")) {
+    Destino()->Put("SelStart", std::int32_t{0});
+    Destino()->Put("SelLength", static_cast<std::int32_t>(Utf16(*ventana->Elegida()).size()));
+  }
 }
 
 void CapturaNumericaVentana::Muestra() {

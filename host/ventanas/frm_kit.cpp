@@ -51,7 +51,7 @@ frmKit::frmKit(const Escena& escena, Late& componente)
   };
   txtArticulo = fila("txtArticulo", "A&rtículo:", "U", 16, 180);
   lblArticulo = dato("lblArticulo", EnDips(288, 20, 216, 20));
-  txtAlmacen = fila("txtAlmacen", "&Almacén:", "N", 52, 80);
+  txtAlmacen = fila("txtAlmacen", "A&lmacén:", "N", 52, 80);
   lblAlmacen = dato("lblAlmacen", EnDips(188, 56, 316, 20));
   txtCantidad = fila("txtCantidad", "C&antidad:", "N", 88, 80);
   txtCantidad->SetRightAligned(true);

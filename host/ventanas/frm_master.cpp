@@ -103,6 +103,7 @@ void frmMaster::Haz(const Accion& accion) {
   Trata([&] {
     if (accion.orden && Orden() == 0) return Dice("Elija antes una orden de la lista.");
     Dice("");
+    nueva_tras_ = 0;
     // Whatever the operation opens, one comes back to the list.
     lv->SetFocus();
     (this->*accion.hace)();
@@ -146,6 +147,9 @@ void frmMaster::Lee() {
   // The newest orders are what one works on.
   std::ranges::reverse(renglones_);
   Muestra();
+  if (nueva_tras_ == 0 || renglones_.empty() || renglones_.front().op <= nueva_tras_) return;
+  nueva_tras_ = 0;
+  if (ListItem* nueva = lv->Items().ByKey(Decimal(renglones_.front().op))) lv->Select(nueva);
 }
 
 void frmMaster::Muestra() {

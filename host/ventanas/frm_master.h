@@ -78,6 +78,7 @@ class frmMaster final : public VentanaHost {  // NOLINT: the window's published 
   };
   std::vector<Renglon> renglones_;
   std::optional<Late> componente_;
+  std::int32_t nueva_tras_ = 0;  // a new order was begun: one above this number is to be selected
 
   std::shared_ptr<TextBox> txtBuscar;
   std::shared_ptr<CheckBox> chkPendientes;

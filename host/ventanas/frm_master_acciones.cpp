@@ -36,6 +36,7 @@ void frmMaster::AbreEditor(const std::function<void(Late&)>& llamada) {
 }
 
 void frmMaster::Nueva() {
+  nueva_tras_ = renglones_.empty() ? 1 : renglones_.front().op;
   AbreEditor([](Late& componente) { componente.Call("NuevaOp"); });
 }
 void frmMaster::Modifica() {

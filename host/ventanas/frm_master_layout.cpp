@@ -17,11 +17,11 @@ struct Columna {
   std::int32_t ancho;  // 0 shares out what is left
 };
 constexpr Columna kColumnas[] = {
-    {"op", "Orden", 56},          {"estado", "Estado", 132},
-    {"emision", "Documento", 84}, {"entrega", "Entrega", 84},
-    {"almacen", "Almacén", 0},    {"partidas", "Partidas", 64},
-    {"cantidad", "Cantidad", 70}, {"terminado", "Terminado", 76},
-    {"importe", "Importe", 92},   {"ocupada", "Ocupada por", 100},
+    {"op", "Orden", 52},          {"estado", "Estado", 128},
+    {"emision", "Documento", 80}, {"entrega", "Entrega", 80},
+    {"almacen", "Almacén", 0},    {"partidas", "Partidas", 58},
+    {"cantidad", "Cantidad", 64}, {"terminado", "Terminado", 70},
+    {"importe", "Importe", 80},   {"ocupada", "Ocupada por", 88},
 };
 
 }  // namespace

@@ -42,6 +42,10 @@ std::span<const ClaseHost> ClasesHost() {
        {__uuidof(::CapturaNumerica), __uuidof(::_CapturaNumerica)},
        ::LIBID_ZuviQuery,
        L"Zuvi: teclado numérico"},
+      {"ZuviQuery.Principal",
+       {__uuidof(::Principal), __uuidof(::_Principal)},
+       ::LIBID_ZuviQuery,
+       L"Zuvi: ventana principal"},
   };
   return clases;
 }

@@ -14,20 +14,25 @@ constexpr CLSID kClaseRecordset = {
 
 }  // namespace
 
-ModuloHost::ModuloHost(HINSTANCE instancia) : modulo_("ZuviHost", instancia, 2) {}
+ModuloHost::ModuloHost(HINSTANCE instancia)
+    : modulo_("ZuviHost", instancia, 2), escritorio_(instancia), otras_(modulo_) {}
 
-const std::shared_ptr<Anfitrion>& ModuloHost::AnfitrionVivo() {
-  if (!anfitrion_) {
-    anfitrion_ = std::make_shared<Anfitrion>(OpcionesDeWindows(), std::make_unique<VentanasInteraccion>());
+FabricaVentanas& ModuloHost::Fabrica() {
+  if (!fabrica_) {
+    Opciones opciones = OpcionesDeWindows();
+    auto interaccion = std::make_unique<VentanasInteraccion>(ImpresionDeWindows());
+    anfitrion_ = std::make_shared<Anfitrion>(std::move(opciones), std::move(interaccion));
+    fabrica_ = std::make_unique<FabricaVentanas>(anfitrion_, escritorio_, otras_, [this] {
+      return std::make_shared<ModuleHold>(modulo_, HoldKind::Window);
+    });
     PublicaRecordset();
   }
-  return anfitrion_;
+  return *fabrica_;
 }
 
 void ModuloHost::PublicaRecordset() {
   const auto fabrica = ComPtr<IClassFactory>::Adopt(new ClassFactory(modulo_, [this] {
-    return Publish(FabricaAnfitrion(AnfitrionVivo()).Crea(Recordset::kProgId), modulo_)
-        .As<IUnknown>(IID_IUnknown);
+    return Publish(Fabrica().Crea(Recordset::kProgId), modulo_).As<IUnknown>(IID_IUnknown);
   }));
   // Without it only what opens record sets of its own fails, and says so; everything else works.
   if (FAILED(CoRegisterClassObject(kClaseRecordset, fabrica.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
@@ -36,7 +41,7 @@ void ModuloHost::PublicaRecordset() {
 }
 
 ComPtr<IUnknown> ModuloHost::Crea(const ClaseHost& clase) {
-  const ObjectPtr objeto = FabricaAnfitrion(AnfitrionVivo()).Crea(clase.prog_id);
+  const ObjectPtr objeto = Fabrica().Crea(clase.prog_id);
   return Publish(objeto, modulo_, &clase.ids).As<IUnknown>(IID_IUnknown);
 }
 
@@ -47,6 +52,7 @@ bool ModuloHost::Descansa() {
                       modulo_.Holds(HoldKind::Factory) > propias;
   if (en_uso) return false;
   if (recordset_publicado_ != 0) CoRevokeClassObject(std::exchange(recordset_publicado_, 0));
+  fabrica_.reset();
   anfitrion_.reset();
   return modulo_.Idle();
 }

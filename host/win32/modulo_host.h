@@ -9,7 +9,9 @@
 #include "com/automation/class_factory.h"
 #include "com/automation/dispatch_object.h"
 #include "com/automation/registration.h"
-#include "host/anfitrion.h"
+#include "com/fabrica_com.h"
+#include "host/ventanas/fabrica_ventanas.h"
+#include "toolkit/win32/win32_desktop.h"
 
 namespace zuvi::host {
 
@@ -24,8 +26,8 @@ struct ClaseHost {
 /// The classes of the host, in the order of their registration.
 std::span<const ClaseHost> ClasesHost();
 
-/// Everything ZuviHost.dll holds: the host with its connection, and the class of record sets that it
-/// publishes for this process while it is in use.
+/// Everything ZuviHost.dll holds: the host with its connection and windows, and the class of record sets that
+/// it publishes for this process while it is in use.
 class ModuloHost {
  public:
   explicit ModuloHost(HINSTANCE instancia);
@@ -37,11 +39,15 @@ class ModuloHost {
   bool Descansa();
 
  private:
-  const std::shared_ptr<Anfitrion>& AnfitrionVivo();
+  /// Makes the objects of the host, which starts when it is first needed.
+  FabricaVentanas& Fabrica();
   void PublicaRecordset();
 
   ComModule modulo_;
+  Win32Desktop escritorio_;
+  FabricaCom otras_;  // the component
   std::shared_ptr<Anfitrion> anfitrion_;
+  std::unique_ptr<FabricaVentanas> fabrica_;  // of that host
   DWORD recordset_publicado_ = 0;
 };
 

@@ -43,6 +43,11 @@ std::string ArchivoPropio() {
 
 }  // namespace
 
+Impresion ImpresionDeWindows() {
+  const std::string impresion = Minusculas(Variable(L"ZUVI_IMPRIME"));
+  return impresion == "no" ? Impresion::No : impresion == "imprime" ? Impresion::Imprime : Impresion::Abre;
+}
+
 std::string RutaParaControlador(const std::string& archivo) {
   using NombreUnix = char*(CDECL*)(LPCWSTR);
   const auto convierte = reinterpret_cast<NombreUnix>(

@@ -10,6 +10,11 @@ namespace zuvi::host {
 /// folder is that of the module.
 Opciones OpcionesDeWindows();
 
+/// What is done with a page that was written for printing: variable ZUVI_IMPRIME, "abre" (shown by the user's
+/// browser, the default), "imprime" (sent to the printer) or "no" (left at the file).
+enum class Impresion { Abre, Imprime, No };
+Impresion ImpresionDeWindows();
+
 /// A file name as the database driver wants it: where the driver belongs to another system under an
 /// emulation, that system's own name of the file; else unchanged.
 std::string RutaParaControlador(const std::string& archivo);

@@ -1,6 +1,8 @@
 #include "host/win32/ventanas_interaccion.h"
 
 #include <windows.h>
+// Only after the system's own types.
+#include <shellapi.h>
 
 #include "base/text.h"
 #include "host/win32/ventana_trabajo.h"
@@ -31,7 +33,7 @@ class ProgresoEnVentana final : public Progreso {
   std::shared_ptr<VentanaTrabajo> ventana_;
 };
 
-VentanasInteraccion::VentanasInteraccion() = default;
+VentanasInteraccion::VentanasInteraccion(Impresion impresion) : impresion_(impresion) {}
 VentanasInteraccion::~VentanasInteraccion() = default;
 
 void VentanasInteraccion::Mensaje(const std::string& texto, EstiloMensaje estilo) {
@@ -49,6 +51,19 @@ std::unique_ptr<Progreso> VentanasInteraccion::AbreProgreso(std::int32_t total, 
       OpcionesTrabajo{.titulo = titulo, .total = total, .animacion = animacion});
   progreso_ = ventana;
   return std::make_unique<ProgresoEnVentana>(std::move(ventana));
+}
+
+void VentanasInteraccion::MuestraDocumento(const std::string& archivo) {
+  if (impresion_ == Impresion::No) return;
+  const std::u16string ancho = Utf16(archivo);
+  const auto abre = [&ancho](const wchar_t* verbo) {
+    const HINSTANCE codigo = ShellExecuteW(GetActiveWindow(), verbo, reinterpret_cast<LPCWSTR>(ancho.c_str()),
+                                           nullptr, nullptr, SW_SHOWNORMAL);
+    return reinterpret_cast<INT_PTR>(codigo) > 32;  // so it tells success
+  };
+  // A station whose programs cannot print such a page shows it.
+  if (impresion_ == Impresion::Imprime && abre(L"print")) return;
+  if (!abre(L"open")) Mensaje("El documento quedó en " + archivo, EstiloMensaje::Informacion);
 }
 
 bool VentanasInteraccion::Cancelado() {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "host/interaccion.h"
+#include "host/win32/opciones_windows.h"
 
 namespace zuvi::host {
 
@@ -16,13 +17,14 @@ class VentanaTrabajo;
 /// work that shows no progress of its own and goes on for seconds, a small window that can end it.
 class VentanasInteraccion final : public Interaccion {
  public:
-  VentanasInteraccion();
+  explicit VentanasInteraccion(Impresion impresion);
   ~VentanasInteraccion() override;
 
   void Mensaje(const std::string& texto, EstiloMensaje estilo) override;
   bool Pregunta(const std::string& texto) override;
   std::unique_ptr<Progreso> AbreProgreso(std::int32_t total, const std::string& titulo,
                                          const std::string& animacion) override;
+  void MuestraDocumento(const std::string& archivo) override;
   bool Cancelado() override;
   void NuevaOperacion() override { cancelado_ = false; }
 
@@ -30,6 +32,7 @@ class VentanasInteraccion final : public Interaccion {
   friend class ProgresoEnVentana;
   using Reloj = std::chrono::steady_clock;
 
+  Impresion impresion_;
   std::unique_ptr<VentanaTrabajo> espera_;  // shown by ourselves when work takes long
   std::weak_ptr<VentanaTrabajo> progreso_;  // the one a progress object has open
   Reloj::time_point inicio_{};

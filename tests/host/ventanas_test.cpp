@@ -338,6 +338,12 @@ TEST(Principal, ElEditorAbreCierraYRefrescaLaLista) {
   editor.Unload();
   m.escritorio.Advance(100);
   EXPECT_THAT(Rotulo(v, "lblCuenta"), HasSubstr("1 ocupada"));
+  // After a new order the list stands at it.
+  v.Press(key::kInsert);
+  m.Base().Ejecuta("INSERT INTO op (op, estado) VALUES (111, 'PE')");
+  m.Ventana("frmOp").Unload();
+  m.escritorio.Advance(100);
+  EXPECT_EQ(AEntero32(v.Call("Orden")), 111);
 
   // A confirmed order opens for viewing; leaving closes what is open, by its own rules.
   Edita(m, v, "101");
