@@ -20,7 +20,7 @@ constexpr Columna kColumnas[] = {
     {"op", "Orden", 52},          {"estado", "Estado", 128},
     {"emision", "Documento", 80}, {"entrega", "Entrega", 80},
     {"almacen", "Almacén", 0},    {"partidas", "Partidas", 58},
-    {"cantidad", "Cantidad", 64}, {"terminado", "Terminado", 70},
+    {"cantidad", "Cantidad", 64}, {"terminado", "Terminado", 78},
     {"importe", "Importe", 80},   {"ocupada", "Ocupada por", 88},
 };
 
