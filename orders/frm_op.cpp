@@ -2,6 +2,7 @@
 #include "orders/frm_op.h"
 
 #include <array>
+#include <utility>
 
 #include "orders/campos.h"
 
@@ -73,11 +74,22 @@ void frmOp::Form_Load() {
 
   if (modo_ == kAlta) {
     ValoresDeAlta();
-  } else {
-    CargaEncabezado();
-    if (modo_ == kModificacion) MarcaOcupada();
-    CargaPartidas();
+    TerminaCarga();
+    return;
   }
+  CargaEncabezado();
+  if (modo_ == kModificacion) MarcaOcupada();
+  try {
+    CargaPartidas();
+    TerminaCarga();
+  } catch (...) {
+    // The window will not be there to release the order when it closes.
+    if (modo_ == kModificacion) EnSilencio([&] { SueltaOcupada(); });
+    throw;
+  }
+}
+
+void frmOp::TerminaCarga() {
   fg2->SetRow(1);
   fg2->SetCol(0);
   AplicaModo();
@@ -105,8 +117,13 @@ void frmOp::FormaRejilla() {
 
 void frmOp::CargaEncabezado() {
   if (!registro_) throw HostError(ErrorNumber::ObjectNotSet);
-  (*txtFields)(campo::kAlmacen).SetText(ATexto(registro_->Campo("Almacen")));
-  DTPicker1->SetValue(AFecha(registro_->Campo("F_Emision")));
+  // What an order lacks must not keep it from being opened and mended.
+  (*txtFields)(campo::kAlmacen).SetText(Tras("", registro_->Campo("Almacen")));
+  // Every save writes this field: an order of somebody's purchase must not lose its number.
+  if (const Value compra = registro_->Campo("ordencompra"); !compra.IsNull() && ANumero(compra) != 0)
+    (*txtFields)(campo::kOrdenCompra).SetText(ATexto(compra));
+  const Value emision = registro_->Campo("F_Emision");
+  DTPicker1->SetValue(emision.IsNull() ? Hoy() : AFecha(emision));
   const Value entrega = registro_->Campo("fechaentrega");
   DTPicker2->SetValue(entrega.IsNull() ? Hoy() : AFecha(entrega));
   RichTextBox2->SetText(Datos().ValorTexto(registro_->Campo("Observ")));
@@ -123,13 +140,15 @@ void frmOp::MarcaOcupada() {
   constructor_->Ejecuta();
 }
 
+void frmOp::SueltaOcupada() { Entorno()->EjecutaSQL("UPDATE Op SET ocupado = 0 WHERE Op = " + Decimal(op_)); }
+
 void frmOp::CargaPartidas() {
   partidas_ = Consulta("SELECT * FROM oppart WHERE Op = (" + ATexto(registro_->Campo("Op")) + ")");
   // An order with more lines than the grid has rows makes it grow.
   for (std::int32_t fila = 1; !partidas_->Eof(); partidas_->MoveNext(), ++fila) {
-    fg2->SetTextMatrix(fila, 0, ATexto(partidas_->Campo("Articulo")));
-    fg2->SetTextMatrix(fila, 1, ATexto(partidas_->Campo("Cantidad")));
-    fg2->SetTextMatrix(fila, 2, ATexto(partidas_->Campo("Precio")));
+    fg2->SetTextMatrix(fila, 0, Tras("", partidas_->Campo("Articulo")));
+    fg2->SetTextMatrix(fila, 1, Tras("", partidas_->Campo("Cantidad")));
+    fg2->SetTextMatrix(fila, 2, Tras("", partidas_->Campo("Precio")));
     fg2->SetTextMatrix(fila, 4, Tras(" ", partidas_->Campo("Observ")));
     fg2->SetTextMatrix(fila, 5, Datos().ValorTexto(partidas_->Campo("id_entrada")));
   }
@@ -192,6 +211,7 @@ void frmOp::Form_QueryUnload(std::int16_t& cancel, std::int16_t mode) {
 }
 
 void frmOp::Form_Unload(std::int16_t& cancel) {
+  bool suelta = modo_ == kModificacion;
   Trata("Form_Unload", [&] {
     IniciaProceso("Op006");
     if (rechazado_) {
@@ -199,10 +219,13 @@ void frmOp::Form_Unload(std::int16_t& cancel) {
       cancel = kVerdadero;
       return;
     }
-    if (modo_ == kModificacion) Entorno()->EjecutaSQL("UPDATE Op SET ocupado = 0 WHERE Op = " + Decimal(op_));
+    // What is tried once is not tried again.
+    if (std::exchange(suelta, false)) SueltaOcupada();
     if (parent_) parent_->Call("SetFocus");
     Libera();
   });
+  // A process that failed does not keep the window open, nor the order busy without one.
+  if (suelta && !cancel) EnSilencio([&] { SueltaOcupada(); });
 }
 
 void frmOp::Timer1_Timer() {

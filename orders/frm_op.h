@@ -64,6 +64,8 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   void FormaRejilla();
   void CargaEncabezado();
   void MarcaOcupada();
+  void SueltaOcupada();
+  void TerminaCarga();
   void CargaPartidas();
   void ValoresDeAlta();
   void AplicaModo();

@@ -48,10 +48,17 @@ void Form::Show() {
   Load();
   if (closed_ || visible_) return;
   visible_ = true;
-  if (!peer_)
-    desktop_.Attach(*this);
-  else
-    peer_->Update(Aspect::Visible);
+  try {
+    if (!peer_)
+      desktop_.Attach(*this);
+    else
+      peer_->Update(Aspect::Visible);
+  } catch (...) {
+    // It cannot be shown: it goes as any window does, but nobody can keep it open.
+    Unload();
+    if (!closed_) Dismantle();
+    throw;
+  }
   if (closed_) return;
   Paint();
   if (visible_ && !active_) FocusNext();

@@ -67,7 +67,8 @@ std::string VentanaModulo::Campo(Recordset& fila, const char* nombre) {
 }
 
 void VentanaModulo::EnfocaSiHabilitado(Control& control) {
-  if (control.Enabled()) control.SetFocus();
+  const Form* const ventana = control.Window();
+  if (control.Enabled() && ventana && !ventana->Closed()) control.SetFocus();
 }
 
 }  // namespace zuvi

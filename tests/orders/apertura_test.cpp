@@ -224,13 +224,19 @@ TEST_P(Apertura, UnaCargaQueFallaTerminaEnSilencioYSinVentana) {
         "Consulta(SELECT * FROM oppart", "ParametrosEstacion", "IniciaProceso(Op001", "PreparaVentana"}) {
     SCOPED_TRACE(falla);
     Falla(falla);
+    t.mundo.bitacora.clear();
     EXPECT_EQ(Abre("ModificaOp"), nullptr);
     EXPECT_EQ(t.mundo.vivos, vivos);
+    // An order that was marked busy by then is released.
+    const bool marcada = t.Lineas("Consulta(SELECT * FROM oppart").size() == 1;
+    EXPECT_EQ(t.Lineas("EjecutaSQL(UPDATE Op SET ocupado = 0").size(), marcada ? 1u : 0u);
   }
   t.mundo.gancho = nullptr;
   for (const char* nulo : {"f_emision", "almacen"}) {
     PonOrden({{nulo, Null{}}});
-    EXPECT_EQ(Abre("ModificaOp"), nullptr) << nulo;
+    const auto ventana = Abre("ModificaOp");
+    ASSERT_NE(ventana, nullptr) << nulo;
+    EXPECT_TRUE(ventana->Unload());
   }
   t.prod->PonAmbiente(nullptr);
   for (const char* metodo : {"NuevaOp", "ModificaOp", "ConsultaOp"}) EXPECT_EQ(Abre(metodo), nullptr);

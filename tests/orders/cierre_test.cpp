@@ -98,6 +98,9 @@ TEST_P(Cierre, UnCierreQueFallaSeInformaYCierra) {
     Falla(falla);
     EXPECT_TRUE(ventana->Unload());
     EXPECT_EQ(t.escritorio.Avisos(), std::vector{Informe("Form_Unload", "se cayó")});
+    // Nobody is left to release the order: it is released whatever failed, and the statement tried once.
+    EXPECT_EQ(t.Lineas("EjecutaSQL(UPDATE Op SET ocupado = 0").size(), 1u);
+    t.mundo.bitacora.clear();
     t.escritorio.Olvida();
     t.mundo.gancho = nullptr;
   }

@@ -9,9 +9,8 @@
 namespace zuvi::pruebas {
 
 /// With true the host can only be called by name.
-class Editor : public testing::TestWithParam<bool> {
- protected:
-  Editor() {
+struct Mesa {
+  explicit Mesa(bool por_nombre) : t(por_nombre) {
     t.escritorio.SetNow(Fecha::DesdeTexto("2026-03-05 14:07:09"));
     t.mundo.claves = {"almacen.almacen=9", "almacen.almacen=2", "prods.articulo=MESA"};
     t.mundo.tablas["SELECT ubicacion FROM prods WHERE articulo = 'MESA'"] = {{{"ubicacion", "A1"}}};
@@ -30,6 +29,7 @@ class Editor : public testing::TestWithParam<bool> {
               {"fechaEntrega", Fecha::DesdeTexto("2026-03-20")},
               {"observ", "urge"},
               {"automatico", std::int16_t{1}},
+              {"ordencompra", 0.0},
               {"Tipo_doc", "OP"}};
     for (const auto& [nombre, valor] : cambios)
       for (auto& [columna, actual] : fila)
@@ -94,7 +94,12 @@ class Editor : public testing::TestWithParam<bool> {
     };
   }
 
-  Taller t{GetParam()};
+  Taller t;
+};
+
+class Editor : public testing::TestWithParam<bool>, public Mesa {
+ protected:
+  Editor() : Mesa(GetParam()) {}
 };
 
 }  // namespace zuvi::pruebas

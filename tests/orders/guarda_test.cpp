@@ -218,6 +218,7 @@ TEST_P(Guarda, LaPrimeraLineaCreaElEncabezadoYLasDemasNo) {
               {"fechaEntrega", Fecha::DesdeTexto("2026-03-25")},
               {"observ", "con cuidado"},
               {"automatico", std::int16_t{0}},
+              {"ordencompra", Null{}},
               {"Tipo_doc", Null{}}};
   for (const char* sql : {"SELECT * FROM op WHERE op = 501", "SELECT * FROM op WHERE (((op) = 501))"})
     t.mundo.tablas[sql] = {creada};
