@@ -1,0 +1,175 @@
+// What the programs of this folder have in common: the reference host with the component on top of it, and
+// the comparison of its work with the bare statements, by turns in one run.
+#pragma once
+
+#include <benchmark/benchmark.h>
+#include <stdlib.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "bench/odbc_desnudo.h"
+#include "component/produccion.h"
+#include "host/anfitrion.h"
+#include "host/interaccion_respuestas.h"
+#include "toolkit/headless_desktop.h"
+
+namespace zuvi::bench {
+
+using Sentencias = std::vector<std::string>;
+
+double Segundos(auto&& trabajo) {
+  const auto antes = std::chrono::steady_clock::now();
+  trabajo();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - antes).count();
+}
+
+/// The middle time: a disk that somebody else keeps busy gives a few very long ones.
+inline double Mediana(std::vector<double> tiempos) {
+  const auto medio = tiempos.begin() + static_cast<std::ptrdiff_t>(tiempos.size() / 2);
+  std::nth_element(tiempos.begin(), medio, tiempos.end());
+  return *medio;
+}
+
+/// The component on the reference host, on one database.
+class Banco {
+ public:
+  explicit Banco(const std::string& base) {
+    host::Opciones opciones;
+    host::PonBase(opciones, base);
+    anfitrion_ =
+        std::make_shared<host::Anfitrion>(opciones, std::make_unique<host::RespuestasInteraccion>(""));
+    fabrica_ = std::make_unique<host::FabricaAnfitrion>(anfitrion_);
+    modulo_ = std::make_unique<Modulo>(*fabrica_, escritorio_, [] { return false; });
+    produccion_ = std::make_shared<Produccion>(*modulo_);
+  }
+  /// Opens the database, which makes the shop in it.
+  void Abre() { produccion_->PonAmbiente(fabrica_->Crea(Ambiente::kProgId)); }
+  host::BaseDatos& Base() { return *anfitrion_->Base(); }
+  /// The statements of a piece of work.
+  Sentencias Graba(auto&& trabajo) {
+    Sentencias sentencias;
+    auto& traza = anfitrion_->TraeTraza();
+    const auto oyente = traza.Escucha([&sentencias](host::Suceso suceso, const std::string& texto) {
+      if (suceso == host::Suceso::Sentencia) sentencias.push_back(texto);
+    });
+    trabajo();
+    traza.Deja(oyente);
+    return sentencias;
+  }
+  void ExigeSinAvisos() const {
+    if (!escritorio_.Avisos().empty()) throw std::runtime_error(escritorio_.Avisos().front());
+  }
+
+ protected:
+  Produccion& ElComponente() { return *produccion_; }
+  HeadlessDesktop& Escritorio() { return escritorio_; }
+  Modulo& ElModulo() { return *modulo_; }
+  ObjectPtr NuevoAmbiente() { return fabrica_->Crea(Ambiente::kProgId); }
+
+ private:
+  std::shared_ptr<host::Anfitrion> anfitrion_;
+  std::unique_ptr<host::FabricaAnfitrion> fabrica_;
+  HeadlessDesktop escritorio_;
+  std::unique_ptr<Modulo> modulo_;
+  std::shared_ptr<Produccion> produccion_;
+};
+
+/// Connection strings of the three databases, and what a session has to set to be like the host's.
+struct Bases {
+  std::string grabada, componente, desnuda;
+  Sentencias ajustes;
+};
+
+/// Measures `Trabajo`, a kind of Banco: `Prepara` opens the database and sets the stage, `Corre` is what is
+/// measured, `Repone` makes another round possible. Its statements are recorded on the first database; then
+/// it works on the second, and a loop in plain ODBC issues the very same statements in the third, by turns.
+template <class Trabajo>
+void Compara(benchmark::State& state, const Bases& bases) {
+  struct Vuelta {
+    Sentencias medidas, demas;
+  };
+  std::vector<Vuelta> grabadas;
+  Trabajo trabajo(bases.componente);
+  OdbcDesnudo desnudo(bases.desnuda);
+  const auto repite = [&](const Sentencias& sentencias) {
+    for (const auto& sql : sentencias) desnudo.Corre(sql);
+  };
+  {
+    Trabajo grabadora(bases.grabada);
+    repite(bases.ajustes);
+    repite(grabadora.Graba([&] { grabadora.Prepara(); }));
+    for (benchmark::IterationCount i = 0; i < state.max_iterations; ++i) {
+      Sentencias medidas = grabadora.Graba([&] { grabadora.Corre(); });
+      grabadas.push_back({std::move(medidas), grabadora.Graba([&] { grabadora.Repone(); })});
+    }
+  }
+  trabajo.Prepara();
+  std::vector<double> del_componente, del_desnudo;
+  std::size_t vuelta = 0;
+  for (auto _ : state) {
+    const Vuelta& esta = grabadas[vuelta];
+    double tiempo = 0;
+    const auto corre = [&] {
+      tiempo = Segundos([&] { trabajo.Corre(); });
+      trabajo.Repone();
+    };
+    // Who goes first alternates: the second finds the caches of the processor warm.
+    if (vuelta % 2 == 0) corre();
+    del_desnudo.push_back(Segundos([&] { repite(esta.medidas); }));
+    repite(esta.demas);
+    if (vuelta % 2 != 0) corre();
+    del_componente.push_back(tiempo);
+    state.SetIterationTime(tiempo);
+    ++vuelta;
+  }
+  const double componente = Mediana(std::move(del_componente)), piso = Mediana(std::move(del_desnudo));
+  state.counters["componente/s"] = 1 / componente;
+  state.counters["desnudo/s"] = 1 / piso;
+  state.counters["razon"] = piso / componente;
+}
+
+inline std::string Sqlite(const std::string& archivo) { return "DRIVER={SQLite3};Database=" + archivo; }
+
+template <class Trabajo>
+void EnMemoria(benchmark::State& state) {
+  const std::string base = Sqlite(":memory:");
+  Compara<Trabajo>(state, {base, base, base, {"PRAGMA foreign_keys=ON"}});
+}
+
+/// A folder of its own, removed with all it holds.
+class Carpeta {
+ public:
+  Carpeta() {
+    std::string plantilla = (std::filesystem::temp_directory_path() / "zuvi-bench-XXXXXX").string();
+    if (!mkdtemp(plantilla.data())) throw std::runtime_error("no folder for the databases");
+    ruta_ = plantilla;
+  }
+  Carpeta(const Carpeta&) = delete;
+  Carpeta& operator=(const Carpeta&) = delete;
+  ~Carpeta() {
+    std::error_code ignorado;
+    std::filesystem::remove_all(ruta_, ignorado);
+  }
+  std::string Archivo(const char* nombre) const { return (ruta_ / nombre).string(); }
+
+ private:
+  std::filesystem::path ruta_;
+};
+
+template <class Trabajo>
+void EnArchivo(benchmark::State& state) {
+  const Carpeta carpeta;
+  Compara<Trabajo>(state, {Sqlite(carpeta.Archivo("grabada.db")),
+                           Sqlite(carpeta.Archivo("componente.db")),
+                           Sqlite(carpeta.Archivo("desnuda.db")),
+                           {"PRAGMA foreign_keys=ON", "PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL"}});
+}
+
+}  // namespace zuvi::bench
