@@ -61,17 +61,19 @@ std::optional<std::string> Decoded(std::string_view name) {
   return Utf8(units);
 }
 
-/// Gathers the text: white space only between words, never more than one empty line.
+/// Gathers the text: white space only between words and cells, no empty lines.
 class Lines {
  public:
   void Add(std::string_view word) {
-    if (blank_ && !text_.empty() && text_.back() != '\n') text_ += ' ';
-    blank_ = false;
+    if ((blank_ || cell_) && !text_.empty() && text_.back() != '\n') text_ += cell_ ? '\t' : ' ';
+    blank_ = cell_ = false;
     text_ += word;
   }
   void Blank() { blank_ = true; }
+  /// Cells of a row stand under each other by tabs.
+  void Cell() { cell_ = true; }
   void Break() {
-    blank_ = false;
+    blank_ = cell_ = false;
     if (!text_.empty() && text_.back() != '\n') text_ += '\n';
   }
   std::string Take() {
@@ -81,7 +83,7 @@ class Lines {
 
  private:
   std::string text_;
-  bool blank_ = false;
+  bool blank_ = false, cell_ = false;
 };
 
 /// Name of a mark ("/td class=x" is "td"), in lower case.
@@ -135,7 +137,7 @@ std::string PlainTextOfHtml(std::string_view html) {
       skipped_until.clear();
       if (!closing && (name == "script" || name == "style" || name == "title")) skipped_until = name;
       if (std::ranges::find(kBlocks, name) != kBlocks.end()) lines.Break();
-      if (name == "td" || name == "th") lines.Blank();
+      if (!closing && (name == "td" || name == "th")) lines.Cell();
       const auto end = EndOfMark(html, at);
       at = end == kNone ? html.size() : end + 1;
       continue;

@@ -226,7 +226,7 @@ TEST_F(Controles, APageIsReadAsText) {
       "<b>3</b>&nbsp;&lt;4"
       "<br/>5 &amp;&nada; R&D 6 < 7 "
       "&#x1F600;</p><table><tr><td>Kit</td><td>2.5</td></tr><TR><TD>Fin</TABLE>");
-  EXPECT_EQ(visor->PlainText(), "Producción\nArtículo nº 3 <4\n5 &&nada; R&D 6 < 7 😀\nKit 2.5\nFin");
+  EXPECT_EQ(visor->PlainText(), "Producción\nArtículo nº 3 <4\n5 &&nada; R&D 6 < 7 😀\nKit\t2.5\nFin");
   for (const char* rota : {"<", "<p", "a<!--", "&", "<script>x", "<p title='"})
     EXPECT_NO_THROW(PlainTextOfHtml(rota)) << rota;
   std::vector<Value> url{"http://localhost/"};
