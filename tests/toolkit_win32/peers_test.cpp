@@ -388,8 +388,8 @@ TEST(Windows, OpeningCostsLittleMoreThanTheirControls) {
 
     // The same windows in the same look and font, without anything behind them.
     start = Clock::now();
-    native::WindowSpec spec{L"#32770", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, {}, {200, 150, 860, 670}};
-    const HWND window = module.Create(spec);
+    native::WindowPlan plan{L"#32770", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, {}, {200, 150, 860, 670}};
+    const HWND window = module.Create(plan);
     for (int i = 0; i < 60; ++i) {
       const LONG left = 10 + i % 6 * 100, top = 10 + i / 6 * 30;
       const HWND control = module.Create({i % 2 ? L"EDIT" : L"STATIC",

@@ -188,14 +188,14 @@ class MultiComboPeer final : public NativeControl, private DropDown {
 
   void MakePopup() {
     if (popup_) return;
-    WindowSpec spec;
-    spec.window_class = kPopupClass;
-    spec.style = WS_POPUP | WS_BORDER | WS_CLIPCHILDREN;
-    spec.extended = WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE;
-    spec.parent = Parent().Window();
-    popup_ = Parent().Module().Create(spec);
+    WindowPlan plan;
+    plan.window_class = kPopupClass;
+    plan.style = WS_POPUP | WS_BORDER | WS_CLIPCHILDREN;
+    plan.extended = WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE;
+    plan.parent = Parent().Window();
+    popup_ = Parent().Module().Create(plan);
     Adopt(popup_);
-    WindowSpec inner;
+    WindowPlan inner;
     inner.window_class = WC_LISTVIEWW;
     inner.style = WS_CHILD | WS_VISIBLE | LVS_REPORT | LVS_OWNERDATA | LVS_SINGLESEL | LVS_SHOWSELALWAYS |
                   LVS_NOSORTHEADER;

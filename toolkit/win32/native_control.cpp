@@ -42,16 +42,16 @@ NativeControl::~NativeControl() { link_->peer = nullptr; }
 
 void NativeControl::CreateWindowOf(const wchar_t* window_class, DWORD style, DWORD extended,
                                    const std::wstring& text) {
-  WindowSpec spec;
-  spec.window_class = window_class;
-  spec.style = style | WS_CHILD | WS_CLIPSIBLINGS | (control_.Visible() ? WS_VISIBLE : 0) |
+  WindowPlan plan;
+  plan.window_class = window_class;
+  plan.style = style | WS_CHILD | WS_CLIPSIBLINGS | (control_.Visible() ? WS_VISIBLE : 0) |
                (control_.Enabled() ? 0 : WS_DISABLED) |
                (control_.TakesFocus() && control_.TabStop() ? WS_TABSTOP : 0);
-  spec.extended = extended | WS_EX_NOPARENTNOTIFY;
-  spec.text = text;
-  spec.place = Place();
-  spec.parent = form_.Window();
-  window_ = form_.Module().Create(spec);
+  plan.extended = extended | WS_EX_NOPARENTNOTIFY;
+  plan.text = text;
+  plan.place = Place();
+  plan.parent = form_.Window();
+  window_ = form_.Module().Create(plan);
   Adopt(window_);
   Send(WM_SETFONT, reinterpret_cast<WPARAM>(form_.Font()), FALSE);
   ShowToolTip();

@@ -111,14 +111,14 @@ void NativeForm::Create(int nth) {
   if (!form_.Enabled()) style_ |= WS_DISABLED;
   extended_ = WS_EX_CONTROLPARENT;
   dpi_ = Module().DpiOf(nullptr);
-  WindowSpec spec;
-  spec.window_class = kFormClass;
-  spec.style = style_;
-  spec.extended = extended_;
-  spec.text = Wide(form_.Caption());
-  spec.place = FirstPlace(nth);
-  spec.param = life_.get();
-  Module().Create(spec);
+  WindowPlan plan;
+  plan.window_class = kFormClass;
+  plan.style = style_;
+  plan.extended = extended_;
+  plan.text = Wide(form_.Caption());
+  plan.place = FirstPlace(nth);
+  plan.param = life_.get();
+  Module().Create(plan);
   if (const UINT dpi = Module().DpiOf(Window()); dpi != dpi_) {
     dpi_ = dpi;
     const RECT place = FirstPlace(nth);
@@ -299,11 +299,11 @@ void NativeForm::SmallestSize(MINMAXINFO& info) const {
 void NativeForm::SetToolTip(HWND tool, const std::wstring& text) {
   if (!tips_ && text.empty()) return;
   if (!tips_) {
-    WindowSpec spec;
-    spec.window_class = TOOLTIPS_CLASSW;
-    spec.style = WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX;
-    spec.parent = Window();
-    tips_ = Module().Create(spec);
+    WindowPlan plan;
+    plan.window_class = TOOLTIPS_CLASSW;
+    plan.style = WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX;
+    plan.parent = Window();
+    tips_ = Module().Create(plan);
     ::SendMessageW(tips_, TTM_SETMAXTIPWIDTH, 0, Pixels(6000));
   }
   TTTOOLINFOW info{};

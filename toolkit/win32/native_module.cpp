@@ -90,12 +90,12 @@ void NativeModule::RegisterClasses() {
   add(kFormClass, form_procedure_, CS_DBLCLKS, COLOR_3DFACE);
 }
 
-HWND NativeModule::Create(const WindowSpec& spec) {
+HWND NativeModule::Create(const WindowPlan& plan) {
   const StylesScope styles(styles_);
   const auto create = [&] {
-    return ::CreateWindowExW(spec.extended, spec.window_class, spec.text.c_str(), spec.style, spec.place.left,
-                             spec.place.top, spec.place.right - spec.place.left,
-                             spec.place.bottom - spec.place.top, spec.parent, nullptr, instance_, spec.param);
+    return ::CreateWindowExW(plan.extended, plan.window_class, plan.text.c_str(), plan.style, plan.place.left,
+                             plan.place.top, plan.place.right - plan.place.left,
+                             plan.place.bottom - plan.place.top, plan.parent, nullptr, instance_, plan.param);
   };
   HWND window = create();
   // Another thread's end may have taken the classes away.

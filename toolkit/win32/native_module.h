@@ -9,7 +9,7 @@ inline constexpr const wchar_t *kFormClass = L"ZuviVentana", *kGridClass = L"Zuv
                                *kPopupClass = L"ZuviDesplegable";
 
 /// How a window is to be created; places are pixels.
-struct WindowSpec {
+struct WindowPlan {
   const wchar_t* window_class = nullptr;
   DWORD style = 0, extended = 0;
   std::wstring text{};
@@ -30,7 +30,7 @@ class NativeModule {
 
   HINSTANCE Instance() const { return instance_; }
   /// Creates a window in the look that the module's manifest asks for. Throws HostError.
-  HWND Create(const WindowSpec& spec);
+  HWND Create(const WindowPlan& plan);
   /// Class of the rich text control; the plain one where the system has none.
   const wchar_t* RichTextClass();
 
