@@ -9,7 +9,7 @@
 namespace zuvi::host {
 namespace {
 
-constexpr std::int32_t kVersion = 2;
+constexpr std::int32_t kVersion = 3;
 
 struct Tabla {
   const char* nombre;
@@ -108,6 +108,10 @@ void Crea(BaseDatos& base) {
     base.EjecutaEsquema(std::string("CREATE TABLE IF NOT EXISTS ") + tabla.nombre + " (" + tabla.columnas +
                         ")" + opciones);
   for (const char* indice : kIndices) base.EjecutaEsquema(indice);
+  // The component spells this table in two ways, which are two tables to a server that tells capitals apart.
+  if (base.TraeMotor() == Motor::MariaDb &&
+      ANumero(base.Consulta("SELECT @@lower_case_table_names")->Campo(0)) == 0)
+    base.EjecutaEsquema("CREATE OR REPLACE VIEW Op AS SELECT * FROM op");
   const std::string costo = kCostoPromedio;
   base.EjecutaEsquema(
       "CREATE TRIGGER IF NOT EXISTS existencias_primera AFTER INSERT ON existencias FOR EACH ROW BEGIN " +
