@@ -223,6 +223,8 @@ void frmOp::CreaControles() {
   plano.Rotulo(kRotuloCelda, "Celda", {}).SetVisible(false);
   txtEdit = Add<TextBox>("txtEdit");
   txtEdit->SetTag("N");
+  // A text that is put into a box without width stays scrolled out of sight when it gets one.
+  txtEdit->Design(En(0, 0, 120, kAltoCampo));
   txtEdit->SetVisible(false);
 }
 

@@ -97,9 +97,15 @@ class ComboPeer final : public NativeControl, private DropDown {
     ShowText();
   }
   void ShowText() {
-    if (Send(CB_GETCURSEL) != combo_.ListIndex()) Send(CB_SETCURSEL, static_cast<WPARAM>(combo_.ListIndex()));
-    if (edit_ && Narrow(TextOf(Window())) != combo_.Text())
-      ::SetWindowTextW(Window(), Wide(combo_.Text()).c_str());
+    const bool chosen = Send(CB_GETCURSEL) == combo_.ListIndex();
+    const bool shown = !edit_ || Narrow(TextOf(Window())) == combo_.Text();
+    if (chosen && shown) return;
+    const LRESULT mark = edit_ ? ::SendMessageW(edit_, EM_GETSEL, 0, 0) : 0;
+    if (!chosen) Send(CB_SETCURSEL, static_cast<WPARAM>(combo_.ListIndex()));
+    if (!edit_) return;
+    if (Narrow(TextOf(Window())) != combo_.Text()) ::SetWindowTextW(Window(), Wide(combo_.Text()).c_str());
+    // A chosen row's text comes up marked as a whole, and what somebody goes on typing would replace it.
+    ::SendMessageW(edit_, EM_SETSEL, LOWORD(mark), HIWORD(mark));
   }
 
   ComboBox& combo_;

@@ -105,7 +105,11 @@ void Win32Desktop::RunModal(Form& form, Form* owner) {
     ::DispatchMessageW(&message);
   }
   block->Release();
-  if (!quit) return;
+  if (!quit) {
+    // Whoever was given the keyboard while it closed: one goes on where it was opened from.
+    if (behind && ::IsWindowVisible(behind) && ::IsWindowEnabled(behind)) ::SetActiveWindow(behind);
+    return;
+  }
   // The program ends: so do its windows, and the loop outside is to know.
   if (form.Visible() && !form.Unload(UnloadMode::System)) form.Hide();
   ::PostQuitMessage(*quit);
