@@ -43,6 +43,9 @@ bool frmOp::CreaOp() {
       c.Condicion("op = " + Decimal(op_));
       c.Genera("op");
       c.Ejecuta();
+      // The order is there and held by this window: whatever fails from here on, the next line belongs to it
+      // and closing releases it.
+      modo_ = kModificacion;
     }
 
     registro_ = Consulta("SELECT * FROM op WHERE op = " + Decimal(op_));

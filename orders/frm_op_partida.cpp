@@ -72,9 +72,8 @@ void frmOp::NuevaPartida() {
     if (respuesta.bandera) rechazado_ = true;
     if (std::exchange(rechazado_, false)) return;
 
-    if (modo_ == kAlta) CreaOp();
     // It has reported why; without a header the line would belong to no order.
-    if (modo_ == kAlta) return;
+    if (modo_ == kAlta && !CreaOp()) return;
 
     registro_ = Consulta("SELECT * FROM op WHERE (((op) = " + Decimal(op_) + "))");
     AccesoDatos& datos = Datos();

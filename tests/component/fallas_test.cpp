@@ -1,6 +1,7 @@
 // Every host call of every batch operation is once the one that fails, in every way in which a host fails.
 #include <gtest/gtest.h>
 
+#include "tests/support/fallas.h"
 #include "tests/support/taller.h"
 
 namespace zuvi::pruebas {
@@ -87,25 +88,6 @@ Corrida Corre(const Operacion& operacion, bool por_nombre, Falla falla) {
   return c;
 }
 
-std::string Descripcion(Clase clase) {
-  switch (clase) {
-    case Clase::Texto:
-      return kTextoFalla;
-    case Clase::SinTexto:
-      return "";
-    case Clase::SinMemoria:
-      return "Out of memory";
-    case Clase::SinMiembro:
-      return "Object doesn't support this property or method";
-    case Clase::TextoPorNumero:
-    case Clase::NumeroPorObjeto:
-      return "Type mismatch";
-    case Clase::NadaPorObjeto:
-      break;
-  }
-  return "Object variable or With block variable not set";
-}
-
 using Parametros = std::tuple<Operacion, bool, Clase, bool>;
 class Fallas : public testing::TestWithParam<Parametros> {};
 
@@ -148,24 +130,18 @@ TEST_P(Fallas, LoEjecutadoEsUnComienzoDeLoLimpio) {
 }
 
 std::string Nombre(const testing::TestParamInfo<Parametros>& info) {
-  static const char* const kClases[] = {"Texto",          "SinTexto",        "SinMemoria",   "SinMiembro",
-                                        "TextoPorNumero", "NumeroPorObjeto", "NadaPorObjeto"};
   const auto& [operacion, por_nombre, clase, persistente] = info.param;
-  return std::string(operacion.nombre) + (por_nombre ? "PorNombre" : "Directo") +
-         kClases[static_cast<int>(clase)] + (persistente ? "Siempre" : "UnaVez");
+  return std::string(operacion.nombre) + (por_nombre ? "PorNombre" : "Directo") + NombreDe(clase) +
+         (persistente ? "Siempre" : "UnaVez");
 }
 
 INSTANTIATE_TEST_SUITE_P(Directas, Fallas,
                          testing::Combine(testing::ValuesIn(kOperaciones), testing::Values(false),
-                                          testing::Values(Clase::Texto, Clase::SinTexto, Clase::SinMemoria),
-                                          testing::Bool()),
+                                          testing::ValuesIn(kClasesDirectas), testing::Bool()),
                          &Nombre);
 INSTANTIATE_TEST_SUITE_P(PorNombre, Fallas,
                          testing::Combine(testing::ValuesIn(kOperaciones), testing::Values(true),
-                                          testing::Values(Clase::Texto, Clase::SinTexto, Clase::SinMemoria,
-                                                          Clase::SinMiembro, Clase::TextoPorNumero,
-                                                          Clase::NumeroPorObjeto, Clase::NadaPorObjeto),
-                                          testing::Bool()),
+                                          testing::ValuesIn(kClasesPorNombre), testing::Bool()),
                          &Nombre);
 
 }  // namespace

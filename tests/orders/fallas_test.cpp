@@ -1,0 +1,451 @@
+// The editor with every host call being once the one that fails: what was done is a beginning of what would
+// have been done, the user is told where it broke, and nothing stays behind.
+#include <algorithm>
+#include <array>
+#include <set>
+
+#include "tests/orders/editor.h"
+#include "tests/support/fallas.h"
+
+namespace zuvi::pruebas {
+namespace {
+
+using Pasos = std::vector<std::string>;
+
+/// The caller that gets the focus back.
+class Padre final : public EnMemoria<Object> {
+ public:
+  explicit Padre(Mundo& mundo) : EnMemoria(mundo, "Padre") {}
+  void SetFocus() { mundo_.Llama("Padre.SetFocus"); }
+  const MemberTable* Members() const override {
+    static const MemberTable tabla = MemberTable::Of<Padre>().Method<&Padre::SetFocus>("SetFocus");
+    return &tabla;
+  }
+};
+
+const std::string kSuelta = "EjecutaSQL(UPDATE Op SET ocupado = 0 WHERE Op = ";
+
+/// Steps that leave the component: statements (a built one as a whole), numbers, processes, questions, paper.
+Pasos PasosDe(const std::vector<std::string>& bitacora) {
+  constexpr std::array kPasos{"Consulta(",     "EjecutaSQL(", "Open(",          "ExisteClave(",
+                              "Ubicacion",     "Siguiente",   "IniciaProceso(", "ImprimeReporte(",
+                              "Pregunta(",     "Padre.",      "LiberaVentana(", "PreparaVentana(",
+                              "ParametrosEsta"};
+  Pasos pasos;
+  std::string construida;
+  for (const auto& linea : bitacora) {
+    if (linea == "Limpia()") construida.clear();
+    if (linea == "Ejecuta()") pasos.push_back(construida);
+    for (const char* parte : {"Tipo(", "AgregaCampo(", "Condicion(", "Genera("})
+      if (linea.starts_with(parte)) construida += linea + " ";
+    for (const char* paso : kPasos)
+      if (linea.starts_with(paso)) pasos.push_back(linea);
+  }
+  return pasos;
+}
+
+/// Orders that were marked busy and not released since.
+std::set<std::string> Marcadas(const Pasos& pasos) {
+  const auto numero = [](const std::string& paso) {
+    const auto desde = paso.find_first_of("0123456789", paso.find("p = "));
+    return paso.substr(desde, paso.find(')', desde) - desde);
+  };
+  std::set<std::string> marcadas;
+  for (const auto& paso : pasos) {
+    if (paso.find(", ocupado, i2 1)") != std::string::npos) marcadas.insert(numero(paso));
+    if (paso.find(", ocupado, i2 0)") != std::string::npos) marcadas.erase(numero(paso));
+    if (paso.starts_with(kSuelta))
+      marcadas.erase(paso.substr(kSuelta.size(), paso.size() - kSuelta.size() - 1));
+  }
+  return marcadas;
+}
+
+Pasos SinSoltar(Pasos pasos) {
+  std::erase_if(pasos, [](const std::string& paso) { return paso.starts_with(kSuelta); });
+  return pasos;
+}
+
+bool EsComienzo(const Pasos& hecho, const Pasos& limpio) {
+  return hecho.size() <= limpio.size() && std::equal(hecho.begin(), hecho.end(), limpio.begin());
+}
+
+/// Whether the failure is an error of the call; the others spoil what a call gives back.
+bool EsError(Clase clase) { return clase <= Clase::SinMiembro; }
+
+class Puesto : public Mesa {
+ public:
+  explicit Puesto(bool por_nombre) : Mesa(por_nombre) {
+    t.mundo.proceso = [](PeticionProceso& p) { p.bandera = false; };
+    t.mundo.parametros = {{"Almacen", std::int32_t{9}}, {"Lector", std::int16_t{0}}};
+    PonOrden({}, {Linea(71), Linea(72)});
+    auto nueva = t.mundo.tablas["SELECT * FROM op WHERE op = 120"];
+    for (const std::int32_t op : {120, 501, 502, 503, 504, 505, 506}) {
+      // The line takes this number as it comes: a text cannot be spoiled on the way.
+      nueva[0][0].second = Decimal(op);
+      t.mundo.tablas["SELECT * FROM op WHERE op = " + Decimal(op)] = nueva;
+      t.mundo.tablas["SELECT * FROM op WHERE (((op) = " + Decimal(op) + "))"] = nueva;
+    }
+    t.prod->PonParent(Entrega(t.mundo, std::make_shared<Padre>(t.mundo)));
+  }
+  TextBox& F(std::int32_t indice) { return Campo(*v, indice); }
+  template <class T>
+  T& C(const char* nombre) {
+    return Control<T>(*v, nombre);
+  }
+  FlexGrid& Rejilla() { return C<FlexGrid>("fg2"); }
+  Pasos TomaPasos() { return PasosDe(std::exchange(t.mundo.bitacora, {})); }
+  std::vector<std::string> Avisos() {
+    auto avisos = t.escritorio.Avisos();
+    t.escritorio.Olvida();
+    return avisos;
+  }
+  /// Lets everything go; what is left of the host then.
+  int Despide() {
+    if (v) v->Unload();
+    EXPECT_TRUE(t.escritorio.Forms().empty());
+    v.reset();
+    t.prod.reset();
+    t.ambiente.reset();
+    t.modulo.Suelta();
+    return t.mundo.vivos;
+  }
+
+  std::shared_ptr<frmOp> v;
+};
+
+// Loading.
+
+using ParametrosDeCarga = std::tuple<const char*, bool, Clase, bool>;
+class FallasDeCarga : public testing::TestWithParam<ParametrosDeCarga> {};
+
+TEST_P(FallasDeCarga, CallaYNoMuestraNadaAMedias) {
+  const auto& [metodo, por_nombre, clase, persistente] = GetParam();
+  const bool consulta = metodo == std::string("ConsultaOp");
+  Pasos limpio;
+  {
+    Puesto p(por_nombre);
+    p.v = p.Abre(metodo);
+    ASSERT_TRUE(p.v);
+    limpio = p.TomaPasos();
+    EXPECT_EQ(p.Despide(), 0);
+  }
+  constexpr std::size_t kSaltables = 3;
+  ASSERT_GT(limpio.size(), kSaltables);
+  ASSERT_TRUE(limpio[limpio.size() - kSaltables].starts_with("ParametrosEstacion"));
+  int n = 0;
+  for (int fallas = 1; fallas > 0;) {
+    SCOPED_TRACE(++n);
+    Puesto p(por_nombre);
+    p.t.mundo.falla = {n, persistente, clase};
+    p.v = p.Abre(metodo);
+    fallas = std::exchange(p.t.mundo.fallas_dadas, 0);
+    p.t.mundo.falla = {};
+    const Pasos hecho = p.TomaPasos();
+    // A field that is filled formats itself, which ends with a report of its own and nothing else.
+    const auto avisos = p.Avisos();
+    for (const auto& aviso : avisos)
+      EXPECT_EQ(aviso, Puesto::Informe("txtFields_Change", Descripcion(clase)));
+    if (!persistente && !avisos.empty()) {
+      EXPECT_EQ(avisos.size(), 1u);
+      EXPECT_EQ(hecho, limpio);
+    }
+    if (p.v && consulta) {
+      // Whatever fails from the switch of the mode on is passed over, step by step.
+      const auto fijos = static_cast<std::ptrdiff_t>(limpio.size() - kSaltables);
+      ASSERT_GE(hecho.size(), limpio.size() - kSaltables);
+      EXPECT_TRUE(std::equal(limpio.begin(), limpio.begin() + fijos, hecho.begin()));
+      EXPECT_TRUE(std::includes(limpio.begin() + fijos, limpio.end(), hecho.begin() + fijos, hecho.end(),
+                                [&](const std::string& a, const std::string& b) {
+                                  return std::ranges::find(limpio, a) < std::ranges::find(limpio, b);
+                                }));
+      if (!persistente) {
+        EXPECT_GE(hecho.size() + 1, limpio.size());
+      }
+    } else if (p.v) {
+      EXPECT_EQ(hecho, limpio);
+    } else {
+      EXPECT_GT(fallas, 0);
+      EXPECT_TRUE(p.t.escritorio.Forms().empty());
+      EXPECT_TRUE(EsComienzo(SinSoltar(hecho), limpio));
+      if (consulta) {
+        EXPECT_LE(hecho.size(), limpio.size() - kSaltables);
+      }
+      // A mark that nobody is left to take off is taken off at once, unless that fails too.
+      if (!persistente || !EsError(clase)) {
+        EXPECT_TRUE(Marcadas(hecho).empty());
+      }
+      EXPECT_LE(hecho.size() - SinSoltar(hecho).size(), 1u);
+      p.v = p.Abre(metodo);
+      ASSERT_TRUE(p.v);
+      EXPECT_EQ(p.TomaPasos(), limpio);
+    }
+    EXPECT_TRUE(p.v->Visible());
+    EXPECT_EQ(p.Despide(), 0);
+    EXPECT_TRUE(p.Avisos().empty());
+  }
+  EXPECT_GT(n, consulta || EsError(clase) ? 10 : 1);
+}
+
+// Working.
+
+/// After a procedure has failed: the step with which the run goes on, "" for none, null for all of them.
+struct Sigue {
+  const char* procedimiento;
+  const char* paso;
+};
+
+struct Trabajo {
+  const char* nombre;
+  const char* metodo;
+  void (*prepara)(Puesto&);
+  void (*actua)(Puesto&);
+  std::vector<Sigue> sigue;
+  /// Begins the step, and is found in it, that shows that the work was done.
+  const char* logro;
+  bool cierra = false;
+};
+
+void Finaliza(Puesto& p) {
+  p.t.mundo.respuestas = {true};
+  p.F(0).SetFocus();
+  p.v->Press(key::kF5);
+}
+void PonLinea(Puesto& p) {
+  // The description is there already: whether it was looked up again changes nothing in the line.
+  p.F(0).SetFocus();
+  p.F(1).SetText("Mesa de pino");
+  p.F(4).SetText("");
+  p.F(5).SetText("");
+}
+void TecleaLinea(Puesto& p) {
+  p.F(4).SetFocus();
+  p.v->Type("MESA");
+  p.v->Press(key::kTab);
+  p.v->Type("3");
+  p.v->Press(key::kEnter);
+}
+void VeACelda(Puesto& p) {
+  p.Rejilla().SetFocus();
+  p.Rejilla().MoveTo(1, 1);
+}
+void Cancela(Puesto& p) { p.C<Button>("Command2").Click(); }
+
+const std::vector<Sigue> kAlFinalizar{{"txtFields_LostFocus", nullptr},
+                                      {"ValidaTab1", ""},
+                                      {"Command5_Click", ""},
+                                      {"CuantasPartidas", ""},
+                                      {"SalvaOp", ""},
+                                      {"SalvaPartidas", ""},
+                                      {"ImprimeOp", ""},
+                                      {"Form_Unload", ""}};
+const std::vector<Sigue> kAlTeclear{{"txtFields_KeyPress", nullptr},
+                                    {"txtFields_LostFocus", nullptr},
+                                    {"PonDescripcion", "ExisteClave("},
+                                    {"LlenaPartida", ""},
+                                    {"NuevaPartida", ""},
+                                    {"CreaOp", ""}};
+const std::vector<Sigue> kAlCerrar{{"txtFields_LostFocus", nullptr}, {"Form_Unload", ""}};
+
+const Trabajo kTrabajos[] = {
+    {"PrimeraLinea", "NuevaOp", &PonLinea, &TecleaLinea, kAlTeclear, "Tipo(INSERT) AgregaCampo(oppart"},
+    {"OtraLinea", "ModificaOp", &PonLinea, &TecleaLinea, kAlTeclear, "Tipo(INSERT) AgregaCampo(oppart"},
+    {"Celda",
+     "ModificaOp",
+     &VeACelda,
+     [](Puesto& p) {
+       p.v->Type("7");
+       p.v->Press(key::kEnter);
+     },
+     {{"MSFlexGridEdit", ""}, {"SalvaCambios", ""}},
+     "Tipo(UPDATE) Condicion(id_entrada = 71)"},
+    {"CeldaCorregida",
+     "ModificaOp",
+     [](Puesto& p) {
+       VeACelda(p);
+       p.Rejilla().DblClick();
+     },
+     [](Puesto& p) {
+       p.v->Type("5");
+       p.v->Press(key::kEnter);
+     },
+     {{"txtEdit_KeyPress", nullptr}, {"SalvaCambios", ""}},
+     "Tipo(UPDATE) Condicion(id_entrada = 71)"},
+    {"LineaBorrada",
+     "ModificaOp",
+     &VeACelda,
+     [](Puesto& p) { p.v->Press(key::kDelete); },
+     {{"fg2_KeyDown", ""}},
+     "EjecutaSQL(DELETE FROM oppart WHERE id_entrada = 71)"},
+    {"Pendiente", "ModificaOp", [](Puesto& p) { p.C<CheckBox>("Check3").SetValue(1); }, &Finaliza,
+     kAlFinalizar, "Tipo(UPDATE) Condicion(Op = 120)", true},
+    {"Confirmada", "ModificaOp", [](Puesto& p) { p.C<CheckBox>("Check2").SetValue(1); }, &Finaliza,
+     kAlFinalizar, "Tipo(UPDATE) Condicion(Op = 120)", true},
+    {"Cancelar", "ModificaOp", [](Puesto&) {}, &Cancela, kAlCerrar, kSuelta.c_str(), true},
+    {"BarraDeTitulo", "ModificaOp", [](Puesto&) {},
+     [](Puesto& p) {
+       p.v->Unload(UnloadMode::TitleBar);
+       p.t.escritorio.Advance(10);
+     },
+     kAlCerrar, kSuelta.c_str(), true},
+    {"CerrarConsulta", "ConsultaOp", [](Puesto&) {}, &Cancela, kAlCerrar, "LiberaVentana(", true},
+    {"CerrarNueva", "NuevaOp", [](Puesto&) {}, &Cancela, kAlCerrar, "LiberaVentana(", true},
+};
+
+/// What one failure leaves undone is one stretch: from the step that failed to the end of the procedure that
+/// was reported.
+void ExigeUnSoloHueco(const Trabajo& trabajo, const std::string& procedimiento, const Pasos& hecho,
+                      const Pasos& limpio) {
+  const auto regla = std::ranges::find(trabajo.sigue, procedimiento,
+                                       [](const Sigue& s) { return std::string(s.procedimiento); });
+  ASSERT_NE(regla, trabajo.sigue.end()) << procedimiento;
+  if (!regla->paso) {
+    EXPECT_EQ(hecho, limpio);
+    return;
+  }
+  std::size_t resto = 0;
+  if (*regla->paso) {
+    const auto desde =
+        std::ranges::find_if(limpio, [&](const std::string& paso) { return paso.starts_with(regla->paso); });
+    resto = static_cast<std::size_t>(limpio.end() - desde);
+  }
+  ASSERT_GE(hecho.size(), resto);
+  const auto corte = static_cast<std::ptrdiff_t>(hecho.size() - resto);
+  EXPECT_TRUE(EsComienzo(Pasos(hecho.begin(), hecho.begin() + corte), limpio))
+      << testing::PrintToString(hecho);
+  EXPECT_TRUE(
+      std::equal(hecho.begin() + corte, hecho.end(), limpio.end() - static_cast<std::ptrdiff_t>(resto)));
+}
+
+std::string ProcedimientoDe(const std::string& aviso) {
+  const std::string marca = "Function: ";
+  const auto desde = aviso.find(marca) + marca.size();
+  return aviso.substr(desde, aviso.find("\r\n", desde) - desde);
+}
+
+using ParametrosDeUso = std::tuple<Trabajo, bool, Clase, bool>;
+class FallasDeUso : public testing::TestWithParam<ParametrosDeUso> {};
+
+TEST_P(FallasDeUso, SeInformanYSePuedeSeguir) {
+  const auto& [trabajo, por_nombre, clase, persistente] = GetParam();
+  Pasos limpio;
+  int n = 0;
+  for (int fallas = 1; fallas > 0; ++n) {
+    SCOPED_TRACE(n);
+    Puesto p(por_nombre);
+    p.v = p.Abre(trabajo.metodo);
+    ASSERT_TRUE(p.v);
+    trabajo.prepara(p);
+    const Pasos antes = p.TomaPasos();
+    p.t.mundo.falla = {n, persistente, clase};
+    trabajo.actua(p);
+    // The first run is the clean one.
+    if (n > 0) fallas = p.t.mundo.fallas_dadas;
+    p.t.mundo.falla = {};
+    const Pasos hecho = p.TomaPasos();
+    const auto avisos = p.Avisos();
+    if (n == 0) limpio = hecho;
+    const auto logrado = [&](const Pasos& pasos) {
+      return std::ranges::any_of(pasos,
+                                 [&](const std::string& paso) { return paso.starts_with(trabajo.logro); });
+    };
+
+    for (const auto& aviso : avisos) {
+      EXPECT_EQ(aviso, Puesto::Informe(ProcedimientoDe(aviso), Descripcion(clase)));
+      EXPECT_TRUE(std::ranges::any_of(trabajo.sigue, [&](const Sigue& s) {
+        return ProcedimientoDe(aviso) == s.procedimiento;
+      })) << aviso;
+    }
+    const bool al_cerrar = !avisos.empty() && ProcedimientoDe(avisos.back()) == "Form_Unload";
+    if (avisos.empty()) {
+      EXPECT_EQ(hecho, limpio);
+      EXPECT_TRUE(logrado(hecho));
+    } else if (!persistente) {
+      ASSERT_EQ(avisos.size(), 1u);
+      ExigeUnSoloHueco(trabajo, ProcedimientoDe(avisos[0]), al_cerrar ? SinSoltar(hecho) : hecho,
+                       al_cerrar ? SinSoltar(limpio) : limpio);
+    } else if (EsError(clase)) {
+      EXPECT_TRUE(EsComienzo(SinSoltar(hecho), SinSoltar(limpio)));
+    }
+
+    // Gone or still usable.
+    Pasos todo = antes;
+    todo.insert(todo.end(), hecho.begin(), hecho.end());
+    EXPECT_EQ(p.v->Closed(), trabajo.cierra && (al_cerrar || hecho == limpio));
+    if (p.v->Closed()) {
+      const auto suelta =
+          std::ranges::find_if(limpio, [](const std::string& paso) { return paso.starts_with(kSuelta); });
+      const bool fallo_al_soltar = hecho == Pasos(limpio.begin(), suelta);
+      if (!EsError(clase) || !(persistente || fallo_al_soltar)) {
+        EXPECT_TRUE(Marcadas(todo).empty());
+      }
+    } else if (trabajo.cierra && !p.C<Button>("Command5").Enabled()) {
+      // Finishing is tried once; the order is there to be opened again.
+      EXPECT_TRUE(p.v->Unload());
+      const Pasos cierre = p.TomaPasos();
+      todo.insert(todo.end(), cierre.begin(), cierre.end());
+      EXPECT_TRUE(Marcadas(todo).empty());
+      p.v = p.Abre(trabajo.metodo);
+      ASSERT_TRUE(p.v);
+      trabajo.prepara(p);
+      p.TomaPasos();
+      trabajo.actua(p);
+      EXPECT_EQ(p.TomaPasos(), limpio);
+      EXPECT_TRUE(p.v->Closed());
+    } else {
+      trabajo.prepara(p);
+      Pasos otra = p.TomaPasos();
+      trabajo.actua(p);
+      const Pasos actuado = p.TomaPasos();
+      otra.insert(otra.end(), actuado.begin(), actuado.end());
+      if (!logrado(hecho)) {
+        EXPECT_TRUE(logrado(otra)) << testing::PrintToString(otra);
+      }
+      EXPECT_EQ(p.v->Closed(), trabajo.cierra);
+      todo.insert(todo.end(), otra.begin(), otra.end());
+      p.v->Unload();
+      const Pasos cierre = p.TomaPasos();
+      todo.insert(todo.end(), cierre.begin(), cierre.end());
+      EXPECT_TRUE(Marcadas(todo).empty()) << testing::PrintToString(todo);
+    }
+    EXPECT_TRUE(p.Avisos().empty());
+    EXPECT_EQ(p.Despide(), 0);
+  }
+  if (EsError(clase)) {
+    EXPECT_GT(n, 3);
+  }
+}
+
+std::string Nombre(const char* nombre, bool por_nombre, Clase clase, bool persistente) {
+  return std::string(nombre) + (por_nombre ? "PorNombre" : "Directo") + NombreDe(clase) +
+         (persistente ? "Siempre" : "UnaVez");
+}
+std::string NombreDeCarga(const testing::TestParamInfo<ParametrosDeCarga>& info) {
+  const auto& [metodo, por_nombre, clase, persistente] = info.param;
+  return Nombre(metodo, por_nombre, clase, persistente);
+}
+std::string NombreDeUso(const testing::TestParamInfo<ParametrosDeUso>& info) {
+  const auto& [trabajo, por_nombre, clase, persistente] = info.param;
+  return Nombre(trabajo.nombre, por_nombre, clase, persistente);
+}
+
+const auto kMetodos = testing::Values("NuevaOp", "ModificaOp", "ConsultaOp");
+
+INSTANTIATE_TEST_SUITE_P(Directas, FallasDeCarga,
+                         testing::Combine(kMetodos, testing::Values(false),
+                                          testing::ValuesIn(kClasesDirectas), testing::Bool()),
+                         &NombreDeCarga);
+INSTANTIATE_TEST_SUITE_P(PorNombre, FallasDeCarga,
+                         testing::Combine(kMetodos, testing::Values(true),
+                                          testing::ValuesIn(kClasesPorNombre), testing::Bool()),
+                         &NombreDeCarga);
+INSTANTIATE_TEST_SUITE_P(Directas, FallasDeUso,
+                         testing::Combine(testing::ValuesIn(kTrabajos), testing::Values(false),
+                                          testing::ValuesIn(kClasesDirectas), testing::Bool()),
+                         &NombreDeUso);
+INSTANTIATE_TEST_SUITE_P(PorNombre, FallasDeUso,
+                         testing::Combine(testing::ValuesIn(kTrabajos), testing::Values(true),
+                                          testing::ValuesIn(kClasesPorNombre), testing::Bool()),
+                         &NombreDeUso);
+
+}  // namespace
+}  // namespace zuvi::pruebas
