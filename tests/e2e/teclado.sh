@@ -1,0 +1,296 @@
+#!/usr/bin/env bash
+# The windows by keyboard alone, with real key events, in the Wine prefix and on the display of the environment:
+# orders, shifts and fractions in Zuvi.exe, the tables seen from outside after each step.
+# Usage: teclado.sh BIN BASE [LOG DATABASE]   BASE is empty before; with LOG and DATABASE the server's statements
+# on orders are compared as well. ZUVI_CAPTURAS=folder leaves pictures.
+set -u
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+for part in comun wine teclas; do
+  # shellcheck disable=SC1090
+  . "$here/../../scripts/$part.sh"
+done
+bin=$1 base=$2 log=${3:-} database=${4:-}
+make_temp temp
+passed=0 failed=0 today=$(date +%F)
+
+check() { # what got expected
+  if [ "$2" = "$3" ]; then
+    passed=$((passed + 1))
+  else
+    failed=$((failed + 1))
+    printf 'FALLA %s: vino [%s], se esperaba [%s]\n' "$1" "$2" "$3"
+  fi
+}
+finish() {
+  printf '%d passed, %d failed\n' "$passed" "$failed"
+  [ "$failed" -eq 0 ]
+  exit
+}
+# A step that never happens leaves nothing to go on with.
+give_up() {
+  [ -z "${ZUVI_CAPTURAS:-}" ] || import -window root "$ZUVI_CAPTURAS/error.png"
+  check "$1" no sí
+  finish
+}
+
+case $base in
+  DRIVER=*) source_string=$base ;;
+  *) source_string="DRIVER={SQLite3};Database=$base" ;;
+esac
+# What this script asks is marked, to be told from the program's statements. Zero decimals are not shown.
+value() {
+  printf '%s\n' "${1/#SELECT/SELECT \/* mira *\/}" | timeout 20 isql -k "$source_string" -b -x0x7c 2>/dev/null |
+    tr -d '\r' | awk 'NF' | sed -E 's/\.0*(\||$)/\1/g' | tr '\n' ';'
+}
+# Waits for the tables to be as a person expects them.
+becomes() { # what query expected
+  local tries got=
+  for ((tries = 0; tries < 100; tries++)); do
+    got=$(value "$2")
+    [ "$got" != "$3" ] || break
+    sleep 0.1
+  done
+  check "$1" "$got" "$3"
+}
+window() { await_window "$1" || give_up "ventana $1"; }
+box() { await_box '^Zuvi$' || give_up "mensaje"; }
+answer_yes() {
+  box
+  picture "$1"
+  keys Left Return
+}
+mark() { [ -z "$log" ] || printf "SELECT '%s'\n" "$1" | timeout 20 isql -k "$source_string" -b >/dev/null 2>&1; }
+lines_of() { printf 'SELECT id_entrada, articulo, cantidad, observ FROM oppart WHERE op = %d ORDER BY id_entrada' "$1"; }
+header_of() { printf 'SELECT estado, ocupado, almacen, ordencompra, observ, cerrado FROM op WHERE op = %d' "$1"; }
+# The order is looked up in the list by its number.
+choose() {
+  keys alt+b ctrl+a
+  typed "$1"
+}
+
+# A code as long as the field: a reader that sends no Enter after it.
+long_code=LARGO-$(printf '%054d' 7)
+fixtures() {
+  printf '%s\n' "INSERT INTO prods (articulo, descrip, unidad, kit, costo) VALUES ('$long_code', 'Clave larga', 'PZA', 0, 1)" \
+    "INSERT INTO empleados (empleado, nombre) VALUES ('E07', 'Inés Cano'), ('E08', 'Hugo Peña'), ('E09', 'Eva Ríos')" |
+    timeout 20 isql -k "$source_string" -b >/dev/null
+}
+
+new_order() {
+  mark 'inicio alta'
+  keys Insert
+  window '^Orden de fabricaci'
+  typed 9001
+  keys Return
+  typed 1
+  keys Return
+  # The remarks come before the article, and F8 goes back to it.
+  keys shift+Tab
+  typed 'Para el lunes'
+  keys F8
+  typed can-gourmet
+  keys Return
+  typed 2
+  keys Return
+  window '^Op: 111$'
+  becomes "la primera partida guarda la orden" "$(header_of 111)" 'PE|1|1|9001|Para el lunes|0;'
+  # By the second key: the quantity first, then the key, which brings the article.
+  keys Tab
+  typed 3
+  keys F8
+  typed nav
+  keys F8 F9
+  becomes "por clave secundaria" "$(lines_of 111)" \
+    '20|CAN-GOURMET|2|Canasta Gourmet;21|CAN-NAVIDAD|3|Canasta Navidad;'
+  # By reader: the code and its Enter, or a code that fills the field; one piece each.
+  keys F3
+  typed 7501000100042
+  keys Return
+  typed "$long_code"
+  becomes "por lector" "SELECT articulo, cantidad FROM oppart WHERE op = 111 AND id_entrada > 21 ORDER BY id_entrada" \
+    "TRUFAS|1;$long_code|1;"
+  picture orden-captura
+  mark 'fin alta'
+}
+edit_order() {
+  mark 'inicio edita celda'
+  keys F8 Tab Tab Tab Tab Tab Tab Tab Up Up Up Right
+  typed 4.5
+  picture orden-celda
+  keys Return
+  becomes "cantidad cambiada" "SELECT cantidad FROM oppart WHERE id_entrada = 20" '4.5;'
+  mark 'fin edita celda'
+}
+finish_order() {
+  mark 'inicio finaliza'
+  # Ticks "Imprimir movimiento"; F3 twice brings the keyboard back to the article.
+  keys Tab Tab Tab space F3 F3 F5
+  answer_yes orden-pregunta
+  window '^Zuvi: '
+  becomes "orden confirmada" "$(header_of 111)" 'CO|0|1|9001|Para el lunes|0;'
+  becomes "sus partidas" "SELECT id_entrada, cantidad, terminado FROM oppart WHERE op = 111 ORDER BY id_entrada" \
+    '20|4.5|0;21|3|0;22|1|0;23|1|0;'
+  check "reporte impreso" "$(grep -c 'CAN-GOURMET\|CAN-NAVIDAD\|TRUFAS' "$bin/Reportes/ORDENP-111.html" 2>/dev/null)" 3
+  mark 'fin finaliza'
+}
+view_order() {
+  local before
+  before=$(value "$(header_of 111)")$(value "$(lines_of 111)")
+  mark 'inicio confirmada'
+  choose 111
+  keys Return
+  # It is confirmed: it says so and opens for viewing.
+  box
+  keys Return
+  window '^(Orden|Op: 111)'
+  picture orden-consulta
+  typed 77
+  keys F3 Return Delete F9
+  box
+  keys Return
+  window '^(Orden|Op: 111)'
+  keys alt+F4
+  window '^Zuvi: '
+  becomes "la consulta no cambia nada" "$(header_of 111)" "${before%%;*};"
+  check "ni las partidas" "$(value "$(header_of 111)")$(value "$(lines_of 111)")" "$before"
+  mark 'fin confirmada'
+}
+change_order() {
+  mark 'inicio modifica'
+  choose 104
+  keys Return
+  window '^(Orden|Op: 104)'
+  becomes "ocupada mientras se modifica" "$(header_of 104)" 'PE|1|1|8834||0;'
+  keys shift+Tab shift+Tab shift+Tab shift+Tab shift+Tab shift+Tab Down Delete
+  becomes "partida borrada" "$(lines_of 104)" '7|CAN-DESAYUNO|4|;9|TRUFAS|6|Listón rojo;'
+  picture orden-modifica
+  click_close
+  window '^Zuvi: '
+  becomes "libre al cerrar" "$(header_of 104)" 'PE|0|1|8834||0;'
+  mark 'fin modifica'
+}
+
+# Today and the days after it until the same day of next month, without Saturdays.
+working_days() {
+  local days day n=0
+  days=$((($(date -u -d "$today +1 month" +%s) - $(date -u -d "$today" +%s)) / 86400))
+  for ((day = 0; day < days; day++)); do
+    [ "$(date -u -d "$today +$day days" +%u)" -eq 6 ] || n=$((n + 1))
+  done
+  echo "$n"
+}
+shifts() {
+  keys F9
+  window '^Turnos$'
+  keys alt+n
+  window '^Turno$'
+  local field
+  for field in Nocturno Sabado 22:00 06:00 02:00 02:30; do
+    typed "$field"
+    keys Tab
+  done
+  # All free employees go in; the last one comes out again.
+  keys Tab space Tab Tab Tab Tab End space shift+Tab shift+Tab space
+  picture turno
+  keys alt+a
+  window '^Turnos$'
+  becomes "turno nuevo" "SELECT turno, entrada, comida, salida, descanso, regcomida FROM turnos WHERE turno = 'Nocturno'" \
+    'Nocturno|22:00|02:00|06:00|Sabado|02:30;'
+  becomes "sus cuatro empleados" "SELECT empleado FROM turnoempleado WHERE turno = 'Nocturno' ORDER BY empleado" \
+    'E05;E06;E07;E08;'
+  # It is the second one in the list, and its schedules are generated.
+  keys shift+Tab Home Down
+  keys Tab Tab Tab Tab Tab
+  typed M
+  keys alt+g
+  box
+  picture turnos-mes
+  keys Return
+  window '^Turnos$'
+  becomes "horarios del mes" "SELECT COUNT( * ), COUNT(DISTINCT Empleado) FROM horarios WHERE turno = 'Nocturno'" \
+    "$((4 * $(working_days)))|4;"
+  becomes "sólo los suyos" "SELECT COUNT( * ) FROM horarios" "$((4 * $(working_days) + 4));"
+  picture turnos
+  keys alt+m
+  window '^Turno$'
+  keys Tab Tab ctrl+a
+  typed 21:30
+  keys alt+a
+  window '^Turnos$'
+  becomes "turno modificado" "SELECT entrada, salida FROM turnos WHERE turno = 'Nocturno'" '21:30|06:00;'
+  keys alt+e
+  answer_yes turnos-pregunta
+  window '^Turnos$'
+  local table
+  for table in turnos turnoempleado horarios; do
+    becomes "turno eliminado de $table" "SELECT COUNT( * ) FROM $table WHERE turno = 'Nocturno'" '0;'
+  done
+  check "los demás turnos" "$(value "SELECT turno FROM turnos ORDER BY turno")" 'Matutino;Reparto;Vespertino;'
+  keys alt+F4
+  window '^Zuvi: '
+}
+
+fractions() {
+  local codes=() expected="" code i
+  for ((i = 1; i <= 200; i++)); do
+    printf -v code 'C%03d' "$i"
+    codes+=(C "${code:1:1}" "${code:2:1}" "${code:3:1}" Return)
+    expected+="$code;"
+  done
+  keys F8
+  window '^Captura de fracciones$'
+  # As fast as a reader sends them.
+  timeout 120 xdotool key --delay 4 "${codes[@]}"
+  local tries
+  for ((tries = 0; tries < 300; tries++)); do
+    [ "$(value "SELECT COUNT( * ) FROM fracciones")" != '200;' ] || break
+    sleep 0.2
+  done
+  check "200 códigos en orden" "$(value "SELECT codigo FROM fracciones ORDER BY id")" "$expected"
+  typed '2.5*TRUFAS'
+  keys Return
+  becomes "cantidad y artículo" "SELECT codigo, articulo, cantidad FROM fracciones ORDER BY id DESC LIMIT 1" \
+    'TRUFAS|TRUFAS|2.5;'
+  picture fracciones
+  keys alt+F4
+  window '^Zuvi: '
+}
+
+compare_statements() {
+  local p f
+  awk -v base="$database" -f "$here/bitacora.awk" "$log" |
+    grep -aiE "^SELECT '(inicio|fin) |(FROM|INTO|UPDATE|JOIN) (op|oppart)( |$)" |
+    # What the list and the reports of the host read is not the component's; times are those of the run.
+    grep -avE '/\* mira \*/|^SELECT (op\.op, op\.estado, |op\.\*, almacen\.nombre |oppart\.\*, prods\.)|codigos' |
+    sed -E "s/'($today|$(date +%F)) [0-9:]{8}'/'AHORA'/g; s/'($today|$(date +%F))'/'HOY'/g; s/'[0-9]{2}:[0-9]{2}:[0-9]{2}'/'HORA'/g" \
+      >"$temp/seen"
+  [ -z "${ZUVI_CAPTURAS:-}" ] || cp "$temp/seen" "$ZUVI_CAPTURAS/"
+  awk -f "$here/compara.awk" "$here/teclado.txt" "$temp/seen" >"$temp/verdict"
+  grep FALLA "$temp/verdict"
+  read -r p f < <(count_last_line <"$temp/verdict")
+  passed=$((passed + p)) failed=$((failed + f))
+}
+
+export ZUVI_BASE=$base ZUVI_USUARIO=ADMIN ZUVI_IMPRIME=no
+rm -f "$bin/Reportes/ORDENP-111.html"
+run_wine 400 "$bin/Zuvi.exe" >"$temp/out" 2>&1 &
+program=$!
+at_exit "kill $program 2>/dev/null"
+window '^Zuvi: '
+fixtures
+picture principal
+new_order
+edit_order
+finish_order
+view_order
+change_order
+picture principal-despues
+shifts
+fractions
+keys alt+s
+status=0
+wait "$program" || status=$?
+check "el programa termina" "$status" 0
+check "sin errores" "$(cat "$temp/out")" ""
+[ -z "$log" ] || compare_statements
+finish
