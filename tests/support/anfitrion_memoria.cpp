@@ -488,6 +488,7 @@ ObjectPtr FabricaMemoria::Crea(std::string_view prog_id) {
   if (prog_id == AccesoDatos::kProgId) objeto = std::make_shared<AccesoDatosMemoria>(mundo_);
   if (prog_id == ControlProcesos::kProgId) objeto = std::make_shared<ControlProcesosMemoria>(mundo_);
   if (prog_id == DocumentoInventario::kProgId) objeto = std::make_shared<DocumentoMemoria>(mundo_);
+  if (prog_id == ConstructorSql::kProgId) objeto = std::make_shared<ConstructorMemoria>(mundo_);
   if (prog_id == VentanaProgreso::kProgId) objeto = std::make_shared<ProgresoMemoria>(mundo_);
   if (prog_id == Recordset::kProgId) objeto = std::make_shared<RecordsetMemoria>(mundo_, Filas{});
   if (prog_id == BuscaCatalogo::kProgId) objeto = std::make_shared<BuscaMemoria>(mundo_);

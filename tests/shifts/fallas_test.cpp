@@ -1,0 +1,168 @@
+// The shift and fraction windows with every host call being once the one that fails: reported under the
+// window's name, nothing done beyond what a clean run does, and the window closes with nothing left behind.
+#include "tests/support/fallas.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/support/taller.h"
+#include "toolkit/buttons.h"
+#include "toolkit/combo_box.h"
+#include "toolkit/dates.h"
+#include "toolkit/form.h"
+#include "toolkit/list_view.h"
+
+namespace zuvi::pruebas {
+namespace {
+
+template <class T>
+T& Control(Form& ventana, const char* nombre, std::int32_t indice = -1) {
+  Value i = indice;
+  const std::span<Value> argumentos(&i, indice < 0 ? 0 : 1);
+  return dynamic_cast<T&>(*AObjeto(ventana.Call(nombre, argumentos)));
+}
+
+void PonTurnos(Taller& t) {
+  const Fila turno{{"Turno", "Matutino"}, {"Entrada", "06:00"},    {"comida", "10:00"},
+                   {"Salida", "14:00"},   {"Descanso", "Dimingo"}, {"regcomida", "10:30"}};
+  const Filas uno{{{"n", 1.0}}};
+  const std::string horarios = " FROM horarios WHERE fecha = '2026-11-21' AND turno = 'Matutino'";
+  const Fila horario{
+      {"Id", 7.0},        {"Empleado", "E2"},     {"Fecha", "2026-11-21"}, {"HoraEntrada", "06:00"},
+      {"comida", Null{}}, {"HoraSalida", "14:00"}};
+  t.mundo.tablas = {{"SELECT COUNT( * )" + horarios, uno},
+                    {"SELECT *" + horarios, {horario}},
+                    {"SELECT COUNT( * ) FROM turnos", uno},
+                    {"SELECT * FROM turnos ORDER BY turno", {turno}},
+                    {"SELECT * FROM turnos WHERE turno = 'Matutino'", {turno}},
+                    {"SELECT COUNT( * ) FROM empleados", uno},
+                    {"SELECT * FROM empleados ORDER BY empleado", {{{"Empleado", "E1"}, {"Nombre", "Ana"}}}},
+                    {"SELECT COUNT( * ) FROM turnoempleado WHERE turno = 'Matutino'", uno},
+                    {"SELECT turnoempleado.empleado, empleados.nombre FROM turnoempleado LEFT JOIN empleados "
+                     "USING( empleado "
+                     ") WHERE turno = 'Matutino' ORDER BY empleado",
+                     {{{"Empleado", "E2"}, {"Nombre", "Eva"}}}},
+                    {"SELECT * FROM turnoempleado", {{{"turno", "Matutino"}, {"empleado", "E2"}}}}};
+}
+
+Form& Ventana(Taller& t) { return *t.escritorio.Forms().front(); }
+void Elige(Taller& t) {
+  if (!t.escritorio.Forms().empty()) Control<ListView>(Ventana(t), "lv", 0).UserSelected(1);
+}
+/// The user adds the employee on the left and saves; whatever does not save is cancelled.
+void SalvaEnElEditor(Taller& t) {
+  t.escritorio.OnModal([](Form& editor) {
+    Control<ListView>(editor, "lv", 0).UserSelected(1);
+    Control<Button>(editor, "cmdButton", 3).Click();
+    Control<Button>(editor, "cmdButton", 0).Click();
+    if (!editor.Closed()) Control<Button>(editor, "cmdButton", 1).Click();
+  });
+}
+
+struct Escena {
+  const char* nombre;
+  const char* metodo;
+  void (*corre)(Taller&);
+};
+const Escena kEscenas[] = {
+    {"Abre", "MuestraTurnos", [](Taller&) {}},
+    {"Fecha", "MuestraTurnos",
+     [](Taller& t) {
+       Elige(t);
+       Control<MonthView>(Ventana(t), "MonthView1").UserClicked(Fecha::DesdeTexto("2026-11-21"));
+     }},
+    {"Elimina", "MuestraTurnos",
+     [](Taller& t) {
+       Elige(t);
+       Control<Button>(Ventana(t), "cmdEliminar").Click();
+     }},
+    {"Genera", "MuestraTurnos", [](Taller& t) { Control<Button>(Ventana(t), "Command1").Click(); }},
+    {"Modifica", "MuestraTurnos",
+     [](Taller& t) {
+       Elige(t);
+       SalvaEnElEditor(t);
+       Control<Button>(Ventana(t), "cmdModificar").Click();
+     }},
+    {"Captura", "MuestraCapturaDeFracciones",
+     [](Taller& t) {
+       Ventana(t).Type("A1");
+       Ventana(t).Press(key::kEnter);
+     }},
+};
+
+/// Statements and processes, in their order.
+std::vector<std::string> Pasos(const Taller& t) {
+  std::vector<std::string> pasos;
+  for (const auto& linea : t.mundo.bitacora)
+    for (const char* paso : {"Consulta(", "EjecutaSQL(", "Ejecuta()", "IniciaProceso("})
+      if (linea.starts_with(paso)) pasos.push_back(linea);
+  return pasos;
+}
+
+/// Whether `menos` is what is left of `todo` when some steps are left out.
+bool EsParteDe(const std::vector<std::string>& menos, const std::vector<std::string>& todo) {
+  auto at = todo.begin();
+  return std::ranges::all_of(menos, [&](const std::string& paso) {
+    at = std::find(at, todo.end(), paso);
+    return at != todo.end() && (++at, true);
+  });
+}
+
+using Parametros = std::tuple<Escena, bool, Clase, bool>;
+class FallasDeTurnos : public testing::TestWithParam<Parametros> {};
+
+TEST_P(FallasDeTurnos, SeInformanYNadaQueda) {
+  const auto& [escena, por_nombre, clase, persistente] = GetParam();
+  std::vector<std::string> limpio;
+  for (int n = 0, fallas = 1; fallas > 0; ++n) {
+    SCOPED_TRACE(n);
+    Taller t(por_nombre);
+    t.escritorio.SetNow(Fecha::DesdeTexto("2026-11-21"));
+    PonTurnos(t);
+    t.mundo.respuestas = {true, true};
+    t.mundo.falla = {n, persistente, clase};
+    t.prod->Call(escena.metodo);
+    ASSERT_EQ(t.escritorio.Forms().size(), 1u);
+    escena.corre(t);
+    ASSERT_EQ(t.escritorio.Forms().size(), 1u);
+    fallas = n == 0 ? 1 : t.mundo.fallas_dadas;
+    if (n == 0) {
+      limpio = Pasos(t);
+      EXPECT_THAT(t.escritorio.Avisos(), testing::IsEmpty());
+    } else if (fallas > 0 && clase <= Clase::SinMiembro) {
+      EXPECT_FALSE(t.escritorio.Avisos().empty());
+      // Procedures that run one after the other each have their own trap: a failed one is left out.
+      EXPECT_TRUE(EsParteDe(Pasos(t), limpio)) << testing::PrintToString(Pasos(t));
+    }
+    for (const auto& aviso : t.escritorio.Avisos())
+      EXPECT_TRUE(aviso.starts_with("Error occured:\r\nModule: frm") &&
+                  aviso.find("\r\nFunction: ") != std::string::npos)
+          << aviso;
+    t.mundo.falla = {};
+    EXPECT_TRUE(Ventana(t).Unload());
+    EXPECT_TRUE(t.escritorio.Forms().empty());
+    t.prod.reset();
+    t.ambiente.reset();
+    t.modulo.Suelta();
+    EXPECT_EQ(t.mundo.vivos, 0);
+  }
+}
+
+std::string Nombre(const testing::TestParamInfo<Parametros>& info) {
+  const auto& [escena, por_nombre, clase, persistente] = info.param;
+  return std::string(escena.nombre) + (por_nombre ? "PorNombre" : "Directo") + NombreDe(clase) +
+         (persistente ? "Siempre" : "UnaVez");
+}
+INSTANTIATE_TEST_SUITE_P(Directas, FallasDeTurnos,
+                         testing::Combine(testing::ValuesIn(kEscenas), testing::Values(false),
+                                          testing::ValuesIn(kClasesDirectas), testing::Bool()),
+                         &Nombre);
+INSTANTIATE_TEST_SUITE_P(PorNombre, FallasDeTurnos,
+                         testing::Combine(testing::ValuesIn(kEscenas), testing::Values(true),
+                                          testing::ValuesIn(kClasesPorNombre), testing::Bool()),
+                         &Nombre);
+
+}  // namespace
+}  // namespace zuvi::pruebas
