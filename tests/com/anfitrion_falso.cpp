@@ -195,7 +195,12 @@ ComPtr<IDispatch> Tienda::Ambiente() {
                                   }},
                                  {"DatoFechaA", Da(7)},
                                  {"DatoFechaB", Da(8)},
-                                 {"DatoDocumento", Da("D")}})),
+                                 {"DatoDocumento", Da("D")},
+                                 {"ParametrosEstacion",
+                                  [this](Llamada&) {
+                                    return Filas({{{"almacen", 1}, {"lector", Null{}}}});
+                                  }},
+                                 {"ContenedorRutas", Da(ObjectPtr())}})),
                  modulo_);
 }
 
@@ -244,7 +249,31 @@ Value Tienda::Consulta(const std::string& sql) {
   if (tiene("oppart INNER JOIN"))
     return Filas({{{"articulo", "K"}, {"cantidad", 2.5}, {"almacen", 1}},
                   {{"articulo", "L"}, {"cantidad", 3.5}, {"almacen", 1}}});
-  if (tiene("FROM op ")) return Filas({{{"estado", estado}}});
+  if (tiene("FROM oppart WHERE Op = ("))
+    return Filas(
+        {{{"articulo", "K"}, {"cantidad", 2.5}, {"precio", 10.0}, {"observ", "urge"}, {"id_entrada", 71}}});
+  if (tiene("FROM op "))
+    return Filas({{{"op", 12},
+                   {"estado", estado},
+                   {"ocupado", 0},
+                   {"usuario", "ANA"},
+                   {"almacen", "1"},
+                   {"f_emision", Fecha::DesdeSerie(45000)},
+                   {"fechaentrega", Null{}},
+                   {"observ", Null{}},
+                   {"automatico", 1},
+                   {"ordencompra", Null{}}}});
+  if (tiene("FROM turnos"))
+    return Filas({{{"turno", "Matutino"},
+                   {"entrada", "06:00"},
+                   {"comida", "10:00"},
+                   {"regcomida", "10:30"},
+                   {"salida", "14:00"}},
+                  {{"turno", "Nocturno"},
+                   {"entrada", "22:00"},
+                   {"comida", Null{}},
+                   {"regcomida", Null{}},
+                   {"salida", "06:00"}}});
   return Filas({});
 }
 
@@ -253,8 +282,12 @@ Miembros Tienda::AccesoDatos() {
   // In the order of the type library, whose dispids these are.
   return {{"Consulta", [this](Llamada& c) { return Consulta(c.Texto(0)); }},
           {"ValorNumerico", [](Llamada& c) { return Value(ANumero(c.Arg(0))); }},
-          {"ValorTexto", nada},
-          {"EstaVacio", nada},
+          {"ValorTexto",
+           [](Llamada& c) {
+             const Value valor = c.Arg(0);
+             return Value(valor.IsNull() ? std::string() : ATexto(valor));
+           }},
+          {"EstaVacio", [](Llamada& c) { return Value(Recorta(c.Texto(0)).empty()); }},
           {"TraeMensaje", Da("¿Cancelar?")},
           {"Mensaje", nada},
           {"Pregunta", [this](Llamada&) { return Value(confirma); }},
@@ -263,7 +296,44 @@ Miembros Tienda::AccesoDatos() {
              c.Deja(2, 55);
              return Value(900);
            }},
-          {"ComponeFecha", Da(Fecha::DesdeSerie(45000))}};
+          {"ComponeFecha", Da(Fecha::DesdeSerie(45000))},
+          {"FechaSQL", Da("'2026-03-05'")},
+          {"TextoConCeros", [](Llamada& c) { return Value(c.Texto(0)); }},
+          {"ExisteClave", Da(true)},
+          {"UbicacionRestringida", Da(false)},
+          {"NuevoConstructorSql", [this](Llamada&) { return Objeto(Constructor()); }},
+          {"PreparaVentana",
+           [this](Llamada& c) {
+             Recibe("PreparaVentana", c.Arg(0));
+             return Value();
+           }},
+          {"LiberaVentana",
+           [this](Llamada& c) {
+             Recibe("LiberaVentana", c.Arg(0));
+             return Value();
+           }},
+          {"FormateaCampo", [](Llamada& c) { return AObjeto(c.Arg(0))->Call("Text"); }},
+          {"FiltroMayusculas", [](Llamada& c) { return c.Arg(1); }},
+          {"FiltroTecla", [](Llamada& c) { return c.Arg(2); }}};
+}
+
+void Tienda::Recibe(const std::string& momento, const Value& ventana) {
+  if (con_ventana) con_ventana(momento, Publish(AObjeto(ventana), modulo_));
+}
+
+Miembros Tienda::Constructor() {
+  const Accion nada = Da({});
+  return {{"PonConexion", nada},
+          {"PonRutas", nada},
+          {"Limpia", nada},
+          {"Tipo", nada},
+          {"AgregaCampo", nada},
+          {"Condicion", nada},
+          {"Genera", nada},
+          {"Ejecuta", [this](Llamada&) {
+             hechos.push_back("Ejecuta");
+             return Value();
+           }}};
 }
 
 Miembros Tienda::Procesos() {
@@ -273,6 +343,7 @@ Miembros Tienda::Procesos() {
              for (std::size_t i = 0; i < c.Cuantos(); ++i) tipos.push_back(V_VT(&c.Crudo(i)));
              de_parte_de = Publish(AObjeto(c.Arg(1)), modulo_).As<IUnknown>(IID_IUnknown);
              c.Deja(5, veta);
+             if (con_ventana) Recibe(c.Texto(0), c.Arg(1));
              return Value();
            }},
           {"ConsultaProceso",

@@ -89,6 +89,8 @@ class Tienda {
   std::vector<VARTYPE> tipos;              // of the arguments of IniciaProceso
   ComPtr<IUnknown> de_parte_de;            // its second argument
   std::function<void()> durante_consulta;  // what the host does while the module waits
+  /// What it does with a window it is handed: "PreparaVentana", "LiberaVentana", or the key of a process.
+  std::function<void(const std::string& momento, const ComPtr<IDispatch>& ventana)> con_ventana;
 
  private:
   Value Objeto(Miembros miembros, const IID* tipo = nullptr);
@@ -98,6 +100,8 @@ class Tienda {
   Miembros Procesos();
   Miembros Progreso();
   Miembros Documento();
+  Miembros Constructor();
+  void Recibe(const std::string& momento, const Value& ventana);
 
   ComModule modulo_{"prueba", nullptr, 0};
   Estilo estilo_;

@@ -88,15 +88,14 @@ ComPtr<::_Produccion> Dll::Crea() {
 
 HRESULT Dll::PuedeDescargarse() const { return Entrada<HRESULT(WINAPI*)()>("DllCanUnloadNow")(); }
 
-void Llama(IDispatch* objeto, const wchar_t* nombre, WORD flags, std::initializer_list<VARIANT> args,
+void Llama(IDispatch* objeto, const wchar_t* nombre, WORD flags, std::span<const VARIANT> args,
            Respuesta& r) {
   std::wstring copia = nombre;
   LPOLESTR texto = copia.data();
   DISPID id = DISPID_UNKNOWN, put = DISPID_PROPERTYPUT;
   r.codigo = objeto->GetIDsOfNames(IID_NULL, &texto, 1, LOCALE_USER_DEFAULT, &id);
   if (FAILED(r.codigo)) return;
-  std::vector<VARIANT> reversed(std::make_reverse_iterator(args.end()),
-                                std::make_reverse_iterator(args.begin()));
+  std::vector<VARIANT> reversed(args.rbegin(), args.rend());
   const bool is_put = !(flags & kMetodo);
   DISPPARAMS params{reversed.data(), is_put ? &put : nullptr, static_cast<UINT>(reversed.size()),
                     is_put ? 1u : 0u};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -71,8 +72,11 @@ struct Respuesta {
 };
 
 /// A call by name; arguments in declaration order.
-void Llama(IDispatch* objeto, const wchar_t* nombre, WORD flags, std::initializer_list<VARIANT> args,
-           Respuesta& r);
+void Llama(IDispatch* objeto, const wchar_t* nombre, WORD flags, std::span<const VARIANT> args, Respuesta& r);
+inline void Llama(IDispatch* objeto, const wchar_t* nombre, WORD flags, std::initializer_list<VARIANT> args,
+                  Respuesta& r) {
+  Llama(objeto, nombre, flags, std::span(args.begin(), args.size()), r);
+}
 inline constexpr WORD kMetodo = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
 
 VARIANT V(int n);

@@ -7,8 +7,7 @@
 #include <sstream>
 #include <thread>
 
-#include "tests/com/anfitrion_falso.h"
-#include "tests/com/cliente.h"
+#include "tests/com/caso.h"
 
 namespace zuvi::prueba {
 namespace {
@@ -21,24 +20,8 @@ const std::vector<std::string> kEnsambleSinOrden = {"SELECT * FROM comppart WHER
                                                     "S EN 4 C2 1.5 2.5",
                                                     "E DE 2 K 6 11.25"};
 
-/// One shop and one component; at the end nothing of either may be left.
-class Produccion : public testing::Test {
+class Produccion : public ConTienda {
  protected:
-  void TearDown() override {
-    produccion = {};
-    tienda.reset();
-    EXPECT_EQ(Tienda::Vivos(), 0);
-    EXPECT_EQ(dll.PuedeDescargarse(), se_queda ? S_FALSE : S_OK);
-    EXPECT_EQ(cajas.Toma(), std::vector<std::string>());
-  }
-  void Abre(Estilo estilo = Estilo::Simple) {
-    produccion = {};
-    tienda.emplace(estilo);
-    produccion = dll.Crea();
-    ASSERT_TRUE(produccion);
-    const auto ambiente = tienda->Ambiente();
-    ASSERT_EQ(produccion->putref_Ambiente(reinterpret_cast<::Ambiente*>(ambiente.get())), S_OK);
-  }
   HRESULT Ensambla(const wchar_t* articulo, LONG almacen, LONG cantidad, LONG* op) {
     UniqueBstr kit(::SysAllocString(articulo));
     BSTR texto = kit.get();
@@ -50,12 +33,6 @@ class Produccion : public testing::Test {
     LONG almacen = 2, op = 0;
     return produccion->Desensamble(&texto, &cantidad, &almacen, &op);
   }
-
-  bool se_queda = false;
-  Dll dll;
-  Cajas cajas;
-  std::optional<Tienda> tienda;
-  ComPtr<::_Produccion> produccion;
 };
 
 TEST_F(Produccion, PorNombreYPorVtableHacenLoMismoConCualquierFormaDeArgumento) {
