@@ -192,7 +192,7 @@ void AccesoDatosHost::LiberaVentanaConDestino(const ObjectPtr& ventana,
 }
 
 std::string AccesoDatosHost::FormateaCampo(const ObjectPtr& caja, const std::shared_ptr<Ambiente>&) {
-  return Formatea(CajaDe(caja));
+  return Formatea(ContenidoDe(caja));
 }
 
 std::int16_t AccesoDatosHost::FiltroMayusculas(const ObjectPtr&, std::int16_t caracter) {

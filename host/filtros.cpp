@@ -101,9 +101,13 @@ std::string EnMayusculas(const std::string& texto) {
 
 }  // namespace
 
-Caja CajaDe(const ObjectPtr& caja) {
+Caja ContenidoDe(const ObjectPtr& caja) {
   if (!caja) throw HostError(ErrorNumber::ObjectNotSet);
-  Caja leida{.etiqueta = ATexto(caja->Call("Tag")), .texto = ATexto(caja->Call("Text"))};
+  return {.etiqueta = ATexto(caja->Call("Tag")), .texto = ATexto(caja->Call("Text"))};
+}
+
+Caja CajaDe(const ObjectPtr& caja) {
+  Caja leida = ContenidoDe(caja);
   const auto inicio = Entero(caja, "SelStart");
   const auto largo = Entero(caja, "SelLength");
   leida.al_principio = inicio ? *inicio == 0 : leida.texto.empty();

@@ -14,7 +14,7 @@
 
 namespace zuvi::host {
 
-/// What is read of a text box: its tag, and its text as it would be without the selected part.
+/// What is read of a text box: its tag and its text.
 struct Caja {
   std::string etiqueta;
   std::string texto;
@@ -22,13 +22,16 @@ struct Caja {
   bool al_principio = false;
 };
 
-/// Reads `Tag` and `Text`, and where the box has them `SelStart` and `SelLength`.
+/// Reads `Tag` and the whole `Text`, as for showing it.
+Caja ContenidoDe(const ObjectPtr& caja);
+/// The same for a character typed into the box, which takes the place of the selected part: where the box has
+/// `SelStart` and `SelLength`, the text is without that part.
 Caja CajaDe(const ObjectPtr& caja);
 /// The character to keep of one typed into the box; 0 drops it. Control characters pass.
 std::int16_t Filtra(const Caja& caja, std::int16_t caracter);
 /// Upper-case form of a character, accented letters included.
 std::int16_t EnMayuscula(std::int16_t caracter);
-/// Display form of the text (nothing selected). A text that the tag cannot read stays as it is.
+/// Display form of the text. A text that the tag cannot read stays as it is.
 std::string Formatea(const Caja& caja);
 
 }  // namespace zuvi::host
