@@ -1,14 +1,13 @@
 // Several programs on one database, and the command line as its users run it.
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cstdio>
-#include <filesystem>
 #include <set>
 
 #include "component/services/documento_inventario.h"
 #include "host/folios.h"
+#include "tests/host/procesos.h"
 #include "tests/host/tienda.h"
 
 namespace zuvi::host {
@@ -17,39 +16,6 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
-
-/// Runs the body in a process of its own; its result is the exit code.
-template <class Cuerpo>
-pid_t Hijo(Cuerpo cuerpo) {
-  const pid_t pid = fork();
-  if (pid != 0) return pid;
-  int codigo = 99;
-  try {
-    codigo = cuerpo();
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-  }
-  _exit(codigo);
-}
-
-int Espera(pid_t pid) {
-  int estado = 0;
-  waitpid(pid, &estado, 0);
-  return WIFEXITED(estado) ? WEXITSTATUS(estado) : -1;
-}
-
-class Archivo {
- public:
-  explicit Archivo(const char* nombre) : ruta_(std::filesystem::temp_directory_path() / nombre) { Borra(); }
-  ~Archivo() { Borra(); }
-  std::string Texto() const { return ruta_.string(); }
-
- private:
-  void Borra() const {
-    for (const char* cola : {"", "-wal", "-shm", "-journal"}) std::filesystem::remove(ruta_.string() + cola);
-  }
-  std::filesystem::path ruta_;
-};
 
 std::shared_ptr<Anfitrion> Abre(const std::string& base) {
   Opciones opciones;
