@@ -21,7 +21,7 @@ for argument in "$@"; do
       ;;
   esac
 done
-for part in comun setup build wine jornada; do
+for part in comun setup build wine teclas jornada; do
   # shellcheck disable=SC1090
   . "scripts/$part.sh"
 done

@@ -34,7 +34,7 @@ results_start
 
 title "Preparación"
 groups=(native mariadb format)
-[ "$windows" = no ] || groups+=(windows)
+[ "$windows" = no ] || groups+=(windows screenshots)
 need "${groups[@]}"
 need_drivers
 need_locales

@@ -81,10 +81,24 @@ wine_script() { # runner folder script name locale base [log database]
     bash "$ZUVI_ROOT/tests/e2e/windows.sh" "$runner" "$bin" "$ZUVI_ROOT/tests/e2e/$script.vbs" "$@"
 }
 
+# The windows by keyboard alone, in two regions that write numbers and dates differently, one for each engine.
+keyboard_suites() { # folder
+  local base temp
+  make_temp temp
+  suite "teclado es_MX SQLite" 400 count_last_line env LC_ALL=es_MX.UTF-8 \
+    bash "$ZUVI_ROOT/tests/e2e/teclado.sh" "$1" "$temp/teclado.db"
+  wine_stop
+  base=$(mariadb_database zuvi_teclado)
+  suite "teclado es_ES MariaDB" 400 count_last_line env LC_ALL=es_ES.UTF-8 \
+    bash "$ZUVI_ROOT/tests/e2e/teclado.sh" "$1" "$base" "$ZUVI_MARIADB_LOG" zuvi_teclado
+  wine_stop
+}
+
 windows_suites() {
   own_exit_commands
   wine_start win64
   wine_suites "$ZUVI_BUILD/win64" x64 "$ZUVI_LOCALES"
+  keyboard_suites "$ZUVI_BUILD/win64/bin"
   suite "./run.sh" 600 count_status env -u DISPLAY bash "$ZUVI_ROOT/run.sh"
   suite "./run.sh --guion" 300 count_status bash "$ZUVI_ROOT/run.sh" --guion
 }

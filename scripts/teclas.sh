@@ -36,6 +36,7 @@ typed() { timeout 60 xdotool type --delay 12 "$1"; }
 
 # The window with the keyboard is closed with the mouse, by the button at the end of its title bar.
 click_close() {
+  # shellcheck disable=SC2034
   local WINDOW X Y WIDTH HEIGHT SCREEN
   eval "$(timeout 5 xdotool getwindowfocus getwindowgeometry --shell)"
   timeout 5 xdotool mousemove "$((X + WIDTH - 13))" "$((Y + 12))" click 1
@@ -47,4 +48,11 @@ picture() { # name
   sleep 0.7
   import -window "$ZUVI_WINDOW" -strip -define png:exclude-chunk=date,time \
     "$ZUVI_CAPTURAS/$1.png" && say "  $1.png"
+}
+
+# Answers the host's question with yes; its default is no.
+answer_yes() { # name of its picture
+  await_box '^Zuvi$' || return 1
+  picture "$1"
+  keys Left Return
 }

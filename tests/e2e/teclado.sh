@@ -11,6 +11,8 @@ for part in comun wine teclas; do
 done
 bin=$1 base=$2 log=${3:-} database=${4:-}
 make_temp temp
+# shellcheck disable=SC2154
+seen=$temp/seen
 passed=0 failed=0 today=$(date +%F)
 
 check() { # what got expected
@@ -54,11 +56,7 @@ becomes() { # what query expected
 }
 window() { await_window "$1" || give_up "ventana $1"; }
 box() { await_box '^Zuvi$' || give_up "mensaje"; }
-answer_yes() {
-  box
-  picture "$1"
-  keys Left Return
-}
+confirm() { answer_yes "$1" || give_up "$1"; } # name of its picture
 mark() { [ -z "$log" ] || printf "SELECT '%s'\n" "$1" | timeout 20 isql -k "$source_string" -b >/dev/null 2>&1; }
 lines_of() { printf 'SELECT id_entrada, articulo, cantidad, observ FROM oppart WHERE op = %d ORDER BY id_entrada' "$1"; }
 header_of() { printf 'SELECT estado, ocupado, almacen, ordencompra, observ, cerrado FROM op WHERE op = %d' "$1"; }
@@ -125,7 +123,7 @@ finish_order() {
   mark 'inicio finaliza'
   # Ticks "Imprimir movimiento"; F3 twice brings the keyboard back to the article.
   keys Tab Tab Tab space F3 F3 F5
-  answer_yes orden-pregunta
+  confirm orden-pregunta
   window '^Zuvi: '
   becomes "orden confirmada" "$(header_of 111)" 'CO|0|1|9001|Para el lunes|0;'
   becomes "sus partidas" "SELECT id_entrada, cantidad, terminado FROM oppart WHERE op = 111 ORDER BY id_entrada" \
@@ -168,6 +166,19 @@ change_order() {
   window '^Zuvi: '
   becomes "libre al cerrar" "$(header_of 104)" 'PE|0|1|8834||0;'
   mark 'fin modifica'
+}
+
+# What nobody touches stays: the fields are only passed by.
+keep_pending() {
+  mark 'inicio deja pendiente'
+  choose 104
+  keys Return
+  window '^(Orden|Op: 104)'
+  keys Return Return F8 Tab Tab Tab Tab Tab Tab Tab Tab Tab space F3 F5
+  window '^Zuvi: '
+  becomes "queda pendiente como estaba" "$(header_of 104)" 'PE|0|1|8834||0;'
+  check "con sus partidas" "$(value "$(lines_of 104)")" '7|CAN-DESAYUNO|4|;9|TRUFAS|6|Listón rojo;'
+  mark 'fin deja pendiente'
 }
 
 # Today and the days after it until the same day of next month, without Saturdays.
@@ -219,7 +230,7 @@ shifts() {
   window '^Turnos$'
   becomes "turno modificado" "SELECT entrada, salida FROM turnos WHERE turno = 'Nocturno'" '21:30|06:00;'
   keys alt+e
-  answer_yes turnos-pregunta
+  confirm turnos-pregunta
   window '^Turnos$'
   local table
   for table in turnos turnoempleado horarios; do
@@ -262,10 +273,12 @@ compare_statements() {
     grep -aiE "^SELECT '(inicio|fin) |(FROM|INTO|UPDATE|JOIN) (op|oppart)( |$)" |
     # What the list and the reports of the host read is not the component's; times are those of the run.
     grep -avE '/\* mira \*/|^SELECT (op\.op, op\.estado, |op\.\*, almacen\.nombre |oppart\.\*, prods\.)|codigos' |
-    sed -E "s/'($today|$(date +%F)) [0-9:]{8}'/'AHORA'/g; s/'($today|$(date +%F))'/'HOY'/g; s/'[0-9]{2}:[0-9]{2}:[0-9]{2}'/'HORA'/g" \
-      >"$temp/seen"
-  [ -z "${ZUVI_CAPTURAS:-}" ] || cp "$temp/seen" "$ZUVI_CAPTURAS/"
-  awk -f "$here/compara.awk" "$here/teclado.txt" "$temp/seen" >"$temp/verdict"
+    sed -E "s/'($today|$(date +%F)) [0-9:]{8}'/'AHORA'/g; s/'($today|$(date +%F))'/'HOY'/g
+      s/'$(date -d "$today -1 day" +%F)'/'AYER'/g; s/'$(date -d "$today +4 days" +%F)'/'EN CUATRO'/g
+      s/'[0-9]{2}:[0-9]{2}:[0-9]{2}'/'HORA'/g" \
+      >"$seen"
+  [ -z "${ZUVI_CAPTURAS:-}" ] || cp "$seen" "$ZUVI_CAPTURAS/"
+  awk -f "$here/compara.awk" "$here/teclado.txt" "$seen" >"$temp/verdict"
   grep FALLA "$temp/verdict"
   read -r p f < <(count_last_line <"$temp/verdict")
   passed=$((passed + p)) failed=$((failed + f))
@@ -284,6 +297,7 @@ edit_order
 finish_order
 view_order
 change_order
+keep_pending
 picture principal-despues
 shifts
 fractions
