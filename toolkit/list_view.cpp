@@ -65,7 +65,7 @@ ListView& ListItems::List() const {
 
 std::shared_ptr<ListItem> ListItems::Make(std::string key, std::string text) {
   auto item = std::make_shared<ListItem>(List(), std::move(key), std::move(text));
-  if (!item->key_.empty() && !by_key_.emplace(item->key_, item.get()).second)
+  if (!item->key_.empty() && !by_key_.insert(item.get()).second)
     throw HostError("Key is not unique in collection");
   return item;
 }
@@ -105,8 +105,8 @@ ListItem& ListItems::operator()(std::string_view key) {
 }
 
 ListItem* ListItems::ByKey(std::string_view key) {
-  const auto found = by_key_.find(std::string(key));
-  return found == by_key_.end() ? nullptr : found->second;
+  const auto found = by_key_.find(key);
+  return found == by_key_.end() ? nullptr : *found;
 }
 
 void ListItems::Remove(std::string_view key) { Take((*this)(key)); }
@@ -118,7 +118,7 @@ void ListItems::Take(ListItem& item) {
   slots_[slot] = nullptr;
   --count_;
   for (std::size_t node = slot + 1; node <= rows_up_to_.size(); node += Span(node)) --rows_up_to_[node - 1];
-  if (!taken->key_.empty()) by_key_.erase(taken->key_);
+  if (!taken->key_.empty()) by_key_.erase(taken.get());
   taken->list_ = nullptr;
   // Thrown together only when the gaps outnumber the rows, so that each removal pays for few moves.
   if (slots_.size() > 2 * count_ + 16) Compact();
@@ -130,11 +130,13 @@ void ListItems::Take(ListItem& item) {
 }
 
 void ListItems::Clear() {
-  for (const auto& item : slots_)
+  by_key_.clear();
+  for (auto& item : slots_) {
     if (item) item->list_ = nullptr;
+    item.reset();
+  }
   slots_.clear();
   rows_up_to_.clear();
-  by_key_.clear();
   count_ = 0;
   ListView& list = List();
   const bool was_selected = list.selected_ != nullptr;

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "toolkit/control.h"
@@ -68,6 +68,17 @@ class ListItems final : public Object {
  private:
   friend class ListItem;
   friend class ListView;
+  /// A row and its key are looked up alike.
+  static std::string_view KeyOf(const ListItem* item) { return item->Key(); }
+  static std::string_view KeyOf(std::string_view key) { return key; }
+  struct KeyHash {
+    using is_transparent = void;
+    std::size_t operator()(const auto& which) const { return std::hash<std::string_view>{}(KeyOf(which)); }
+  };
+  struct SameKey {
+    using is_transparent = void;
+    bool operator()(const auto& a, const auto& b) const { return KeyOf(a) == KeyOf(b); }
+  };
   ListView& List() const;
   std::shared_ptr<ListItem> Make(std::string key, std::string text);
   void Take(ListItem& item);
@@ -82,7 +93,7 @@ class ListItems final : public Object {
   ListView* list_;
   std::vector<std::shared_ptr<ListItem>> slots_;  // a row taken out leaves a gap until gaps are many
   std::vector<std::size_t> rows_up_to_;  // binary indexed tree of rows per slot, once positions need it
-  std::unordered_map<std::string, ListItem*> by_key_;
+  std::unordered_set<ListItem*, KeyHash, SameKey> by_key_;  // the rows' own keys, not copies of them
   std::size_t count_ = 0, visited_ = 0;
 };
 
