@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Makes the pictures of the documents: docs/img/jornada.png is the transcript of the example day in a console
-# window, with the question that the component asks before it cancels an order. Needs the win64 build.
+# window, with the question that the component asks before it cancels an order; the others are the windows
+# as they stand while tests/e2e/teclado.sh works at them. Needs the win64 build.
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 for part in comun setup build wine; do
@@ -43,3 +44,12 @@ convert -background '#101418' -gravity center "$temp/texto.png" \
   \( "$temp/pregunta.png" -bordercolor '#101418' -border 14 \) +append -strip \
   -define png:exclude-chunk=date,time docs/img/jornada.png
 say "docs/img/jornada.png"
+
+# The question is still there.
+wine_stop
+mkdir "$temp/ventanas"
+ZUVI_CAPTURAS=$temp/ventanas bash tests/e2e/teclado.sh "$bin" "$temp/teclado.db" || die "las ventanas no hicieron lo esperado"
+for name in principal orden-captura orden-consulta turnos turno fracciones; do
+  cp "$temp/ventanas/$name.png" docs/img/
+  say "docs/img/$name.png"
+done

@@ -221,6 +221,8 @@ shifts() {
   becomes "horarios del mes" "SELECT COUNT( * ), COUNT(DISTINCT Empleado) FROM horarios WHERE turno = 'Nocturno'" \
     "$((4 * $(working_days)))|4;"
   becomes "sólo los suyos" "SELECT COUNT( * ) FROM horarios" "$((4 * $(working_days) + 4));"
+  # The day after, in the calendar.
+  keys shift+Tab shift+Tab Right
   picture turnos
   keys alt+m
   window '^Turno$'
