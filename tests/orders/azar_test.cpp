@@ -189,6 +189,7 @@ class Paseo : public Tienda {
 
   Azar azar;
   std::vector<std::string> escritas;
+  int visitas = 0;  // to windows of the host
   std::shared_ptr<frmOp> v;
 
  private:
@@ -258,6 +259,7 @@ class Paseo : public Tienda {
   void PonVisita() {
     escritorio.OnModal([this](Form& ventana) {
       PonVisita();
+      ++visitas;
       for (int i = azar(5); i > 0 && !ventana.Closed(); --i) {
         if (azar.Uno(2))
           ventana.Type(azar.De(kTextos));
@@ -311,6 +313,7 @@ TEST_P(PaseoAlAzar, LoQueSeVeEsLoQueEstaGuardado) {
   }
   EXPECT_EQ(modos, (std::set<std::string>{"ALTA", "MODIFICACION"}));
   // It was a walk through everything.
+  EXPECT_GT(paseo.visitas, 50);
   for (const char* que :
        {"INSERT INTO op ", "INSERT INTO oppart", "UPDATE oppart", "DELETE FROM oppart", "UPDATE op SET"})
     EXPECT_GT(std::ranges::count_if(paseo.escritas, [&](const std::string& s) { return s.starts_with(que); }),

@@ -183,6 +183,7 @@ TEST_P(FallasDeCarga, CallaYNoMuestraNadaAMedias) {
     EXPECT_EQ(p.Despide(), 0);
     EXPECT_TRUE(p.Avisos().empty());
   }
+  RecordProperty("corridas", n);
   EXPECT_GT(n, consulta || EsError(clase) ? 10 : 1);
 }
 
@@ -410,6 +411,7 @@ TEST_P(FallasDeUso, SeInformanYSePuedeSeguir) {
     EXPECT_TRUE(p.Avisos().empty());
     EXPECT_EQ(p.Despide(), 0);
   }
+  RecordProperty("corridas", n);
   if (EsError(clase)) {
     EXPECT_GT(n, 3);
   }
