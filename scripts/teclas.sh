@@ -5,12 +5,16 @@
 # Both leave the window's number in ZUVI_WINDOW.
 # Until the window that has the keyboard is titled like that (a regular expression); false after 30 seconds.
 await_window() { # title
-  local tries title=
+  local tries title='' nobody=0
   for ((tries = 0; tries < 600; tries++)); do
     title=$(timeout 5 xdotool getwindowfocus getwindowname 2>/dev/null)
     if [[ $title =~ $1 ]]; then
       ZUVI_WINDOW=$(timeout 5 xdotool getwindowfocus)
       return 0
+    fi
+    # A display without a window manager may give the keyboard to nobody when a window goes.
+    if [ -z "$title" ] && ((++nobody % 40 == 0)); then
+      timeout 5 xdotool search --onlyvisible --name "$1" windowfocus 2>/dev/null
     fi
     sleep 0.05
   done

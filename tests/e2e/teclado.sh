@@ -231,7 +231,13 @@ shifts() {
   keys alt+a
   window '^Turnos$'
   becomes "turno modificado" "SELECT entrada, salida FROM turnos WHERE turno = 'Nocturno'" '21:30|06:00;'
-  keys alt+e
+  # The list is being filled anew: until it is, there is nothing to delete.
+  local tries
+  for ((tries = 0; tries < 10; tries++)); do
+    keys alt+e
+    sleep 1
+    [ -z "$(xdotool search --onlyvisible --name '^Zuvi$' 2>/dev/null)" ] || break
+  done
   confirm turnos-pregunta
   window '^Turnos$'
   local table
