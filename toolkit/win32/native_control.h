@@ -115,7 +115,7 @@ class NativeControl : public Peer {
   std::shared_ptr<Link> link_;
   HWND window_ = nullptr;
   bool updating_ = false, dirty_ = false;
-  UINT paint_cost_ = 0;  // milliseconds, of the last painting
+  UINT paint_cost_ = 0;    // milliseconds, of the last painting
   WPARAM listed_key_ = 0;  // went to a dropped down list; its release is nobody's
 };
 
