@@ -13,9 +13,9 @@ INSTANTIATE_TEST_SUITE_P(Bases, Turnos, testing::ValuesIn(Bases()),
                          [](const auto& info) { return info.index ? "MariaDb" : "Sqlite"; });
 
 TEST_P(Turnos, ListaLosTurnosYElHorarioDelSeleccionado) {
-  t.Base().Ejecuta("INSERT INTO turnos (turno, entrada, salida) VALUES (' Noche ', ' 22:00 ', NULL)");
+  t.Base().Ejecuta("INSERT INTO turnos (turno, entrada, salida) VALUES (' Noche ', ' 9:00', NULL)");
   InsertaFilas(t.Base(), "horarios", "(id, turno, fecha, Empleado, HoraEntrada, comida, HoraSalida)",
-               {{90, "Matutino", Fecha::DesdeCivil({2026, 11, 17}), "E01", " 06:00", Null{}, "14:00"},
+               {{90, "Matutino", Fecha::DesdeCivil({2026, 11, 17}), "E01", " 6:00", Null{}, "14:00"},
                 {91, "Matutino", Fecha::DesdeCivil({2026, 11, 17}), "25", "06:00", "10:00", "14:00"}});
   auto ventana = Crea<frmTurnos>();
   sentencias.clear();
@@ -26,7 +26,7 @@ TEST_P(Turnos, ListaLosTurnosYElHorarioDelSeleccionado) {
   auto& turnos = Control<ListView>(*ventana, "lv", 0);
   auto& horarios = Control<ListView>(*ventana, "lv", 1);
   EXPECT_THAT(Renglones(turnos),
-              ElementsAre(" Noche |22:00|||", "Matutino|06:00|10:00|10:30|14:00",
+              ElementsAre(" Noche |9:00|||", "Matutino|06:00|10:00|10:30|14:00",
                           "Reparto|09:00|14:00|15:00|18:00", "Vespertino|14:00|18:00|18:30|22:00"));
   EXPECT_EQ(turnos.Items()(1).Key(), "P Noche ");
   EXPECT_EQ(horarios.Columns().All()[4].caption, "Comnida");
@@ -40,7 +40,7 @@ TEST_P(Turnos, ListaLosTurnosYElHorarioDelSeleccionado) {
   EXPECT_THAT(Toma(sentencias), ElementsAre("SELECT COUNT( * )" + donde, "SELECT *" + donde));
   // An employee's key goes through the date format as well.
   EXPECT_THAT(Renglones(horarios),
-              ElementsAre("90|E01|2026-11-17|06:00||14:00", "91|24-01-1900|2026-11-17|06:00|10:00|14:00"));
+              ElementsAre("90|E01|2026-11-17|6:00||14:00", "91|24-01-1900|2026-11-17|06:00|10:00|14:00"));
   EXPECT_EQ(Control<ProgressBar>(*ventana, "ProgressBar1").Value(), 0);
   // A key with a quote breaks the statement and is reported; the list keeps what it had.
   t.Base().Ejecuta("INSERT INTO turnos (turno) VALUES ('D''Or')");
