@@ -138,7 +138,8 @@ Salida Entrega(Sesion& sesion) {
   const std::string numero = Decimal(op);
   host::BaseDatos& base = sesion.Base();
   if (!host::HayOrden(base, op)) return Falla("La orden " + numero + " no existe");
-  if (host::CuantasPartidas(base, op) == 0)
+  // Not the count with which the delivery itself begins: in a log the two are told apart.
+  if (base.Consulta("SELECT op FROM oppart WHERE op = " + numero)->Eof())
     return Falla("La orden " + numero + " no tiene partidas que entregar");
   if (host::PorEntregar(base, op).empty() &&
       !sesion.TraeAnfitrion().Pregunta("La orden " + numero + " ya está entregada. ¿Entregarla otra vez?"))

@@ -23,7 +23,7 @@ p.Parent = entorno;
 exige("identidad de Parent", p.Parent === entorno);
 exige("silencio", p.CancelaOp(120) === false);
 exige("con texto", p.CancelaOp("7") === false);
-exige("sin conexión no abre ni avisa", numero(function () { p.MuestraTurnos(); }) === 0);
+exige("sin conexión no abre ni avisa", numero(function () { p.NuevaOp(); }) === 0);
 exige("faltan argumentos", numero(function () { p.CancelaOp(); }) !== 0);
 exige("sobran argumentos", numero(function () { p.CancelaOp(1, 2); }) !== 0);
 p = null;
