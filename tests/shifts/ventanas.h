@@ -18,6 +18,11 @@ class Ventanas : public testing::TestWithParam<std::string> {
     });
   }
 
+  // An open window is known to the host, which it knows itself.
+  ~Ventanas() override {
+    for (const auto& ventana : std::vector(t.escritorio.Forms())) ventana->Unload();
+  }
+
   template <class Ventana>
   std::shared_ptr<Ventana> Crea() {
     auto ventana = std::make_shared<Ventana>(t.modulo);
