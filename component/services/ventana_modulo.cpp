@@ -40,7 +40,10 @@ PeticionProceso VentanaModulo::IniciaProceso(const char* clave) {
   return peticion;
 }
 
-void VentanaModulo::Prepara() { Datos().PreparaVentana(shared_from_this(), Entorno()); }
+void VentanaModulo::Prepara() {
+  // Closed while it was still loading: the host would keep what nobody takes back from it.
+  if (!Closed()) Datos().PreparaVentana(shared_from_this(), Entorno());
+}
 
 void VentanaModulo::Libera() { Datos().LiberaVentana(shared_from_this(), Entorno()); }
 
