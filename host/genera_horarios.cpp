@@ -1,5 +1,6 @@
 #include "host/genera_horarios.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 

@@ -26,15 +26,6 @@ class Rejillas : public testing::Test {
     ventana->Press(tecla, con);
     return ventana->Celda();
   }
-  template <class Action>
-  static void EsperaError(ErrorNumber numero, Action&& action) {
-    try {
-      action();
-      ADD_FAILURE() << "sin error";
-    } catch (const HostError& error) {
-      EXPECT_EQ(error.Number(), numero);
-    }
-  }
 
   HeadlessDesktop escritorio;
   Diario diario;

@@ -30,15 +30,6 @@ class Formas : public testing::Test {
       accion();
     };
   }
-  template <class Action>
-  static void EsperaError(ErrorNumber numero, Action&& action) {
-    try {
-      action();
-      ADD_FAILURE() << "sin error";
-    } catch (const HostError& error) {
-      EXPECT_EQ(error.Number(), numero);
-    }
-  }
 
   HeadlessDesktop escritorio;
   Diario diario;

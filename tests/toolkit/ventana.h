@@ -1,6 +1,8 @@
 // A window with one control of each kind that writes down what happens to it, and can be told to act on it.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <memory>
 #include <string>
@@ -132,5 +134,16 @@ class Ventana final : public Form {
 };
 
 using Sucesos = std::vector<std::string>;
+
+/// The action fails with that error number.
+template <class Action>
+void EsperaError(ErrorNumber numero, Action&& action) {
+  try {
+    action();
+    ADD_FAILURE() << "sin error";
+  } catch (const HostError& error) {
+    EXPECT_EQ(error.Number(), numero);
+  }
+}
 
 }  // namespace zuvi::pruebas
