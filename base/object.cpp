@@ -50,7 +50,12 @@ Value Object::ReadChain(std::span<const Step> steps) {
       if (!owner) throw HostError(ErrorNumber::ObjectNotSet);
       object = owner.get();
     }
-    value = object->Call(step.name, step.args);
+    if (step.key) {
+      Value key(step.key.text);
+      value = object->Call(step.name.text, std::span(&key, 1));
+    } else {
+      value = object->Call(step.name.text, step.args);
+    }
   }
   return value;
 }

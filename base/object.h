@@ -23,11 +23,20 @@ inline constexpr MemberId kDefaultMember = 0;
 using ByRef = std::uint32_t;
 inline constexpr ByRef kAllByRef = ~ByRef{0};
 
-/// One step of a chain of reads: a member of what the step before gave. Names are literals: adapters know
-/// them again by their address.
+/// A text that is there as long as the program: the compiler takes nothing but constants. Adapters know it
+/// again by its address.
+struct FixedText {
+  consteval FixedText(const char* literal = nullptr) : text(literal) {}  // NOLINT: stands where a text does
+  operator const char*() const { return text; }                          // NOLINT
+  const char* text;
+};
+
+/// One step of a chain of reads: a member of what the step before gave. Its arguments are `args`, or the one
+/// text `key`.
 struct Step {
-  std::string_view name;
+  FixedText name;
   std::span<Value> args{};
+  FixedText key{};
 };
 
 /// An automation object. Every operation may throw HostError.
@@ -53,6 +62,8 @@ class Object : public std::enable_shared_from_this<Object> {
   /// adapter spares itself the objects in between. Throws ObjectNotSet or TypeMismatch where a step gives no
   /// object.
   virtual Value ReadChain(std::span<const Step> steps);
+  /// True for an adapter of somebody else's object, which can be nothing more than an Object.
+  virtual bool Foreign() const { return false; }
   /// The published members; null when there are none or they are not known on this side.
   virtual const MemberTable* Members() const { return nullptr; }
   /// What is known of a member: that of the table, or of those an object has besides it. Null when there is

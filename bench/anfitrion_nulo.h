@@ -20,7 +20,7 @@ class FilasNulas final : public Recordset {
   explicit FilasNulas(int cuantas) : quedan_(cuantas) {}
   bool Eof() override { return quedan_ == 0; }
   void MoveNext() override { --quedan_; }
-  Value Campo(const char* nombre) override { return nombre[2] == 'm' && nombre[3] == 'p' ? articulo_ : uno_; }
+  Value Campo(FixedText nombre) override { return nombre[2] == 'm' && nombre[3] == 'p' ? articulo_ : uno_; }
   Value Campo(std::int32_t) override { return uno_; }
   void PonCursorType(std::int32_t) override {}
   void PonLockType(std::int32_t) override {}

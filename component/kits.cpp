@@ -6,13 +6,11 @@
 #include "component/produccion.h"
 #include "component/services/documento_inventario.h"
 #include "component/services/reporta_error.h"
+#include "component/services/sentencia.h"
 
 namespace zuvi {
 
 namespace {
-
-/// Article codes stand between single quotes as they are.
-std::string Entre(const std::string& codigo) { return "'" + codigo + "'"; }
 
 /// A concept code for work with an order and one for work without.
 struct Conceptos {
@@ -120,10 +118,10 @@ void Produccion::EnsambleKit(const std::string& articulo, std::int32_t n_almacen
                              std::int32_t n_op) {
   const Sesion sesion = AbreSesion();
   AccesoDatos& datos = modulo_.Datos();
-  const auto partes =
-      datos.Consulta("SELECT * FROM comppart WHERE articulo =  " + Entre(articulo), sesion.conexion);
-  const auto receta =
-      datos.Consulta("SELECT * FROM componen WHERE articulo =  " + Entre(articulo), sesion.conexion);
+  const auto partes = datos.Consulta(EntreApostrofos("SELECT * FROM comppart WHERE articulo =  '", articulo),
+                                     sesion.conexion);
+  const auto receta = datos.Consulta(EntreApostrofos("SELECT * FROM componen WHERE articulo =  '", articulo),
+                                     sesion.conexion);
   if (partes->Eof()) return;
 
   ObjectPtr objeto = modulo_.Fabrica().Crea(DocumentoInventario::kProgId);
@@ -134,9 +132,9 @@ void Produccion::EnsambleKit(const std::string& articulo, std::int32_t n_almacen
 
   double total = 0;
   for (; !partes->Eof(); partes->MoveNext()) {
-    const auto producto = datos.Consulta(
-        "SELECT kit, costo FROM prods WHERE articulo = " + Entre(ATexto(partes->Campo("Componente"))),
-        sesion.conexion);
+    const auto producto = datos.Consulta(EntreApostrofos("SELECT kit, costo FROM prods WHERE articulo = '",
+                                                         ATexto(partes->Campo("Componente"))),
+                                         sesion.conexion);
     total += AplicaComponente(*documento, *partes, *producto, [&] {
       return Divide(ANumero(partes->Campo("Cantidad")), ANumero(receta->Campo("Minimo"))) * n_cantidad;
     });
@@ -169,10 +167,10 @@ void Produccion::DesensambleKit(const std::string& articulo, double n_cantidad, 
   ObjectPtr yo = shared_from_this();
   if (!Permite(modulo_.Procesos(), "DESEM007", yo, sesion.ambiente)) return;
 
-  const auto receta =
-      datos.Consulta("SELECT * FROM componen WHERE articulo =  " + Entre(articulo), sesion.conexion);
-  const auto partes =
-      datos.Consulta("SELECT * FROM comppart WHERE articulo =  " + Entre(articulo), sesion.conexion);
+  const auto receta = datos.Consulta(EntreApostrofos("SELECT * FROM componen WHERE articulo =  '", articulo),
+                                     sesion.conexion);
+  const auto partes = datos.Consulta(EntreApostrofos("SELECT * FROM comppart WHERE articulo =  '", articulo),
+                                     sesion.conexion);
   if (partes->Eof()) return;
 
   const auto documento = modulo_.Fabrica().Nuevo<DocumentoInventario>();
@@ -181,9 +179,10 @@ void Produccion::DesensambleKit(const std::string& articulo, double n_cantidad, 
 
   double total = 0;
   while (!partes->Eof()) {
-    const auto producto = datos.Consulta("SELECT articulo, kit, costo FROM prods WHERE articulo = " +
-                                             Entre(ATexto(partes->Campo("Componente"))),
-                                         sesion.conexion);
+    const auto producto =
+        datos.Consulta(EntreApostrofos("SELECT articulo, kit, costo FROM prods WHERE articulo = '",
+                                       ATexto(partes->Campo("Componente"))),
+                       sesion.conexion);
     const auto cantidad = [&] {
       return Divide(ANumero(partes->Campo("Cantidad")) * n_cantidad, ANumero(receta->Campo("Minimo")));
     };

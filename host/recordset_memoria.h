@@ -43,7 +43,7 @@ class RecordsetMemoria final : public Recordset {
   void MoveLast();
   std::int32_t RecordCount();
 
-  Value Campo(const char* nombre) override { return Actual(Ordinal(std::string_view(nombre))); }
+  Value Campo(FixedText nombre) override { return Actual(Ordinal(std::string_view(nombre.text))); }
   Value Campo(std::int32_t ordinal) override;
   /// Value of a column in the current row; by a number that `Ordinal` gave.
   const Value& Actual(std::size_t columna);

@@ -1,6 +1,7 @@
 #include <array>
 #include <utility>
 
+#include "component/services/sentencia.h"
 #include "component/services/ventanas_host.h"
 #include "orders/campos.h"
 #include "orders/frm_op.h"
@@ -219,10 +220,10 @@ void frmOp::TraeSegundaClave() {
       for (const std::int16_t campo : kDetallesDeClave) Escribe(campo, "");
     };
     if (clave.empty()) return limpia();
-    const auto fila = Consulta("SELECT * FROM clavesadd WHERE clave = '" + clave + "'");
+    const auto fila = Consulta(EntreApostrofos("SELECT * FROM clavesadd WHERE clave = '", clave));
     if (fila->Eof()) return limpia();
-    const auto articulo = Consulta("SELECT articulo,descrip FROM prods WHERE articulo = '" +
-                                   ATexto(fila->Campo("Articulo")) + "'");
+    const auto articulo = Consulta(EntreApostrofos("SELECT articulo,descrip FROM prods WHERE articulo = '",
+                                                   ATexto(fila->Campo("Articulo"))));
     Escribe(campo::kArticulo, Datos().ValorTexto(articulo->Campo("Articulo")));
     Escribe(campo::kDescripcion, Datos().ValorTexto(articulo->Campo("descrip")));
     PonDescripcion();

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "component/services/sentencia.h"
 #include "orders/campos.h"
 #include "orders/frm_op.h"
 
@@ -9,8 +10,6 @@ namespace {
 
 /// Columns of the grid that a new line fills.
 constexpr std::int32_t kArticulo = 0, kCantidad = 1, kImporte = 3, kObservaciones = 4, kEntrada = 5;
-
-std::string EntreApostrofos(const char* sql, const std::string& clave) { return sql + clave + "'"; }
 
 }  // namespace
 
@@ -119,7 +118,7 @@ void frmOp::NuevaPartida() {
 void frmOp::PonDescripcion() {
   Trata("PonDescripcion", [&] {
     AccesoDatos& datos = Datos();
-    const auto recortado = [&](Recordset& filas, const char* nombre) {
+    const auto recortado = [&](Recordset& filas, FixedText nombre) {
       return std::string(Recorta(datos.ValorTexto(filas.Campo(nombre))));
     };
     const auto lee_articulo = [&] {

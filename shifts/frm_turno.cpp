@@ -3,6 +3,7 @@
 #include <array>
 
 #include "base/text.h"
+#include "component/services/sentencia.h"
 
 namespace zuvi {
 namespace {
@@ -114,9 +115,9 @@ void frmTurno::Form_Load() {
       }
     }
     if (modo_ == kModificacion) {
-      const auto turno = Consulta("SELECT * FROM turnos WHERE turno = '" + turno_ + "'");
-      constexpr std::array kNombres{"Turno", "Entrada", "comida", "Salida", "Descanso", "regcomida"};
-      for (std::int16_t i = 0; const char* nombre : kNombres) {
+      const auto turno = Consulta(EntreApostrofos("SELECT * FROM turnos WHERE turno = '", turno_));
+      constexpr FixedText kNombres[] = {"Turno", "Entrada", "comida", "Salida", "Descanso", "regcomida"};
+      for (std::int16_t i = 0; const FixedText nombre : kNombres) {
         const Value valor = turno->Campo(nombre);
         (*cmbFields)(i++).SetText(valor.IsNull() ? std::string() : ATexto(valor));
       }
@@ -176,7 +177,7 @@ bool frmTurno::SalvaCambios() {
     if (modo_ == kAlta) {
       // The blank after the quote is part of the statement: a key that exists is left to the database.
       const auto existente =
-          Consulta("SELECT * FROM turnos WHERE turno = ' " + std::string(Recorta(texto(0))) + "'");
+          Consulta(EntreApostrofos("SELECT * FROM turnos WHERE turno = ' ", Recorta(texto(0))));
       if (!existente->Eof()) {
         Mensaje(832);
         PonFoco((*cmbFields)(0));
@@ -189,7 +190,7 @@ bool frmTurno::SalvaCambios() {
     constructor->PonConexion(TraeConexion());
     if (modo_ == kModificacion) {
       constructor->Tipo("UPDATE");
-      constructor->Condicion("turno = '" + turno_ + "'");
+      constructor->Condicion(EntreApostrofos("turno = '", turno_));
     } else {
       constructor->Tipo("INSERT");
     }
@@ -199,7 +200,7 @@ bool frmTurno::SalvaCambios() {
     constructor->Ejecuta();
 
     // From here on the key is the one in the field: members stored under an earlier one stay where they are.
-    Entorno()->EjecutaSQL("DELETE FROM turnoempleado WHERE turno = '" + texto(0) + "'");
+    Entorno()->EjecutaSQL(EntreApostrofos("DELETE FROM turnoempleado WHERE turno = '", texto(0)));
     ListItems& miembros = (*lv)(1).Items();
     for (std::int32_t i = 1; i <= miembros.Count(); ++i) {
       constructor->Limpia();

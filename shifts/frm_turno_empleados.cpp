@@ -1,4 +1,5 @@
 #include "base/text.h"
+#include "component/services/sentencia.h"
 #include "shifts/columnas.h"
 #include "shifts/frm_turno.h"
 
@@ -30,7 +31,7 @@ void frmTurno::LLenaEmpleados() {
 void frmTurno::LLenaEmpleadosTurno() {
   Trata("LLenaEmpleadosTurno", [&] {
     const std::string turno = (*cmbFields)(0).Text();
-    LlenaEmpleadosEn((*lv)(1), "SELECT COUNT( * ) FROM turnoempleado WHERE turno = '" + turno + "'",
+    LlenaEmpleadosEn((*lv)(1), EntreApostrofos("SELECT COUNT( * ) FROM turnoempleado WHERE turno = '", turno),
                      "SELECT turnoempleado.empleado, empleados.nombre FROM turnoempleado "
                      "LEFT JOIN empleados USING( empleado ) WHERE turno = '" +
                          turno + "' ORDER BY empleado");

@@ -2,6 +2,7 @@
 
 #include "base/formato.h"
 #include "base/text.h"
+#include "component/services/sentencia.h"
 #include "shifts/columnas.h"
 #include "shifts/frm_turno.h"
 
@@ -153,8 +154,9 @@ void frmTurnos::cmdEliminar_Click() {
     if (!Pregunta(1, kModo)) return;
     // Unlike for a modification, the key is trimmed.
     const std::string turno(Recorta(TurnoSeleccionado()));
-    for (const char* tabla : {"turnos", "turnoempleado", "horarios"})
-      Entorno()->EjecutaSQL(std::string("DELETE FROM ") + tabla + " WHERE turno = '" + turno + "'");
+    for (const char* sql : {"DELETE FROM turnos WHERE turno = '", "DELETE FROM turnoempleado WHERE turno = '",
+                            "DELETE FROM horarios WHERE turno = '"})
+      Entorno()->EjecutaSQL(EntreApostrofos(sql, turno));
     LLenaTurnos();
     LLenaHorarios();
   });

@@ -11,7 +11,7 @@ constexpr std::size_t kMostRows = 1000;
 /// One cell; Null shows as nothing.
 std::string Cell(const Value& value) { return value.IsNull() ? std::string() : ATexto(value); }
 
-Value OfField(Object& record_set, std::int32_t index, const char* what) {
+Value OfField(Object& record_set, std::int32_t index, FixedText what) {
   Value which(index);
   const Step steps[] = {{"Fields"}, {"Item", std::span(&which, 1)}, {what}};
   return record_set.ReadChain(steps);

@@ -134,26 +134,35 @@ std::optional<MemberId> ComObject::Find(std::string_view name) {
   return id;
 }
 
-MemberId ComObject::HeadId(std::string_view name) {
-  if (name.data() != chain_head_) {
+MemberId ComObject::HeadId(FixedText name) {
+  if (name.text != chain_head_) {
     MemberId id;
-    if (!FindOn(dispatch_.get(), name, id)) throw HostError(ErrorNumber::NoSuchMember);
-    chain_head_ = name.data();
+    if (!FindOn(dispatch_.get(), name.text, id)) throw HostError(ErrorNumber::NoSuchMember);
+    chain_head_ = name;
     chain_head_id_ = id;
   }
   return chain_head_id_;
 }
 
-MemberId ComObject::StepId(IDispatch* object, std::string_view name, bool keep) {
+MemberId ComObject::StepId(IDispatch* object, FixedText name, bool keep) {
   for (const KnownStep& known : known_steps_)
-    if (known.object.get() == object && known.name == name.data()) return known.id;
+    if (known.object.get() == object && known.name == name.text) return known.id;
   MemberId id;
-  if (!FindOn(object, name, id)) throw HostError(ErrorNumber::NoSuchMember);
+  if (!FindOn(object, name.text, id)) throw HostError(ErrorNumber::NoSuchMember);
   if (keep && known_steps_.size() < kMaxKnownSteps) {
     if (known_steps_.empty()) known_steps_.reserve(kMaxKnownSteps);
-    known_steps_.push_back({ComPtr<IDispatch>(object), name.data(), id});
+    known_steps_.push_back({ComPtr<IDispatch>(object), name, id});
   }
   return id;
+}
+
+BSTR ComObject::KeyText(FixedText literal, bool keep, UniqueBstr& once) {
+  for (const KnownKey& known : known_keys_)
+    if (known.literal == literal.text) return known.text.get();
+  UniqueBstr text = NuevoBstr(literal.text);
+  if (!keep) return (once = std::move(text)).get();
+  known_keys_.push_back({literal, std::move(text)});
+  return known_keys_.back().text.get();
 }
 
 Value ComObject::ReadChain(std::span<const Step> steps) {
@@ -170,9 +179,20 @@ Value ComObject::ReadChain(std::span<const Step> steps) {
     const MemberId id = head ? HeadId(step.name) : StepId(owner, step.name, again);
     latest ^= 1;
     VARIANT* const result = results[latest].put();
-    OutgoingArguments out(step.args.size());
-    for (const Value& value : step.args) out.AddValue(value, module_);
-    Invoke(owner, id, kRead, out.Params(), result);
+    if (step.key) {
+      // The text stays ours, as any argument by value does.
+      VARIANT key;
+      V_VT(&key) = VT_BSTR;
+      UniqueBstr once;
+      V_BSTR(&key) = KeyText(step.key, again, once);
+      Invoke(owner, id, kRead, {&key, nullptr, 1, 0}, result);
+    } else if (step.args.empty()) {
+      Invoke(owner, id, kRead, {}, result);
+    } else {
+      OutgoingArguments out(step.args.size());
+      for (const Value& value : step.args) out.AddValue(value, module_);
+      Invoke(owner, id, kRead, out.Params(), result);
+    }
   }
   return ValueDe(results[latest].get(), module_);
 }
@@ -198,6 +218,8 @@ Value ComObject::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
   if (by_ref)
     for (std::size_t i = 0; i < args.size(); ++i)
       if (out.ByReference(i)) args[i] = ValueDe(out.Storage(i), module_);
+  // Most methods give nothing.
+  if (V_VT(&result.get()) == VT_EMPTY) return {};
   return ValueDe(result.get(), module_);
 }
 

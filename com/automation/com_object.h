@@ -5,6 +5,7 @@
 
 #include "base/object.h"
 #include "com/automation/com_module.h"
+#include "com/automation/handles.h"
 #include "com/automation/host_signatures.h"
 #include "com/automation/windows_com.h"
 
@@ -18,6 +19,7 @@ class ComObject final : public Object {
       : dispatch_(std::move(dispatch)), module_(module) {}
 
   IDispatch* Dispatch() const { return dispatch_.get(); }
+  bool Foreign() const override { return true; }
 
   std::optional<MemberId> Find(std::string_view name) override;
   /// Arguments go by value, those marked in `by_ref` by reference in the form the host's type information
@@ -38,15 +40,23 @@ class ComObject final : public Object {
     MemberId id;
   };
 
+  /// A literal as the system's text, so that a column's name is made once for all its rows.
+  struct KnownKey {
+    const char* literal;
+    UniqueBstr text;
+  };
+
   HostSignatures& Signatures();
-  MemberId HeadId(std::string_view name);
-  MemberId StepId(IDispatch* object, std::string_view name, bool keep);
+  MemberId HeadId(FixedText name);
+  MemberId StepId(IDispatch* object, FixedText name, bool keep);
+  BSTR KeyText(FixedText literal, bool keep, UniqueBstr& once);
 
   ComPtr<IDispatch> dispatch_;
   ComModule& module_;
   const char* chain_head_ = nullptr;  // the first name of the last chain and its id: mostly the same literal
   MemberId chain_head_id_ = 0;
   std::vector<KnownStep> known_steps_;
+  std::vector<KnownKey> known_keys_;
   std::optional<HostSignatures> signatures_;  // looked up when first needed
 };
 

@@ -41,8 +41,11 @@ class RecordsetByName final : public ByName<Recordset> {
   using ByName::ByName;
   bool Eof() override { return ABooleano(late_.Call("EOF")); }
   void MoveNext() override { late_.Call("MoveNext"); }
-  Value Campo(const char* nombre) override { return Field(Value(nombre)); }
-  Value Campo(std::int32_t ordinal) override { return Field(Value(ordinal)); }
+  Value Campo(FixedText nombre) override { return Field({"Item", {}, nombre}); }
+  Value Campo(std::int32_t ordinal) override {
+    Value index(ordinal);
+    return Field({"Item", std::span(&index, 1)});
+  }
   void PonCursorType(std::int32_t tipo) override { late_.Put("CursorType", tipo); }
   void PonLockType(std::int32_t tipo) override { late_.Put("LockType", tipo); }
   void Open(const std::string& fuente, const std::shared_ptr<Conexion>& conexion, std::int32_t cursor,
@@ -51,8 +54,8 @@ class RecordsetByName final : public ByName<Recordset> {
   }
 
  private:
-  Value Field(Value index) {
-    const Step steps[] = {{"Fields"}, {"Item", std::span(&index, 1)}, {"Value"}};
+  Value Field(const Step& item) {
+    const Step steps[] = {{"Fields"}, item, {"Value"}};
     return late_.ReadChain(steps);
   }
 };
@@ -246,7 +249,8 @@ class CapturaNumericaByName final : public ByName<CapturaNumerica> {
 template <class Service, class Adapter>
 std::shared_ptr<Service> Adapt(const ObjectPtr& object) {
   if (!object) return nullptr;
-  if (auto own = std::dynamic_pointer_cast<Service>(object)) return own;
+  if (!object->Foreign())
+    if (auto own = std::dynamic_pointer_cast<Service>(object)) return own;
   return std::make_shared<Adapter>(object);
 }
 

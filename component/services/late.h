@@ -39,6 +39,7 @@ class Late {
   MemberId Resolve(const char* name);
   ObjectPtr target_;
   std::vector<std::pair<std::string_view, MemberId>> ids_;
+  std::size_t next_ = 0;  // after the one that was looked for last
 };
 
 }  // namespace zuvi

@@ -22,7 +22,7 @@ class Recordset : public Object {
   /// Goes to the next row. Throws past the end.
   virtual void MoveNext() = 0;
   /// Value of a field of the current row. Throws for an unknown field or without a current row.
-  virtual Value Campo(const char* nombre) = 0;
+  virtual Value Campo(FixedText nombre) = 0;
   virtual Value Campo(std::int32_t ordinal) = 0;
 
   /// Cursor and lock type in ADO's numbers (1 keyset, 3 optimistic), to be set before `Open`.

@@ -64,7 +64,7 @@ void VentanaModulo::LlenaLista(ListView& lista, ProgressBar& barra, const std::s
   barra.SetValue(0);
 }
 
-std::string VentanaModulo::Campo(Recordset& fila, const char* nombre) {
+std::string VentanaModulo::Campo(Recordset& fila, FixedText nombre) {
   const Value valor = fila.Campo(nombre);
   return valor.IsNull() ? std::string() : std::string(Recorta(ATexto(valor)));
 }

@@ -59,7 +59,7 @@ class VentanaModulo : public Form {
   void LlenaLista(ListView& lista, ProgressBar& barra, const std::string& cuenta, const std::string& filas,
                   const std::function<void(ListItems& items, Recordset& fila)>& agrega);
   /// Text of a field without the blanks around it; "" for Null.
-  static std::string Campo(Recordset& fila, const char* nombre);
+  static std::string Campo(Recordset& fila, FixedText nombre);
   /// Gives a control the focus when it is enabled; otherwise the focus stays where it is.
   static void EnfocaSiHabilitado(Control& control);
   /// Today, and the time as "hh:mm:ss", by this station's clock.

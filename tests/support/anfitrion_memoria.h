@@ -29,7 +29,7 @@ class RecordsetMemoria final : public EnMemoria<Recordset> {
   RecordsetMemoria(Mundo& mundo, Filas filas) : EnMemoria(mundo, "Recordset"), filas_(std::move(filas)) {}
   bool Eof() override;
   void MoveNext() override;
-  Value Campo(const char* nombre) override { return Campo(Value(nombre)); }
+  Value Campo(FixedText nombre) override { return Campo(Value(nombre.text)); }
   Value Campo(std::int32_t ordinal) override { return Campo(Value(ordinal)); }
   void PonCursorType(std::int32_t tipo) override { mundo_.Llama("CursorType", tipo); }
   void PonLockType(std::int32_t tipo) override { mundo_.Llama("LockType", tipo); }
