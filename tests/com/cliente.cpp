@@ -10,16 +10,18 @@ std::vector<std::string>& Textos() {
   return textos;
 }
 
-LRESULT CALLBACK AlActivar(int code, WPARAM window, LPARAM data) {
+/// Answers a box as soon as it is made, before it is drawn: thousands of them are shown.
+LRESULT CALLBACK AlIniciar(int code, WPARAM sender, LPARAM data) {
+  const auto& mensaje = *reinterpret_cast<const CWPRETSTRUCT*>(data);
   wchar_t clase[16] = {};
-  const auto caja = reinterpret_cast<HWND>(window);
-  if (code == HCBT_ACTIVATE && ::GetClassNameW(caja, clase, 16) && std::wstring_view(clase) == L"#32770") {
+  if (code == HC_ACTION && mensaje.message == WM_INITDIALOG && ::GetClassNameW(mensaje.hwnd, clase, 16) &&
+      std::wstring_view(clase) == L"#32770") {
     wchar_t texto[2048] = {};
-    ::GetDlgItemTextW(caja, 0xFFFF, texto, 2048);
+    ::GetDlgItemTextW(mensaje.hwnd, 0xFFFF, texto, 2048);
     Textos().push_back(Utf8De(texto));
-    ::PostMessageW(caja, WM_COMMAND, IDOK, 0);
+    ::EndDialog(mensaje.hwnd, IDOK);
   }
-  return ::CallNextHookEx(nullptr, code, window, data);
+  return ::CallNextHookEx(nullptr, code, sender, data);
 }
 
 std::wstring Clave(std::size_t clase) {
@@ -70,7 +72,9 @@ BibliotecaDelEntorno::~BibliotecaDelEntorno() {
   if (registrada_) ::UnRegisterTypeLib(::LIBID_ZuviEnviroment, 1, 0, 0, kSysKind);
 }
 
-Cajas::Cajas() : hook_(::SetWindowsHookExW(WH_CBT, &AlActivar, nullptr, ::GetCurrentThreadId())) { Toma(); }
+Cajas::Cajas() : hook_(::SetWindowsHookExW(WH_CALLWNDPROCRET, &AlIniciar, nullptr, ::GetCurrentThreadId())) {
+  Toma();
+}
 Cajas::~Cajas() { ::UnhookWindowsHookEx(hook_); }
 std::vector<std::string> Cajas::Toma() { return std::exchange(Textos(), {}); }
 

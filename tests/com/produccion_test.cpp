@@ -1,7 +1,10 @@
 // ZuviProduccion.dll as a compiled host meets it.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <sstream>
@@ -228,7 +231,21 @@ bool EsSubsecuencia(const std::vector<std::string>& parte, const std::vector<std
   return true;
 }
 
+/// The kinds of failure that are this run's share. A box under Wine takes its time and there are thousands:
+/// runs that differ in the region only take turns, by ZUVI_BARRIDO="share/shares"; without it a run does them
+/// all.
+std::vector<Modo> ModosDeEstaCorrida() {
+  std::size_t parte = 0, partes = 1;
+  if (const char* reparto = std::getenv("ZUVI_BARRIDO")) std::sscanf(reparto, "%zu/%zu", &parte, &partes);
+  std::vector<Modo> modos;
+  for (std::size_t i = parte; i < std::size(kModos); i += std::max<std::size_t>(partes, 1))
+    modos.push_back(kModos[i]);
+  return modos;
+}
+
 TEST_F(Produccion, CadaLlamadaAlAnfitrionPuedeFallarDeCadaManera) {
+  const std::vector<Modo> modos = ModosDeEstaCorrida();
+  ASSERT_FALSE(modos.empty());
   LONG op = 12;
   VARIANT_BOOL cancelada = 0;
   const Operacion operaciones[] = {
@@ -247,7 +264,7 @@ TEST_F(Produccion, CadaLlamadaAlAnfitrionPuedeFallarDeCadaManera) {
     const std::vector<std::string> limpia = tienda->hechos;
     const int llamadas = tienda->llamadas;
     ASSERT_GT(llamadas, 5);
-    for (const Modo modo : kModos)
+    for (const Modo modo : modos)
       for (const bool siempre : {false, true})
         for (int nth = 1; nth <= llamadas; ++nth) {
           SCOPED_TRACE(std::string(operacion.nombre) + " modo " + std::to_string(static_cast<int>(modo)) +

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Tests of the COM boundary under Wine: run.sh BUILD_DIR. The caller gives WINEPREFIX and DISPLAY; the last line
+# Tests of the COM boundary under Wine: run.sh BUILD_DIR [SHARE/SHARES of the failure sweep]. The caller gives WINEPREFIX and DISPLAY; the last line
 # is "N passed, N failed". Everything it registers it takes away again.
 set -u
 build=$(cd "$1" && pwd) || exit 2
@@ -80,6 +80,7 @@ check "JScript" script cliente.js
 timeout 60 wine regsvr32 /s /u "$dll"
 
 cd "$build/bin" || exit 2
+[ $# -lt 2 ] || export ZUVI_BARRIDO="$2"
 timeout 580 wine com_test.exe >"$tmp/gtest.txt" 2>&1
 cases=$(grep -c '^\[       OK \]' "$tmp/gtest.txt")
 if grep -q '^\[  PASSED  \]' "$tmp/gtest.txt"; then
