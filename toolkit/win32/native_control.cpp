@@ -7,7 +7,6 @@
 namespace zuvi::native {
 namespace {
 
-constexpr UINT_PTR kSubclass = 1;
 constexpr UINT_PTR kFlushTimer = 0x7A75;  // told apart from the timers native controls set on themselves
 // Milliseconds between a change and its showing, so many times what a painting takes at least: filling a list
 // is to cost little more when it can be watched.
@@ -58,9 +57,12 @@ void NativeControl::CreateWindowOf(const wchar_t* window_class, DWORD style, DWO
 }
 
 void NativeControl::Adopt(HWND inner) {
-  if (!inner || !::SetWindowSubclass(inner, &Procedure, kSubclass, reinterpret_cast<DWORD_PTR>(link_.get())))
-    return;
-  if (++link_->windows == 1) link_->while_native = link_;
+  if (!inner) return;
+  const auto native = reinterpret_cast<WNDPROC>(::GetWindowLongPtrW(inner, GWLP_WNDPROC));
+  auto& heard = *link_->windows.emplace_back(std::make_unique<Heard>(*link_, native));
+  link_->while_native = link_;
+  ::SetWindowLongPtrW(inner, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&heard));
+  ::SetWindowLongPtrW(inner, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure));
 }
 
 RECT NativeControl::Place() const {
@@ -114,16 +116,32 @@ void NativeControl::FlushLater() {
   ::SetTimer(window_, kFlushTimer, std::clamp(kPaintings * paint_cost_, kFlushDelay, kLongestDelay), nullptr);
 }
 
-LRESULT CALLBACK NativeControl::Procedure(HWND window, UINT id, WPARAM w, LPARAM l, UINT_PTR, DWORD_PTR ref) {
-  const std::shared_ptr<Link> link = reinterpret_cast<Link*>(ref)->shared_from_this();
+NativeControl::Heard* NativeControl::HeardIn(HWND window) {
+  return reinterpret_cast<Heard*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+}
+
+LRESULT NativeControl::Native(const Message& message) {
+  const Heard* const heard = HeardIn(message.window);
+  return heard ? ::CallWindowProcW(heard->native, message.window, message.id, message.w, message.l)
+               : ::DefWindowProcW(message.window, message.id, message.w, message.l);
+}
+
+LRESULT NativeControl::Gone(Heard& heard, const Message& message) {
+  const std::shared_ptr<Link> link = heard.link.shared_from_this();
+  const LRESULT result = Native(message);
+  ::SetWindowLongPtrW(message.window, GWLP_USERDATA, 0);
+  if (link->peer && link->peer->window_ == message.window) link->peer->window_ = nullptr;
+  std::erase_if(link->windows, [&](const auto& one) { return one.get() == &heard; });
+  if (link->windows.empty()) link->while_native.reset();
+  return result;
+}
+
+LRESULT CALLBACK NativeControl::Procedure(HWND window, UINT id, WPARAM w, LPARAM l) {
   const Message message{window, id, w, l};
-  if (id == WM_NCDESTROY) {
-    ::RemoveWindowSubclass(window, &Procedure, kSubclass);
-    const LRESULT result = Native(message);
-    if (link->peer && link->peer->window_ == window) link->peer->window_ = nullptr;
-    if (--link->windows == 0) link->while_native.reset();
-    return result;
-  }
+  Heard* const heard = HeardIn(window);
+  if (!heard) return Native(message);
+  if (id == WM_NCDESTROY) return Gone(*heard, message);
+  const std::shared_ptr<Link> link = heard->link.shared_from_this();
   if (!link->peer) return Native(message);
   const Entry entry(*link->life);
   try {

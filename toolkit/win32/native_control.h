@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -40,10 +41,18 @@ class NativeControl : public Peer {
   virtual void OnDraw(const DRAWITEMSTRUCT& /*item*/) {}
 
  protected:
+  struct Link;
+  /// A window whose messages come here first, and the procedure that they are for. The window's user data
+  /// tells it: the system's own list of subclasses is looked up in another process, under Wine, for every
+  /// message.
+  struct Heard {
+    Link& link;
+    WNDPROC native;
+  };
   struct Link : std::enable_shared_from_this<Link> {
     NativeControl* peer = nullptr;
     std::shared_ptr<WindowLife> life;
-    int windows = 0;
+    std::vector<std::unique_ptr<Heard>> windows;
     std::shared_ptr<Link> while_native;
   };
   /// Whether a peer still lives.
@@ -101,12 +110,13 @@ class NativeControl : public Peer {
   /// Whether a key's own action waits for its character (and with it for KeyPress).
   virtual bool ActsOnChar(WPARAM /*key*/) const { return false; }
 
-  static LRESULT Native(const Message& message) {
-    return ::DefSubclassProc(message.window, message.id, message.w, message.l);
-  }
+  /// What the native control makes of a message.
+  static LRESULT Native(const Message& message);
 
  private:
-  static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM w, LPARAM l, UINT_PTR, DWORD_PTR link);
+  static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM w, LPARAM l);
+  static Heard* HeardIn(HWND window);
+  static LRESULT Gone(Heard& heard, const Message& message);
   void KeyDown(const Message& message);
   void Character(const Message& message);
 
