@@ -9,9 +9,9 @@ namespace {
 constexpr std::int32_t kOrden = 900000, kPartidas = 100;
 
 template <void (Produccion::*kMetodo)(std::int32_t) noexcept>
-class OrdenDeCien final : public Banco {
+class OrdenDeCien final : public BancoOculto {
  public:
-  using Banco::Banco;
+  using BancoOculto::BancoOculto;
   void Prepara() {
     Abre();
     const std::string orden = std::to_string(kOrden);

@@ -36,9 +36,9 @@ void AnfitrionNulo(benchmark::State& state) {
 BENCHMARK(AnfitrionNulo);
 
 /// An assembly with a kit of ten in the shop.
-class DeDiez final : public Banco {
+class DeDiez final : public BancoOculto {
  public:
-  using Banco::Banco;
+  using BancoOculto::BancoOculto;
   /// Opens the database, makes the kit and assembles once.
   void Prepara() {
     Abre();

@@ -1,85 +1,19 @@
-// What the programs of this folder have in common: the reference host with the component on top of it, and
-// the comparison of its work with the bare statements, by turns in one run.
+// The comparison of the component's work with the bare statements, by turns in one run.
 #pragma once
 
 #include <benchmark/benchmark.h>
 #include <stdlib.h>
 
-#include <algorithm>
-#include <chrono>
 #include <filesystem>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "bench/banco.h"
 #include "bench/odbc_desnudo.h"
-#include "component/produccion.h"
-#include "host/anfitrion.h"
-#include "host/interaccion_respuestas.h"
-#include "toolkit/headless_desktop.h"
 
 namespace zuvi::bench {
-
-using Sentencias = std::vector<std::string>;
-
-double Segundos(auto&& trabajo) {
-  const auto antes = std::chrono::steady_clock::now();
-  trabajo();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - antes).count();
-}
-
-/// The middle time: a disk that somebody else keeps busy gives a few very long ones.
-inline double Mediana(std::vector<double> tiempos) {
-  const auto medio = tiempos.begin() + static_cast<std::ptrdiff_t>(tiempos.size() / 2);
-  std::nth_element(tiempos.begin(), medio, tiempos.end());
-  return *medio;
-}
-
-/// The component on the reference host, on one database.
-class Banco {
- public:
-  explicit Banco(const std::string& base) {
-    host::Opciones opciones;
-    host::PonBase(opciones, base);
-    anfitrion_ =
-        std::make_shared<host::Anfitrion>(opciones, std::make_unique<host::RespuestasInteraccion>(""));
-    fabrica_ = std::make_unique<host::FabricaAnfitrion>(anfitrion_);
-    modulo_ = std::make_unique<Modulo>(*fabrica_, escritorio_, [] { return false; });
-    produccion_ = std::make_shared<Produccion>(*modulo_);
-  }
-  /// Opens the database, which makes the shop in it.
-  void Abre() { produccion_->PonAmbiente(fabrica_->Crea(Ambiente::kProgId)); }
-  host::BaseDatos& Base() { return *anfitrion_->Base(); }
-  /// The statements of a piece of work.
-  Sentencias Graba(auto&& trabajo) {
-    Sentencias sentencias;
-    auto& traza = anfitrion_->TraeTraza();
-    const auto oyente = traza.Escucha([&sentencias](host::Suceso suceso, const std::string& texto) {
-      if (suceso == host::Suceso::Sentencia) sentencias.push_back(texto);
-    });
-    trabajo();
-    traza.Deja(oyente);
-    return sentencias;
-  }
-  void ExigeSinAvisos() const {
-    if (!escritorio_.Avisos().empty()) throw std::runtime_error(escritorio_.Avisos().front());
-  }
-
- protected:
-  Produccion& ElComponente() { return *produccion_; }
-  HeadlessDesktop& Escritorio() { return escritorio_; }
-  Modulo& ElModulo() { return *modulo_; }
-  ObjectPtr NuevoAmbiente() { return fabrica_->Crea(Ambiente::kProgId); }
-
- private:
-  std::shared_ptr<host::Anfitrion> anfitrion_;
-  std::unique_ptr<host::FabricaAnfitrion> fabrica_;
-  HeadlessDesktop escritorio_;
-  std::unique_ptr<Modulo> modulo_;
-  std::shared_ptr<Produccion> produccion_;
-};
 
 /// Connection strings of the three databases, and what a session has to set to be like the host's.
 struct Bases {
@@ -134,8 +68,6 @@ void Compara(benchmark::State& state, const Bases& bases) {
   state.counters["desnudo/s"] = 1 / piso;
   state.counters["razon"] = piso / componente;
 }
-
-inline std::string Sqlite(const std::string& archivo) { return "DRIVER={SQLite3};Database=" + archivo; }
 
 template <class Trabajo>
 void EnMemoria(benchmark::State& state) {

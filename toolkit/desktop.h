@@ -25,6 +25,9 @@ class Desktop {
   virtual void Avisa(const std::string& text) noexcept = 0;
   /// Lets pending window events run. Anything may have happened afterwards.
   virtual void PumpEvents() = 0;
+  /// The same between the pieces of a long work, however small these are: a screen may let pieces go by, but
+  /// keeps answering within a blink.
+  virtual void Breathe() { PumpEvents(); }
   /// Runs until the window is hidden or closed; `owner`, when given, takes no input meanwhile.
   virtual void RunModal(Form& form, Form* owner) = 0;
   /// Gives a window and its controls native peers and shows it; without a screen nothing happens.

@@ -33,14 +33,28 @@ void Form::Publish(std::string name, ObjectPtr object) {
 void Form::Load() {
   if (loaded_) return;
   if (closed_) throw HostError(ErrorNumber::InvalidCall);
-  loaded_ = true;
+  loaded_ = loading_ = true;
   desktop_.Opened(Keep());
   try {
     Form_Load();
   } catch (...) {
+    loading_ = false;
     Dismantle();
     throw;
   }
+  loading_ = false;
+  if (!shown_early_ || closed_) return;
+  SetEnabled(true);
+  if (peer_) peer_->TakeFocus();
+  if (visible_ && !active_) FocusNext();
+}
+
+void Form::ShowWhileLoading() {
+  if (!loading_ || visible_ || closed_) return;
+  shown_early_ = true;
+  if (waiting_) waiting_->SetEnabled(false);
+  SetEnabled(false);
+  Show();
 }
 
 void Form::Show() {
@@ -67,7 +81,18 @@ void Form::Show() {
 void Form::ShowModal(Form* owner) {
   const auto keep = Keep();
   const auto keep_owner = owner ? owner->Keep() : nullptr;
-  Show();
+  waiting_ = owner && owner->Enabled() ? owner : nullptr;
+  const auto wait_is_over = [&] {
+    if (Form* const waited = std::exchange(waiting_, nullptr); waited && shown_early_)
+      waited->SetEnabled(true);
+  };
+  try {
+    Show();
+  } catch (...) {
+    wait_is_over();
+    throw;
+  }
+  wait_is_over();
   if (visible_) desktop_.RunModal(*this, owner);
 }
 

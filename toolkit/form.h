@@ -39,6 +39,9 @@ class Form : public Object {
   void Show();
   /// The same, and returns when the window is closed or hidden. `owner`, when given, is blocked meanwhile.
   void ShowModal(Form* owner);
+  /// Brings a window that is still loading onto the screen, for a load that takes long. Until it is loaded it
+  /// shows what it does but takes no input, and a window that waits for it takes none either.
+  void ShowWhileLoading();
   void Hide();
   /// Closes: QueryUnload, then Unload, each of which may cancel. True when the window is gone.
   bool Unload(UnloadMode mode = UnloadMode::Code);
@@ -166,6 +169,8 @@ class Form : public Object {
   Control* default_button_ = nullptr;
   Control* cancel_button_ = nullptr;
   bool loaded_ = false, visible_ = false, closed_ = false, unloading_ = false, enabled_ = true;
+  bool loading_ = false, shown_early_ = false;
+  Form* waiting_ = nullptr;  // the owner of a modal window, until that is loaded
   bool key_preview_ = false, sizable_ = true;
   WindowState state_ = WindowState::Normal;
   std::int32_t design_width_ = Dip(640), design_height_ = Dip(480);

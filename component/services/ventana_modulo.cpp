@@ -3,6 +3,12 @@
 #include "base/text.h"
 
 namespace zuvi {
+namespace {
+
+/// So many rows may take their time to come: who waits for them is shown how it goes.
+constexpr double kMuchasFilas = 2000;
+
+}  // namespace
 
 VentanaModulo::VentanaModulo(Modulo& modulo, const char* nombre)
     : Form(modulo.Escritorio(), nombre, modulo.Retiene()), modulo_(modulo) {}
@@ -52,13 +58,14 @@ void VentanaModulo::LlenaLista(ListView& lista, ProgressBar& barra, const std::s
                                const std::function<void(ListItems&, Recordset&)>& agrega) {
   const int este = ++llenados_[&lista];
   const double total = Datos().ValorNumerico(Consulta(cuenta)->Campo(0));
+  if (total > kMuchasFilas) ShowWhileLoading();
   const auto fila = Consulta(filas);
   lista.Items().Clear();
   if (total > 0) barra.SetMax(total);
   for (double n = 1; !fila->Eof(); fila->MoveNext(), ++n) {
     barra.SetValue(n);
     agrega(lista.Items(), *fila);
-    Screen().PumpEvents();
+    Screen().Breathe();
     if (Closed() || llenados_[&lista] != este) return;
   }
   barra.SetValue(0);

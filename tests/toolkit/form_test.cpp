@@ -234,6 +234,35 @@ TEST_F(Formas, AModalWindowThatWillNotCloseIsHidden) {
   EXPECT_FALSE(visitada);
 }
 
+TEST_F(Formas, ALongLoadIsSeenButTakesNoInput) {
+  for (const bool fails : {false, true}) {
+    SCOPED_TRACE(fails);
+    const auto otra = std::make_shared<Ventana>(escritorio, diario);
+    Cuando("Load", [&] {
+      otra->ShowWhileLoading();
+      EXPECT_TRUE(otra->Visible());
+      EXPECT_FALSE(otra->Enabled());
+      EXPECT_FALSE(ventana->Enabled());
+      EXPECT_THAT(Al([&] { otra->Type("x"); }), IsEmpty());
+      if (fails) throw HostError("sin datos");
+    });
+    bool loaded = false;
+    escritorio.OnModal([&](Form&) {
+      loaded = true;
+      EXPECT_TRUE(otra->Enabled());
+      otra->Type("x");
+      EXPECT_EQ(otra->a->Text(), "x");
+    });
+    if (fails)
+      EXPECT_THROW(otra->ShowModal(ventana.get()), HostError);
+    else
+      otra->ShowModal(ventana.get());
+    EXPECT_NE(loaded, fails);
+    EXPECT_TRUE(otra->Closed());
+    EXPECT_TRUE(ventana->Enabled());
+  }
+}
+
 TEST_F(Formas, TimersFireInTheirOrder) {
   Sucesos orden;
   const auto otro = ventana->Add<Timer>("otro");

@@ -391,6 +391,42 @@ TEST(Windows, ModalBlocksItsOwnerAndGivesTheFocusBack) {
   EXPECT_EQ(message.wParam, 7u);
 }
 
+/// Comes onto the screen before it is loaded.
+class Slow final : public SampleForm {
+ public:
+  using SampleForm::SampleForm;
+  std::function<void()> while_loading;
+  void Form_Load() override {
+    SampleForm::Form_Load();
+    ShowWhileLoading();
+    while_loading();
+  }
+};
+
+TEST(Windows, ALongLoadIsSeenButTakesNoInput) {
+  Pantalla screen;
+  const auto owner = screen.Open();
+  const auto form = std::make_shared<Slow>(screen.desktop);
+  form->while_loading = [&] {
+    EXPECT_TRUE(::IsWindowVisible(Pantalla::HandleOf(*form)));
+    EXPECT_FALSE(::IsWindowEnabled(Pantalla::HandleOf(*form)));
+    EXPECT_FALSE(::IsWindowEnabled(Pantalla::HandleOf(*owner)));
+    screen.Settle();
+    form->reloj->SetInterval(60);
+  };
+  form->reloj->OnTimer = [&] {
+    EXPECT_TRUE(form->Enabled());
+    EXPECT_EQ(::GetActiveWindow(), Pantalla::HandleOf(*form));
+    EXPECT_EQ(::GetFocus(), Pantalla::HandleOf(*form->ActiveControl()));
+    ::PostMessageW(Pantalla::HandleOf(*form), WM_CLOSE, 0, 0);
+  };
+  form->ShowModal(owner.get());
+  EXPECT_TRUE(form->Closed());
+  EXPECT_TRUE(owner->Enabled());
+  screen.Settle();
+  EXPECT_EQ(::GetActiveWindow(), Pantalla::HandleOf(*owner));
+}
+
 }  // namespace
 }  // namespace zuvi::sample
 

@@ -23,7 +23,7 @@ inline std::string Numbered(std::string text, std::int32_t number) {
 }
 
 /// Keeps the events it hears in `log`, in words such as "nombre+" (got the focus) or "nombre 'a'".
-class SampleForm final : public Form {
+class SampleForm : public Form {
  public:
   explicit SampleForm(Desktop& desktop);
 

@@ -9,6 +9,7 @@ namespace {
 class ProgressPeer final : public NativeControl {
  public:
   static constexpr int kSteps = 10'000;
+  static constexpr DWORD kBetween = 40;  // milliseconds between two values shown
 
   ProgressPeer(NativeForm& form, ProgressBar& bar) : NativeControl(form, bar), bar_(bar) {}
   void Create() override {
@@ -17,22 +18,25 @@ class ProgressPeer final : public NativeControl {
     ShowValue();
   }
   void Update(Aspect aspect) override {
-    if (aspect == Aspect::Value || aspect == Aspect::State) {
-      ShowValue();
-      // Work that pumps no events shows its progress too.
-      ::UpdateWindow(Window());
-    }
+    // Work that pumps no events shows its progress too.
+    if ((aspect == Aspect::Value || aspect == Aspect::State) && ShowValue()) ::UpdateWindow(Window());
     NativeControl::Update(aspect);
   }
 
  private:
-  void ShowValue() {
+  /// False when the value shows later: thousands of steps a second cost more than the work they tell of.
+  bool ShowValue() {
     const double span = bar_.Max() - bar_.Min();
     const double part = span > 0 ? std::clamp((bar_.Value() - bar_.Min()) / span, 0.0, 1.0) : 0;
+    const DWORD now = ::GetTickCount();
+    if (part > 0 && part < 1 && now - shown_ < kBetween) return false;
+    shown_ = now;
     Send(PBM_SETPOS, static_cast<WPARAM>(part * kSteps));
+    return true;
   }
 
   ProgressBar& bar_;
+  DWORD shown_ = 0;  // milliseconds of the system
 };
 
 class TimerPeer final : public NativeControl {

@@ -185,6 +185,8 @@ void NativeForm::Update(Aspect aspect) {
       break;
     case Aspect::Enabled:
       ::EnableWindow(Window(), form_.Enabled());
+      // In front, but without input until now.
+      if (life->peer && Active() && !::IsChild(Window(), ::GetFocus())) GiveFocus();
       break;
     case Aspect::Visible:
       form_.Visible() ? ShowNow() : Hide();

@@ -11,6 +11,8 @@ namespace {
 
 /// Longest time pending events are given at once; timers could keep a queue from ever being empty.
 constexpr DWORD kPumpLimit = 250;
+/// Time between two looks at the queue during a long work. Looking costs as much as many rows of a list.
+constexpr DWORD kBreath = 5;
 
 struct Front {
   HWND except = nullptr;
@@ -57,8 +59,13 @@ void Win32Desktop::PumpEvents() {
     }
     ::TranslateMessage(&message);
     ::DispatchMessageW(&message);
-    if (::GetTickCount() - start > kPumpLimit) return;
+    if (::GetTickCount() - start > kPumpLimit) break;
   }
+  breathed_ = ::GetTickCount();
+}
+
+void Win32Desktop::Breathe() {
+  if (::GetTickCount() - breathed_ >= kBreath) PumpEvents();
 }
 
 void Win32Desktop::Attach(Form& form) {

@@ -24,6 +24,7 @@ class Win32Desktop final : public Desktop {
 
   void Avisa(const std::string& text) noexcept override;
   void PumpEvents() override;
+  void Breathe() override;
   /// Without an owner the window that was in front on this thread is blocked, whoever it belongs to.
   void RunModal(Form& form, Form* owner) override;
   /// Throws HostError when Windows has no window left to give.
@@ -32,6 +33,7 @@ class Win32Desktop final : public Desktop {
 
  private:
   HINSTANCE__* instance_;
+  unsigned long breathed_ = 0;                    // milliseconds of the system, at the end of the last pump
   std::shared_ptr<native::NativeModule> module_;  // made with the first window
 };
 
