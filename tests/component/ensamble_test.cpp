@@ -104,7 +104,7 @@ TEST_P(Ensambles, LoQueNoSeEnsamblaNoMueveNadaNiAvisa) {
 
 TEST_P(Ensambles, ElProcesoPuedeCambiarElDocumentoYQuitarElVeto) {
   t.mundo.proceso = [this](PeticionProceso& p) {
-    p.objeto = std::make_shared<DocumentoMemoria>(t.mundo);
+    p.objeto = DocumentoMemoria(t.mundo);
     p.bandera = false;
   };
   t.prod->Ensamble("MESA", 9, 1, 7);
@@ -193,7 +193,7 @@ TEST_P(Ensambles, ElAnfitrionPuedeReentrarEnCualquierLlamada) {
     otro.mundo.gancho = [&](const std::string&) {
       if (vista++ != n) return;
       if (!otro.prod) return;
-      otro.prod->PonAmbiente(Entrega(otro.mundo, std::make_shared<AmbienteMemoria>(otro.mundo, "Otro")));
+      otro.prod->PonAmbiente(AmbienteMemoria(otro.mundo, "Otro"));
       EXPECT_FALSE(otro.prod->CancelaOp(5));
       otro.prod->Desensamble("MESA", 1, 1, 1);
       otro.ambiente.reset();

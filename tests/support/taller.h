@@ -43,7 +43,7 @@ inline std::string Reporte(const std::string& funcion, const std::string& descri
 struct Taller {
   explicit Taller(bool por_nombre = false) {
     mundo.por_nombre = por_nombre;
-    ambiente = Entrega(mundo, std::make_shared<AmbienteMemoria>(mundo));
+    ambiente = AmbienteMemoria(mundo);
     prod->PonAmbiente(ambiente);
   }
 
