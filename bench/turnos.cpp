@@ -1,5 +1,8 @@
 // Whether the shift windows stay linear: each work is done on a number of rows and on twice as many, by
 // turns, and `al_doble` is the quotient of the middle times. The windows have no screen.
+#include <benchmark/benchmark.h>
+#include <time.h>
+
 #include "bench/turnos_trabajos.h"
 
 namespace zuvi::bench {
@@ -19,15 +22,6 @@ class Oculto : public BancoOculto {
   }
   static void Pinta(const Control&) {}
 };
-clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
-return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) * 1e-9;
-};
-const double antes = ahora();
-trabajo();
-return ahora() - antes;
-}
-}
-;
 
 template <class Trabajo>
 void AlDoble(benchmark::State& state) {

@@ -70,6 +70,11 @@ std::shared_ptr<ListItem> ListItems::Make(std::string key, std::string text) {
   return item;
 }
 
+void ListItems::Reserve(std::size_t rows) {
+  slots_.reserve(slots_.size() + rows);
+  by_key_.reserve(by_key_.size() + rows);
+}
+
 ListItem& ListItems::Add(std::string key, std::string text) {
   const auto item = Make(std::move(key), std::move(text));
   item->slot_ = slots_.size();

@@ -52,6 +52,8 @@ class ListItems final : public Object {
   /// empty key is none), and (SubscriptOutOfRange) for a position that is not 1 to `Count` + 1.
   ListItem& Add(std::string key, std::string text);
   ListItem& Insert(std::int32_t position, std::string key, std::string text);
+  /// Makes room for so many rows more, as far as is known beforehand: it only spares time.
+  void Reserve(std::size_t rows);
   std::int32_t Count() const { return static_cast<std::int32_t>(count_); }
   /// By position from 1, or by key (a text). Throws HostError (SubscriptOutOfRange) when there is none.
   ListItem& operator()(std::int32_t position);

@@ -1,5 +1,7 @@
 #include "component/services/ventana_modulo.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 
 namespace zuvi {
@@ -7,6 +9,8 @@ namespace {
 
 /// So many rows may take their time to come: who waits for them is shown how it goes.
 constexpr double kMuchasFilas = 2000;
+/// No memory is set aside for more: the host may have counted wrong.
+constexpr double kMasFilas = 200'000;
 
 }  // namespace
 
@@ -61,7 +65,10 @@ void VentanaModulo::LlenaLista(ListView& lista, ProgressBar& barra, const std::s
   if (total > kMuchasFilas) ShowWhileLoading();
   const auto fila = Consulta(filas);
   lista.Items().Clear();
-  if (total > 0) barra.SetMax(total);
+  if (total > 0) {
+    barra.SetMax(total);
+    lista.Items().Reserve(static_cast<std::size_t>(std::min(total, kMasFilas)));
+  }
   for (double n = 1; !fila->Eof(); fila->MoveNext(), ++n) {
     barra.SetValue(n);
     agrega(lista.Items(), *fila);
