@@ -68,7 +68,7 @@ std::string frmTurno::MueveSeleccionado(ListView& de, ListView& a) {
 }
 
 void frmTurno::MueveTodos(ListView& de, ListView& a) {
-  a.Items().Reserve(static_cast<std::size_t>(de.Items().Count()));
+  if (a.Items().TakeAll(de.Items())) return;
   for (std::int32_t i = 1; i <= de.Items().Count(); ++i) {
     const ListItem& item = de.Items()(i);
     a.Items().Add(item.Key(), item.Text()).SetSubItems(1, item.SubItems(1));

@@ -150,6 +150,29 @@ void ListItems::Clear() {
   if (was_selected) list.Changed(Aspect::Selection);
 }
 
+bool ListItems::TakeAll(ListItems& from) {
+  const auto stays = [this](const std::shared_ptr<ListItem>& item) {
+    return item && (item.use_count() > 1 ||
+                    (!by_key_.empty() && !item->key_.empty() && by_key_.contains(item.get())));
+  };
+  if (std::ranges::any_of(from.slots_, stays)) return false;
+  // Into an empty list the keys go as they are; one by one they would be all over the memory.
+  if (by_key_.empty()) by_key_.swap(from.by_key_);
+  by_key_.merge(from.by_key_);
+  slots_.reserve(slots_.size() + from.count_);
+  for (auto& item : from.slots_) {
+    if (!item) continue;
+    item->list_ = list_;
+    item->slot_ = slots_.size();
+    slots_.push_back(std::move(item));
+  }
+  count_ += from.count_;
+  rows_up_to_.clear();
+  List().Changed(Aspect::Items);
+  from.Clear();
+  return true;
+}
+
 void ListItems::Compact() {
   visited_ += slots_.size();
   std::erase(slots_, nullptr);

@@ -37,10 +37,11 @@ class ListItem final : public Object {
  private:
   friend class ListItems;
   friend class ListView;
+  // What changes when rows change their list stands together.
   ListView* list_;
+  std::size_t slot_ = 0;
   std::string key_, text_;
   std::vector<std::string> sub_items_;
-  std::size_t slot_ = 0;
 };
 
 /// The rows of a list. Adding, finding by key and removing take constant time on average with any number of
@@ -63,6 +64,10 @@ class ListItems final : public Object {
   void Remove(std::string_view key);
   void Remove(std::int32_t position);
   void Clear();
+  /// Adds all rows of another list, which is empty then: the same as adding and removing them one by one,
+  /// without making them anew. False, and nothing done, when a key is here already or somebody holds one of
+  /// the rows.
+  bool TakeAll(ListItems& from);
   /// Rows visited so far to keep positions in order; grows no faster than the rows added and removed.
   std::size_t Visited() const { return visited_; }
   const MemberTable* Members() const override;
