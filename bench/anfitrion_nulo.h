@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
+#include "bench/acceso_datos_sin_ventanas.h"
 #include "component/services/control_procesos.h"
 #include "component/services/documento_inventario.h"
 #include "component/services/fabrica.h"
-#include "tests/support/acceso_datos_sin_ventanas.h"
 
 namespace zuvi::bench {
 

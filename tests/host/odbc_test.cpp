@@ -12,10 +12,12 @@
 #include "host/base_datos.h"
 #include "host/odbc_cadena.h"
 #include "host/unica_sentencia.h"
+#include "tests/support/errores.h"
 
 namespace zuvi::host {
 namespace {
 
+using pruebas::ErrorDe;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
@@ -34,18 +36,6 @@ std::vector<std::string> Cadenas() {
     cadenas.push_back(servidor + std::string(";Description=ñandú"));
   }
   return cadenas;
-}
-
-/// What a call failed with; a failed test when it did not.
-template <class Llamada>
-HostError Falla(Llamada llamada) {
-  try {
-    llamada();
-  } catch (const HostError& error) {
-    return error;
-  }
-  ADD_FAILURE() << "no falló";
-  return HostError("");
 }
 
 class Odbc : public testing::TestWithParam<std::string> {
@@ -110,7 +100,7 @@ TEST_P(Odbc, TextosVuelvenEnterosYSinCambio) {
   }
   EXPECT_EQ(Uno("SELECT HEX(" + Cita("é€😀") + ")"), Value("C3A9E282ACF09F9880"));
   EXPECT_EQ(base_->Consulta("SELECT 7 AS `ñ€`")->Campo("ñ€"), Value(7));
-  EXPECT_THAT(Falla([&] { base_->Ejecuta("DELETE FROM `ñ€`"); }).what(), HasSubstr("ñ€"));
+  EXPECT_THAT(ErrorDe([&] { base_->Ejecuta("DELETE FROM `ñ€`"); }).what(), HasSubstr("ñ€"));
   // What is no text reaches the table as the replacement character, not as broken bytes.
   EXPECT_EQ(Uno("SELECT HEX('a\xF0\x9F\xC3')"), Value("61EFBFBDEFBFBDEFBFBD"));
 
@@ -141,11 +131,12 @@ TEST_P(Odbc, UnaSolaSentenciaPorLlamada) {
        {std::string("SELECT 1; DELETE FROM odbc_t"), "SELECT * FROM odbc_t WHERE t = '" + clave + "'",
         std::string("SELECT 1 ; /* a */ DELETE FROM odbc_t"),
         std::string("SELECT 'a;' ;\nDELETE FROM odbc_t")}) {
-    EXPECT_THAT(Falla([&] { base_->Consulta(sql); }).what(), HasSubstr("más de una instrucción")) << sql;
-    EXPECT_THAT(Falla([&] { base_->Ejecuta(sql); }).what(), HasSubstr("más de una instrucción")) << sql;
+    EXPECT_THAT(ErrorDe([&] { base_->Consulta(sql); }).what(), HasSubstr("más de una instrucción")) << sql;
+    EXPECT_THAT(ErrorDe([&] { base_->Ejecuta(sql); }).what(), HasSubstr("más de una instrucción")) << sql;
   }
   using namespace std::string_literals;
-  EXPECT_THAT(Falla([&] { base_->Ejecuta("DELETE FROM odbc_t\0 WHERE 1 = 0"s); }).what(), HasSubstr("nulo"));
+  EXPECT_THAT(ErrorDe([&] { base_->Ejecuta("DELETE FROM odbc_t\0 WHERE 1 = 0"s); }).what(),
+              HasSubstr("nulo"));
   EXPECT_EQ(Filas(), 1);
 
   EXPECT_EQ(Uno("SELECT ';' ; "), Value(";"));
@@ -191,7 +182,7 @@ TEST(UnicaSentencia, CadaMotorConSusComillasYComentarios) {
 
 TEST_P(Odbc, ElErrorEsElDeLaBase) {
   const bool maria = base_->TraeMotor() == Motor::MariaDb;
-  const HostError error = Falla([&] { base_->Consulta("SELECT * FROM odbc_no_existe"); });
+  const HostError error = ErrorDe([&] { base_->Consulta("SELECT * FROM odbc_no_existe"); });
   EXPECT_THAT(error.what(), HasSubstr("odbc_no_existe"));
   EXPECT_THAT(error.what(), Not(HasSubstr("[")));
   EXPECT_EQ(error.NativeCode(), maria ? 1146 : 1);
@@ -203,7 +194,7 @@ TEST_P(Odbc, ElErrorEsElDeLaBase) {
   EXPECT_THAT(dicho_, testing::Contains("SELECT * FROM odbc_no_existe"));
 
   base_->Cierra();
-  EXPECT_EQ(Falla([&] { Filas(); }).NativeCode(), 3704);
+  EXPECT_EQ(ErrorDe([&] { Filas(); }).NativeCode(), 3704);
   base_ = BaseDatos::Abre(GetParam(), traza_);
   EXPECT_THROW(BaseDatos::Abre("DRIVER={Ninguno}", traza_), HostError);
 }
@@ -230,15 +221,15 @@ TEST_P(Odbc, SeRecorreMientrasSeEjecuta) {
 TEST_P(Odbc, CamposQueFaltan) {
   Agrega(1);
   const auto filas = base_->Consulta("SELECT n FROM odbc_t");
-  for (const HostError& error : {Falla([&] { filas->Campo("nada"); }), Falla([&] { filas->Campo(1); }),
-                                 Falla([&] { filas->Campo(-1); })}) {
+  for (const HostError& error : {ErrorDe([&] { filas->Campo("nada"); }), ErrorDe([&] { filas->Campo(1); }),
+                                 ErrorDe([&] { filas->Campo(-1); })}) {
     EXPECT_STREQ(error.what(),
                  "Item cannot be found in the collection corresponding to the requested name or ordinal.");
     EXPECT_EQ(error.NativeCode(), 3265);
   }
   filas->MoveNext();
   EXPECT_TRUE(filas->Eof());
-  for (const HostError& error : {Falla([&] { filas->Campo("n"); }), Falla([&] { filas->MoveNext(); })}) {
+  for (const HostError& error : {ErrorDe([&] { filas->Campo("n"); }), ErrorDe([&] { filas->MoveNext(); })}) {
     EXPECT_STREQ(
         error.what(),
         "Either BOF or EOF is True, or the current record has been deleted. Requested operation requires a "
@@ -251,7 +242,7 @@ TEST_P(Odbc, RecordsetPorNombre) {
   for (int i = 1; i <= 3; ++i) Agrega(i, "t" + std::to_string(i));
   const auto filas = NuevoRecordset();
   EXPECT_EQ(filas->Call("State"), Value(0));
-  EXPECT_EQ(Falla([&] { filas->Call("EOF"); }).NativeCode(), 3704);
+  EXPECT_EQ(ErrorDe([&] { filas->Call("EOF"); }).NativeCode(), 3704);
   filas->Put("CursorType", 1);
   filas->PonLockType(3);
   std::array<Value, 5> args{"SELECT n, t FROM odbc_t ORDER BY n", base_, -1, Value(), 1};
@@ -261,7 +252,7 @@ TEST_P(Odbc, RecordsetPorNombre) {
   EXPECT_EQ(filas->Call("Source"), args[0]);
   EXPECT_EQ(filas->Call("ActiveConnection"), Value(base_));
   EXPECT_EQ(filas->Call("RecordCount"), Value(3));
-  EXPECT_EQ(Falla([&] { filas->Call("Open", args); }).NativeCode(), 3705);
+  EXPECT_EQ(ErrorDe([&] { filas->Call("Open", args); }).NativeCode(), 3705);
 
   // rs("T") is a live field, rs.Fields.Item(0).Value reads the same row.
   std::array<Value, 1> nombre{"T"};
@@ -275,7 +266,7 @@ TEST_P(Odbc, RecordsetPorNombre) {
   EXPECT_THAT(visto, ElementsAre("1t1", "2t2", "3t3"));
   EXPECT_EQ(campo->Call("Name"), Value("t"));
   EXPECT_EQ(campo->Call("Type"), Value(202));
-  EXPECT_EQ(Falla([&] { campo->Default(); }).NativeCode(), 3021);
+  EXPECT_EQ(ErrorDe([&] { campo->Default(); }).NativeCode(), 3021);
 
   filas->Call("MovePrevious");
   EXPECT_EQ(campo->Default(), Value("t3"));
@@ -288,8 +279,8 @@ TEST_P(Odbc, RecordsetPorNombre) {
   filas->Open("SELECT n FROM odbc_t WHERE n = 9", base_, 0, 1, 1);
   EXPECT_EQ(filas->Call("BOF"), Value(true));
   EXPECT_EQ(filas->Call("CursorType"), Value(0));
-  EXPECT_EQ(Falla([&] { campo->Call("Name"); }).NativeCode(), 3265);
-  EXPECT_EQ(Falla([&] { filas->Call("MoveFirst"); }).NativeCode(), 3021);
+  EXPECT_EQ(ErrorDe([&] { campo->Call("Name"); }).NativeCode(), 3265);
+  EXPECT_EQ(ErrorDe([&] { filas->Call("MoveFirst"); }).NativeCode(), 3021);
 }
 
 TEST_P(Odbc, ConexionPorNombreYTransacciones) {

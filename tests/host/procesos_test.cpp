@@ -17,12 +17,6 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
-std::shared_ptr<Anfitrion> Abre(const std::string& base) {
-  Opciones opciones;
-  PonBase(opciones, base);
-  return std::make_shared<Anfitrion>(opciones, std::make_unique<RespuestasInteraccion>(""));
-}
-
 /// Two processes draw 1,000 numbers of one key each, at the same time and from a key that does not exist yet.
 void FoliosDeDosProcesos(const std::string& base) {
   constexpr std::int32_t kCuantos = 1000;
@@ -31,7 +25,7 @@ void FoliosDeDosProcesos(const std::string& base) {
   for (std::size_t i = 0; i < hijos.size(); ++i) {
     ASSERT_EQ(pipe(tubos[i].data()), 0);
     hijos[i] = Hijo([&] {
-      const auto anfitrion = Abre(base);
+      const auto anfitrion = AnfitrionEn(base);
       for (std::int32_t n = 0; n < kCuantos; ++n) {
         const std::int32_t folio = TomaFolios(*anfitrion->Base(), "PRUEBA");
         if (write(tubos[i][1], &folio, sizeof folio) != sizeof folio) return 1;
@@ -55,10 +49,11 @@ TEST(DosProcesos, CreanUnaSolaTiendaYNuncaTomanElMismoFolio) {
   const Archivo archivo("zuvi_dos_procesos.db");
   std::array<pid_t, 3> hijos{};
   for (pid_t& hijo : hijos)
-    hijo = Hijo([&] { return Abre(archivo.Texto())->Base()->Consulta("SELECT * FROM op")->Eof() ? 1 : 0; });
+    hijo = Hijo(
+        [&] { return AnfitrionEn(archivo.Texto())->Base()->Consulta("SELECT * FROM op")->Eof() ? 1 : 0; });
   for (const pid_t hijo : hijos) EXPECT_EQ(Espera(hijo), 0);
   {
-    const auto anfitrion = Abre(archivo.Texto());
+    const auto anfitrion = AnfitrionEn(archivo.Texto());
     EXPECT_EQ(ANumero(anfitrion->Base()->Consulta("SELECT COUNT( * ) FROM prods")->Campo(0)), 42);
     EXPECT_FALSE(anfitrion->RecienCreada());
   }
@@ -68,16 +63,13 @@ TEST(DosProcesos, CreanUnaSolaTiendaYNuncaTomanElMismoFolio) {
 TEST(DosProcesos, TampocoEnElServidor) {
   const char* servidor = std::getenv("ZUVI_MARIADB");
   if (!servidor || !*servidor) GTEST_SKIP() << "ZUVI_MARIADB is not set";
-  Abre(servidor)->RehaceTienda();
+  AnfitrionEn(servidor)->RehaceTienda();
   FoliosDeDosProcesos(servidor);
   // Movements of one article in two warehouses wait for one another in the cost; none may be lost.
   std::array<pid_t, 2> hijos{};
   for (std::size_t i = 0; i < hijos.size(); ++i)
     hijos[i] = Hijo([&] {
-      Opciones opciones;
-      PonBase(opciones, servidor);
-      FabricaAnfitrion fabrica(
-          std::make_shared<Anfitrion>(opciones, std::make_unique<RespuestasInteraccion>("")));
+      FabricaAnfitrion fabrica(AnfitrionEn(servidor));
       const auto documento = fabrica.Nuevo<DocumentoInventario>();
       documento->PonTipo("E");
       documento->PonArticulo("TRUFAS");
@@ -91,7 +83,7 @@ TEST(DosProcesos, TampocoEnElServidor) {
       return 0;
     });
   for (const pid_t hijo : hijos) EXPECT_EQ(Espera(hijo), 0);
-  EXPECT_EQ(ANumero(Abre(servidor)
+  EXPECT_EQ(ANumero(AnfitrionEn(servidor)
                         ->Base()
                         ->Consulta(
                             "SELECT SUM(cantidad) FROM existencias WHERE articulo = 'TRUFAS' AND almacen > 1")
@@ -104,7 +96,7 @@ TEST(DosProcesos, UnaBaseAjenaNoSeToca) {
   const Traza traza;
   BaseDatos::Abre("DRIVER={SQLite3};Database=" + archivo.Texto(), traza)
       ->Ejecuta("CREATE TABLE op (op INTEGER)");
-  EXPECT_THROW(Abre(archivo.Texto())->Base(), HostError);
+  EXPECT_THROW(AnfitrionEn(archivo.Texto())->Base(), HostError);
 }
 
 struct Corrida {
@@ -186,7 +178,7 @@ TEST(LineaDeOrdenes, LaEntregaQueSeRompeDiceQueFalta) {
   const Archivo archivo("zuvi_rota.db");
   const std::string base = "--base " + archivo.Texto() + " ";
   ASSERT_EQ(Zuvi(base + "crea").codigo, 0);
-  Abre(archivo.Texto())->Base()->Ejecuta("UPDATE op SET almacen = 'x' WHERE op = 104");
+  AnfitrionEn(archivo.Texto())->Base()->Ejecuta("UPDATE op SET almacen = 'x' WHERE op = 104");
   const Corrida corrida = Zuvi(base + "entrega 104");
   EXPECT_EQ(corrida.codigo, 1);
   EXPECT_THAT(corrida.texto, AllOf(HasSubstr("CAN-DESAYUNO: 0 de 4"), HasSubstr("Movimientos aplicados: 0")));

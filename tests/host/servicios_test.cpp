@@ -25,18 +25,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-/// What a call failed with; a failed test when it did not.
-template <class Llamada>
-std::string Falla(Llamada llamada) {
-  try {
-    llamada();
-  } catch (const HostError& error) {
-    return error.what();
-  }
-  ADD_FAILURE() << "no falló";
-  return {};
-}
-
 /// A host object of which nothing is known but its published names.
 class Opaco final : public Object {
  public:
@@ -58,33 +46,6 @@ class FabricaOpaca final : public FabricaServicios {
 
  private:
   FabricaServicios& detras_;
-};
-
-/// A text box, as far as the filters look at it.
-class CajaDePrueba final : public Object {
- public:
-  CajaDePrueba(std::string etiqueta, std::string texto, std::int32_t inicio = -1, std::int32_t largo = 0)
-      : etiqueta_(std::move(etiqueta)), texto_(std::move(texto)), largo_(largo) {
-    inicio_ = inicio < 0 ? static_cast<std::int32_t>(texto_.size()) : inicio;
-  }
-  const MemberTable* Members() const override {
-    using C = CajaDePrueba;
-    static const MemberTable tabla = MemberTable::Of<C>()
-                                         .Property<&C::Tag>("Tag")
-                                         .Property<&C::Text, &C::PonText>("Text")
-                                         .Property<&C::SelStart>("SelStart")
-                                         .Property<&C::SelLength>("SelLength");
-    return &tabla;
-  }
-  std::string Text() const { return texto_; }
-
- private:
-  std::string Tag() const { return etiqueta_; }
-  void PonText(const std::string& texto) { texto_ = texto; }
-  std::int32_t SelStart() const { return inicio_; }
-  std::int32_t SelLength() const { return largo_; }
-  std::string etiqueta_, texto_;
-  std::int32_t inicio_ = 0, largo_ = 0;
 };
 
 /// A hook as a script would write it.
@@ -122,8 +83,7 @@ class ConComas {
 };
 
 class Servicios : public testing::TestWithParam<std::string> {};
-INSTANTIATE_TEST_SUITE_P(Motores, Servicios, testing::ValuesIn(Bases()),
-                         [](const auto& info) { return info.index == 0 ? "Sqlite" : "MariaDb"; });
+ZUVI_EN_CADA_BASE(Servicios);
 
 TEST_P(Servicios, LaTiendaDeEjemploCuadra) {
   Tienda tienda(GetParam());
@@ -181,19 +141,19 @@ TEST_P(Servicios, ElConstructorEscribeLiteralesYExigeElOrden) {
   Tienda tienda(GetParam());
   ConstructorSqlHost sql(tienda.anfitrion);
   sql.PonConexion(tienda.anfitrion->Base());
-  EXPECT_THAT(Falla([&] { sql.Ejecuta(); }), HasSubstr("falta llamar a Genera"));
-  EXPECT_THAT(Falla([&] { sql.Genera("op"); }), HasSubstr("Falta el tipo"));
-  EXPECT_THAT(Falla([&] { sql.Tipo("DELETE"); }), HasSubstr("DELETE"));
+  EXPECT_THAT(ErrorDe([&] { sql.Ejecuta(); }).what(), HasSubstr("falta llamar a Genera"));
+  EXPECT_THAT(ErrorDe([&] { sql.Genera("op"); }).what(), HasSubstr("Falta el tipo"));
+  EXPECT_THAT(ErrorDe([&] { sql.Tipo("DELETE"); }).what(), HasSubstr("DELETE"));
   sql.Tipo("INSERT");
-  EXPECT_THAT(Falla([&] { sql.Genera("op"); }), HasSubstr("al menos una columna"));
+  EXPECT_THAT(ErrorDe([&] { sql.Genera("op"); }).what(), HasSubstr("al menos una columna"));
   sql.AgregaCampo("op", "op", 501);
   sql.AgregaCampo("op", "observ", "O'Brien; \"ñ\"");
   sql.AgregaCampo("op", "importe", 2.5);
   sql.AgregaCampo("op", "f_emision", Fecha::DesdeTexto("2026-02-28"));
   sql.AgregaCampo("op", "usuario", Null{});
   sql.AgregaCampo("op", "ocupado", std::int16_t{1});
-  EXPECT_THAT(Falla([&] { sql.AgregaCampo("oppart", "op", 1); }), HasSubstr("tabla oppart"));
-  EXPECT_THAT(Falla([&] { sql.Genera("oppart"); }), HasSubstr("oppart"));
+  EXPECT_THAT(ErrorDe([&] { sql.AgregaCampo("oppart", "op", 1); }).what(), HasSubstr("tabla oppart"));
+  EXPECT_THAT(ErrorDe([&] { sql.Genera("oppart"); }).what(), HasSubstr("oppart"));
   sql.Genera("op");
   EXPECT_EQ(sql.Sentencia(),
             "INSERT INTO op (op, observ, importe, f_emision, usuario, ocupado) VALUES (501, "
@@ -209,7 +169,7 @@ TEST_P(Servicios, ElConstructorEscribeLiteralesYExigeElOrden) {
   EXPECT_EQ(sql.Sentencia(), "") << "an UPDATE without columns runs nothing";
   sql.AgregaCampo("op", "importe",
                   tienda.Base().Consulta("SELECT importe AS Value FROM op WHERE op = 501")->Campo(0));
-  EXPECT_THAT(Falla([&] { sql.Genera("op"); }), HasSubstr("condición"));
+  EXPECT_THAT(ErrorDe([&] { sql.Genera("op"); }).what(), HasSubstr("condición"));
   sql.Condicion("op = 501");
   sql.Genera("op");
   EXPECT_EQ(sql.Sentencia(), "UPDATE op SET importe = 2.5 WHERE op = 501");
@@ -234,9 +194,9 @@ TEST_P(Servicios, UnGanchoYLaTablaDeProcesosVetan) {
   tienda.Base().Ejecuta("INSERT INTO procesos (clave, vetado) VALUES ('DESEM007', 1)");
   EXPECT_FALSE(tienda.anfitrion->Vetada("DESEM007"));
   if (GetParam() != ":memory:") {
-    Anfitrion otro(tienda.anfitrion->TraeOpciones(), std::make_unique<RespuestasInteraccion>(""));
-    EXPECT_TRUE(otro.Vetada("DESEM007"));
-    EXPECT_FALSE(otro.Vetada("OPAUTO002"));
+    const auto otro = AnfitrionEn(GetParam());
+    EXPECT_TRUE(otro->Vetada("DESEM007"));
+    EXPECT_FALSE(otro->Vetada("OPAUTO002"));
   }
   tienda.anfitrion->PonGancho("DESEM007", [](PeticionProceso& peticion) { peticion.bandera = true; });
   tienda.produccion->Desensamble("TRUFAS", 1, 1, 0);
@@ -281,12 +241,13 @@ TEST_P(Servicios, LaPaginaDeLaOrdenLaBusquedaYLaMarcaDeOcupada) {
                                           HasSubstr("Galleta de nuez"), HasSubstr(">2.5<"),
                                           HasSubstr(">102<"), HasSubstr("&lt;b&gt;&amp;"),
                                           HasSubstr("Taller de repostería"), HasSubstr(">768.00<")));
-  EXPECT_THAT(Falla([&] { PaginaDeOrden(tienda.Base(), 999); }), HasSubstr("999 no existe"));
-  EXPECT_THAT(Falla([&] { tienda.Nuevo<ControlProcesos>()->ImprimeReporte("OTRO", 1, nullptr, nullptr); }),
-              HasSubstr("OTRO"));
+  EXPECT_THAT(ErrorDe([&] { PaginaDeOrden(tienda.Base(), 999); }).what(), HasSubstr("999 no existe"));
+  EXPECT_THAT(
+      ErrorDe([&] { tienda.Nuevo<ControlProcesos>()->ImprimeReporte("OTRO", 1, nullptr, nullptr); }).what(),
+      HasSubstr("OTRO"));
 
   BuscaCatalogoHost busca(tienda.anfitrion);
-  const auto caja = std::make_shared<CajaDePrueba>("U", "");
+  const auto caja = Destino(tienda.escritorio, "", "U").caja;
   busca.PonDestino(caja);
   busca.PonFiltro("kit <> 0");
   const auto filas = busca.Busca("Articulos", "canasta");
@@ -298,7 +259,7 @@ TEST_P(Servicios, LaPaginaDeLaOrdenLaBusquedaYLaMarcaDeOcupada) {
   EXPECT_FALSE(busca.Busca("Conceptos de Op al inventario", "kit")->Eof());
   busca.Elige("CAN-DESAYUNO");
   EXPECT_EQ(caja->Text(), "CAN-DESAYUNO");
-  EXPECT_THAT(Falla([&] { busca.Muestra("Articulos"); }), HasSubstr("no tiene ventanas"));
+  EXPECT_THAT(ErrorDe([&] { busca.Muestra("Articulos"); }).what(), HasSubstr("no tiene ventanas"));
 
   EXPECT_EQ(ATexto(OrdenesOcupadas(tienda.Base())->Campo("usuario")), "LUCIA");
   EXPECT_TRUE(LiberaOrden(tienda.Base(), 106, "RAUL"));
@@ -316,7 +277,7 @@ TEST_P(Servicios, ConversionesClavesYFolios) {
   EXPECT_EQ(datos->ValorNumerico("  "), 0);
   EXPECT_EQ(datos->ValorNumerico(" 2.5 "), 2.5);
   EXPECT_EQ(datos->ValorNumerico(true), -1);
-  EXPECT_THAT(Falla([&] { datos->ValorNumerico("2,5"); }), HasSubstr("\"2,5\" no es un número"));
+  EXPECT_THAT(ErrorDe([&] { datos->ValorNumerico("2,5"); }).what(), HasSubstr("\"2,5\" no es un número"));
   EXPECT_EQ(datos->ValorTexto(Null{}), "");
   EXPECT_EQ(datos->TextoConCeros(7, 2) + datos->TextoConCeros(123, 2) + datos->TextoConCeros(-7, 4),
             "07123-007");
@@ -336,6 +297,12 @@ TEST_P(Servicios, ConversionesClavesYFolios) {
 }
 
 TEST(Filtros, CadaEtiquetaAdmiteLoSuyoYDaSuForma) {
+  HeadlessDesktop escritorio;
+  const auto pon = [&](const char* etiqueta, const char* texto, std::int32_t seleccion = 0) {
+    const auto caja = Destino(escritorio, texto, etiqueta).caja;
+    caja->SetSelLength(seleccion);
+    return caja;
+  };
   struct Caso {
     const char* etiqueta;
     const char* tecleado;
@@ -350,20 +317,19 @@ TEST(Filtros, CadaEtiquetaAdmiteLoSuyoYDaSuForma) {
         Caso{"D", "2026-03-01", "2026-03-01", "01-03-2026"}, Caso{"U", "ab1", "AB1", "AB1"},
         Caso{"", "aB-.", "aB-.", "aB-."}, Caso{"n", "x", "x", "x"}, Caso{"N", "", "", ""},
         Caso{"SN", "-", "-", "-"}}) {
-    std::string queda;
-    for (const char* c = caso.tecleado; *c; ++c) {
-      const auto caja = std::make_shared<CajaDePrueba>(caso.etiqueta, queda);
-      if (const auto tecla = Filtra(CajaDe(caja), *c)) queda += static_cast<char>(tecla);
-    }
-    EXPECT_EQ(queda, caso.queda) << caso.etiqueta << " " << caso.tecleado;
-    EXPECT_EQ(Formatea(CajaDe(std::make_shared<CajaDePrueba>(caso.etiqueta, queda))), caso.formateado)
-        << caso.etiqueta << " " << caso.tecleado;
+    const auto caja = pon(caso.etiqueta, "");
+    for (const char* c = caso.tecleado; *c; ++c)
+      if (const auto tecla = Filtra(CajaDe(caja), *c)) {
+        caja->SetText(caja->Text() + static_cast<char>(tecla));
+        caja->SetSelStart(caja->Length());
+      }
+    EXPECT_EQ(caja->Text(), caso.queda) << caso.etiqueta << " " << caso.tecleado;
+    EXPECT_EQ(Formatea(CajaDe(caja)), caso.formateado) << caso.etiqueta << " " << caso.tecleado;
   }
-  EXPECT_EQ(Filtra(CajaDe(std::make_shared<CajaDePrueba>("N", "1.5", 0, 3)), '.'), '.')
-      << "all of it is selected";
-  EXPECT_EQ(Filtra(CajaDe(std::make_shared<CajaDePrueba>("N", "1.5", 0, 0)), '.'), 0);
-  EXPECT_EQ(Filtra(CajaDe(std::make_shared<CajaDePrueba>("SN", "15", 0, 0)), '-'), '-');
-  EXPECT_EQ(Filtra(CajaDe(std::make_shared<CajaDePrueba>("N", "")), 8), 8) << "backspace";
+  EXPECT_EQ(Filtra(CajaDe(pon("N", "1.5", 3)), '.'), '.') << "all of it is selected";
+  EXPECT_EQ(Filtra(CajaDe(pon("N", "1.5")), '.'), 0);
+  EXPECT_EQ(Filtra(CajaDe(pon("SN", "15")), '-'), '-');
+  EXPECT_EQ(Filtra(CajaDe(pon("N", "")), 8), 8) << "backspace";
   EXPECT_EQ(EnMayuscula(0xf1), 0xd1);
   EXPECT_EQ(EnMayuscula(0xf7), 0xf7) << "the division sign has no upper case";
   EXPECT_EQ(Formatea({.etiqueta = "U", .texto = "ñandú"}), "ÑANDÚ");

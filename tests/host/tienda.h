@@ -14,15 +14,31 @@
 #include "host/esquema.h"
 #include "host/interaccion_respuestas.h"
 #include "host/pila.h"
+#include "tests/support/controles.h"
+#include "tests/support/errores.h"
 #include "toolkit/headless_desktop.h"
+#include "toolkit/text_box.h"
 
 namespace zuvi::host {
+
+using pruebas::Control;
+using pruebas::ErrorDe;
 
 /// Databases that the cases run on: SQLite in memory, and the server that ZUVI_MARIADB names.
 inline std::vector<std::string> Bases() {
   std::vector<std::string> bases{":memory:"};
   if (const char* servidor = std::getenv("ZUVI_MARIADB"); servidor && *servidor) bases.emplace_back(servidor);
   return bases;
+}
+
+/// A host on this database, for one user.
+inline std::shared_ptr<Anfitrion> AnfitrionEn(const std::string& base, const std::string& usuario = "ADMIN",
+                                              const std::string& respuestas = "") {
+  Opciones opciones;
+  PonBase(opciones, base);
+  opciones.ruta = testing::TempDir() + "zuvi_tienda";
+  opciones.usuario = usuario;
+  return std::make_shared<Anfitrion>(opciones, std::make_unique<RespuestasInteraccion>(respuestas));
 }
 
 struct Parte {
@@ -34,8 +50,7 @@ struct Parte {
 class Tienda {
  public:
   explicit Tienda(const std::string& base, const std::string& respuestas = "")
-      : anfitrion(std::make_shared<Anfitrion>(OpcionesDe(base),
-                                              std::make_unique<RespuestasInteraccion>(respuestas))) {
+      : anfitrion(AnfitrionEn(base, "ADMIN", respuestas)) {
     Base();
     if (base != ":memory:" && !anfitrion->RecienCreada()) anfitrion->RehaceTienda();
     produccion->PonAmbiente(fabrica.Crea(Ambiente::kProgId));
@@ -89,14 +104,23 @@ class Tienda {
   HeadlessDesktop escritorio;
   Modulo modulo{fabrica, escritorio, PilaCasiAgotada};
   std::shared_ptr<Produccion> produccion = std::make_shared<Produccion>(modulo);
+};
 
- private:
-  static Opciones OpcionesDe(const std::string& base) {
-    Opciones opciones;
-    PonBase(opciones, base);
-    opciones.ruta = testing::TempDir() + "zuvi_tienda";
-    return opciones;
+/// A text box of nobody, in a window of its own.
+struct Destino {
+  explicit Destino(Desktop& escritorio, const std::string& texto = "", const std::string& etiqueta = "")
+      : ventana(std::make_shared<Form>(escritorio, "frmDestino", nullptr)),
+        caja(ventana->Add<TextBox>("caja")) {
+    caja->SetText(texto);
+    caja->SetTag(etiqueta);
   }
+  std::shared_ptr<Form> ventana;
+  std::shared_ptr<TextBox> caja;
 };
 
 }  // namespace zuvi::host
+
+/// Runs the tests of a suite on every database.
+#define ZUVI_EN_CADA_BASE(suite)                                     \
+  INSTANTIATE_TEST_SUITE_P(Bases, suite, testing::ValuesIn(Bases()), \
+                           [](const auto& info) { return info.index ? "MariaDb" : "Sqlite"; })

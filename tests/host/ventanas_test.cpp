@@ -64,9 +64,10 @@ class Mostrador : public Tienda {
   Modulo modulo_{ventanas, escritorio, PilaCasiAgotada};
 };
 
-template <class T>
-T& Control(Form& ventana, const char* nombre) {
-  return dynamic_cast<T&>(*AObjeto(ventana.Call(nombre)));
+/// Selects an order in the main window.
+void Elige(Form& principal, const char* op) {
+  auto& lista = Control<ListView>(principal, "lv");
+  lista.Select(&lista.Items()(op));
 }
 std::string Rotulo(Form& ventana, const char* nombre) {
   return Control<Label>(ventana, nombre).CaptionText();
@@ -78,18 +79,6 @@ std::vector<std::string> Columna(Form& ventana, std::size_t columna) {
   for (std::int32_t i = 1; i <= lista.Items().Count(); ++i) celdas.push_back(lista.Cell(i, columna));
   return celdas;
 }
-/// A text box of nobody, in a window of its own.
-struct Destino {
-  explicit Destino(Desktop& escritorio, const char* texto = "", const char* etiqueta = "")
-      : ventana(std::make_shared<Form>(escritorio, "frmDestino", nullptr)),
-        caja(ventana->Add<TextBox>("caja")) {
-    caja->SetText(texto);
-    caja->SetTag(etiqueta);
-  }
-  std::shared_ptr<Form> ventana;
-  std::shared_ptr<TextBox> caja;
-};
-
 TEST(BuscaCatalogo, BuscaAlTeclearYEscribeLaClaveElegida) {
   Mostrador m;
   const Destino destino(m.escritorio, "NUEZ");
@@ -225,7 +214,7 @@ TEST(Principal, ListaFiltraYConservaLaOrdenElegida) {
   Control<CheckBox>(v, "chkPendientes").Click();
 
   m.Base().Ejecuta("DELETE FROM op WHERE op = 108");
-  Control<ListView>(v, "lv").Select(&Control<ListView>(v, "lv").Items()("104"));
+  Elige(v, "104");
   v.Press(key::kF5);
   EXPECT_EQ(AEntero32(v.Call("Orden")), 104);
   EXPECT_EQ(Columna(v, 0).size() + 1, todas.size());
@@ -236,10 +225,7 @@ TEST(Principal, ListaFiltraYConservaLaOrdenElegida) {
 TEST(Principal, OperacionesPorTecla) {
   Mostrador m;
   Form& v = m.Abre();
-  auto& lista = Control<ListView>(v, "lv");
-  const auto elige = [&](const char* op) { lista.Select(&lista.Items()(op)); };
-
-  elige("105");
+  Elige(v, "105");
   m.Responde("no,si");
   v.Press(key::kF6);
   EXPECT_EQ(m.Numero("SELECT SUM(terminado) FROM oppart WHERE op = 105"), 0);
@@ -247,11 +233,11 @@ TEST(Principal, OperacionesPorTecla) {
   EXPECT_EQ(m.Numero("SELECT COUNT( * ) FROM oppart WHERE op = 105 AND terminado <> cantidad"), 0);
   EXPECT_THAT(Rotulo(v, "lblEstado"), AllOf(HasSubstr("105 se entregó"), HasSubstr("movimientos")));
 
-  elige("107");
+  Elige(v, "107");
   v.Press(key::kF6);
   EXPECT_THAT(m.anfitrion->TomaRegistro(), HasSubstr("no tiene partidas"));
 
-  elige("104");
+  Elige(v, "104");
   m.Responde("no,si");
   v.Press(key::kDelete);
   EXPECT_THAT(Rotulo(v, "lblEstado"), HasSubstr("no se canceló"));
@@ -264,7 +250,7 @@ TEST(Principal, OperacionesPorTecla) {
 
   // A stale busy mark: told with its holder, asked, logged.
   m.anfitrion->TomaRegistro();
-  elige("106");
+  Elige(v, "106");
   m.Responde("no,si");
   v.Press(key::kF11);
   EXPECT_EQ(m.Numero("SELECT ocupado FROM op WHERE op = 106"), 1);
@@ -317,8 +303,7 @@ TEST(Principal, OperacionesPorTecla) {
 
 /// Opens an order from the main window.
 Form& Edita(Mostrador& m, Form& principal, const char* op) {
-  auto& lista = Control<ListView>(principal, "lv");
-  lista.Select(&lista.Items()(op));
+  Elige(principal, op);
   principal.Press(key::kEnter);
   return m.Ventana("frmOp");
 }
@@ -357,8 +342,7 @@ TEST(Principal, ElEditorAbreCierraYRefrescaLaLista) {
   // An editor that does not come up is told.
   Form& otra = m.Abre();
   m.Base().Ejecuta("ALTER TABLE oppart RENAME TO aparte");
-  auto& lista = Control<ListView>(otra, "lv");
-  lista.Select(&lista.Items()("104"));
+  Elige(otra, "104");
   otra.Press(key::kEnter);
   EXPECT_THAT(Rotulo(otra, "lblEstado"), HasSubstr("no se pudo abrir"));
 }
@@ -409,25 +393,16 @@ TEST(Procesos, LosCodigosDeUnaOrdenSeDanUnaVez) {
   EXPECT_THAT(m.escritorio.Avisos(), IsEmpty());
   // Five bars a character, the asterisks at both ends among them.
   const std::string barras = Barras("01-9");
-  EXPECT_EQ((barras.size() -
-             [&] {
-               std::string sin = barras;
-               for (std::size_t i; (i = sin.find("<rect")) != std::string::npos;) sin.erase(i, 5);
-               return sin.size();
-             }()) /
-                5,
-            6u * 5u);
+  int rectangulos = 0;
+  for (auto i = barras.find("<rect"); i != std::string::npos; i = barras.find("<rect", i + 1)) ++rectangulos;
+  EXPECT_EQ(rectangulos, 6 * 5);
   EXPECT_THROW(Barras("a"), HostError);
 }
 
 TEST(Esquema, UnaBaseAnteriorRecibeLoQueLeFalta) {
   const auto archivo = std::filesystem::temp_directory_path() / "zuvi_anterior.db";
   std::filesystem::remove(archivo);
-  Opciones opciones;
-  PonBase(opciones, archivo.string());
-  const auto abre = [&] {
-    return std::make_shared<Anfitrion>(opciones, std::make_unique<RespuestasInteraccion>(""));
-  };
+  const auto abre = [&] { return AnfitrionEn(archivo.string()); };
   {
     const auto antes = abre();
     antes->Base()->EjecutaEsquema("DROP TABLE codigos");

@@ -195,12 +195,9 @@ class Paseo : public Tienda {
  private:
   template <class T>
   T& C(const char* nombre) {
-    return dynamic_cast<T&>(*AObjeto(v->Call(nombre)));
+    return Control<T>(*v, nombre);
   }
-  TextBox& F(std::int32_t indice) {
-    Value i = indice;
-    return dynamic_cast<TextBox&>(*AObjeto(v->Call("txtFields", std::span(&i, 1))));
-  }
+  TextBox& F(std::int32_t indice) { return Control<TextBox>(*v, "txtFields", indice); }
   std::optional<double> NumeroO(const std::string& texto) {
     try {
       return datos_->ValorNumerico(texto);

@@ -44,12 +44,6 @@ class Captura : public Editor {
     t.mundo.tablas["SELECT * FROM clavesadd WHERE clave = '" + clave + "'"] = {
         {{"Articulo", articulo}, {"Clave", clave}, {"Dato1", " Caja "}, {"Dato2", Null{}}}};
   }
-  TextBox& F(std::int32_t indice) { return Campo(*v, indice); }
-  template <class T>
-  T& C(const char* nombre) {
-    return Control<T>(*v, nombre);
-  }
-  FlexGrid& Rejilla() { return C<FlexGrid>("fg2"); }
   TextBox& CajaDeCelda() { return C<TextBox>("txtEdit"); }
   std::string Celda(std::int32_t fila, std::int32_t col) { return Rejilla().TextMatrix(fila, col); }
   /// Name of the control with the focus, as the log shows it.
@@ -66,14 +60,7 @@ class Captura : public Editor {
     t.mundo.bitacora.clear();
     v->Press(key::kF9);
   }
-  std::vector<std::string> Avisos() {
-    auto avisos = t.escritorio.Avisos();
-    t.escritorio.Olvida();
-    return avisos;
-  }
   std::size_t Veces(const std::string& comienzo) const { return t.Lineas(comienzo).size(); }
-
-  std::shared_ptr<frmOp> v;
 };
 
 }  // namespace zuvi::pruebas

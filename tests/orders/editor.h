@@ -4,9 +4,21 @@
 #include <gtest/gtest.h>
 
 #include "orders/frm_op.h"
+#include "tests/support/controles.h"
 #include "tests/support/taller.h"
 
 namespace zuvi::pruebas {
+
+/// The caller that opens orders and wants the focus back.
+class Padre final : public EnMemoria<Object> {
+ public:
+  explicit Padre(Mundo& mundo) : EnMemoria(mundo, "Padre") {}
+  void SetFocus() { mundo_.Llama("Padre.SetFocus"); }
+  const MemberTable* Members() const override {
+    static const MemberTable tabla = MemberTable::Of<Padre>().Method<&Padre::SetFocus>("SetFocus");
+    return &tabla;
+  }
+};
 
 /// With true the host can only be called by name.
 struct Mesa {
@@ -57,17 +69,21 @@ struct Mesa {
     return abiertas.empty() ? nullptr : std::dynamic_pointer_cast<frmOp>(abiertas.back());
   }
 
-  template <class T>
-  static T& Control(Form& ventana, const char* nombre) {
-    return dynamic_cast<T&>(*AObjeto(ventana.Call(nombre)));
-  }
-  template <class T>
-  static T& Control(Form& ventana, const char* nombre, std::int32_t indice) {
-    Value i = indice;
-    return dynamic_cast<T&>(*AObjeto(ventana.Call(nombre, std::span(&i, 1))));
-  }
   static TextBox& Campo(Form& ventana, std::int32_t indice) {
     return Control<TextBox>(ventana, "txtFields", indice);
+  }
+
+  // The window at work.
+  TextBox& F(std::int32_t indice) { return Campo(*v, indice); }
+  template <class T>
+  T& C(const char* nombre) {
+    return Control<T>(*v, nombre);
+  }
+  FlexGrid& Rejilla() { return C<FlexGrid>("fg2"); }
+  std::vector<std::string> Avisos() {
+    auto avisos = t.escritorio.Avisos();
+    t.escritorio.Olvida();
+    return avisos;
   }
 
   /// What the component called since the last time, one call a line. Reading the connection, fetching a
@@ -95,6 +111,7 @@ struct Mesa {
   }
 
   Taller t;
+  std::shared_ptr<frmOp> v;
 };
 
 class Editor : public testing::TestWithParam<bool>, public Mesa {
@@ -103,8 +120,3 @@ class Editor : public testing::TestWithParam<bool>, public Mesa {
 };
 
 }  // namespace zuvi::pruebas
-
-/// Runs the tests of a suite on a host reached by type, and on one reached by name.
-#define ZUVI_AMBOS_ANFITRIONES(suite)                         \
-  INSTANTIATE_TEST_SUITE_P(Anfitrion, suite, testing::Bool(), \
-                           [](const auto& info) { return info.param ? "PorNombre" : "Directo"; })

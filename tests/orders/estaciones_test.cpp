@@ -17,9 +17,7 @@ constexpr std::int32_t kOrden = 110;  // last saved by RAUL
 
 class Estacion {
  public:
-  Estacion(const std::string& base, const std::string& usuario)
-      : anfitrion_(std::make_shared<Anfitrion>(OpcionesDe(base, usuario),
-                                               std::make_unique<RespuestasInteraccion>(""))) {
+  Estacion(const std::string& base, const std::string& usuario) : anfitrion_(AnfitrionEn(base, usuario)) {
     produccion_->PonAmbiente(fabrica_.Crea(Ambiente::kProgId));
   }
   BaseDatos& Base() { return *anfitrion_->Base(); }
@@ -35,13 +33,6 @@ class Estacion {
   }
 
  private:
-  static Opciones OpcionesDe(const std::string& base, const std::string& usuario) {
-    Opciones opciones;
-    PonBase(opciones, base);
-    opciones.usuario = usuario;
-    return opciones;
-  }
-
   std::shared_ptr<Anfitrion> anfitrion_;
   FabricaAnfitrion fabrica_{anfitrion_};
   HeadlessDesktop escritorio_;

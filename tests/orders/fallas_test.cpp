@@ -12,17 +12,6 @@ namespace {
 
 using Pasos = std::vector<std::string>;
 
-/// The caller that gets the focus back.
-class Padre final : public EnMemoria<Object> {
- public:
-  explicit Padre(Mundo& mundo) : EnMemoria(mundo, "Padre") {}
-  void SetFocus() { mundo_.Llama("Padre.SetFocus"); }
-  const MemberTable* Members() const override {
-    static const MemberTable tabla = MemberTable::Of<Padre>().Method<&Padre::SetFocus>("SetFocus");
-    return &tabla;
-  }
-};
-
 const std::string kSuelta = "EjecutaSQL(UPDATE Op SET ocupado = 0 WHERE Op = ";
 
 /// Steps that leave the component: statements (a built one as a whole), numbers, processes, questions, paper.
@@ -87,18 +76,7 @@ class Puesto : public Mesa {
     }
     t.prod->PonParent(Entrega(t.mundo, std::make_shared<Padre>(t.mundo)));
   }
-  TextBox& F(std::int32_t indice) { return Campo(*v, indice); }
-  template <class T>
-  T& C(const char* nombre) {
-    return Control<T>(*v, nombre);
-  }
-  FlexGrid& Rejilla() { return C<FlexGrid>("fg2"); }
   Pasos TomaPasos() { return PasosDe(std::exchange(t.mundo.bitacora, {})); }
-  std::vector<std::string> Avisos() {
-    auto avisos = t.escritorio.Avisos();
-    t.escritorio.Olvida();
-    return avisos;
-  }
   /// Lets everything go; what is left of the host then.
   int Despide() {
     if (v) v->Unload();
@@ -109,17 +87,22 @@ class Puesto : public Mesa {
     t.modulo.Suelta();
     return t.mundo.vivos;
   }
-
-  std::shared_ptr<frmOp> v;
 };
 
 // Loading.
 
-using ParametrosDeCarga = std::tuple<const char*, bool, Clase, bool>;
+struct Carga {
+  const char* nombre;  // the method
+};
+const Carga kCargas[] = {{"NuevaOp"}, {"ModificaOp"}, {"ConsultaOp"}};
+
+using ParametrosDeCarga = std::tuple<Carga, Modo>;
 class FallasDeCarga : public testing::TestWithParam<ParametrosDeCarga> {};
 
 TEST_P(FallasDeCarga, CallaYNoMuestraNadaAMedias) {
-  const auto& [metodo, por_nombre, clase, persistente] = GetParam();
+  const auto& [carga, modo] = GetParam();
+  const auto& [por_nombre, clase, persistente] = modo;
+  const char* const metodo = carga.nombre;
   const bool consulta = metodo == std::string("ConsultaOp");
   Pasos limpio;
   {
@@ -150,6 +133,7 @@ TEST_P(FallasDeCarga, CallaYNoMuestraNadaAMedias) {
       EXPECT_EQ(hecho, limpio);
     }
     if (p.v && consulta) {
+      EXPECT_FALSE(p.C<Button>("Command5").Enabled());
       // Whatever fails from the switch of the mode on is passed over, step by step.
       const auto fijos = static_cast<std::ptrdiff_t>(limpio.size() - kSaltables);
       ASSERT_GE(hecho.size(), limpio.size() - kSaltables);
@@ -323,11 +307,12 @@ std::string ProcedimientoDe(const std::string& aviso) {
   return aviso.substr(desde, aviso.find("\r\n", desde) - desde);
 }
 
-using ParametrosDeUso = std::tuple<Trabajo, bool, Clase, bool>;
+using ParametrosDeUso = std::tuple<Trabajo, Modo>;
 class FallasDeUso : public testing::TestWithParam<ParametrosDeUso> {};
 
 TEST_P(FallasDeUso, SeInformanYSePuedeSeguir) {
-  const auto& [trabajo, por_nombre, clase, persistente] = GetParam();
+  const auto& [trabajo, modo] = GetParam();
+  const auto& [por_nombre, clase, persistente] = modo;
   Pasos limpio;
   int n = 0;
   for (int fallas = 1; fallas > 0; ++n) {
@@ -417,37 +402,12 @@ TEST_P(FallasDeUso, SeInformanYSePuedeSeguir) {
   }
 }
 
-std::string Nombre(const char* nombre, bool por_nombre, Clase clase, bool persistente) {
-  return std::string(nombre) + (por_nombre ? "PorNombre" : "Directo") + NombreDe(clase) +
-         (persistente ? "Siempre" : "UnaVez");
-}
-std::string NombreDeCarga(const testing::TestParamInfo<ParametrosDeCarga>& info) {
-  const auto& [metodo, por_nombre, clase, persistente] = info.param;
-  return Nombre(metodo, por_nombre, clase, persistente);
-}
-std::string NombreDeUso(const testing::TestParamInfo<ParametrosDeUso>& info) {
-  const auto& [trabajo, por_nombre, clase, persistente] = info.param;
-  return Nombre(trabajo.nombre, por_nombre, clase, persistente);
-}
-
-const auto kMetodos = testing::Values("NuevaOp", "ModificaOp", "ConsultaOp");
-
-INSTANTIATE_TEST_SUITE_P(Directas, FallasDeCarga,
-                         testing::Combine(kMetodos, testing::Values(false),
-                                          testing::ValuesIn(kClasesDirectas), testing::Bool()),
-                         &NombreDeCarga);
-INSTANTIATE_TEST_SUITE_P(PorNombre, FallasDeCarga,
-                         testing::Combine(kMetodos, testing::Values(true),
-                                          testing::ValuesIn(kClasesPorNombre), testing::Bool()),
-                         &NombreDeCarga);
-INSTANTIATE_TEST_SUITE_P(Directas, FallasDeUso,
-                         testing::Combine(testing::ValuesIn(kTrabajos), testing::Values(false),
-                                          testing::ValuesIn(kClasesDirectas), testing::Bool()),
-                         &NombreDeUso);
-INSTANTIATE_TEST_SUITE_P(PorNombre, FallasDeUso,
-                         testing::Combine(testing::ValuesIn(kTrabajos), testing::Values(true),
-                                          testing::ValuesIn(kClasesPorNombre), testing::Bool()),
-                         &NombreDeUso);
+INSTANTIATE_TEST_SUITE_P(Modos, FallasDeCarga,
+                         testing::Combine(testing::ValuesIn(kCargas), testing::ValuesIn(Modos())),
+                         &NombreDeCaso<ParametrosDeCarga>);
+INSTANTIATE_TEST_SUITE_P(Modos, FallasDeUso,
+                         testing::Combine(testing::ValuesIn(kTrabajos), testing::ValuesIn(Modos())),
+                         &NombreDeCaso<ParametrosDeUso>);
 
 }  // namespace
 }  // namespace zuvi::pruebas

@@ -1,38 +1,26 @@
 // Saving an order, finishing and printing it.
-#include <gmock/gmock.h>
-
 #include "tests/orders/editor.h"
 
 namespace zuvi::pruebas {
 namespace {
 
-using testing::ElementsAre;
-
 class Guarda : public Editor {
  protected:
   /// Opens and forgets what that did.
-  frmOp& Abierta(const char* metodo) {
-    ventana = Abre(metodo);
+  void Abierta(const char* metodo) {
+    v = Abre(metodo);
     Hecho();
-    return *ventana;
   }
   void LlenaEncabezado() {
-    Campo(*ventana, 0).SetText("4501");
-    Control<DatePicker>(*ventana, "DTPicker1").SetValue(Fecha::DesdeTexto("2026-03-02"));
-    Control<DatePicker>(*ventana, "DTPicker2").SetValue(Fecha::DesdeTexto("2026-03-25"));
-    Campo(*ventana, 14).SetText("9");
-    Control<RichTextBox>(*ventana, "RichTextBox2").SetText("con cuidado");
+    F(0).SetText("4501");
+    C<DatePicker>("DTPicker1").SetValue(Fecha::DesdeTexto("2026-03-02"));
+    C<DatePicker>("DTPicker2").SetValue(Fecha::DesdeTexto("2026-03-25"));
+    F(14).SetText("9");
+    C<RichTextBox>("RichTextBox2").SetText("con cuidado");
   }
-  CheckBox& Casilla(const char* nombre) { return Control<CheckBox>(*ventana, nombre); }
-  Button& Boton(const char* nombre) { return Control<Button>(*ventana, nombre); }
+  CheckBox& Casilla(const char* nombre) { return C<CheckBox>(nombre); }
+  Button& Boton(const char* nombre) { return C<Button>(nombre); }
   void Finaliza() { Boton("Command5").Click(); }
-  std::vector<std::string> Avisos() {
-    const auto avisos = t.escritorio.Avisos();
-    t.escritorio.Olvida();
-    return avisos;
-  }
-
-  std::shared_ptr<frmOp> ventana;
 };
 ZUVI_AMBOS_ANFITRIONES(Guarda);
 
@@ -83,7 +71,7 @@ TEST_P(Guarda, FinalizarGuardaProcesaImprimeYCierra) {
                            SalvaOp(kActualiza, caso.estado) + AbrePartidas("120") +
                            (caso.pendiente ? "" : Proceso("OP007")) + (caso.imprime ? kImprime : "") +
                            Proceso("Op006") + kSuelta + kCierra);
-    EXPECT_TRUE(ventana->Closed());
+    EXPECT_TRUE(v->Closed());
   }
   EXPECT_TRUE(Avisos().empty());
 }
@@ -91,21 +79,21 @@ TEST_P(Guarda, FinalizarGuardaProcesaImprimeYCierra) {
 TEST_P(Guarda, FinalizarSeDetieneDondeDebe) {
   PonOrden({}, {Linea(1)});
   Abierta("ModificaOp");
-  auto& dia = Control<DatePicker>(*ventana, "DTPicker1");
+  auto& dia = C<DatePicker>("DTPicker1");
   const auto intenta = [&](bool respuesta) {
     t.mundo.respuestas = {respuesta};
     Finaliza();
     EXPECT_TRUE(Boton("Command5").Enabled());
-    EXPECT_FALSE(ventana->Closed());
+    EXPECT_FALSE(v->Closed());
     return Hecho();
   };
-  Campo(*ventana, 14).SetText(" ");
+  F(14).SetText(" ");
   EXPECT_EQ(intenta(true), "\nMensaje(mensaje 240, 64, Ambiente)\n");
-  EXPECT_TRUE(Campo(*ventana, 14).HasFocus());
-  Campo(*ventana, 14).SetText("77");
+  EXPECT_TRUE(F(14).HasFocus());
+  F(14).SetText("77");
   EXPECT_EQ(intenta(true),
             "\nExisteClave(77, almacen, almacen, Conexion)\nMensaje(mensaje 241, 64, Ambiente)\n");
-  Campo(*ventana, 14).SetText("9");
+  F(14).SetText("9");
   EXPECT_EQ(intenta(false), "\n" + kAlmacenBueno + kPregunta);
   for (const char* fecha : {"2026-03-21", "1899-12-31", "2101-01-01"}) {
     dia.SetValue(Fecha::DesdeTexto(fecha));
@@ -116,7 +104,7 @@ TEST_P(Guarda, FinalizarSeDetieneDondeDebe) {
   dia.SetValue(Fecha::DesdeTexto("2026-03-20 23:00:00"));
   t.mundo.respuestas = {true};
   Finaliza();
-  EXPECT_TRUE(ventana->Closed());
+  EXPECT_TRUE(v->Closed());
 }
 
 TEST_P(Guarda, SinLineasSeGuardaPendienteYQuedaAbierta) {
@@ -133,12 +121,12 @@ TEST_P(Guarda, SinLineasSeGuardaPendienteYQuedaAbierta) {
                            SalvaOp(kActualiza, Agrega("estado", "txt PE")) + AbrePartidas("120"));
     EXPECT_EQ(Casilla("Check3").Value(), 1);
     EXPECT_FALSE(Boton("Command5").Enabled());
-    EXPECT_TRUE(ventana->Visible());
+    EXPECT_TRUE(v->Visible());
     // Nor can the key finish it once more.
-    Campo(*ventana, 0).SetFocus();
-    ventana->Press(key::kF5);
+    F(0).SetFocus();
+    v->Press(key::kF5);
     EXPECT_EQ(Hecho(), "\n" + kAlmacenBueno);
-    ventana->Unload();
+    v->Unload();
   }
 }
 
@@ -152,48 +140,22 @@ TEST_P(Guarda, UnaOrdenNuevaSinLineasSeInsertaAlFinalizar) {
                 SalvaOp("SiguienteFolio(Op, Conexion, 0, Nothing)\nTipo(INSERT)\n" + Agrega("op", "i4 501"),
                         Agrega("estado", "txt PE")) +
                 AbrePartidas("501"));
-  EXPECT_EQ(ventana->Op(), 501);
+  EXPECT_EQ(v->Op(), 501);
   // Neither was it marked busy nor is it released.
-  ventana->Unload();
+  v->Unload();
   EXPECT_EQ(Hecho(), "\n" + Proceso("Op006") + kCierra);
 }
 
 TEST_P(Guarda, LasLineasSeCuentanHastaLaPrimeraEnBlanco) {
   PonOrden({}, {Linea(1), Linea(2)});
   Abierta("ModificaOp");
-  Control<FlexGrid>(*ventana, "fg2").SetTextMatrix(1, 0, " ");
+  Rejilla().SetTextMatrix(1, 0, " ");
   t.mundo.respuestas = {true};
   Finaliza();
   EXPECT_EQ(t.Lineas("Mensaje(mensaje 343").size(), 1u);
   // There are stored lines all the same: the order goes its way, as pending.
   EXPECT_TRUE(t.Lineas("IniciaProceso(OP007").empty());
-  EXPECT_TRUE(ventana->Closed());
-}
-
-TEST_P(Guarda, LoQueFallaTrasDeshabilitarSeInformaYDejaAbierto) {
-  PonOrden({}, {Linea(1)});
-  struct Caso {
-    const char *falla, *funcion;
-  };
-  const Caso casos[] = {{"Genera(op)", "SalvaOp"},
-                        {"Ejecuta()", "SalvaOp"},
-                        {"Crea(ADODB.Recordset)", "SalvaPartidas"},
-                        {"Open(", "SalvaPartidas"},
-                        {"IniciaProceso(OP007", "Command5_Click"},
-                        {"ImprimeReporte", "ImprimeOp"}};
-  for (const auto& caso : casos) {
-    SCOPED_TRACE(caso.falla);
-    Abierta("ModificaOp");
-    Casilla("Check2").SetValue(1);
-    t.mundo.respuestas = {true};
-    Falla(caso.falla);
-    Finaliza();
-    t.mundo.gancho = nullptr;
-    EXPECT_THAT(Avisos(), ElementsAre(Informe(caso.funcion, "se cayó")));
-    EXPECT_FALSE(Boton("Command5").Enabled());
-    EXPECT_TRUE(ventana->Visible());
-    EXPECT_TRUE(ventana->Unload());
-  }
+  EXPECT_TRUE(v->Closed());
 }
 
 TEST_P(Guarda, EnConsultaSoloSeGeneranCodigosYSeCierra) {
@@ -201,14 +163,10 @@ TEST_P(Guarda, EnConsultaSoloSeGeneranCodigosYSeCierra) {
   Abierta("ConsultaOp");
   Boton("Command1").Click();
   EXPECT_EQ(Hecho(), "\n" + Proceso("OP007"));
-  Falla("IniciaProceso(OP007");
-  Boton("Command1").Click();
-  EXPECT_THAT(Avisos(), ElementsAre(Informe("Command1_Click", "se cayó")));
-  Hecho();
   Boton("Command5").SetEnabled(true);
   Finaliza();
   EXPECT_EQ(Hecho(), "\n" + kAlmacenBueno + Proceso("Op006") + kCierra);
-  EXPECT_TRUE(ventana->Closed());
+  EXPECT_TRUE(v->Closed());
 }
 
 TEST_P(Guarda, LaPrimeraLineaCreaElEncabezadoYLasDemasNo) {
@@ -227,8 +185,8 @@ TEST_P(Guarda, LaPrimeraLineaCreaElEncabezadoYLasDemasNo) {
   LlenaEncabezado();
   Casilla("Check1").SetValue(1);
   const auto agrega_linea = [&] {
-    Campo(*ventana, 4).SetText("MESA");
-    Campo(*ventana, 5).SetText("3");
+    F(4).SetText("MESA");
+    F(5).SetText("3");
     Boton("Command6").Click();
   };
   agrega_linea();
@@ -244,23 +202,23 @@ TEST_P(Guarda, LaPrimeraLineaCreaElEncabezadoYLasDemasNo) {
                 Agrega("usuario", "txt ADMIN") + Agrega("usufecha", "fecha 2026-03-05") +
                 Agrega("usuhora", "txt 14:07:09") + Agrega("fechaEntrega", "fecha 2026-03-25") +
                 Agrega("ordencompra", "r8 4501") + "Condicion(op = 501)\nGenera(op)\nEjecuta()\n");
-  EXPECT_EQ(ventana->Modo(), "MODIFICACION");
-  EXPECT_EQ(ventana->Caption(), "Op: 501");
-  EXPECT_EQ(ventana->Op(), 501);
+  EXPECT_EQ(v->Modo(), "MODIFICACION");
+  EXPECT_EQ(v->Caption(), "Op: 501");
+  EXPECT_EQ(v->Op(), 501);
   EXPECT_EQ(Casilla("Check1").Value(), 1);
 
   agrega_linea();
   EXPECT_EQ(Hecho().find("SiguienteFolio(Op,"), std::string::npos);
   EXPECT_TRUE(Avisos().empty());
-  ventana->Unload();
+  v->Unload();
   EXPECT_NE(Hecho().find("EjecutaSQL(UPDATE Op SET ocupado = 0 WHERE Op = 501)"), std::string::npos);
 }
 
 TEST_P(Guarda, UnaCeldaEditadaEscribeSuColumna) {
   PonOrden({}, {Linea(31), Linea(32)});
   Abierta("ModificaOp");
-  auto& rejilla = Control<FlexGrid>(*ventana, "fg2");
-  auto& editor = Control<TextBox>(*ventana, "txtEdit");
+  auto& rejilla = Rejilla();
+  auto& editor = C<TextBox>("txtEdit");
   // The editor is opened by code, as no user can in most columns.
   const auto escribe = [&](std::int32_t col, const char* texto) {
     rejilla.MoveTo(2, col);
@@ -285,10 +243,6 @@ TEST_P(Guarda, UnaCeldaEditadaEscribeSuColumna) {
   EXPECT_EQ(escribe(5, "16"),
             "\nLimpia()\nTipo(UPDATE)\nCondicion(id_entrada = 16)\n" + con("impuesto", "r8 16") + fin);
   EXPECT_TRUE(Avisos().empty());
-
-  Falla("Ejecuta()");
-  escribe(1, "2");
-  EXPECT_THAT(Avisos(), ElementsAre(Informe("SalvaCambios", "se cayó")));
 }
 
 }  // namespace

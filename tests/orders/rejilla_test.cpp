@@ -216,34 +216,5 @@ TEST_P(RejillaDeLineas, LasTeclasDeTodaLaVentana) {
   EXPECT_THAT(Avisos(), IsEmpty());
 }
 
-TEST_P(RejillaDeLineas, CadaProcedimientoInformaConSuNombre) {
-  struct Caso {
-    const char *procedimiento, *falla;
-    std::function<void()> accion;
-  };
-  for (const Caso& caso : {
-           Caso{"MSFlexGridEdit", "FiltroTecla", [this] { v->Type("8"); }},
-           Caso{"txtEdit_KeyPress", "FiltroTecla(txtEdit, 57", [this] { v->Type("89"); }},
-           Caso{"SalvaCambios", "Ejecuta",
-                [this] {
-                  v->Type("8");
-                  v->Press(key::kEnter);
-                }},
-           Caso{"Command1_Click", "IniciaProceso", [this] { v->Press(key::kF6); }},
-       }) {
-    AbreEn(1, 1);
-    Falla(caso.falla);
-    caso.accion();
-    EXPECT_THAT(Avisos(), ElementsAre(Informe(caso.procedimiento, "se cayó")));
-  }
-  // The grid cannot take the focus back.
-  AbreEn(1, 1);
-  v->Type("8");
-  Rejilla().SetEnabled(false);
-  v->Press(key::kEnter);
-  EXPECT_THAT(Avisos(), ElementsAre(testing::StartsWith(Informe("EditKeyCode", ""))));
-  EXPECT_TRUE(CajaDeCelda().Visible());
-}
-
 }  // namespace
 }  // namespace zuvi::pruebas

@@ -17,8 +17,7 @@ class Teclado : public testing::Test {
     t.escritorio.SetNow(Fecha::DesdeTexto("2026-03-05 14:07:09"));
     // The shop's bar codes have 13 digits: a full field needs no Enter.
     t.anfitrion->PonGancho("Op001", [](PeticionProceso& p) {
-      Value indice = 4;
-      AObjeto(p.objeto->Call("txtFields", std::span(&indice, 1)))->Put("MaxLength", 13);
+      Control<TextBox>(dynamic_cast<Form&>(*p.objeto), "txtFields", 4).SetMaxLength(13);
     });
     t.anfitrion->TraeTraza().Escucha([this](Suceso suceso, const std::string& texto) {
       // What the host reads for itself joins tables, or is about codes and numbers.
@@ -52,7 +51,7 @@ class Teclado : public testing::Test {
   }
   template <class T>
   T& C(const char* nombre) {
-    return dynamic_cast<T&>(*AObjeto(v->Call(nombre)));
+    return Control<T>(*v, nombre);
   }
   Lineas Rejilla() {
     Lineas filas;
@@ -166,25 +165,6 @@ TEST_F(Teclado, UnaOrdenDesdeSuPrimeraLineaHastaElPapel) {
   EXPECT_TRUE(v->Closed());
   EXPECT_THAT(Sentencias(),
               ElementsAre("SELECT * FROM op WHERE op = 111", "SELECT * FROM oppart WHERE Op = (111)"));
-  EXPECT_TRUE(t.escritorio.Avisos().empty());
-}
-
-TEST_F(Teclado, UnaOrdenPendientePierdeUnaLinea) {
-  t.produccion->ModificaOp(104);
-  Toma();
-  EXPECT_EQ(t.Numero("SELECT ocupado FROM op WHERE op = 104"), 1);
-  sentencias.clear();
-  Tabula("fg2", shift::kShift);
-  Pulsa({key::kDown, key::kDelete});
-  EXPECT_THAT(Rejilla(), ElementsAre("CAN-DESAYUNO|4| ", "TRUFAS|6| Listón rojo"));
-  EXPECT_FALSE(v->Unload(UnloadMode::TitleBar));
-  t.escritorio.Advance(10);
-  EXPECT_TRUE(v->Closed());
-  EXPECT_THAT(Sentencias(), ElementsAre("DELETE FROM oppart WHERE id_entrada = 8",
-                                        "UPDATE Op SET ocupado = 0 WHERE Op = 104"));
-  EXPECT_THAT(Orden(104), ElementsAre("PE 0 ADMIN 1  8834 0"));
-  EXPECT_THAT(Partidas(104),
-              ElementsAre("CAN-DESAYUNO 4 890  OP 104 ADMIN", "TRUFAS 6 135 Listón rojo OP 104 ADMIN"));
   EXPECT_TRUE(t.escritorio.Avisos().empty());
 }
 

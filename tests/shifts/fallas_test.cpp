@@ -7,6 +7,7 @@
 
 #include <algorithm>
 
+#include "tests/support/controles.h"
 #include "tests/support/taller.h"
 #include "toolkit/buttons.h"
 #include "toolkit/combo_box.h"
@@ -16,13 +17,6 @@
 
 namespace zuvi::pruebas {
 namespace {
-
-template <class T>
-T& Control(Form& ventana, const char* nombre, std::int32_t indice = -1) {
-  Value i = indice;
-  const std::span<Value> argumentos(&i, indice < 0 ? 0 : 1);
-  return dynamic_cast<T&>(*AObjeto(ventana.Call(nombre, argumentos)));
-}
 
 void PonTurnos(Taller& t) {
   const Fila turno{{"Turno", "Matutino"}, {"Entrada", "06:00"},    {"comida", "10:00"},
@@ -110,11 +104,12 @@ bool EsParteDe(const std::vector<std::string>& menos, const std::vector<std::str
   });
 }
 
-using Parametros = std::tuple<Escena, bool, Clase, bool>;
+using Parametros = std::tuple<Escena, Modo>;
 class FallasDeTurnos : public testing::TestWithParam<Parametros> {};
 
 TEST_P(FallasDeTurnos, SeInformanYNadaQueda) {
-  const auto& [escena, por_nombre, clase, persistente] = GetParam();
+  const auto& [escena, modo] = GetParam();
+  const auto& [por_nombre, clase, persistente] = modo;
   std::vector<std::string> limpio;
   for (int n = 0, fallas = 1; fallas > 0; ++n) {
     SCOPED_TRACE(n);
@@ -150,19 +145,9 @@ TEST_P(FallasDeTurnos, SeInformanYNadaQueda) {
   }
 }
 
-std::string Nombre(const testing::TestParamInfo<Parametros>& info) {
-  const auto& [escena, por_nombre, clase, persistente] = info.param;
-  return std::string(escena.nombre) + (por_nombre ? "PorNombre" : "Directo") + NombreDe(clase) +
-         (persistente ? "Siempre" : "UnaVez");
-}
-INSTANTIATE_TEST_SUITE_P(Directas, FallasDeTurnos,
-                         testing::Combine(testing::ValuesIn(kEscenas), testing::Values(false),
-                                          testing::ValuesIn(kClasesDirectas), testing::Bool()),
-                         &Nombre);
-INSTANTIATE_TEST_SUITE_P(PorNombre, FallasDeTurnos,
-                         testing::Combine(testing::ValuesIn(kEscenas), testing::Values(true),
-                                          testing::ValuesIn(kClasesPorNombre), testing::Bool()),
-                         &Nombre);
+INSTANTIATE_TEST_SUITE_P(Modos, FallasDeTurnos,
+                         testing::Combine(testing::ValuesIn(kEscenas), testing::ValuesIn(Modos())),
+                         &NombreDeCaso<Parametros>);
 
 }  // namespace
 }  // namespace zuvi::pruebas

@@ -6,17 +6,6 @@
 namespace zuvi::host {
 namespace {
 
-/// Counts what the native side of a control is told.
-class Contador final : public Peer {
- public:
-  explicit Contador(std::int64_t& avisos) : avisos_(avisos) {}
-  void Update(Aspect) override { ++avisos_; }
-  void TakeFocus() override {}
-
- private:
-  std::int64_t& avisos_;
-};
-
 struct Esfuerzo {
   std::size_t visitados = 0;  // rows looked at to keep positions
   std::int64_t avisos = 0;
@@ -36,7 +25,7 @@ class Muchos : public Ventanas {
   void Vigila(Form& ventana) {
     for (const auto& control : ventana.Controls())
       if (dynamic_cast<ListView*>(control.get()) || dynamic_cast<ProgressBar*>(control.get()))
-        control->SetPeer(std::make_unique<Contador>(esfuerzo.avisos));
+        control->SetPeer(std::make_unique<pruebas::Contador>(esfuerzo.avisos));
     sentencias.clear();
     esfuerzo = {};
   }

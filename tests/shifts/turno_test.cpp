@@ -24,8 +24,7 @@ class EditorTurno : public Ventanas {
   }
   static ListView& Lista(Form& editor, std::int32_t cual) { return Control<ListView>(editor, "lv", cual); }
 };
-INSTANTIATE_TEST_SUITE_P(Bases, EditorTurno, testing::ValuesIn(Bases()),
-                         [](const auto& info) { return info.index ? "MariaDb" : "Sqlite"; });
+ZUVI_EN_CADA_BASE(EditorTurno);
 
 TEST_P(EditorTurno, AltaConSusMiembros) {
   sentencias.clear();

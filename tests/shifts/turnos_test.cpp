@@ -9,8 +9,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 using Turnos = Ventanas;
-INSTANTIATE_TEST_SUITE_P(Bases, Turnos, testing::ValuesIn(Bases()),
-                         [](const auto& info) { return info.index ? "MariaDb" : "Sqlite"; });
+ZUVI_EN_CADA_BASE(Turnos);
 
 TEST_P(Turnos, ListaLosTurnosYElHorarioDelSeleccionado) {
   t.Base().Ejecuta("INSERT INTO turnos (turno, entrada, salida) VALUES (' Noche ', ' 9:00', NULL)");

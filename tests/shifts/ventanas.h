@@ -29,16 +29,6 @@ class Ventanas : public testing::TestWithParam<std::string> {
     ventana->PonAmbiente(t.fabrica.Crea(Ambiente::kProgId));
     return ventana;
   }
-  /// Control of a window by name, and by index in an array.
-  template <class T>
-  static T& Control(Form& ventana, const char* nombre) {
-    return dynamic_cast<T&>(*AObjeto(ventana.Call(nombre)));
-  }
-  template <class T>
-  static T& Control(Form& ventana, const char* nombre, std::int32_t indice) {
-    Value i = indice;
-    return dynamic_cast<T&>(*AObjeto(ventana.Call(nombre, std::span(&i, 1))));
-  }
   /// Rows of a list, columns separated by bars.
   static std::vector<std::string> Renglones(const ListView& lista) {
     std::vector<std::string> renglones;

@@ -1,8 +1,11 @@
 // The ways in which host calls fail, for tests that let each call fail once.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <string>
+#include <vector>
 
 #include "tests/support/mundo.h"
 
@@ -38,6 +41,30 @@ inline std::string Descripcion(Clase clase) {
       break;
   }
   return "Object variable or With block variable not set";
+}
+
+/// One way of failing: on a host that is reached by type or by name, once or from then on.
+struct Modo {
+  bool por_nombre;
+  Clase clase;
+  bool persistente;
+};
+
+inline std::vector<Modo> Modos() {
+  std::vector<Modo> modos;
+  for (const bool persistente : {false, true}) {
+    for (const Clase clase : kClasesDirectas) modos.push_back({false, clase, persistente});
+    for (const Clase clase : kClasesPorNombre) modos.push_back({true, clase, persistente});
+  }
+  return modos;
+}
+
+/// Names a test whose parameter is what is done and in which mode it fails.
+template <class Parametros>
+std::string NombreDeCaso(const testing::TestParamInfo<Parametros>& info) {
+  const auto& [caso, modo] = info.param;
+  return std::string(caso.nombre) + (modo.por_nombre ? "PorNombre" : "Directo") + NombreDe(modo.clase) +
+         (modo.persistente ? "Siempre" : "UnaVez");
 }
 
 }  // namespace zuvi::pruebas

@@ -1,6 +1,9 @@
 // One component bound to one memory host, with a small shop.
 #pragma once
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <string>
 
@@ -102,4 +105,27 @@ struct Taller {
   }
 };
 
+/// Every story is told twice: by a host of the services' own types and by one that is called by name.
+class EnTaller : public testing::TestWithParam<bool> {
+ protected:
+  EnTaller() { t.PonMesa(); }
+  std::vector<std::string> Avisos() {
+    auto avisos = t.escritorio.Avisos();
+    t.escritorio.Olvida();
+    return avisos;
+  }
+  /// Lines of the log that begin so, without the beginning and the closing parenthesis.
+  std::vector<std::string> Valores(const std::string& comienzo) const {
+    auto valores = t.Lineas(comienzo + "(");
+    for (auto& valor : valores) valor = valor.substr(comienzo.size() + 1, valor.size() - comienzo.size() - 2);
+    return valores;
+  }
+  Taller t{GetParam()};
+};
+
 }  // namespace zuvi::pruebas
+
+/// Runs the tests of a suite on a host reached by type, and on one reached by name.
+#define ZUVI_AMBOS_ANFITRIONES(suite)                         \
+  INSTANTIATE_TEST_SUITE_P(Anfitrion, suite, testing::Bool(), \
+                           [](const auto& info) { return info.param ? "PorNombre" : "Directo"; })
