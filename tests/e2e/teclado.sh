@@ -251,21 +251,21 @@ shifts() {
 
 fractions() {
   local codes=() expected="" code i
-  for ((i = 1; i <= 200; i++)); do
-    printf -v code 'C%03d' "$i"
-    codes+=(C "${code:1:1}" "${code:2:1}" "${code:3:1}" Return)
+  for ((i = 1; i <= 1000; i++)); do
+    printf -v code 'C%04d' "$i"
+    codes+=(C "${code:1:1}" "${code:2:1}" "${code:3:1}" "${code:4:1}" Return)
     expected+="$code;"
   done
   keys F8
   window '^Captura de fracciones$'
   # As fast as a reader sends them.
-  timeout 120 xdotool key --delay 4 "${codes[@]}"
+  timeout 200 xdotool key --delay 2 "${codes[@]}"
   local tries
   for ((tries = 0; tries < 300; tries++)); do
-    [ "$(value "SELECT COUNT( * ) FROM fracciones")" != '200;' ] || break
+    [ "$(value "SELECT COUNT( * ) FROM fracciones")" != '1000;' ] || break
     sleep 0.2
   done
-  check "200 códigos en orden" "$(value "SELECT codigo FROM fracciones ORDER BY id")" "$expected"
+  check "mil códigos en orden" "$(value "SELECT codigo FROM fracciones ORDER BY id")" "$expected"
   typed '2.5*TRUFAS'
   keys Return
   becomes "cantidad y artículo" "SELECT codigo, articulo, cantidad FROM fracciones ORDER BY id DESC LIMIT 1" \
