@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/error.h"
+#include "tests/support/errores.h"
 
 namespace zuvi {
 namespace {
@@ -47,12 +47,8 @@ class Miembros : public testing::Test {
  protected:
   Value Llama(const char* name, std::vector<Value> args) { return cuenta->Call(name, args); }
   void EsperaError(const char* name, std::vector<Value> args, ErrorNumber number) {
-    try {
-      cuenta->Call(name, args);
-      ADD_FAILURE() << name;
-    } catch (const HostError& e) {
-      EXPECT_EQ(e.Number(), number) << name << ": " << e.what();
-    }
+    SCOPED_TRACE(name);
+    pruebas::EsperaError(number, [&] { cuenta->Call(name, args); });
   }
   std::shared_ptr<Cuenta> cuenta = std::make_shared<Cuenta>();
 };
