@@ -1,8 +1,6 @@
 // Every event may close the window, and with the desktop letting go of it the window and its controls are
 // gone before the event's own code has ended. Run with the address sanitizer this finds whoever goes on using
 // them.
-#include <gtest/gtest.h>
-
 #include "tests/toolkit/ventana.h"
 
 namespace zuvi::pruebas {
@@ -11,36 +9,6 @@ namespace {
 struct Caso {
   const char* suceso;
   void (*accion)(Ventana& ventana);
-};
-
-/// A connection during whose work the window goes.
-class Conexion final : public Object {
- public:
-  explicit Conexion(Diario& diario) : diario_(diario) {}
-  ObjectPtr Execute(const std::string&) {
-    diario_.Anota("Execute");
-    return std::make_shared<Registros>();
-  }
-  const MemberTable* Members() const override {
-    static const MemberTable table =
-        MemberTable::Of<Conexion>().Method<&Conexion::Execute>("Execute", {"sql"});
-    return &table;
-  }
-
- private:
-  struct Registros final : Object {
-    ObjectPtr Fields() { return shared_from_this(); }
-    std::int32_t Count() const { return 0; }
-    bool Eof() const { return true; }
-    const MemberTable* Members() const override {
-      static const MemberTable table = MemberTable::Of<Registros>()
-                                           .Property<&Registros::Fields>("Fields")
-                                           .Property<&Registros::Count>("Count")
-                                           .Property<&Registros::Eof>("EOF");
-      return &table;
-    }
-  };
-  Diario& diario_;
 };
 
 const Caso kCasos[] = {
@@ -112,7 +80,7 @@ class Cierre : public testing::TestWithParam<Caso> {
   /// A window that only the desktop holds once it is shown.
   std::shared_ptr<Ventana> Nueva() {
     auto ventana = std::make_shared<Ventana>(escritorio, diario);
-    ventana->multi->SetConnection(std::make_shared<Conexion>(diario));
+    ventana->multi->SetConnection(std::make_shared<Conexion>(diario, 0));
     testigo = ventana;
     diario.al_suceder = [this, cruda = ventana.get()](const std::string& suceso) {
       if (suceso != GetParam().suceso) return;

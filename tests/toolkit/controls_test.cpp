@@ -1,7 +1,4 @@
 // The kinds with little behaviour of their own.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 
@@ -14,21 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class Controles : public testing::Test {
- protected:
-  Controles() {
-    ventana->Show();
-    diario.sucesos.clear();
-  }
-  Sucesos Toma() {
-    Sucesos sucesos = std::move(diario.sucesos);
-    diario.sucesos.clear();
-    return sucesos;
-  }
-  HeadlessDesktop escritorio;
-  Diario diario;
-  std::shared_ptr<Ventana> ventana = std::make_shared<Ventana>(escritorio, diario);
-};
+using Controles = ConVentana;
 
 TEST_F(Controles, ACheckBoxTellsOfEachChangeOnce) {
   CheckBox& casilla = *ventana->casilla;
@@ -96,50 +79,6 @@ TEST_F(Controles, ComboBoxesOfferAndTakeTexts) {
   EXPECT_EQ(lista->Text(), "");
 }
 
-/// A record set of many rows of a code and a name that may be Null, published as ADO does.
-class Registros final : public Object {
- public:
-  explicit Registros(std::int32_t filas) : filas_(filas) {}
-  bool Eof() const { return fila_ == filas_; }
-  void MoveNext() { ++fila_; }
-  ObjectPtr Fields() { return shared_from_this(); }
-  std::int32_t Count() const { return 2; }
-  ObjectPtr Item(std::int32_t indice) {
-    campo_ = indice;
-    return shared_from_this();
-  }
-  std::string Name() const { return campo_ == 0 ? "articulo" : "descrip"; }
-  Value Valor() const { return campo_ == 0 ? Value("A" + Decimal(fila_)) : Value(Null{}); }
-  const MemberTable* Members() const override {
-    using R = Registros;
-    static const MemberTable table = MemberTable::Of<R>()
-                                         .Property<&R::Eof>("EOF")
-                                         .Method<&R::MoveNext>("MoveNext")
-                                         .Property<&R::Fields>("Fields")
-                                         .Property<&R::Count>("Count")
-                                         .Method<&R::Item>("Item", {"index"})
-                                         .Property<&R::Name>("Name")
-                                         .Property<&R::Valor>("Value");
-    return &table;
-  }
-
- private:
-  std::int32_t filas_, fila_ = 0, campo_ = 0;
-};
-
-class Conexion final : public Object {
- public:
-  ObjectPtr Execute(const std::string& sql) {
-    if (sql != "SELECT") throw HostError("no se puede leer");
-    return std::make_shared<Registros>(1200);
-  }
-  const MemberTable* Members() const override {
-    static const MemberTable table =
-        MemberTable::Of<Conexion>().Method<&Conexion::Execute>("Execute", {"sql"});
-    return &table;
-  }
-};
-
 TEST_F(Controles, AMultiComboOffersTheRowsOfItsSource) {
   MultiCombo& multi = *ventana->multi;
   multi.SetBox(ventana->b);
@@ -147,7 +86,7 @@ TEST_F(Controles, AMultiComboOffersTheRowsOfItsSource) {
   multi.ShowData();  // nothing to show yet
   multi.Put("RowSource", "SELECT");
   EXPECT_THROW(multi.ShowData(), HostError);
-  multi.Put("Connection", Value(std::make_shared<Conexion>()));
+  multi.Put("Connection", Value(std::make_shared<Conexion>(diario, 1200)));
   ventana->b->SetEnabled(false);
   multi.ShowData();
   EXPECT_FALSE(multi.DroppedDown());

@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/toolkit/ventana.h"
 
 namespace zuvi::pruebas {
@@ -9,27 +6,17 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class Rejillas : public testing::Test {
+class Rejillas : public ConVentana {
  protected:
   Rejillas() {
-    ventana->Show();
     Rejilla().SetFocus();
     diario.sucesos.clear();
   }
   FlexGrid& Rejilla() { return *ventana->rejilla; }
-  Sucesos Toma() {
-    Sucesos sucesos = std::move(diario.sucesos);
-    diario.sucesos.clear();
-    return sucesos;
-  }
   std::string Tras(std::int16_t tecla, std::int16_t con = shift::kNone) {
     ventana->Press(tecla, con);
     return ventana->Celda();
   }
-
-  HeadlessDesktop escritorio;
-  Diario diario;
-  std::shared_ptr<Ventana> ventana = std::make_shared<Ventana>(escritorio, diario);
 };
 
 TEST_F(Rejillas, MovingTellsTheOldCellThenTheNew) {
@@ -173,20 +160,9 @@ TEST_F(Rejillas, CellsAndRows) {
   EXPECT_EQ(AEntero32(lee("CellHeight", {})), FlexGrid::kRowHeight);
 }
 
-/// Counts what a native side would have to draw.
-class Cuenta final : public Peer {
- public:
-  explicit Cuenta(int& avisos) : avisos_(avisos) {}
-  void Update(Aspect) override { ++avisos_; }
-  void TakeFocus() override {}
-
- private:
-  int& avisos_;
-};
-
 TEST_F(Rejillas, WithoutRedrawNothingShowsUntilTheEnd) {
-  int avisos = 0;
-  Rejilla().SetPeer(std::make_unique<Cuenta>(avisos));
+  std::int64_t avisos = 0;
+  Rejilla().SetPeer(std::make_unique<Contador>(avisos));
   Rejilla().SetRedraw(false);
   for (std::int32_t fila = 1; fila < 50; ++fila) Rejilla().SetTextMatrix(fila, 1, "x");
   Rejilla().MoveTo(40, 1);

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 #include "tests/toolkit/ventana.h"
@@ -7,7 +5,7 @@
 namespace zuvi::pruebas {
 namespace {
 
-class Listas : public testing::Test {
+class Listas : public ConVentana {
  protected:
   Listas() { Filas().Clear(); }
   ListView& Lista() { return *ventana->lista; }
@@ -23,10 +21,6 @@ class Listas : public testing::Test {
     }
     return todos;
   }
-
-  HeadlessDesktop escritorio;
-  Diario diario;
-  std::shared_ptr<Ventana> ventana = std::make_shared<Ventana>(escritorio, diario);
 };
 
 TEST_F(Listas, RowsKeepTheirOrderAndKeys) {
@@ -43,12 +37,7 @@ TEST_F(Listas, RowsKeepTheirOrderAndKeys) {
   EXPECT_EQ(Filas()("k2").Index(), 9);
   EXPECT_EQ(Filas().ByKey("k5"), nullptr);
   EXPECT_EQ(Filas().ByKey(""), nullptr);
-  try {
-    Filas().Add("k3", "repetida");
-    ADD_FAILURE();
-  } catch (const HostError& error) {
-    EXPECT_STREQ(error.what(), "Key is not unique in collection");
-  }
+  EXPECT_STREQ(ErrorDe([&] { Filas().Add("k3", "repetida"); }).what(), "Key is not unique in collection");
   for (const std::int32_t fuera : {0, -1, 10}) EXPECT_THROW(Filas()(fuera), HostError) << fuera;
   EXPECT_THROW(Filas().Remove("k5"), HostError);
   EXPECT_THROW(Filas().Insert(11, "n", "n"), HostError);
@@ -88,7 +77,6 @@ TEST_F(Listas, LoopsOverManyRowsStayLinear) {
 
 TEST_F(Listas, TheSelectedRowGoesWithItsRow) {
   Llena(30);
-  ventana->Show();
   Lista().Move({0, 0, Dip(200), 11 * ListView::kRowHeight});
   Lista().SetFocus();
   diario.sucesos.clear();
@@ -155,6 +143,7 @@ TEST_F(Listas, IsUsedByName) {
   EXPECT_THROW(ventana->lista->Put("SelectedItem", fila), HostError);
   // Kept by a host longer than the window.
   const ObjectPtr resto = AObjeto(lee(filas, "Item", {1}));
+  ventana->Unload();
   ventana.reset();
   EXPECT_EQ(ATexto(lee(resto, "Text")), "Agua");
   resto->Put("Text", "otra");

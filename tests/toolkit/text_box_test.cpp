@@ -1,25 +1,17 @@
-#include <gtest/gtest.h>
-
 #include "tests/toolkit/ventana.h"
 
 namespace zuvi::pruebas {
 namespace {
 
-class Textos : public testing::Test {
+class Textos : public ConVentana {
  protected:
-  Textos() { ventana->Show(); }
   TextBox& Caja() { return *ventana->a; }
-  void Tecla(std::int16_t tecla, std::int16_t con = shift::kNone) { ventana->Press(tecla, con); }
   /// The text, with the selection marked.
   static std::string Marcado(const TextBox& caja) {
     const std::string seleccion = caja.SelText();
     return std::to_string(caja.SelStart()) + "+" + std::to_string(caja.SelLength()) + "[" + seleccion + "]" +
            caja.Text();
   }
-
-  HeadlessDesktop escritorio;
-  Diario diario;
-  std::shared_ptr<Ventana> ventana = std::make_shared<Ventana>(escritorio, diario);
 };
 
 TEST_F(Textos, LengthsCountUtf16AndPairsStayWhole) {

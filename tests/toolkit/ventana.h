@@ -1,13 +1,17 @@
 // A window with one control of each kind that writes down what happens to it, and can be told to act on it.
 #pragma once
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "tests/support/controles.h"
+#include "tests/support/errores.h"
 #include "toolkit/buttons.h"
 #include "toolkit/combo_box.h"
 #include "toolkit/dates.h"
@@ -135,15 +139,79 @@ class Ventana final : public Form {
 
 using Sucesos = std::vector<std::string>;
 
-/// The action fails with that error number.
-template <class Action>
-void EsperaError(ErrorNumber numero, Action&& action) {
-  try {
-    action();
-    ADD_FAILURE() << "sin error";
-  } catch (const HostError& error) {
-    EXPECT_EQ(error.Number(), numero);
+/// A record set of many rows of a code and a name that may be Null, published as ADO does.
+class Registros final : public Object {
+ public:
+  explicit Registros(std::int32_t filas) : filas_(filas) {}
+  bool Eof() const { return fila_ == filas_; }
+  void MoveNext() { ++fila_; }
+  ObjectPtr Fields() { return shared_from_this(); }
+  std::int32_t Count() const { return 2; }
+  ObjectPtr Item(std::int32_t indice) {
+    campo_ = indice;
+    return shared_from_this();
   }
-}
+  std::string Name() const { return campo_ == 0 ? "articulo" : "descrip"; }
+  Value Valor() const { return campo_ == 0 ? Value("A" + Decimal(fila_)) : Value(Null{}); }
+  const MemberTable* Members() const override {
+    using R = Registros;
+    static const MemberTable table = MemberTable::Of<R>()
+                                         .Property<&R::Eof>("EOF")
+                                         .Method<&R::MoveNext>("MoveNext")
+                                         .Property<&R::Fields>("Fields")
+                                         .Property<&R::Count>("Count")
+                                         .Method<&R::Item>("Item", {"index"})
+                                         .Property<&R::Name>("Name")
+                                         .Property<&R::Valor>("Value");
+    return &table;
+  }
+
+ private:
+  std::int32_t filas_, fila_ = 0, campo_ = 0;
+};
+
+/// Gives such rows to whoever selects, and writes it down.
+class Conexion final : public Object {
+ public:
+  Conexion(Diario& diario, std::int32_t filas) : diario_(diario), filas_(filas) {}
+  ObjectPtr Execute(const std::string& sql) {
+    diario_.Anota("Execute");
+    if (!sql.starts_with("SELECT")) throw HostError("no se puede leer");
+    return std::make_shared<Registros>(filas_);
+  }
+  const MemberTable* Members() const override {
+    static const MemberTable table =
+        MemberTable::Of<Conexion>().Method<&Conexion::Execute>("Execute", {"sql"});
+    return &table;
+  }
+
+ private:
+  Diario& diario_;
+  std::int32_t filas_;
+};
+
+/// The window shown, and what happens in it.
+class ConVentana : public testing::Test {
+ protected:
+  ConVentana() {
+    ventana->Show();
+    diario.sucesos.clear();
+  }
+  Sucesos Toma() { return std::exchange(diario.sucesos, {}); }
+  /// What `action` makes happen.
+  template <class Action>
+  Sucesos Al(Action&& action) {
+    diario.sucesos.clear();
+    action();
+    return Toma();
+  }
+  Sucesos Tecla(std::int16_t tecla, std::int16_t con = shift::kNone) {
+    return Al([&] { ventana->Press(tecla, con); });
+  }
+
+  HeadlessDesktop escritorio;
+  Diario diario;
+  std::shared_ptr<Ventana> ventana = std::make_shared<Ventana>(escritorio, diario);
+};
 
 }  // namespace zuvi::pruebas
