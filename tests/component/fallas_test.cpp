@@ -88,11 +88,12 @@ Corrida Corre(const Operacion& operacion, bool por_nombre, Falla falla) {
   return c;
 }
 
-using Parametros = std::tuple<Operacion, bool, Clase, bool>;
+using Parametros = std::tuple<Operacion, Modo>;
 class Fallas : public testing::TestWithParam<Parametros> {};
 
 TEST_P(Fallas, LoEjecutadoEsUnComienzoDeLoLimpio) {
-  const auto& [operacion, por_nombre, clase, persistente] = GetParam();
+  const auto& [operacion, modo] = GetParam();
+  const auto& [por_nombre, clase, persistente] = modo;
   const Corrida limpia = Corre(operacion, por_nombre, {});
   ASSERT_TRUE(limpia.avisos.empty());
   ASSERT_TRUE(limpia.resultado);
@@ -129,20 +130,9 @@ TEST_P(Fallas, LoEjecutadoEsUnComienzoDeLoLimpio) {
   EXPECT_GT(n, 2);
 }
 
-std::string Nombre(const testing::TestParamInfo<Parametros>& info) {
-  const auto& [operacion, por_nombre, clase, persistente] = info.param;
-  return std::string(operacion.nombre) + (por_nombre ? "PorNombre" : "Directo") + NombreDe(clase) +
-         (persistente ? "Siempre" : "UnaVez");
-}
-
-INSTANTIATE_TEST_SUITE_P(Directas, Fallas,
-                         testing::Combine(testing::ValuesIn(kOperaciones), testing::Values(false),
-                                          testing::ValuesIn(kClasesDirectas), testing::Bool()),
-                         &Nombre);
-INSTANTIATE_TEST_SUITE_P(PorNombre, Fallas,
-                         testing::Combine(testing::ValuesIn(kOperaciones), testing::Values(true),
-                                          testing::ValuesIn(kClasesPorNombre), testing::Bool()),
-                         &Nombre);
+INSTANTIATE_TEST_SUITE_P(Modos, Fallas,
+                         testing::Combine(testing::ValuesIn(kOperaciones), testing::ValuesIn(Modos())),
+                         &NombreDeCaso<Parametros>);
 
 }  // namespace
 }  // namespace zuvi::pruebas

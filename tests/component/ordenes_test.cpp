@@ -1,14 +1,11 @@
 // Delivery and cancellation of orders: both end silently, whatever happens.
-#include <gtest/gtest.h>
-
 #include "tests/support/taller.h"
 
 namespace zuvi::pruebas {
 namespace {
 
-class Ordenes : public testing::TestWithParam<bool> {
+class Ordenes : public EnTaller {
  protected:
-  Ordenes() { t.PonMesa(); }
   /// What the delivery of order 7 logged, without the inside of the assemblies.
   std::string Entrega() {
     t.mundo.bitacora.clear();
@@ -21,10 +18,8 @@ class Ordenes : public testing::TestWithParam<bool> {
     }
     return texto;
   }
-  Taller t{GetParam()};
 };
-INSTANTIATE_TEST_SUITE_P(Anfitrion, Ordenes, testing::Bool(),
-                         [](const auto& info) { return info.param ? "PorNombre" : "Directo"; });
+ZUVI_AMBOS_ANFITRIONES(Ordenes);
 
 TEST_P(Ordenes, LaEntregaEnsamblaCadaLineaYTermina) {
   // Half quantities go to the even neighbour; texts are numbers too.
@@ -64,17 +59,6 @@ EjecutaSQL(UPDATE oppart SET terminado = cantidad WHERE op = 7)
 Crea(ZuviQuery.VentanaProgreso)
 Cierra()
 )");
-}
-
-TEST_P(Ordenes, UnEnsambleQueFallaNoDetieneLaEntrega) {
-  t.PonKit("SILLA", 1.0, {{"PATA", 4, 3}, {"FALTA", 1, 3}});
-  t.PonOrden("7", "PE", {{"SILLA", 1.0}, {"MESA", 1.0}}, 2);
-  const std::string log = Entrega();
-  EXPECT_EQ(t.escritorio.Avisos().size(), 1u);
-  EXPECT_TRUE(t.escritorio.Avisos().at(0).starts_with(Reporte("Ensamble", "")));
-  EXPECT_EQ(t.Lineas("Documento 1.Aplica").size(), 1u);
-  EXPECT_EQ(t.Lineas("Documento 2.Aplica").size(), 3u);
-  EXPECT_TRUE(log.ends_with("Cierra()\n"));
 }
 
 TEST_P(Ordenes, UnaEntregaQueFallaCallaYNoMarca) {
@@ -146,16 +130,6 @@ TEST_P(Ordenes, CancelarLoQueNoExisteOFallaDevuelveFalsoEnSilencio) {
   EXPECT_FALSE(t.prod->CancelaOp(99));
   EXPECT_EQ(t.Lineas("Consulta").size(), 2u);
   EXPECT_TRUE(t.Lineas("EjecutaSQL").empty());
-
-  // The header goes first: when the lines cannot be deleted they are left without it.
-  t.PonOrden("12", "PE", {}, 0);
-  t.mundo.respuestas = {true};
-  t.mundo.gancho = [](const std::string& linea) {
-    if (linea.find("DELETE FROM oppart") != std::string::npos) throw HostError("bloqueada");
-  };
-  EXPECT_FALSE(t.prod->CancelaOp(12));
-  EXPECT_EQ(t.Lineas("EjecutaSQL").size(), 2u);
-
   t.prod->PonAmbiente(nullptr);
   EXPECT_FALSE(t.prod->CancelaOp(12));
   EXPECT_TRUE(t.escritorio.Avisos().empty());
