@@ -16,19 +16,19 @@ using testing::IsEmpty;
 class Inventario : public testing::TestWithParam<std::string> {
  protected:
   /// A recipe of three components that yields four.
-  void TresComponentes(Tienda& tienda) {
+  void TresComponentes() {
     tienda.Prod("A", 12.5);
     tienda.Prod("B", 3.335);
     tienda.Prod("C", 100);
     tienda.Prod("K", 0, 1);
     tienda.Kit("K", 4, {{"A", 2, 2}, {"B", 1.5, 1}, {"C", 0.25, 3}});
   }
+  Tienda tienda{GetParam()};
 };
 ZUVI_EN_CADA_BASE(Inventario);
 
 TEST_P(Inventario, LosMovimientosDeUnKitSonLosCalculadosAMano) {
-  Tienda tienda(GetParam());
-  TresComponentes(tienda);
+  TresComponentes();
   double desde = tienda.UltimoMovimiento();
 
   tienda.produccion->Ensamble("K", 1, 6, 0);
@@ -55,7 +55,6 @@ TEST_P(Inventario, LosMovimientosDeUnKitSonLosCalculadosAMano) {
 }
 
 TEST_P(Inventario, ElValorSeConservaHastaElUltimoCentavoEnKitsAlAzar) {
-  Tienda tienda(GetParam());
   const bool memoria = GetParam() == ":memory:";
   const int kits = memoria ? 1000 : 60;
   std::mt19937 azar(20240229);
@@ -121,7 +120,6 @@ TEST_P(Inventario, ElValorSeConservaHastaElUltimoCentavoEnKitsAlAzar) {
 }
 
 TEST_P(Inventario, ElCostoPromedioSigueALasEntradasYNoAlRedondeo) {
-  Tienda tienda(GetParam());
   tienda.Prod("P", 0);
   const auto documento = tienda.Nuevo<DocumentoInventario>();
   const auto mueve = [&](const char* tipo, double almacen, double cantidad, double costo) {
@@ -155,8 +153,7 @@ TEST_P(Inventario, ElCostoPromedioSigueALasEntradasYNoAlRedondeo) {
 }
 
 TEST_P(Inventario, UnMovimientoEsTodoONada) {
-  Tienda tienda(GetParam());
-  TresComponentes(tienda);
+  TresComponentes();
   const double desde = tienda.UltimoMovimiento();
   tienda.Base().EjecutaEsquema("ALTER TABLE existencias RENAME TO guardadas");
   tienda.produccion->Ensamble("K", 1, 6, 0);
@@ -168,7 +165,6 @@ TEST_P(Inventario, UnMovimientoEsTodoONada) {
 }
 
 TEST_P(Inventario, LasClavesRarasLleganEnterasOFallanConElErrorDeLaBase) {
-  Tienda tienda(GetParam());
   for (const std::string clave : {"Ñandú \"á\" \\ % _", "emoji 🎁 –"}) {
     tienda.Prod(clave, 2);
     tienda.Prod("K-" + clave, 0, 1);

@@ -82,11 +82,14 @@ class ConComas {
   std::locale antes_;
 };
 
-class Servicios : public testing::TestWithParam<std::string> {};
+class Servicios : public testing::TestWithParam<std::string> {
+ protected:
+  const ConComas comas;
+  Tienda tienda{GetParam()};
+};
 ZUVI_EN_CADA_BASE(Servicios);
 
 TEST_P(Servicios, LaTiendaDeEjemploCuadra) {
-  Tienda tienda(GetParam());
   EXPECT_EQ(tienda.Numero("SELECT COUNT( * ) FROM prods"), 42);
   EXPECT_EQ(
       tienda.Numero("SELECT COUNT( * ) FROM prods LEFT JOIN (SELECT articulo AS a, SUM(valor) AS v, "
@@ -105,7 +108,7 @@ TEST_P(Servicios, LaTiendaDeEjemploCuadra) {
 }
 
 TEST_P(Servicios, ElComponenteTrabajaConSoloLosNombresPublicados) {
-  Tienda tienda(GetParam(), "si,si,no");
+  tienda.anfitrion->PonInteraccion(std::make_unique<RespuestasInteraccion>("si,si,no"));
   FabricaOpaca fabrica(tienda.fabrica);
   Modulo modulo(fabrica, tienda.escritorio, PilaCasiAgotada);
   const auto produccion = std::make_shared<Produccion>(modulo);
@@ -137,8 +140,6 @@ TEST_P(Servicios, ElComponenteTrabajaConSoloLosNombresPublicados) {
 }
 
 TEST_P(Servicios, ElConstructorEscribeLiteralesYExigeElOrden) {
-  const ConComas comas;
-  Tienda tienda(GetParam());
   ConstructorSqlHost sql(tienda.anfitrion);
   sql.PonConexion(tienda.anfitrion->Base());
   EXPECT_THAT(ErrorDe([&] { sql.Ejecuta(); }).what(), HasSubstr("falta llamar a Genera"));
@@ -176,7 +177,6 @@ TEST_P(Servicios, ElConstructorEscribeLiteralesYExigeElOrden) {
 }
 
 TEST_P(Servicios, UnGanchoYLaTablaDeProcesosVetan) {
-  Tienda tienda(GetParam());
   const auto procesos = tienda.fabrica.Crea(ControlProcesos::kProgId);
   const auto veto = std::make_shared<Veto>(true);
   std::array<Value, 2> args{"OPAUTO002", ObjectPtr(veto)};
@@ -204,7 +204,6 @@ TEST_P(Servicios, UnGanchoYLaTablaDeProcesosVetan) {
 }
 
 TEST_P(Servicios, CancelarTerminaUnDesensambleQueNoTendriaFin) {
-  Tienda tienda(GetParam());
   class Impaciente final : public Interaccion {
    public:
     void Mensaje(const std::string&, EstiloMensaje) override {}
@@ -230,8 +229,6 @@ TEST_P(Servicios, CancelarTerminaUnDesensambleQueNoTendriaFin) {
 }
 
 TEST_P(Servicios, LaPaginaDeLaOrdenLaBusquedaYLaMarcaDeOcupada) {
-  const ConComas comas;
-  Tienda tienda(GetParam());
   tienda.Base().Ejecuta("UPDATE oppart SET observ = '<b>&' WHERE op = 105 AND cantidad = 2.5");
   tienda.Nuevo<ControlProcesos>()->ImprimeReporte("ORDENP", 105, nullptr, nullptr);
   std::ifstream archivo(Ruta(tienda.anfitrion->TraeOpciones().ruta) / "Reportes" / "ORDENP-105.html");
@@ -270,7 +267,6 @@ TEST_P(Servicios, LaPaginaDeLaOrdenLaBusquedaYLaMarcaDeOcupada) {
 }
 
 TEST_P(Servicios, ConversionesClavesYFolios) {
-  Tienda tienda(GetParam());
   const auto datos = tienda.Nuevo<AccesoDatos>();
   const auto conexion = tienda.anfitrion->Base();
   EXPECT_EQ(datos->ValorNumerico(Null{}), 0);

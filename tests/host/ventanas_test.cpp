@@ -148,28 +148,29 @@ TEST(CapturaNumerica, TeclasYTecladoDanElNumero) {
     std::function<void(Form&)> usuario;
     const char* despues;
   };
-  const auto pulsa = [](Form& v, const std::string& teclas) {
-    auto& arreglo = dynamic_cast<ControlArray<Button>&>(*AObjeto(v.Call("cmdTecla")));
-    for (std::size_t i = 0; i < teclas.size();) {
-      const std::size_t largo = static_cast<unsigned char>(teclas[i]) < 0x80   ? 1
-                                : static_cast<unsigned char>(teclas[i]) < 0xE0 ? 2
-                                                                               : 3;
-      const std::string tecla = teclas.substr(i, largo);
-      i += largo;
-      arreglo.ForEach([&](std::int16_t, Button& boton) {
+  const auto pulsa = [](Form& v, std::initializer_list<const char*> teclas) {
+    for (const char* tecla : teclas)
+      Control<ControlArray<Button>>(v, "cmdTecla").ForEach([&](std::int16_t, Button& boton) {
         if (boton.CaptionText() == tecla) boton.Click();
       });
-    }
   };
   const Caso casos[] = {
-      {"SN", "7", [&](Form& v) { pulsa(v, "12.50±"), v.Press(key::kEnter); }, "-12.5"},
-      {"N", "7", [&](Form& v) { pulsa(v, "±30←"), v.Press(key::kEnter); }, "3"},
+      {"SN", "7",
+       [&](Form& v) {
+         pulsa(v, {"1", "2", ".", "5", "0", "±"}), v.Press(key::kEnter);
+       },
+       "-12.5"},
+      {"N", "7",
+       [&](Form& v) {
+         pulsa(v, {"±", "3", "0", "←"}), v.Press(key::kEnter);
+       },
+       "3"},
       {"N", "7", [&](Form& v) { v.Type("4x,5"), Control<Button>(v, "cmdAceptar").Click(); }, "4.5"},
-      {"", "7", [&](Form& v) { pulsa(v, "C"), v.Type("-8"), v.Press(key::kEnter); }, "-8"},
+      {"", "7", [&](Form& v) { pulsa(v, {"C"}), v.Type("-8"), v.Press(key::kEnter); }, "-8"},
       {"N", "7", [&](Form& v) { v.Type("9"), v.Press(key::kEscape); }, "7"},
       {"N", "7",
        [&](Form& v) {
-         pulsa(v, "C");
+         pulsa(v, {"C"});
          v.Press(key::kEnter);
          EXPECT_FALSE(v.Closed());
          EXPECT_EQ(v.ActiveControl()->Name(), "txtNumero");
@@ -314,8 +315,7 @@ TEST(Principal, ElEditorAbreCierraYRefrescaLaLista) {
   Form& editor = Edita(m, v, "104");
   EXPECT_EQ(editor.Caption(), "Orden de fabricación: 104");
   // Its fields have lists to choose from.
-  auto& combo = dynamic_cast<MultiCombo&>(
-      *dynamic_cast<ControlArray<TextBox>&>(*AObjeto(editor.Call("txtFields")))(14).Container());
+  auto& combo = dynamic_cast<MultiCombo&>(*Control<TextBox>(editor, "txtFields", 14).Container());
   combo.ShowData();
   EXPECT_THAT(combo.Rows(), Contains(ElementsAre("3", "Taller de repostería")));
   v.Press(key::kF5);
