@@ -135,7 +135,7 @@ TEST_P(Desensambles, UnKitQueSeContieneTerminaEnUnReporte) {
   // On a thread with little stack, twice: the second call must be an outermost one again.
   pthread_attr_t atributos;
   pthread_attr_init(&atributos);
-  pthread_attr_setstacksize(&atributos, 512 * 1024);
+  pthread_attr_setstacksize(&atributos, 768 * 1024);
   pthread_t hilo;
   for (int vez = 1; vez <= 2; ++vez) {
     t.mundo.bitacora.clear();

@@ -8,11 +8,13 @@
 #include <string>
 
 #include "component/produccion.h"
+#include "host/pila.h"
 #include "tests/support/anfitrion_memoria.h"
-#include "tests/support/pila.h"
 #include "toolkit/headless_desktop.h"
 
 namespace zuvi::pruebas {
+
+using host::PilaCasiAgotada;
 
 /// Logs the calls that the component makes on itself through its own interface, as a nesting of { and }.
 class ProduccionAnotada final : public Produccion {
