@@ -50,9 +50,12 @@ struct Parte {
 class Tienda {
  public:
   explicit Tienda(const std::string& base, const std::string& respuestas = "")
-      : anfitrion(AnfitrionEn(base, "ADMIN", respuestas)) {
-    Base();
+      : Tienda(AnfitrionEn(base, "ADMIN", respuestas)) {
     if (base != ":memory:" && !anfitrion->RecienCreada()) anfitrion->RehaceTienda();
+  }
+  /// On what the host's database holds.
+  explicit Tienda(std::shared_ptr<Anfitrion> en) : anfitrion(std::move(en)) {
+    Base();
     produccion->PonAmbiente(fabrica.Crea(Ambiente::kProgId));
   }
 

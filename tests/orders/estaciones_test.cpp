@@ -15,29 +15,17 @@ namespace {
 
 constexpr std::int32_t kOrden = 110;  // last saved by RAUL
 
-class Estacion {
+class Estacion : public Tienda {
  public:
-  Estacion(const std::string& base, const std::string& usuario) : anfitrion_(AnfitrionEn(base, usuario)) {
-    produccion_->PonAmbiente(fabrica_.Crea(Ambiente::kProgId));
-  }
-  BaseDatos& Base() { return *anfitrion_->Base(); }
+  Estacion(const std::string& base, const std::string& usuario) : Tienda(AnfitrionEn(base, usuario)) {}
   /// The editor that was opened; null when the order was refused.
   std::shared_ptr<Form> Modifica() {
-    anfitrion_->TomaRegistro();
-    produccion_->ModificaOp(kOrden);
-    return escritorio_.Forms().empty() ? nullptr : escritorio_.Forms().back();
+    Mensajes();
+    produccion->ModificaOp(kOrden);
+    return escritorio.Forms().empty() ? nullptr : escritorio.Forms().back();
   }
-  std::string Mensajes() { return anfitrion_->TomaRegistro(); }
-  double Ocupado() {
-    return ANumero(Base().Consulta("SELECT ocupado FROM op WHERE op = " + Decimal(kOrden))->Campo(0));
-  }
-
- private:
-  std::shared_ptr<Anfitrion> anfitrion_;
-  FabricaAnfitrion fabrica_{anfitrion_};
-  HeadlessDesktop escritorio_;
-  Modulo modulo_{fabrica_, escritorio_, PilaCasiAgotada};
-  std::shared_ptr<Produccion> produccion_ = std::make_shared<Produccion>(modulo_);
+  std::string Mensajes() { return anfitrion->TomaRegistro(); }
+  double Ocupado() { return Numero("SELECT ocupado FROM op WHERE op = " + Decimal(kOrden)); }
 };
 
 /// RAUL's station in a process of its own. To be started before the own process opens the database.
@@ -122,7 +110,7 @@ void SeTurnanLaOrden(const std::string& base) {
 
 TEST(DosEstaciones, SeTurnanUnaOrdenEnUnArchivo) {
   const Archivo archivo("zuvi_dos_estaciones.db");
-  Estacion(archivo.Texto(), "ADMIN").Base();
+  Estacion(archivo.Texto(), "ADMIN");
   SeTurnanLaOrden(archivo.Texto());
 }
 
