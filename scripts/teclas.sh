@@ -38,13 +38,16 @@ await_box() { # title
 keys() { timeout 20 xdotool key --delay 12 "$@"; }
 typed() { timeout 60 xdotool type --delay 12 "$1"; }
 
-# The window with the keyboard is closed with the mouse, by the button at the end of its title bar.
-click_close() {
+# A press of the left button in the window with the keyboard, in pixels from its left edge, or from the right one
+# with a minus, and from its top.
+click_at() { # x y
   # shellcheck disable=SC2034
   local WINDOW X Y WIDTH HEIGHT SCREEN
   eval "$(timeout 5 xdotool getwindowfocus getwindowgeometry --shell)"
-  timeout 5 xdotool mousemove "$((X + WIDTH - 13))" "$((Y + 12))" click 1
+  timeout 5 xdotool mousemove "$((X + ($1 < 0 ? WIDTH + $1 : $1)))" "$((Y + $2))" click 1
 }
+# The window is closed with the mouse, by the button at the end of its title bar.
+click_close() { click_at -13 12; }
 
 # Leaves a picture of the window last waited for where pictures are wanted, once it has drawn itself.
 picture() { # name

@@ -71,7 +71,7 @@ FNR == NR {
     current = substr($0, 11)
     order[++operations] = current
     count[current] = 0
-  } else if ($1 == "=") expect("=", substr($0, 3))
+  } else if ($1 == "=" || $1 == "~") expect($1, substr($0, 3))
   else if ($1 == "folio") expect_numbering($2, 1)
   else if ($1 == "movimiento") expect_movement($2, $3, $4)
   next

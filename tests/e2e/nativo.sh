@@ -7,30 +7,13 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 # shellcheck source=../../scripts/comun.sh
 . "$here/../../scripts/comun.sh"
 zuvi=$1 base=$2 log=${3:-} database=${4:-}
+# shellcheck source=../../scripts/comprueba.sh
+. "$here/../../scripts/comprueba.sh"
 make_temp temp
 # shellcheck disable=SC2154
 cd "$temp" || exit 1
-passed=0 failed=0
-
-same() { # what got expected
-  if [ "$2" = "$3" ]; then
-    passed=$((passed + 1))
-  else
-    failed=$((failed + 1))
-    printf 'FALLA %s: vino [%s], se esperaba [%s]\n' "$1" "$2" "$3"
-  fi
-}
-finish() {
-  printf '%d passed, %d failed\n' "$passed" "$failed"
-  [ "$failed" -eq 0 ]
-  exit
-}
 run_zuvi() { timeout 60 "$zuvi" --base "$base" --usuario E2E "$@" </dev/null; }
 
-case $base in
-  DRIVER=*) source_string=$base ;;
-  *) source_string="DRIVER={SQLite3};Database=$base" ;;
-esac
 run_isql() { timeout 60 isql -k "$source_string" -b "$@"; }
 value() { printf '%s\n' "$1" | run_isql -x0x7c 2>/dev/null | tr -d '\r' | awk 'NF' | sed 's/\.0*\(|\|$\)/\1/g' | tr '\n' ';'; }
 
@@ -52,7 +35,7 @@ operation() { # name expected-exit-code arguments…
   before=$(statements 0 | wc -l)
   run_zuvi --traza traza "$@" >out 2>&1 || status=$?
   [ "$status" -eq "$code" ] || cat out
-  same "$name: código de salida" "$status" "$code"
+  check "$name: código de salida" "$status" "$code"
   [ -n "$name" ] || return 0
   statements "$before" >seen
   if awk -v operacion="$name" -f "$here/compara.awk" \
@@ -64,32 +47,32 @@ operation() { # name expected-exit-code arguments…
   fi
 }
 
-run_zuvi crea >out 2>&1 || { cat out; same "crear la tienda" no sí; finish; }
+run_zuvi crea >out 2>&1 || { cat out; check "crear la tienda" no sí; finish; }
 run_isql <"$here/datos.sql" >out 2>&1 || cat out
-same "datos puestos" "$(value "SELECT COUNT(*) FROM oppart WHERE op > 9000")" "6;"
+check "datos puestos" "$(value "SELECT COUNT(*) FROM oppart WHERE op > 9000")" "6;"
 
 figures="SELECT articulo, almacen, ROUND(cantidad * 1000), valor FROM existencias WHERE articulo LIKE 'E2E-%' ORDER BY articulo"
 cost="SELECT ROUND(costo * 10000) FROM prods WHERE articulo = "
 
 operation ensamble 0 ensambla E2E-MESA 3 6
-same "tras ensamblar" "$(value "$figures")" \
+check "tras ensamblar" "$(value "$figures")" \
   "E2E-MESA|3|6000|12075;E2E-PATA|2|176000|57200;E2E-TABLA|1|97000|121250;E2E-TORNILLO|1|925000|6475;"
-same "costo de la mesa" "$(value "$cost'E2E-MESA'")" "201250;"
+check "costo de la mesa" "$(value "$cost'E2E-MESA'")" "201250;"
 operation desensamble 0 desensambla E2E-MESA 1.5 3
-same "tras desensamblar" "$(value "$figures")" \
+check "tras desensamblar" "$(value "$figures")" \
   "E2E-MESA|3|4500|9056;E2E-PATA|2|182000|59150;E2E-TABLA|1|97750|122188;E2E-TORNILLO|1|943750|6606;"
 operation entrega 0 entrega 9001
-same "tras entregar" "$(value "$figures")" \
+check "tras entregar" "$(value "$figures")" \
   "E2E-BANCO|3|4000|8900;E2E-MESA|3|6500|13081;E2E-PATA|2|162000|52650;E2E-TABLA|1|92750|115938;E2E-TORNILLO|1|918750|6431;"
 operation "desensamble con orden" 0 desensambla E2E-BANCO 2 3 9001
-same "valor conservado" "$(value "SELECT SUM(valor) FROM existencias WHERE articulo LIKE 'E2E-%'")" "197000;"
+check "valor conservado" "$(value "SELECT SUM(valor) FROM existencias WHERE articulo LIKE 'E2E-%'")" "197000;"
 operation "cancela no" 1 cancela 9002 --no
-same "la orden sigue" "$(value "SELECT COUNT(*) FROM op WHERE op = 9002")" "1;"
+check "la orden sigue" "$(value "SELECT COUNT(*) FROM op WHERE op = 9002")" "1;"
 operation "cancela pendiente" 0 cancela 9002 --si
-same "orden y partidas borradas" \
+check "orden y partidas borradas" \
   "$(value "SELECT COUNT(*) FROM op WHERE op = 9002")$(value "SELECT COUNT(*) FROM oppart WHERE op = 9002")" "0;0;"
 operation "cancela confirmada" 0 cancela 9003 --si
-same "orden cerrada con partidas" \
+check "orden cerrada con partidas" \
   "$(value "SELECT cerrado FROM op WHERE op = 9003")$(value "SELECT COUNT(*) FROM oppart WHERE op = 9003")" "1;1;"
 operation "" 1 cancela 9999 --si
 operation "" 2 ensambla E2E-MESA tres 6
@@ -106,7 +89,7 @@ draw two 60 &
 second=$!
 wait "$first"
 wait "$second"
-same "dos programas a la vez" "$(sort -n one two | uniq | wc -l | tr -d ' ')" 120
+check "dos programas a la vez" "$(sort -n one two | uniq | wc -l | tr -d ' ')" 120
 draw four 40 &
 other=$!
 for delay in 0 1 2 3 4 5 6 7 8 9; do
@@ -117,6 +100,6 @@ for delay in 0 1 2 3 4 5 6 7 8 9; do
 done
 wait "$other"
 draw five 5
-same "tras matar a diez" "$(sort -n one two three four five | uniq -d | wc -l | tr -d ' ') $(wc -l <four | tr -d ' ') $(wc -l <five | tr -d ' ')" "0 40 5"
-[ ! -s folio.err ] || { cat folio.err; same "folios sin error" no sí; }
+check "tras matar a diez" "$(sort -n one two three four five | uniq -d | wc -l | tr -d ' ') $(wc -l <four | tr -d ' ') $(wc -l <five | tr -d ' ')" "0 40 5"
+[ ! -s folio.err ] || { cat folio.err; check "folios sin error" no sí; }
 finish

@@ -1,39 +1,7 @@
 ' The batch operations as any automation client uses them, checked against figures worked out by hand:
 ' a table takes 2/4 boards, 16/4 legs and 50/4 screws (the recipe yields 4); a bench 1 board and 3 legs.
 ' Arguments: file with the fixture's statements; "marcas" to put marks into the server's log.
-Option Explicit
-
 Const COMPROBACIONES = 59
-Dim bien, mal
-bien = 0
-mal = 0
-Dim nombre
-
-Sub Igual(que, obtenido, esperado)
-  If Err.Number <> 0 Then
-    mal = mal + 1
-    WScript.Echo "FALLA " & nombre & ": " & que & ": error " & Err.Number & " " & Err.Description
-    Err.Clear
-  ElseIf CStr(obtenido) = CStr(esperado) Then
-    bien = bien + 1
-  Else
-    mal = mal + 1
-    WScript.Echo "FALLA " & nombre & ": " & que & " es " & obtenido & ", se esperaba " & esperado
-  End If
-End Sub
-
-' A check whose own arguments fail is passed over by the engine: the number of checks tells.
-Sub Termina
-  If bien + mal < COMPROBACIONES Then
-    mal = mal + 1
-    WScript.Echo "FALLA: no se hicieron todas las comprobaciones"
-  End If
-  WScript.Echo bien & " passed, " & mal & " failed"
-  If mal > 0 Then
-    WScript.Quit 1
-  End If
-  WScript.Quit 0
-End Sub
 
 On Error Resume Next
 

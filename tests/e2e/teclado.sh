@@ -2,7 +2,7 @@
 # The windows by keyboard alone, with real key events, in the Wine prefix and on the display of the environment:
 # orders, shifts and fractions in Zuvi.exe, the tables seen from outside after each step.
 # Usage: teclado.sh BIN BASE [LOG DATABASE]   BASE is empty before; with LOG and DATABASE the server's statements
-# on orders are compared as well. ZUVI_CAPTURAS=folder leaves pictures.
+# on orders and shifts are compared as well. ZUVI_CAPTURAS=folder leaves pictures.
 set -u
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 for part in comun wine teclas; do
@@ -10,24 +10,13 @@ for part in comun wine teclas; do
   . "$here/../../scripts/$part.sh"
 done
 bin=$1 base=$2 log=${3:-} database=${4:-}
+# shellcheck source=../../scripts/comprueba.sh
+. "$here/../../scripts/comprueba.sh"
 make_temp temp
 # shellcheck disable=SC2154
 seen=$temp/seen
-passed=0 failed=0 today=$(date +%F)
+today=$(date +%F)
 
-check() { # what got expected
-  if [ "$2" = "$3" ]; then
-    passed=$((passed + 1))
-  else
-    failed=$((failed + 1))
-    printf 'FALLA %s: vino [%s], se esperaba [%s]\n' "$1" "$2" "$3"
-  fi
-}
-finish() {
-  printf '%d passed, %d failed\n' "$passed" "$failed"
-  [ "$failed" -eq 0 ]
-  exit
-}
 # A step that never happens leaves nothing to go on with.
 give_up() {
   [ -z "${ZUVI_CAPTURAS:-}" ] || import -window root "$ZUVI_CAPTURAS/error.png"
@@ -35,10 +24,6 @@ give_up() {
   finish
 }
 
-case $base in
-  DRIVER=*) source_string=$base ;;
-  *) source_string="DRIVER={SQLite3};Database=$base" ;;
-esac
 # What this script asks is marked, to be told from the program's statements. Zero decimals are not shown.
 value() {
   printf '%s\n' "${1/#SELECT/SELECT \/* mira *\/}" | timeout 20 isql -k "$source_string" -b -x0x7c 2>/dev/null |
@@ -58,6 +43,8 @@ window() { await_window "$1" || give_up "ventana $1"; }
 box() { await_box '^Zuvi$' || give_up "mensaje"; }
 confirm() { answer_yes "$1" || give_up "$1"; } # name of its picture
 mark() { [ -z "$log" ] || printf "SELECT '%s'\n" "$1" | timeout 20 isql -k "$source_string" -b >/dev/null 2>&1; }
+# The lists are filled anew after the tables were written.
+settled() { [ -z "$log" ] || sleep 2; }
 lines_of() { printf 'SELECT id_entrada, articulo, cantidad, observ FROM oppart WHERE op = %d ORDER BY id_entrada' "$1"; }
 header_of() { printf 'SELECT estado, ocupado, almacen, ordencompra, observ, cerrado FROM op WHERE op = %d' "$1"; }
 # The order is looked up in the list by its number.
@@ -193,6 +180,7 @@ working_days() {
 shifts() {
   keys F9
   window '^Turnos$'
+  mark 'inicio turno nuevo'
   keys alt+n
   window '^Turno$'
   local field
@@ -209,6 +197,8 @@ shifts() {
     'Nocturno|22:00|02:00|06:00|Sabado|02:30;'
   becomes "sus cuatro empleados" "SELECT empleado FROM turnoempleado WHERE turno = 'Nocturno' ORDER BY empleado" \
     'E05;E06;E07;E08;'
+  settled
+  mark 'fin turno nuevo'
   # It is the second one in the list, and its schedules are generated.
   keys shift+Tab Home Down
   keys Tab Tab Tab Tab Tab
@@ -221,9 +211,15 @@ shifts() {
   becomes "horarios del mes" "SELECT COUNT( * ), COUNT(DISTINCT Empleado) FROM horarios WHERE turno = 'Nocturno'" \
     "$((4 * $(working_days)))|4;"
   becomes "sólo los suyos" "SELECT COUNT( * ) FROM horarios" "$((4 * $(working_days) + 4));"
-  # The day after, in the calendar.
+  # The day after in the calendar by key, and a day of the third week with the mouse.
+  mark 'inicio días'
   keys shift+Tab shift+Tab Right
+  sleep 0.5
+  click_at 138 406
+  sleep 0.5
+  mark 'fin días'
   picture turnos
+  mark 'inicio turno modificado'
   keys alt+m
   window '^Turno$'
   keys Tab Tab ctrl+a
@@ -231,6 +227,8 @@ shifts() {
   keys alt+a
   window '^Turnos$'
   becomes "turno modificado" "SELECT entrada, salida FROM turnos WHERE turno = 'Nocturno'" '21:30|06:00;'
+  settled
+  mark 'fin turno modificado'
   # The list is being filled anew: until it is, there is nothing to delete.
   local tries
   for ((tries = 0; tries < 10; tries++)); do
@@ -238,12 +236,15 @@ shifts() {
     sleep 1
     [ -z "$(xdotool search --onlyvisible --name '^Zuvi$' 2>/dev/null)" ] || break
   done
+  mark 'inicio turno eliminado'
   confirm turnos-pregunta
   window '^Turnos$'
   local table
   for table in turnos turnoempleado horarios; do
     becomes "turno eliminado de $table" "SELECT COUNT( * ) FROM $table WHERE turno = 'Nocturno'" '0;'
   done
+  settled
+  mark 'fin turno eliminado'
   check "los demás turnos" "$(value "SELECT turno FROM turnos ORDER BY turno")" 'Matutino;Reparto;Vespertino;'
   keys alt+F4
   window '^Zuvi: '
@@ -278,11 +279,11 @@ fractions() {
 compare_statements() {
   local p f
   awk -v base="$database" -f "$here/bitacora.awk" "$log" |
-    grep -aiE "^SELECT '(inicio|fin) |(FROM|INTO|UPDATE|JOIN) (op|oppart)( |$)" |
+    grep -aiE "^SELECT '(inicio|fin) |(FROM|INTO|UPDATE|JOIN) (op|oppart|turnos|turnoempleado|empleados|horarios)( |$)" |
     # What the list and the reports of the host read is not the component's; times are those of the run.
     grep -avE '/\* mira \*/|^SELECT (op\.op, op\.estado, |op\.\*, almacen\.nombre |oppart\.\*, prods\.)|codigos' |
     sed -E "s/'($today|$(date +%F)) [0-9:]{8}'/'AHORA'/g; s/'($today|$(date +%F))'/'HOY'/g
-      s/'$(date -d "$today -1 day" +%F)'/'AYER'/g; s/'$(date -d "$today +4 days" +%F)'/'EN CUATRO'/g
+      s/'$(date -d "$today -1 day" +%F)'/'AYER'/g; s/'$(date -d "$today +1 day" +%F)'/'MAÑANA'/g; s/'$(date -d "$today +4 days" +%F)'/'EN CUATRO'/g
       s/'[0-9]{2}:[0-9]{2}:[0-9]{2}'/'HORA'/g" \
       >"$seen"
   [ -z "${ZUVI_CAPTURAS:-}" ] || cp "$seen" "$ZUVI_CAPTURAS/"

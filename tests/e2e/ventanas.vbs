@@ -1,24 +1,7 @@
 ' The module's windows from a script: a hook on a process key is handed the editor, reads and changes it by
 ' name, keeps it, refuses its closing and closes it from inside a call.
-Option Explicit
-
 Const COMPROBACIONES = 27
-Dim bien, mal
-bien = 0
-mal = 0
-
-Sub Igual(que, obtenido, esperado)
-  If Err.Number <> 0 Then
-    mal = mal + 1
-    WScript.Echo "FALLA " & que & ": error " & Err.Number & " " & Err.Description
-    Err.Clear
-  ElseIf CStr(obtenido) = CStr(esperado) Then
-    bien = bien + 1
-  Else
-    mal = mal + 1
-    WScript.Echo "FALLA " & que & " es " & obtenido & ", se esperaba " & esperado
-  End If
-End Sub
+nombre = "ventanas"
 
 ' The error that the statement before has left.
 Sub Fallo(que, numero)
@@ -26,19 +9,6 @@ Sub Fallo(que, numero)
   visto = Err.Number
   Err.Clear
   Igual que, visto, numero
-End Sub
-
-' A check whose own arguments fail is passed over by the engine: the number of checks tells.
-Sub Termina
-  If bien + mal < COMPROBACIONES Then
-    mal = mal + 1
-    WScript.Echo "FALLA: no se hicieron todas las comprobaciones"
-  End If
-  WScript.Echo bien & " passed, " & mal & " failed"
-  If mal > 0 Then
-    WScript.Quit 1
-  End If
-  WScript.Quit 0
 End Sub
 
 Dim guardada, veces, cierra

@@ -13,14 +13,15 @@ export ZUVI_BASE=$4 ZUVI_USUARIO=E2E
 make_temp temp
 # shellcheck disable=SC2154
 cp "$here/datos.sql" "$temp/"
+cat "$here/comprueba.vbs" "$script" >"$temp/entero.vbs"
 arguments=("$(windows_path "$temp/datos.sql")" ${log:+marcas})
 status=0
 if [ "$runner" = cscript ]; then
-  for_cscript "$script" >"$temp/guion.vbs"
+  for_cscript "$temp/entero.vbs" >"$temp/guion.vbs"
   run_wine 120 cscript //nologo "$(windows_path "$temp/guion.vbs")" "${arguments[@]}" >"$temp/raw" || status=$?
   from_cscript <"$temp/raw" >"$temp/out"
 else
-  run_wine 120 "$bin/Zuvi.exe" "$(windows_path "$script")" "${arguments[@]}" >"$temp/out" || status=$?
+  run_wine 120 "$bin/Zuvi.exe" "$(windows_path "$temp/entero.vbs")" "${arguments[@]}" >"$temp/out" || status=$?
 fi
 cat "$temp/out"
 read -r passed failed < <(count_last_line <"$temp/out")
