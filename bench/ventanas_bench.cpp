@@ -211,7 +211,9 @@ ComPtr<IDispatch> Create(const wchar_t* name) {
 /// What is left behind by as many openings of the same windows without anybody behind them: what the system
 /// keeps for itself.
 void CycleBare(std::vector<Plan> plans, int cycles) {
-  for (Plan& plan : plans) plan.font = nullptr;  // they went with the window they were taken from
+  // Fonts and the rich text class went with the windows they were taken from.
+  ::LoadLibraryW(L"msftedit.dll");
+  for (Plan& plan : plans) plan.font = nullptr;
   const auto kilobytes = [] { return static_cast<long long>(Look().kilobytes); };
   long long before = 0;
   for (int i = 0; i <= cycles; ++i) {
