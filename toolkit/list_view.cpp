@@ -156,10 +156,15 @@ bool ListItems::TakeAll(ListItems& from) {
                     (!by_key_.empty() && !item->key_.empty() && by_key_.contains(item.get())));
   };
   if (std::ranges::any_of(from.slots_, stays)) return false;
-  // Into an empty list the keys go as they are; one by one they would be all over the memory.
-  if (by_key_.empty()) by_key_.swap(from.by_key_);
-  by_key_.merge(from.by_key_);
+  // All the memory there is need of comes first: half a move would leave keys without rows.
   slots_.reserve(slots_.size() + from.count_);
+  if (by_key_.empty()) {
+    // Into an empty list the keys go as they are; one by one they would be all over the memory.
+    by_key_.swap(from.by_key_);
+  } else {
+    by_key_.reserve(by_key_.size() + from.by_key_.size());
+    by_key_.merge(from.by_key_);
+  }
   for (auto& item : from.slots_) {
     if (!item) continue;
     item->list_ = list_;
