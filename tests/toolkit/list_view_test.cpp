@@ -111,6 +111,36 @@ TEST_F(Listas, TheSelectedRowGoesWithItsRow) {
   ventana->Press(key::kDown);
 }
 
+TEST_F(Listas, AllRowsGoOverOrNone) {
+  Llena(3);
+  Filas().Remove("k2");
+  const auto otra = ventana->Add<ListView>("otra");
+  ListItems& destino = otra->Items();
+  destino.Add("k3", "mismo");
+  EXPECT_FALSE(destino.TakeAll(Filas()));  // a key that is there already
+  destino.Remove("k3");
+  {
+    const ObjectPtr retenida = Filas()("k1").shared_from_this();
+    EXPECT_FALSE(destino.TakeAll(Filas()));  // somebody's row
+  }
+  EXPECT_EQ(Textos(), "1 3 ");
+  for (const char* suya : {"", "k9"}) {
+    if (*suya) destino.Add(suya, suya);
+    Lista().Select(Filas().ByKey("k3"));
+    ASSERT_TRUE(destino.TakeAll(Filas()));
+    EXPECT_EQ(Filas().Count(), 0);
+    EXPECT_EQ(Filas().ByKey("k1"), nullptr);
+    EXPECT_EQ(Lista().SelectedItem(), nullptr);
+    EXPECT_EQ(destino("k3").Index(), destino.Count());
+    // Back again, one by one.
+    for (const char* clave : {"k1", "k3"}) {
+      destino.Remove(clave);
+      Filas().Add(clave, clave);
+    }
+  }
+  EXPECT_EQ(destino.Count(), 1);
+}
+
 TEST_F(Listas, IsUsedByName) {
   const auto lee = [](const ObjectPtr& objeto, const char* nombre, std::vector<Value> args = {}) {
     return objeto->Call(nombre, args);
