@@ -100,6 +100,15 @@ class Empleados : public Turnos<Lugar> {
     editor->PonModo(kAlta);
     return editor;
   }
+  /// Opens the editor, which lists so many free employees then.
+  double MideCarga(std::int64_t libres) {
+    const auto editor = Editor();
+    ListView& lista = this->template Busca<ListView>(*editor, "lv", 0);
+    const double tiempo = this->MideDesde("SELECT * FROM empleados ORDER BY empleado", *editor, lista);
+    this->Exige(lista, libres);
+    this->Cierra(*editor);
+    return tiempo;
+  }
   std::int64_t n_;
 };
 
@@ -107,14 +116,7 @@ template <class Lugar>
 class LlenaEmpleados final : public Empleados<Lugar> {
  public:
   using Empleados<Lugar>::Empleados;
-  double Corre() {
-    const auto editor = this->Editor();
-    ListView& lista = this->template Busca<ListView>(*editor, "lv", 0);
-    const double tiempo = this->MideDesde("SELECT * FROM empleados ORDER BY empleado", *editor, lista);
-    this->Exige(lista, this->n_);
-    this->Cierra(*editor);
-    return tiempo;
-  }
+  double Corre() { return this->MideCarga(this->n_); }
 };
 
 template <class Lugar>
@@ -125,14 +127,7 @@ class LlenaYRemueve final : public Empleados<Lugar> {
         "INSERT INTO turnoempleado (turno, empleado) SELECT 'T', empleado FROM empleados WHERE "
         "CAST(SUBSTR(empleado, 2) AS INTEGER) % 2 = 0");
   }
-  double Corre() {
-    const auto editor = this->Editor();
-    ListView& lista = this->template Busca<ListView>(*editor, "lv", 0);
-    const double tiempo = this->MideDesde("SELECT * FROM empleados ORDER BY empleado", *editor, lista);
-    this->Exige(lista, this->n_ - this->n_ / 2);
-    this->Cierra(*editor);
-    return tiempo;
-  }
+  double Corre() { return this->MideCarga(this->n_ - this->n_ / 2); }
 };
 
 template <class Lugar>
