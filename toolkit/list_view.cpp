@@ -19,9 +19,13 @@ std::size_t SubColumn(std::int32_t column) {
 
 // One row.
 
+void ListItem::Changed() {
+  if (ListView* list = List()) list->Changed(Aspect::Items);
+}
+
 void ListItem::SetText(std::string text) {
   text_ = std::move(text);
-  if (list_) list_->Changed(Aspect::Items);
+  Changed();
 }
 
 std::string ListItem::SubItems(std::int32_t column) const {
@@ -33,15 +37,15 @@ void ListItem::SetSubItems(std::int32_t column, std::string text) {
   const std::size_t at = SubColumn(column);
   if (at >= sub_items_.size()) sub_items_.resize(at + 1);
   sub_items_[at] = std::move(text);
-  if (list_) list_->Changed(Aspect::Items);
+  Changed();
 }
 
-std::int32_t ListItem::Index() const { return list_ ? list_->items_->PositionOf(slot_) : 0; }
+std::int32_t ListItem::Index() const { return List() ? List()->items_->PositionOf(slot_) : 0; }
 
-bool ListItem::Selected() const { return list_ && list_->selected_ == this; }
+bool ListItem::Selected() const { return List() && List()->selected_ == this; }
 
 void ListItem::SetSelected(bool selected) {
-  if (list_ && selected != Selected()) list_->Select(selected ? this : nullptr);
+  if (List() && selected != Selected()) List()->Select(selected ? this : nullptr);
 }
 
 const MemberTable* ListItem::Members() const {
@@ -58,13 +62,20 @@ const MemberTable* ListItem::Members() const {
 
 // The rows.
 
+ListItems::~ListItems() {
+  // Rows that others still hold must not reach back.
+  for (const auto& item : slots_)
+    if (item) item->home_ = nullptr;
+}
+
 ListView& ListItems::List() const {
-  if (!list_) throw HostError(ErrorNumber::ObjectNotSet);  // kept by somebody longer than its list
-  return *list_;
+  if (!*home_) throw HostError(ErrorNumber::ObjectNotSet);  // kept by somebody longer than its list
+  return **home_;
 }
 
 std::shared_ptr<ListItem> ListItems::Make(std::string key, std::string text) {
-  auto item = std::make_shared<ListItem>(List(), std::move(key), std::move(text));
+  List();  // there to be added to
+  auto item = std::make_shared<ListItem>(*home_, std::move(key), std::move(text));
   if (!item->key_.empty() && !by_key_.insert(item.get()).second)
     throw HostError("Key is not unique in collection");
   return item;
@@ -124,7 +135,7 @@ void ListItems::Take(ListItem& item) {
   --count_;
   for (std::size_t node = slot + 1; node <= rows_up_to_.size(); node += Span(node)) --rows_up_to_[node - 1];
   if (!taken->key_.empty()) by_key_.erase(taken.get());
-  taken->list_ = nullptr;
+  taken->home_ = nullptr;
   // Thrown together only when the gaps outnumber the rows, so that each removal pays for few moves.
   if (slots_.size() > 2 * count_ + 16) Compact();
   ListView& list = List();
@@ -137,7 +148,7 @@ void ListItems::Take(ListItem& item) {
 void ListItems::Clear() {
   by_key_.clear();
   for (auto& item : slots_) {
-    if (item) item->list_ = nullptr;
+    if (item) item->home_ = nullptr;
     item.reset();
   }
   slots_.clear();
@@ -151,28 +162,29 @@ void ListItems::Clear() {
 }
 
 bool ListItems::TakeAll(ListItems& from) {
-  const auto stays = [this](const std::shared_ptr<ListItem>& item) {
-    return item && (item.use_count() > 1 ||
-                    (!by_key_.empty() && !item->key_.empty() && by_key_.contains(item.get())));
-  };
-  if (std::ranges::any_of(from.slots_, stays)) return false;
-  // All the memory there is need of comes first: half a move would leave keys without rows.
-  slots_.reserve(slots_.size() + from.count_);
-  if (by_key_.empty()) {
-    // Into an empty list the keys go as they are; one by one they would be all over the memory.
+  if (count_ == 0) {
+    slots_.swap(from.slots_);
+    rows_up_to_.swap(from.rows_up_to_);
     by_key_.swap(from.by_key_);
+    std::swap(count_, from.count_);
+    home_.swap(from.home_);
+    std::swap(*home_, *from.home_);
   } else {
+    const auto is_here = [this](const auto& item) { return by_key_.contains(item); };
+    if (std::ranges::any_of(from.by_key_, is_here)) return false;
+    // All the memory there is need of comes first: half a move would leave keys without rows.
+    slots_.reserve(slots_.size() + from.count_);
     by_key_.reserve(by_key_.size() + from.by_key_.size());
     by_key_.merge(from.by_key_);
+    for (auto& item : from.slots_) {
+      if (!item) continue;
+      item->home_ = home_.get();
+      item->slot_ = slots_.size();
+      slots_.push_back(std::move(item));
+    }
+    count_ += from.count_;
+    rows_up_to_.clear();
   }
-  for (auto& item : from.slots_) {
-    if (!item) continue;
-    item->list_ = list_;
-    item->slot_ = slots_.size();
-    slots_.push_back(std::move(item));
-  }
-  count_ += from.count_;
-  rows_up_to_.clear();
   List().Changed(Aspect::Items);
   from.Clear();
   return true;
@@ -293,9 +305,7 @@ ListView::ListView(Form& form, std::string name, std::int16_t index)
 
 ListView::~ListView() {
   // Rows and columns that others still hold must not reach back.
-  for (const auto& item : items_->slots_)
-    if (item) item->list_ = nullptr;
-  items_->list_ = nullptr;
+  *items_->home_ = nullptr;
   columns_->list_ = nullptr;
 }
 
@@ -306,7 +316,7 @@ void ListView::SetView(std::int16_t view) {
 }
 
 void ListView::Select(ListItem* item) {
-  if (item && item->list_ != this) throw HostError(ErrorNumber::InvalidCall);
+  if (item && item->List() != this) throw HostError(ErrorNumber::InvalidCall);
   if (item == selected_) return;
   selected_ = item;
   Changed(Aspect::Selection);

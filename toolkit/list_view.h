@@ -18,8 +18,8 @@ class ListView;
 class ListItem final : public Object {
  public:
   /// For ListItems: rows are made by adding them.
-  ListItem(ListView& list, std::string key, std::string text)
-      : list_(&list), key_(std::move(key)), text_(std::move(text)) {}
+  ListItem(ListView* const& home, std::string key, std::string text)
+      : home_(&home), key_(std::move(key)), text_(std::move(text)) {}
   const std::string& Key() const { return key_; }
   const std::string& Text() const { return text_; }
   void SetText(std::string text);
@@ -37,8 +37,11 @@ class ListItem final : public Object {
  private:
   friend class ListItems;
   friend class ListView;
-  // What changes when rows change their list stands together.
-  ListView* list_;
+  /// Null when it is in no list.
+  ListView* List() const { return home_ ? *home_ : nullptr; }
+  void Changed();
+
+  ListView* const* home_;  // what ListItems keeps for all its rows; null once it was taken out
   std::size_t slot_ = 0;
   std::string key_, text_;
   std::vector<std::string> sub_items_;
@@ -48,7 +51,10 @@ class ListItem final : public Object {
 /// rows; positions, while there are gaps of removed rows, logarithmic time.
 class ListItems final : public Object {
  public:
-  explicit ListItems(ListView& list) : list_(&list) {}
+  explicit ListItems(ListView& list) : home_(std::make_unique<ListView*>(&list)) {}
+  ListItems(const ListItems&) = delete;
+  ListItems& operator=(const ListItems&) = delete;
+  ~ListItems() override;
   /// A row at the end, or before the one at `position`. Throws HostError for a key that is there already (an
   /// empty key is none), and (SubscriptOutOfRange) for a position that is not 1 to `Count` + 1.
   ListItem& Add(std::string key, std::string text);
@@ -64,9 +70,8 @@ class ListItems final : public Object {
   void Remove(std::string_view key);
   void Remove(std::int32_t position);
   void Clear();
-  /// Adds all rows of another list, which is empty then: the same as adding and removing them one by one,
-  /// without making them anew. False, and nothing done, when a key is here already or somebody holds one of
-  /// the rows.
+  /// Adds all rows of another list, which is empty then, without making them anew; into an empty list in
+  /// constant time. False, and nothing done, when a key is here already.
   bool TakeAll(ListItems& from);
   /// Rows visited so far to keep positions in order; grows no faster than the rows added and removed.
   std::size_t Visited() const { return visited_; }
@@ -97,7 +102,9 @@ class ListItems final : public Object {
   ObjectPtr ItemByName(const Value& which);
   void RemoveByName(const Value& which);
 
-  ListView* list_;
+  /// The list, where its rows look it up, so that rows that go over to another list need not be told one by
+  /// one. Null once the list is gone and somebody keeps the rows.
+  std::unique_ptr<ListView*> home_;
   std::vector<std::shared_ptr<ListItem>> slots_;  // a row taken out leaves a gap until gaps are many
   std::vector<std::size_t> rows_up_to_;  // binary indexed tree of rows per slot, once positions need it
   std::unordered_set<ListItem*, KeyHash, SameKey> by_key_;  // the rows' own keys, not copies of them

@@ -119,10 +119,6 @@ TEST_F(Listas, AllRowsGoOverOrNone) {
   destino.Add("k3", "mismo");
   EXPECT_FALSE(destino.TakeAll(Filas()));  // a key that is there already
   destino.Remove("k3");
-  {
-    const ObjectPtr retenida = Filas()("k1").shared_from_this();
-    EXPECT_FALSE(destino.TakeAll(Filas()));  // somebody's row
-  }
   EXPECT_EQ(Textos(), "1 3 ");
   for (const char* suya : {"", "k9"}) {
     if (*suya) destino.Add(suya, suya);
@@ -132,6 +128,10 @@ TEST_F(Listas, AllRowsGoOverOrNone) {
     EXPECT_EQ(Filas().ByKey("k1"), nullptr);
     EXPECT_EQ(Lista().SelectedItem(), nullptr);
     EXPECT_EQ(destino("k3").Index(), destino.Count());
+    // The rows belong to their new list.
+    destino("k3").SetSelected(true);
+    EXPECT_EQ(otra->SelectedItem(), destino.ByKey("k3"));
+    EXPECT_FALSE(ventana->lista->SelectedItem());
     // Back again, one by one.
     for (const char* clave : {"k1", "k3"}) {
       destino.Remove(clave);
