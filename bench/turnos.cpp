@@ -20,6 +20,7 @@ class Oculto : public BancoOculto {
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
     return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) * 1e-9;
   }
+  static double Listadas() { return Ahora(); }
   static void Pinta(const Control&) {}
 };
 

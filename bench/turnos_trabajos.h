@@ -54,13 +54,14 @@ class Turnos : public Lugar {
     trabajo();
     return this->Ahora() - antes;
   }
-  /// From a query for rows on until these are on the screen: the window is there by then, if it has a screen.
+  /// Opens the window. The time from a query for rows on until the last of them is listed, and that of
+  /// drawing them; what else the window does to open is left out where there is a screen.
   double MideDesde(const std::string& consulta, Form& ventana, ListView& lista) {
     double antes = 0;
     this->Oye([&](const std::string& sql) { antes = sql == consulta ? this->Ahora() : antes; },
               [&] { ventana.Show(); });
-    this->Pinta(lista);
-    return this->Ahora() - antes;
+    const double llenada = this->Listadas() - antes;
+    return llenada + Mide([&] { this->Pinta(lista); });
   }
   void Cierra(Form& ventana) {
     ventana.Unload();

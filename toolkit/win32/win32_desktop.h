@@ -16,7 +16,7 @@ class NativeModule;
 }
 
 /// The real screen. Belongs to one thread.
-class Win32Desktop final : public Desktop {
+class Win32Desktop : public Desktop {
  public:
   /// `instance` is the program file the windows belong to: their classes, manifest (resource 2) and icon
   /// (resource 1) are that file's.
