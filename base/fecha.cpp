@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 
 #include "base/error.h"
 
@@ -95,7 +94,7 @@ std::string Fecha::Formatea(std::string_view patron) const {
   const struct {
     std::string_view mark;
     int value;
-    int width;
+    std::size_t width;
   } fields[] = {{"yyyy", c.anio, 4}, {"dd", c.dia, 2},    {"MM", c.mes, 2},
                 {"hh", c.hora, 2},   {"mm", c.minuto, 2}, {"ss", c.segundo, 2}};
   std::string out;
@@ -103,9 +102,10 @@ std::string Fecha::Formatea(std::string_view patron) const {
     bool taken = false;
     for (const auto& field : fields) {
       if (!patron.starts_with(field.mark)) continue;
-      char buffer[16];
-      std::snprintf(buffer, sizeof buffer, "%0*d", field.width, field.value);
-      out += buffer;
+      const std::size_t start = out.size();
+      out.append(field.width, '0');
+      std::size_t digit = start + field.width;
+      for (int rest = field.value; rest > 0; rest /= 10) out[--digit] = static_cast<char>('0' + rest % 10);
       patron.remove_prefix(field.mark.size());
       taken = true;
       break;

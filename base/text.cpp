@@ -85,6 +85,15 @@ std::string Minusculas(std::string_view text) {
   return out;
 }
 
+std::string Junta(std::initializer_list<std::string_view> pieces) {
+  std::size_t size = 0;
+  for (const auto piece : pieces) size += piece.size();
+  std::string out;
+  out.reserve(size);
+  for (const auto piece : pieces) out += piece;
+  return out;
+}
+
 std::string Utf8(std::u16string_view text) {
   std::string out;
   out.reserve(text.size());

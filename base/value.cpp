@@ -105,11 +105,28 @@ ObjectPtr AObjeto(const Value& value) {
 std::string Decimal(std::int32_t number) { return std::to_string(number); }
 
 std::string TextoDeNumero(double number) {
+  constexpr int kDigits = 15;
   if (std::isnan(number)) return "NaN";
   if (std::isinf(number)) return number < 0 ? "-Inf" : "Inf";
-  if (number == 0) return "0";
   char buffer[64];
-  const auto end = std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::general, 15).ptr;
+  // Quantities and amounts have few decimals: written as a whole number of millionths they take a fraction of
+  // the time. If the quotient gives the number back, these are its first fifteen digits as well.
+  const double millionths = std::nearbyint(std::abs(number) * 1e6);
+  if ((millionths == 0 || millionths >= 100) && millionths < 1e15 && millionths / 1e6 == std::abs(number)) {
+    const std::int64_t whole = static_cast<std::int64_t>(millionths) / 1'000'000;
+    std::int64_t decimals = static_cast<std::int64_t>(millionths) % 1'000'000;
+    std::string text = (number < 0 ? "-" : "") + std::to_string(whole);
+    if (decimals > 0) {
+      text += '.';
+      for (std::int64_t unit = 100'000; decimals > 0; unit /= 10) {
+        text += static_cast<char>('0' + decimals / unit);
+        decimals %= unit;
+      }
+    }
+    return text;
+  }
+  const auto end =
+      std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::general, kDigits).ptr;
   std::string text(buffer, end);
   const auto exponent = text.find('e');
   if (exponent != std::string::npos) text[exponent] = 'E';

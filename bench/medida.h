@@ -5,6 +5,7 @@
 #include <stdlib.h>
 
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -21,43 +22,55 @@ struct Bases {
   Sentencias ajustes;
 };
 
+/// Who works on the left side of a comparison: the component, or, as a control of the measuring itself, the
+/// same bare loop as on the right.
+enum class Lado { Componente, Control };
+
 /// Measures `Trabajo`, a kind of Banco: `Prepara` opens the database and sets the stage, `Corre` is what is
 /// measured, `Repone` makes another round possible. Its statements are recorded on the first database; then
 /// it works on the second, and a loop in plain ODBC issues the very same statements in the third, by turns.
-template <class Trabajo>
+template <class Trabajo, Lado lado = Lado::Componente>
 void Compara(benchmark::State& state, const Bases& bases) {
   struct Vuelta {
     Sentencias medidas, demas;
   };
+  const auto repite = [](OdbcDesnudo& base, const Sentencias& sentencias) {
+    for (const auto& sql : sentencias) base.Corre(sql);
+  };
   std::vector<Vuelta> grabadas;
   Trabajo trabajo(bases.componente);
   OdbcDesnudo desnudo(bases.desnuda);
-  const auto repite = [&](const Sentencias& sentencias) {
-    for (const auto& sql : sentencias) desnudo.Corre(sql);
-  };
+  std::optional<OdbcDesnudo> control;
   {
     Trabajo grabadora(bases.grabada);
-    repite(bases.ajustes);
-    repite(grabadora.Graba([&] { grabadora.Prepara(); }));
+    Sentencias preparacion = grabadora.Graba([&] { grabadora.Prepara(); });
+    preparacion.insert(preparacion.begin(), bases.ajustes.begin(), bases.ajustes.end());
+    repite(desnudo, preparacion);
+    if constexpr (lado == Lado::Control) repite(control.emplace(bases.componente), preparacion);
     for (benchmark::IterationCount i = 0; i < state.max_iterations; ++i) {
       Sentencias medidas = grabadora.Graba([&] { grabadora.Corre(); });
       grabadas.push_back({std::move(medidas), grabadora.Graba([&] { grabadora.Repone(); })});
     }
   }
-  trabajo.Prepara();
+  if constexpr (lado == Lado::Componente) trabajo.Prepara();
   std::vector<double> del_componente, del_desnudo;
   std::size_t vuelta = 0;
   for (auto _ : state) {
     const Vuelta& esta = grabadas[vuelta];
     double tiempo = 0;
     const auto corre = [&] {
-      tiempo = Segundos([&] { trabajo.Corre(); });
-      trabajo.Repone();
+      if constexpr (lado == Lado::Control) {
+        tiempo = Segundos([&] { repite(*control, esta.medidas); });
+        repite(*control, esta.demas);
+      } else {
+        tiempo = Segundos([&] { trabajo.Corre(); });
+        trabajo.Repone();
+      }
     };
     // Who goes first alternates: the second finds the caches of the processor warm.
     if (vuelta % 2 == 0) corre();
-    del_desnudo.push_back(Segundos([&] { repite(esta.medidas); }));
-    repite(esta.demas);
+    del_desnudo.push_back(Segundos([&] { repite(desnudo, esta.medidas); }));
+    repite(desnudo, esta.demas);
     if (vuelta % 2 != 0) corre();
     del_componente.push_back(tiempo);
     state.SetIterationTime(tiempo);
@@ -69,10 +82,10 @@ void Compara(benchmark::State& state, const Bases& bases) {
   state.counters["razon"] = piso / componente;
 }
 
-template <class Trabajo>
+template <class Trabajo, Lado lado = Lado::Componente>
 void EnMemoria(benchmark::State& state) {
   const std::string base = Sqlite(":memory:");
-  Compara<Trabajo>(state, {base, base, base, {"PRAGMA foreign_keys=ON"}});
+  Compara<Trabajo, lado>(state, {base, base, base, {"PRAGMA foreign_keys=ON"}});
 }
 
 /// A folder of its own, removed with all it holds.
@@ -95,13 +108,14 @@ class Carpeta {
   std::filesystem::path ruta_;
 };
 
-template <class Trabajo>
+template <class Trabajo, Lado lado = Lado::Componente>
 void EnArchivo(benchmark::State& state) {
   const Carpeta carpeta;
-  Compara<Trabajo>(state, {Sqlite(carpeta.Archivo("grabada.db")),
-                           Sqlite(carpeta.Archivo("componente.db")),
-                           Sqlite(carpeta.Archivo("desnuda.db")),
-                           {"PRAGMA foreign_keys=ON", "PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL"}});
+  Compara<Trabajo, lado>(state,
+                         {Sqlite(carpeta.Archivo("grabada.db")),
+                          Sqlite(carpeta.Archivo("componente.db")),
+                          Sqlite(carpeta.Archivo("desnuda.db")),
+                          {"PRAGMA foreign_keys=ON", "PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL"}});
 }
 
 }  // namespace zuvi::bench

@@ -58,5 +58,6 @@ std::string LiteralFecha(Motor motor, const Fecha& fecha);
 /// A value as literal: text quoted with the quotes in it doubled (and whatever else the engine needs), NULL
 /// for Null.
 std::string Literal(Motor motor, const Value& valor);
+std::string Literal(Motor motor, const std::string& texto);
 
 }  // namespace zuvi::host

@@ -2,9 +2,7 @@
 #include "host/base_datos.h"
 
 namespace zuvi::host {
-namespace {
-
-std::string EntreComillas(Motor motor, const std::string& texto) {
+std::string Literal(Motor motor, const std::string& texto) {
   std::string literal = "'";
   literal.reserve(texto.size() + 2);
   for (const char c : texto) {
@@ -14,13 +12,11 @@ std::string EntreComillas(Motor motor, const std::string& texto) {
   return literal += '\'';
 }
 
-}  // namespace
-
-std::string LiteralFecha(Motor motor, const Fecha& fecha) { return EntreComillas(motor, fecha.Texto()); }
+std::string LiteralFecha(Motor motor, const Fecha& fecha) { return Literal(motor, fecha.Texto()); }
 
 std::string Literal(Motor motor, const Value& valor) {
   if (valor.IsNull() || valor.IsEmpty()) return "NULL";
-  if (const auto* texto = std::get_if<std::string>(&valor.Get())) return EntreComillas(motor, *texto);
+  if (const auto* texto = std::get_if<std::string>(&valor.Get())) return Literal(motor, *texto);
   if (const auto* fecha = std::get_if<Fecha>(&valor.Get())) return LiteralFecha(motor, *fecha);
   // A flag in a table is 0 or not 0; text would not do.
   if (const auto* bandera = std::get_if<bool>(&valor.Get())) return *bandera ? "-1" : "0";

@@ -1,5 +1,6 @@
 #include "host/documento_inventario_host.h"
 
+#include "base/text.h"
 #include "component/services/by_name.h"
 #include "host/reintento.h"
 #include "host/valuacion.h"
@@ -34,34 +35,58 @@ double DocumentoInventarioHost::AplicaMovimiento(std::int32_t& numero) {
   const Motor motor = base.TraeMotor();
   const double cantidad = RedondeaCantidad(cantidad_);
   const std::int64_t importe = ACentavos(EsMovimientoDeKit(tipo_, concepto_) ? costo_ : cantidad * costo_);
-  const int signo = tipo_ == kEntrada ? 1 : -1;
+  const bool entra = tipo_ == kEntrada;
+  const std::int32_t asignado = anfitrion_->NumeroDeMovimiento();
+  const std::string id = Decimal(asignado);
   const std::string almacen = Decimal(RedondeaA32(almacen_));
   const std::string articulo = Literal(motor, articulo_);
-  const std::string cambio = Literal(motor, signo * cantidad);
-  const std::string valor = std::to_string(signo * importe);
-  const std::int32_t id = anfitrion_->NumeroDeMovimiento();
+  const std::string cambio = TextoDeNumero(entra ? cantidad : -cantidad);
+  const std::string valor = std::to_string(entra ? importe : -importe);
 
   ConReintento([&] {
     Transaccion transaccion(base);
     base.Ejecuta(
-        "INSERT INTO movimientos (id, fecha, tipo, concepto, orden, folio, referencia, documento, usuario, "
-        "almacen, articulo, cantidad, costo, importe) VALUES (" +
-        Decimal(id) + ", " + LiteralFecha(motor, fecha_) + ", " + Literal(motor, tipo_) + ", " +
-        Literal(motor, concepto_) + ", " + Decimal(orden_) + ", " + Literal(motor, folio_) + ", " +
-        Decimal(referencia_) + ", " + Literal(motor, documento_) + ", " + Literal(motor, usuario_) + ", " +
-        almacen + ", " + articulo + ", " + Literal(motor, cantidad) + ", " + Literal(motor, costo_) + ", " +
-        std::to_string(importe) + ")");
+        Junta({"INSERT INTO movimientos (id, fecha, tipo, concepto, orden, folio, referencia, documento, "
+               "usuario, almacen, articulo, cantidad, costo, importe) VALUES (",
+               id,
+               ", ",
+               Literal(motor, fecha_),
+               ", ",
+               Literal(motor, tipo_),
+               ", ",
+               Literal(motor, concepto_),
+               ", ",
+               Decimal(orden_),
+               ", ",
+               Literal(motor, folio_),
+               ", ",
+               Decimal(referencia_),
+               ", ",
+               Literal(motor, documento_),
+               ", ",
+               Literal(motor, usuario_),
+               ", ",
+               almacen,
+               ", ",
+               articulo,
+               ", ",
+               TextoDeNumero(cantidad),
+               ", ",
+               TextoDeNumero(costo_),
+               ", ",
+               std::to_string(importe),
+               ")"}));
     // The row remembers its last movement. That also makes every UPDATE a change: a server may count rows
     // that stay as they were as not touched.
-    const auto tocadas = base.Ejecuta("UPDATE existencias SET cantidad = ROUND(cantidad + " + cambio +
-                                      ", 6), valor = valor + " + valor + ", movimiento = " + Decimal(id) +
-                                      " WHERE articulo = " + articulo + " AND almacen = " + almacen);
+    const auto tocadas = base.Ejecuta(
+        Junta({"UPDATE existencias SET cantidad = ROUND(cantidad + ", cambio, ", 6), valor = valor + ", valor,
+               ", movimiento = ", id, " WHERE articulo = ", articulo, " AND almacen = ", almacen}));
     if (tocadas == 0)
-      base.Ejecuta("INSERT INTO existencias (articulo, almacen, cantidad, valor, movimiento) VALUES (" +
-                   articulo + ", " + almacen + ", " + cambio + ", " + valor + ", " + Decimal(id) + ")");
+      base.Ejecuta(Junta({"INSERT INTO existencias (articulo, almacen, cantidad, valor, movimiento) VALUES (",
+                          articulo, ", ", almacen, ", ", cambio, ", ", valor, ", ", id, ")"}));
     transaccion.Confirma();
   });
-  numero = id;
+  numero = asignado;
   return DeCentavos(importe);
 }
 

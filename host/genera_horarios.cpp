@@ -81,9 +81,8 @@ std::int64_t GeneraHorarios(Anfitrion& anfitrion, const std::string& turno, cons
         ", miembros.empleado, turnos.entrada, turnos.comida, turnos.salida" + miembros +
         " LEFT JOIN horarios ON horarios.turno = turnos.turno AND horarios.fecha = " + dia +
         " AND horarios.Empleado = miembros.empleado WHERE horarios.id IS NULL AND (turnos.descanso IS NULL "
-        "OR "
-        "turnos.descanso <> " +
-        Literal(motor, DiaDeLaSemana(fecha)) + ")" + del_turno);
+        "OR turnos.descanso <> " +
+        Literal(motor, std::string(DiaDeLaSemana(fecha))) + ")" + del_turno);
     agregados += hoy;
     anterior += static_cast<std::int32_t>(hoy);
   }
