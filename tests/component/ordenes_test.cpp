@@ -45,33 +45,24 @@ EjecutaSQL(UPDATE oppart SET terminado = cantidad WHERE op = 7)
 Cierra()
 )");
   EXPECT_EQ(t.Lineas("Documento 2.Aplica").size(), 3u);
+  // Without lines there is nothing to announce: it is marked, and a window is made to be closed.
+  t.PonOrden("7", "PE", {}, 0);
+  Entrega();
+  EXPECT_EQ(std::vector(t.mundo.bitacora.end() - 3, t.mundo.bitacora.end()),
+            (std::vector<std::string>{"EjecutaSQL(UPDATE oppart SET terminado = cantidad WHERE op = 7)",
+                                      "Crea(ZuviQuery.VentanaProgreso)", "Cierra()"}));
   EXPECT_TRUE(t.escritorio.Avisos().empty());
 }
 
-TEST_P(Ordenes, SinLineasSoloSeMarcaYSeCierra) {
-  t.PonOrden("7", "PE", {}, 0);
-  EXPECT_EQ(Entrega(), R"(
-Ambiente.Conexion()
-Crea(ZuviQuery.AccesoDatos)
-Consulta(SELECT COUNT( * ) FROM oppart WHERE op = 7)
-Consulta(SELECT oppart.articulo, oppart.cantidad, op.almacen FROM oppart INNER JOIN op USING(op) WHERE op.op = 7)
-EjecutaSQL(UPDATE oppart SET terminado = cantidad WHERE op = 7)
-Crea(ZuviQuery.VentanaProgreso)
-Cierra()
-)");
-}
-
 TEST_P(Ordenes, UnaEntregaQueFallaCallaYNoMarca) {
-  struct Caso {
+  const struct {
     const char* nombre;
     Value cuenta, articulo, cantidad;
     std::size_t ensambles;
-  };
-  const Caso casos[] = {{"cuenta desbordada", 2147483647.5, "MESA", 1.0, 0},
-                        {"cuenta nula", Null{}, "MESA", 1.0, 0},
-                        {"cantidad desbordada", 2, "MESA", 3e9, 1},
-                        {"cantidad nula", 2, "MESA", Null{}, 1},
-                        {"artículo nulo", 2, Null{}, 1.0, 1}};
+  } casos[] = {{"cuenta desbordada", 2147483647.5, "MESA", 1.0, 0},
+               {"cuenta nula", Null{}, "MESA", 1.0, 0},
+               {"cantidad desbordada", 2, "MESA", 3e9, 1},
+               {"artículo nulo", 2, Null{}, 1.0, 1}};
   for (const auto& caso : casos) {
     SCOPED_TRACE(caso.nombre);
     t.PonOrden("7", "PE", {{"MESA", 1.0}, {caso.articulo, caso.cantidad}}, caso.cuenta);
@@ -85,33 +76,28 @@ TEST_P(Ordenes, UnaEntregaQueFallaCallaYNoMarca) {
   EXPECT_TRUE(t.escritorio.Avisos().empty());
 }
 
-constexpr const char* kCerrar =
-    "Pregunta(Esta orden de producción ya fue confirmada, Desea cerrar esta order de producción, 2)";
-constexpr const char* kPregunta = "Pregunta(mensaje 757, 2)";
-
-struct Cancelacion {
-  const char* nombre;
-  Value estado;
-  std::deque<bool> respuestas;
-  std::vector<std::string> acciones;
-  bool resultado;
-};
-
 TEST_P(Ordenes, CancelarBorraOCierraSegunElEstado) {
-  const std::string borra_op = "EjecutaSQL(DELETE FROM op WHERE op = -12)";
-  const std::string borra_lineas = "EjecutaSQL(DELETE FROM oppart WHERE op = -12)";
-  const std::string cierra = "EjecutaSQL(UPDATE op SET cerrado = 1 WHERE op = -12)";
+  const std::string pregunta = "Pregunta(mensaje 757, 2)";
+  const std::string cerrar =
+      "Pregunta(Esta orden de producción ya fue confirmada, Desea cerrar esta order de producción, 2)";
   const std::string op = "Consulta(SELECT * FROM op WHERE op = -12)";
   const std::string lineas = "Consulta(SELECT * FROM oppart WHERE op = -12)";
-  const Cancelacion casos[] = {
-      {"dice que no", "PE", {false}, {kPregunta}, false},
-      {"pendiente", "PE", {true}, {kPregunta, op, lineas, borra_op, borra_lineas}, true},
-      {"estado nulo", Null{}, {true}, {kPregunta, op, lineas, borra_op, borra_lineas}, true},
-      {"otra caja", "co", {true}, {kPregunta, op, lineas, borra_op, borra_lineas}, true},
-      {"blanco al final", "CO ", {true}, {kPregunta, op, lineas, borra_op, borra_lineas}, true},
-      {"confirmada, sí", "CO", {true, true}, {kPregunta, op, lineas, kCerrar, cierra}, true},
-      {"confirmada, no", "CO", {true, false}, {kPregunta, op, lineas, kCerrar}, false},
-  };
+  const std::string cierra = "EjecutaSQL(UPDATE op SET cerrado = 1 WHERE op = -12)";
+  const std::vector<std::string> borra{pregunta, op, lineas, "EjecutaSQL(DELETE FROM op WHERE op = -12)",
+                                       "EjecutaSQL(DELETE FROM oppart WHERE op = -12)"};
+  const struct {
+    const char* nombre;
+    Value estado;
+    std::deque<bool> respuestas;
+    std::vector<std::string> acciones;
+    bool resultado;
+  } casos[] = {{"dice que no", "PE", {false}, {pregunta}, false},
+               {"pendiente", "PE", {true}, borra, true},
+               {"estado nulo", Null{}, {true}, borra, true},
+               {"otra caja", "co", {true}, borra, true},
+               {"blanco al final", "CO ", {true}, borra, true},
+               {"confirmada, sí", "CO", {true, true}, {pregunta, op, lineas, cerrar, cierra}, true},
+               {"confirmada, no", "CO", {true, false}, {pregunta, op, lineas, cerrar}, false}};
   for (const auto& caso : casos) {
     SCOPED_TRACE(caso.nombre);
     t.PonOrden("-12", caso.estado, {}, 0);
@@ -123,33 +109,15 @@ TEST_P(Ordenes, CancelarBorraOCierraSegunElEstado) {
     });
     EXPECT_EQ(t.mundo.bitacora, caso.acciones);
   }
-}
-
-TEST_P(Ordenes, CancelarLoQueNoExisteOFallaDevuelveFalsoEnSilencio) {
+  // What does not exist is looked for, and not cancelled; nor is anything without an environment.
   t.mundo.respuestas = {true};
+  t.mundo.bitacora.clear();
   EXPECT_FALSE(t.prod->CancelaOp(99));
   EXPECT_EQ(t.Lineas("Consulta").size(), 2u);
   EXPECT_TRUE(t.Lineas("EjecutaSQL").empty());
   t.prod->PonAmbiente(nullptr);
-  EXPECT_FALSE(t.prod->CancelaOp(12));
+  EXPECT_FALSE(t.prod->CancelaOp(-12));
   EXPECT_TRUE(t.escritorio.Avisos().empty());
-}
-
-TEST_P(Ordenes, ElComponenteSirvePorNombreComoPorTipo) {
-  t.PonOrden("7", "PE", {{"MESA", 1.0}}, 1);
-  t.mundo.respuestas = {true};
-  std::vector<Value> args{"7"};
-  t.prod->Call("entregaproductoterminado", args);
-  EXPECT_EQ(t.Lineas("{ Ensamble"), std::vector<std::string>{"{ Ensamble MESA 9 1 7"});
-  EXPECT_EQ(t.prod->Call("CANCELAOP", args), Value(true));
-  std::vector<Value> sin_orden{"MESA", "1.5", 9.5};
-  t.prod->Call("Desensamble", sin_orden);
-  EXPECT_EQ(t.Lineas("{ Desensamble"), std::vector<std::string>{"{ Desensamble MESA 1.5 10 0"});
-  EXPECT_EQ(t.prod->Call("Ambiente"), Value(t.ambiente));
-  t.prod->Put("Ambiente", ObjectPtr());
-  EXPECT_EQ(t.prod->TraeAmbiente(), nullptr);
-  std::vector<Value> pocos{"MESA"}, muchos(5), malos{"MESA", "x", 1};
-  for (auto* mal : {&pocos, &muchos, &malos}) EXPECT_THROW(t.prod->Call("Ensamble", *mal), HostError);
 }
 
 }  // namespace

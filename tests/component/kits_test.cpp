@@ -1,0 +1,276 @@
+// Assembling and taking apart, call by call.
+#include <pthread.h>
+
+#include "tests/support/taller.h"
+
+namespace zuvi::pruebas {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using Kits = EnTaller;
+ZUVI_AMBOS_ANFITRIONES(Kits);
+
+TEST_P(Kits, EnsamblarSinOrdenNumeraYValuaElKitPorLoQueSalio) {
+  t.prod->Ensamble("MESA", 9, 6, 0);
+  EXPECT_EQ(t.mundo.Bitacora(), R"(
+{ Ensamble MESA 9 6 0
+Ambiente.Conexion()
+Crea(ZuviQuery.AccesoDatos)
+Consulta(SELECT * FROM comppart WHERE articulo =  'MESA')
+Consulta(SELECT * FROM componen WHERE articulo =  'MESA')
+Crea(ZuviQuery.DocumentoInventario)
+Crea(ZuviQuery.ControlProcesos)
+IniciaProceso(OPAUTO002, Documento 1, Ambiente, , Nothing, True, 0, , Null, , Nothing)
+ConsultaProceso(True)
+Documento 1.PonAmbiente(Ambiente)
+DatoDocumento()
+Documento 1.PonDatoDocumento(DD)
+Documento 1.PonTipo(S)
+DatoFechaA()
+DatoFechaB()
+ComponeFecha(45, 931)
+Documento 1.PonFecha(2025-10-01)
+SiguienteFolio(ENSAMBLE, Conexion, 0, Nothing)
+Documento 1.PonOrden(501)
+Documento 1.PonConcepto(EN)
+UsuarioActual()
+Documento 1.PonUsuario(ADMIN)
+Documento 1.PonDatoFecha(8801)
+Documento 1.PonFolio(8801)
+Consulta(SELECT kit, costo FROM prods WHERE articulo = 'PATA')
+Documento 1.PonAlmacen(3)
+Documento 1.PonArticulo(PATA)
+Documento 1.PonCantidad(3)
+Documento 1.PonCosto(10.5)
+Documento 1.AplicaMovimiento(0)
+Consulta(SELECT kit, costo FROM prods WHERE articulo = 'TABLA')
+Documento 1.PonAlmacen(4)
+Documento 1.PonArticulo(TABLA)
+Documento 1.PonCantidad(1.5)
+Documento 1.PonCosto(100)
+Documento 1.AplicaMovimiento(0)
+Documento 1.PonConcepto(DE)
+Documento 1.PonTipo(E)
+Documento 1.PonAlmacen(9)
+Documento 1.PonArticulo(MESA)
+Documento 1.PonCantidad(6)
+Documento 1.PonCosto(181.5)
+Documento 1.AplicaMovimiento(0)
+}
+)");
+  // The second run finds the shared host objects made, and makes a document of its own. Under an order it is
+  // not numbered: it refers to the first date value. None assembled moves zeros.
+  t.mundo.bitacora.clear();
+  t.prod->Ensamble("MESA", 9, 0, 120);
+  EXPECT_THAT(Valores("Crea"), ElementsAre("ZuviQuery.DocumentoInventario"));
+  EXPECT_THAT(t.Lineas("SiguienteFolio"), IsEmpty());
+  EXPECT_THAT(Valores("Documento 2.PonConcepto"), ElementsAre("OP", "OP"));
+  EXPECT_THAT(Valores("Documento 2.PonOrden"), ElementsAre("120"));
+  EXPECT_THAT(Valores("Documento 2.PonDatoFecha"), ElementsAre("45"));
+  EXPECT_THAT(Valores("Documento 2.PonFolio"), ElementsAre("45"));
+  EXPECT_THAT(Valores("Documento 2.PonCantidad"), ElementsAre("0", "0", "0"));
+  EXPECT_EQ(t.Lineas("Documento 2.AplicaMovimiento").size(), 3u);
+  EXPECT_THAT(Avisos(), IsEmpty());
+}
+
+TEST_P(Kits, DesensamblarEsElReversoConProporcionesExactas) {
+  t.prod->Desensamble("MESA", 1.5, 9, 0);
+  EXPECT_EQ(t.mundo.bitacora.at(4),
+            "IniciaProceso(DESEM007, Produccion, Ambiente, , Nothing, True, 0, , Null, , Nothing)");
+  EXPECT_THAT(Valores("SiguienteFolio"), ElementsAre("DESENSAMB, Conexion, 0, Nothing"));
+  EXPECT_THAT(Valores("Documento 1.PonTipo"), ElementsAre("E", "S"));
+  EXPECT_THAT(Valores("Documento 1.PonConcepto"), ElementsAre("DES", "DEN"));
+  EXPECT_THAT(Valores("Documento 1.PonArticulo"), ElementsAre("PATA", "TABLA", "MESA"));
+  EXPECT_THAT(Valores("Documento 1.PonAlmacen"), ElementsAre("3", "4", "9"));
+  EXPECT_THAT(Valores("Documento 1.PonCantidad"), ElementsAre("0.75", "0.375", "1.5"));
+  EXPECT_THAT(Valores("Documento 1.PonCosto"), ElementsAre("10.5", "100", "45.375"));
+  // Taking apart multiplies first, assembling divides first: they differ in the last bit.
+  const double recibidas = 1.0 * 3 / 10, tomadas = 1.0 / 10 * 3;
+  ASSERT_NE(recibidas, tomadas);
+  t.PonKit("MESA", 10.0, {{"PATA", 1, 3}});
+  t.mundo.cantidades.clear();
+  t.prod->Desensamble("MESA", 3, 9, 120);
+  t.prod->Ensamble("MESA", 9, 3, 0);
+  EXPECT_EQ(t.mundo.cantidades, (std::vector<double>{recibidas, 3, tomadas, 3}));
+  EXPECT_THAT(Valores("Documento 2.PonConcepto"), ElementsAre("COP", "COP"));
+  EXPECT_THAT(Avisos(), IsEmpty());
+}
+
+TEST_P(Kits, ConVetoOSinComponentesNoSeMueveNadaNiSeAvisa) {
+  // A kit without components makes no document.
+  t.prod->Ensamble("NADA", 9, 1, 0);
+  t.prod->Desensamble("NADA", 1, 9, 0);
+  EXPECT_EQ(t.Lineas("Consulta(").size(), 4u);
+  EXPECT_THAT(Valores("IniciaProceso").size(), 1u) << "the host is not asked about an assembly of nothing";
+  // A veto left standing closes the process and ends.
+  t.mundo.vetos = {"OPAUTO002", "DESEM007"};
+  t.mundo.bitacora.clear();
+  t.prod->Ensamble("MESA", 9, 1, 0);
+  t.prod->Desensamble("MESA", 1, 9, 0);
+  EXPECT_THAT(Valores("ConsultaProceso"), ElementsAre("True", "True"));
+  EXPECT_THAT(Valores("CierraProceso"), ElementsAre("0", "0"));
+  EXPECT_EQ(t.Lineas("Consulta(").size(), 2u) << "a disassembly asks before it queries";
+  EXPECT_THAT(t.Lineas("Documento"), IsEmpty());
+  EXPECT_THAT(Avisos(), IsEmpty());
+}
+
+TEST_P(Kits, ElProcesoPuedeCambiarElDocumentoYQuitarElVeto) {
+  t.mundo.proceso = [this](PeticionProceso& p) {
+    p.objeto = DocumentoMemoria(t.mundo);
+    p.bandera = false;
+  };
+  t.prod->Ensamble("MESA", 9, 1, 7);
+  EXPECT_THAT(Valores("ConsultaProceso"), ElementsAre("False"));
+  EXPECT_THAT(t.Lineas("Documento 1."), IsEmpty());
+  EXPECT_EQ(t.Lineas("Documento 2.Aplica").size(), 3u);
+  // Taken away altogether it is an error, not a crash.
+  t.mundo.proceso = [](PeticionProceso& p) { p.objeto = nullptr; };
+  t.prod->Ensamble("MESA", 9, 1, 7);
+  EXPECT_THAT(Avisos(), ElementsAre(Reporte("Ensamble", "Object variable or With block variable not set")));
+}
+
+TEST_P(Kits, UnErrorAMediasSeReportaYLoAplicadoQueda) {
+  const struct {
+    const char* nombre;
+    Value minimo, costo;
+    const char* descripcion;
+    std::size_t aplicados;
+  } casos[] = {{"sin rendimiento", 0.0, 1.0, "Division by zero", 0},
+               {"rendimiento nulo", Null{}, 1.0, "Invalid use of Null", 0},
+               {"costo nulo", 4.0, Null{}, "Invalid use of Null", 1}};
+  for (const auto& caso : casos) {
+    SCOPED_TRACE(caso.nombre);
+    t.PonArticulo("TABLA", caso.costo);
+    t.PonKit("MESA", caso.minimo, {{"PATA", 2, 3}, {"TABLA", 1, 4}});
+    t.mundo.bitacora.clear();
+    t.prod->Ensamble("MESA", 9, 6, 0);
+    EXPECT_THAT(Avisos(), ElementsAre(Reporte("Ensamble", caso.descripcion)));
+    t.prod->Desensamble("MESA", 6, 9, 0);
+    EXPECT_THAT(Avisos(), ElementsAre(Reporte("Desensamble", caso.descripcion)));
+    EXPECT_EQ(Valores("IniciaProceso").size(), 2u);
+    const auto aplicados = std::ranges::count_if(
+        t.mundo.bitacora, [](const std::string& linea) { return linea.ends_with(".AplicaMovimiento(0)"); });
+    EXPECT_EQ(static_cast<std::size_t>(aplicados), 2 * caso.aplicados);
+  }
+  // The article of the second line does not exist.
+  t.mundo.tablas.erase("SELECT kit, costo FROM prods WHERE articulo = 'TABLA'");
+  t.mundo.tablas.erase("SELECT articulo, kit, costo FROM prods WHERE articulo = 'TABLA'");
+  const int documentos = t.mundo.documentos;
+  t.prod->Ensamble("MESA", 9, 6, 0);
+  t.prod->Desensamble("MESA", 6, 9, 0);
+  EXPECT_EQ(Avisos().size(), 2u);
+  for (const int n : {1, 2})
+    EXPECT_EQ(t.Lineas("Documento " + std::to_string(documentos + n) + ".Aplica").size(), 1u);
+  // What is no HostError is an error too, and so is no environment.
+  t.mundo.gancho = [](const std::string&) { throw 42; };
+  t.prod->Ensamble("MESA", 9, 6, 0);
+  EXPECT_THAT(Avisos(), ElementsAre(Reporte("Ensamble", "Automation error")));
+  t.prod->PonAmbiente(nullptr);
+  t.mundo.bitacora.clear();
+  t.prod->Ensamble("MESA", 9, 1, 0);
+  t.prod->Desensamble("MESA", 1, 9, 0);
+  EXPECT_THAT(Avisos(),
+              ElementsAre(Reporte("Ensamble", "Object variable or With block variable not set"),
+                          Reporte("Desensamble", "Object variable or With block variable not set")));
+  EXPECT_EQ(t.mundo.bitacora.size(), 4u) << t.mundo.Bitacora();
+}
+
+TEST_P(Kits, LasClavesVanTalCualEnLaSentencia) {
+  const std::string clave = "O'X \"ñ\" ;-- \xFF" + std::string(10000, 'k');
+  t.prod->Ensamble(clave, 9, 1, 0);
+  EXPECT_EQ(t.Lineas("Consulta").front(),
+            "Consulta(SELECT * FROM comppart WHERE articulo =  '" + clave + "')");
+}
+
+TEST_P(Kits, ElAnfitrionPuedeReentrarYSoltarloTodoEnCualquierLlamada) {
+  void (*const operaciones[])(Produccion&) = {[](Produccion& p) { p.Ensamble("MESA", 9, 6, 0); },
+                                              [](Produccion& p) { p.Desensamble("MESA", 6, 9, 0); }};
+  for (const auto operacion : operaciones) {
+    std::vector<std::string> limpias;
+    // Run 0 is the clean one. Then, during the n-th call, the host sets another environment, cancels an
+    // order, takes apart a kit of nothing, and lets everything go that it holds, the component
+    // included.
+    for (std::size_t n = 0, llamadas = 0; n <= llamadas; ++n) {
+      SCOPED_TRACE(n);
+      Taller otro(GetParam());
+      otro.PonMesa();
+      std::size_t vista = 0;
+      otro.mundo.gancho = [&](const std::string&) {
+        if (++vista != n) return;
+        otro.prod->PonAmbiente(AmbienteMemoria(otro.mundo, "Otro"));
+        EXPECT_FALSE(otro.prod->CancelaOp(5));
+        otro.prod->Desensamble("VACIO", 1, 1, 1);
+        otro.ambiente.reset();
+        otro.prod.reset();
+      };
+      operacion(*otro.prod);
+      if (n == 0) {
+        limpias = otro.Lineas("Documento 1.");
+        llamadas = vista;
+      }
+      EXPECT_EQ(otro.Lineas("Documento 1."), limpias);
+      EXPECT_THAT(otro.escritorio.Avisos(), IsEmpty());
+      otro.prod.reset();
+      otro.modulo.Suelta();
+      otro.ambiente.reset();
+      EXPECT_EQ(otro.mundo.vivos, 0);
+    }
+  }
+}
+
+TEST_P(Kits, UnaPiezaConKitNuloEsArticuloSencillo) {
+  for (const Value& kit : {Value(Null{}), Value(Empty{}), Value("0"), Value(false)}) {
+    t.PonArticulo("PATA", 10.5, kit);
+    t.mundo.bitacora.clear();
+    t.prod->Desensamble("MESA", 1, 9, 1);
+    EXPECT_EQ(t.Lineas("{").size(), 1u);
+  }
+  EXPECT_THAT(Avisos(), IsEmpty());
+}
+
+TEST_P(Kits, UnSubKitSeRepiteHastaQueElAnfitrionFalla) {
+  t.PonArticulo("PATA", 10.5, std::int16_t{-1});
+  t.PonArticulo("TORNILLO", 1.0);
+  t.PonKit("PATA", 1.0, {{"TORNILLO", 8, 2}});
+  int consultas = 0;
+  t.mundo.gancho = [&](const std::string& linea) {
+    if (linea.ends_with("'PATA')") && ++consultas > 10) throw HostError("cancelado por el usuario");
+  };
+  t.prod->Desensamble("MESA", 2, 9, 0);
+  // Three statements name the sub-kit per round: its article row, its recipe and its lines.
+  const char* const pata = "{ Desensamble PATA 1 9 0";
+  EXPECT_THAT(t.Lineas("{ Desensamble"), ElementsAre("{ Desensamble MESA 2 9 0", pata, pata, pata, pata));
+  // The fourth round reports and returns to the outer loop, whose next query fails as well.
+  EXPECT_EQ(Avisos(), (std::vector<std::string>(2, Reporte("Desensamble", "cancelado por el usuario"))));
+  EXPECT_THAT(t.Lineas("Documento 1.Aplica"), IsEmpty());
+  EXPECT_EQ(t.Lineas("Documento 2.Aplica").size(), 2u);
+}
+
+TEST_P(Kits, UnKitQueSeContieneTerminaEnUnReporte) {
+  t.PonArticulo("MESA", 1.0, std::int16_t{-1});
+  t.PonKit("MESA", 1.0, {{"SILLA", 1, 1}});
+  t.PonArticulo("SILLA", 1.0, std::int16_t{-1});
+  t.PonKit("SILLA", 1.0, {{"MESA", 1, 1}});
+  // On a thread with little stack, twice: the second call must be an outermost one again.
+  pthread_attr_t atributos;
+  pthread_attr_init(&atributos);
+  pthread_attr_setstacksize(&atributos, 768 * 1024);
+  for (int vez = 1; vez <= 2; ++vez) {
+    t.mundo.bitacora.clear();
+    pthread_t hilo;
+    const auto desensambla = [](void* prod) -> void* {
+      static_cast<Produccion*>(prod)->Desensamble("MESA", 1, 9, 0);
+      return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&hilo, &atributos, desensambla, t.prod.get()), 0);
+    pthread_join(hilo, nullptr);
+    EXPECT_THAT(Avisos(), ElementsAre(Reporte("Desensamble", "Out of stack space")));
+    EXPECT_GT(t.Lineas("{").size(), 20u);
+  }
+  pthread_attr_destroy(&atributos);
+}
+
+}  // namespace
+}  // namespace zuvi::pruebas
