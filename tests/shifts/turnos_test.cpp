@@ -1,5 +1,10 @@
+// The shift windows on a real shop: what they show, and what they do to the tables.
+#include <algorithm>
+
 #include "host/genera_horarios.h"
-#include "tests/shifts/ventanas.h"
+#include "shifts/frm_turno.h"
+#include "shifts/frm_turnos.h"
+#include "tests/host/tienda.h"
 
 namespace zuvi::host {
 namespace {
@@ -8,114 +13,132 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-using Turnos = Ventanas;
+class Turnos : public testing::TestWithParam<std::string> {
+ protected:
+  Turnos() {
+    t.escritorio.SetNow(Fecha::DesdeCivil({2026, 11, 16, 9, 30, 0}));  // a Monday
+    t.Base().Ejecuta("DELETE FROM horarios");
+    t.anfitrion->TraeTraza().Escucha([this](Suceso suceso, const std::string& texto) {
+      if (suceso == Suceso::Sentencia) sentencias.push_back(texto);
+      if (suceso == Suceso::Mensaje || suceso == Suceso::Pregunta) mensajes.push_back(texto);
+    });
+  }
+  // An open window is known to the host, which it knows itself.
+  ~Turnos() override {
+    for (const auto& ventana : std::vector(t.escritorio.Forms())) ventana->Unload();
+  }
+
+  template <class Ventana>
+  std::shared_ptr<Ventana> Crea() {
+    auto ventana = std::make_shared<Ventana>(t.modulo);
+    ventana->PonAmbiente(t.fabrica.Crea(Ambiente::kProgId));
+    return ventana;
+  }
+  std::shared_ptr<frmTurnos> Abre() {
+    auto ventana = Crea<frmTurnos>();
+    ventana->Show();
+    return ventana;
+  }
+  std::shared_ptr<frmTurno> Edita(const char* modo, const std::string& turno = "") {
+    auto editor = Crea<frmTurno>();
+    editor->PonModo(modo);
+    editor->PonTurno(turno);
+    editor->Show();
+    return editor;
+  }
+  static ListView& Lista(Form& ventana, std::int32_t cual) { return Control<ListView>(ventana, "lv", cual); }
+  static ComboBox& Campo(Form& editor, std::int32_t cual) {
+    return Control<ComboBox>(editor, "cmbFields", cual);
+  }
+  enum Boton { kAceptar, kCancelar, kAgregaTodos, kAgrega, kQuita, kQuitaTodos };
+  static void Oprime(Form& editor, Boton boton) { Control<Button>(editor, "cmdButton", boton).Click(); }
+  /// Rows of a list, columns separated by bars.
+  static std::vector<std::string> Renglones(const ListView& lista) {
+    std::vector<std::string> renglones;
+    for (std::int32_t i = 1; i <= lista.Items().Count(); ++i) {
+      std::string renglon;
+      for (std::size_t c = 0; c < lista.Columns().All().size(); ++c)
+        renglon += (c ? "|" : "") + lista.Cell(i, c);
+      renglones.push_back(renglon);
+    }
+    return renglones;
+  }
+  double Cuenta(const std::string& desde) { return t.Numero("SELECT COUNT( * ) FROM " + desde); }
+
+  std::vector<std::string> sentencias, mensajes;
+  Tienda t{GetParam(), "si,si,si,si"};
+};
 ZUVI_EN_CADA_BASE(Turnos);
 
 TEST_P(Turnos, ListaLosTurnosYElHorarioDelSeleccionado) {
   t.Base().Ejecuta("INSERT INTO turnos (turno, entrada, salida) VALUES (' Noche ', ' 9:00', NULL)");
+  const Fecha dia = Fecha::DesdeCivil({2026, 11, 17});
   InsertaFilas(t.Base(), "horarios", "(id, turno, fecha, Empleado, HoraEntrada, comida, HoraSalida)",
-               {{90, "Matutino", Fecha::DesdeCivil({2026, 11, 17}), "E01", " 6:00", Null{}, "14:00"},
-                {91, "Matutino", Fecha::DesdeCivil({2026, 11, 17}), "25", "06:00", "10:00", "14:00"}});
-  auto ventana = Crea<frmTurnos>();
+               {{90, "Matutino", dia, "E01", " 6:00", Null{}, "14:00"},
+                {91, "Matutino", dia, "25", "06:00", "10:00", "14:00"}});
+  const auto ventana = Abre();
+  // Without a selection there is no schedule to ask for, and nothing to change.
   sentencias.clear();
-  ventana->Show();
-  // Without a selection there is no schedule to ask for.
-  EXPECT_THAT(Toma(sentencias),
-              ElementsAre("SELECT COUNT( * ) FROM turnos", "SELECT * FROM turnos ORDER BY turno"));
-  auto& turnos = Control<ListView>(*ventana, "lv", 0);
-  auto& horarios = Control<ListView>(*ventana, "lv", 1);
+  Control<Button>(*ventana, "cmdEliminar").Click();
+  Control<Button>(*ventana, "cmdModificar").Click();
+  auto& mes = Control<MonthView>(*ventana, "MonthView1");
+  EXPECT_EQ(mes.Value().Texto(), "2026-11-16");
+  mes.UserClicked(dia);
+  EXPECT_THAT(sentencias, IsEmpty());
+  EXPECT_THAT(mensajes, IsEmpty());
+  ListView &turnos = Lista(*ventana, 0), &horarios = Lista(*ventana, 1);
   EXPECT_THAT(Renglones(turnos),
               ElementsAre(" Noche |9:00|||", "Matutino|06:00|10:00|10:30|14:00",
                           "Reparto|09:00|14:00|15:00|18:00", "Vespertino|14:00|18:00|18:30|22:00"));
   EXPECT_EQ(turnos.Items()(1).Key(), "P Noche ");
   EXPECT_EQ(horarios.Columns().All()[4].caption, "Comnida");
-  EXPECT_EQ(horarios.Columns().All()[4].key, "Comida");
 
   turnos.UserSelected(2);
-  auto& mes = Control<MonthView>(*ventana, "MonthView1");
-  EXPECT_EQ(mes.Value().Texto(), "2026-11-16");
-  mes.UserClicked(Fecha::DesdeCivil({2026, 11, 17}));
-  const std::string donde = " FROM horarios WHERE fecha = '2026-11-17' AND turno = 'Matutino'";
-  EXPECT_THAT(Toma(sentencias), ElementsAre("SELECT COUNT( * )" + donde, "SELECT *" + donde));
+  mes.UserClicked(dia);
   // An employee's key goes through the date format as well.
   EXPECT_THAT(Renglones(horarios),
               ElementsAre("90|E01|2026-11-17|6:00||14:00", "91|24-01-1900|2026-11-17|06:00|10:00|14:00"));
   EXPECT_EQ(Control<ProgressBar>(*ventana, "ProgressBar1").Value(), 0);
   // A key with a quote breaks the statement and is reported; the list keeps what it had.
-  t.Base().Ejecuta("INSERT INTO turnos (turno) VALUES ('D''Or')");
   turnos.Items().Add("PD'Or", "D'Or");
   turnos.UserSelected(5);
-  mes.UserClicked(Fecha::DesdeCivil({2026, 11, 17}));
-  EXPECT_EQ(t.escritorio.Avisos().size(), 1u);
-  EXPECT_THAT(t.escritorio.Avisos().at(0), HasSubstr("Module: frmTurnos\r\nFunction: LLenaHorarios\r\n"));
+  mes.UserClicked(dia);
+  EXPECT_THAT(t.escritorio.Avisos(),
+              ElementsAre(HasSubstr("Module: frmTurnos\r\nFunction: LLenaHorarios\r\n")));
   EXPECT_EQ(horarios.Items().Count(), 2);
 }
 
-TEST_P(Turnos, EliminaElTurnoConSusMiembrosYSusHorarios) {
-  GeneraHorarios(*t.anfitrion, "Matutino", {Fecha::DesdeCivil({2026, 11, 16}), 3});
-  auto ventana = Crea<frmTurnos>();
-  ventana->Show();
-  auto& eliminar = Control<Button>(*ventana, "cmdEliminar");
-  auto& modificar = Control<Button>(*ventana, "cmdModificar");
-  sentencias.clear();
-  eliminar.Click();
-  modificar.Click();
-  EXPECT_THAT(sentencias, IsEmpty());
-  EXPECT_THAT(mensajes, IsEmpty());
-
-  Control<ListView>(*ventana, "lv", 0).UserSelected(1);
-  eliminar.Click();
-  EXPECT_THAT(Toma(sentencias),
-              ElementsAre("DELETE FROM turnos WHERE turno = 'Matutino'",
-                          "DELETE FROM turnoempleado WHERE turno = 'Matutino'",
-                          "DELETE FROM horarios WHERE turno = 'Matutino'", "SELECT COUNT( * ) FROM turnos",
-                          "SELECT * FROM turnos ORDER BY turno"));
-  EXPECT_EQ(mensajes.size(), 1u);
-  EXPECT_EQ(t.Numero("SELECT COUNT( * ) FROM horarios WHERE turno = 'Matutino'"), 0);
-  EXPECT_EQ(t.Numero("SELECT COUNT( * ) FROM turnoempleado WHERE turno = 'Matutino'"), 0);
-  EXPECT_TRUE(ventana->Unload());
-}
-
 TEST_P(Turnos, GeneraHorariosParaDiaSemanaYMes) {
-  auto ventana = Crea<frmTurnos>();
-  ventana->Show();
-  const auto cuenta = [&] { return t.Numero("SELECT COUNT( * ) FROM horarios"); };
+  const auto ventana = Abre();
   auto& generar = Control<Button>(*ventana, "Command1");
   auto& periodo = Control<ComboBox>(*ventana, "Combo1");
   generar.Click();  // no period chosen
-  EXPECT_EQ(cuenta(), 0);
-  Control<ListView>(*ventana, "lv", 0).UserSelected(1);  // Matutino: E01 and E03, rests on Sundays
-  periodo.UserChose(0);
-  generar.Click();
-  EXPECT_EQ(cuenta(), 2);
-  periodo.UserChose(1);  // the day that exists is not doubled; the Sunday is left out
-  generar.Click();
-  EXPECT_EQ(cuenta(), 12);
-  periodo.UserChose(2);  // 16-11 to 15-12: 30 days, 4 Sundays
-  generar.Click();
-  EXPECT_EQ(cuenta(), 52);
+  EXPECT_EQ(Cuenta("horarios"), 0);
+  Lista(*ventana, 0).UserSelected(1);  // Matutino: E01 and E03, rests on Sundays
+  // What exists is not doubled, the Sundays are left out; the month goes from 16-11 to 15-12.
+  for (const auto& [cual, filas] : {std::pair(0, 2), {1, 12}, {2, 52}}) {
+    periodo.UserChose(cual);
+    generar.Click();
+    EXPECT_EQ(Cuenta("horarios"), filas);
+  }
   EXPECT_EQ(t.Numero("SELECT COUNT(DISTINCT id) FROM horarios"), 52);
-  EXPECT_EQ(t.Filas("SELECT turno, Empleado, HoraEntrada, comida, HoraSalida FROM horarios WHERE fecha = "
-                    "'2026-12-15' ORDER BY id",
-                    5),
-            (std::vector<std::string>{"Matutino E01 06:00 10:00 14:00", "Matutino E03 06:00 10:00 14:00"}));
-  EXPECT_EQ(t.Numero("SELECT COUNT( * ) FROM horarios WHERE fecha = '2026-11-22'"), 0);
-  EXPECT_TRUE(t.escritorio.Avisos().empty());
-  EXPECT_THAT(mensajes.back(), HasSubstr("40"));
+  EXPECT_EQ(Cuenta("horarios WHERE fecha = '2026-11-22'"), 0);
+  EXPECT_THAT(t.Filas("SELECT turno, Empleado, HoraEntrada, comida, HoraSalida FROM horarios WHERE fecha = "
+                      "'2026-12-15' ORDER BY id",
+                      5),
+              ElementsAre("Matutino E01 06:00 10:00 14:00", "Matutino E03 06:00 10:00 14:00"));
+  EXPECT_THAT(t.escritorio.Avisos(), IsEmpty());
   // Without a selection every shift is meant; a month that has no such day ends with its last one.
   EXPECT_EQ(PeriodoDe("Mes", Fecha::DesdeCivil({2027, 1, 31})).dias, 28);
   GeneraHorarios(*t.anfitrion, "", {Fecha::DesdeCivil({2027, 1, 4}), 1});
-  EXPECT_EQ(t.Numero("SELECT COUNT( * ) FROM horarios WHERE fecha = '2027-01-04'"), 3);
+  EXPECT_EQ(Cuenta("horarios WHERE fecha = '2027-01-04'"), 3);
 }
 
 TEST_P(Turnos, DosVentanasSonIndependientesYSeCierranEnPlenoLlenado) {
-  auto una = Crea<frmTurnos>();
-  auto otra = Crea<frmTurnos>();
-  una->Show();
-  otra->Show();
-  Control<ListView>(*una, "lv", 0).UserSelected(1);
-  EXPECT_EQ(Control<ListView>(*otra, "lv", 0).SelectedItem(), nullptr);
-  auto tercera = Crea<frmTurnos>();
+  const auto una = Abre(), otra = Abre();
+  Lista(*una, 0).UserSelected(1);
+  EXPECT_EQ(Lista(*otra, 0).SelectedItem(), nullptr);
+  const auto tercera = Crea<frmTurnos>();
   t.escritorio.Post([&] { tercera->Unload(UnloadMode::TitleBar); });
   tercera->Show();
   EXPECT_TRUE(tercera->Closed());
@@ -123,13 +146,154 @@ TEST_P(Turnos, DosVentanasSonIndependientesYSeCierranEnPlenoLlenado) {
   // A newer fill of the same list takes over from the one it interrupted.
   t.escritorio.Post([&] {
     t.Base().Ejecuta("DELETE FROM turnos WHERE turno = 'Reparto'");
-    Control<ListView>(*otra, "lv", 0).UserSelected(1);
+    Lista(*otra, 0).UserSelected(1);
     Control<Button>(*otra, "cmdEliminar").Click();
   });
   t.escritorio.OnModal([](Form& editor) { editor.Unload(); });
   Control<Button>(*otra, "cmdTurnos").Click();
-  EXPECT_EQ(Control<ListView>(*otra, "lv", 0).Items().Count(), 1);
-  EXPECT_TRUE(t.escritorio.Avisos().empty());
+  EXPECT_EQ(Lista(*otra, 0).Items().Count(), 1);
+  EXPECT_THAT(t.escritorio.Avisos(), IsEmpty());
+}
+
+TEST_P(Turnos, ElAltaPideCadaCampoYGuardaSusMiembros) {
+  const auto editor = Edita(kAlta);
+  // Whoever belongs to a shift is not offered.
+  EXPECT_THAT(Renglones(Lista(*editor, 0)), ElementsAre("E05|María José Núñez", "E06|Óscar Villalobos"));
+  EXPECT_EQ(Campo(*editor, 1).ListCount(), 48);
+  EXPECT_EQ(Campo(*editor, 1).List(0) + Campo(*editor, 1).List(47), "01:0024:30");
+  EXPECT_EQ(Campo(*editor, 4).List(6), "Dimingo");
+  // Empty fields are asked for one after the other, each with its message and the focus.
+  const std::pair<std::int32_t, const char*> campos[] = {{0, "Noche"}, {1, "22:00"}, {2, "01:00"},
+                                                         {5, "01:30"}, {3, "24:30"}, {4, "Lunes"}};
+  for (const auto& [campo, texto] : campos) {
+    mensajes.clear();
+    Oprime(*editor, kAceptar);
+    EXPECT_EQ(mensajes.size(), 1u) << campo;
+    EXPECT_TRUE(Campo(*editor, campo).HasFocus()) << campo;
+    Campo(*editor, campo).UserTyped(texto);
+  }
+  Lista(*editor, 0).UserSelected(2);
+  Oprime(*editor, kAgrega);
+  EXPECT_THAT(Renglones(Lista(*editor, 1)), ElementsAre("E06|Óscar Villalobos"));
+  Oprime(*editor, kAceptar);
+  EXPECT_TRUE(editor->Closed());
+  EXPECT_THAT(t.Filas("SELECT turno, entrada, comida, salida, descanso, regcomida, empleado FROM turnos "
+                      "INNER JOIN turnoempleado USING(turno) WHERE turno = 'Noche'",
+                      7),
+              ElementsAre("Noche 22:00 01:00 24:30 Lunes 01:30 E06"));
+}
+
+TEST_P(Turnos, AlModificarLaClaveLosMiembrosDeLaAnteriorQuedan) {
+  const auto editor = Edita(kModificacion, "Matutino");
+  EXPECT_EQ(Campo(*editor, 0).Text() + Campo(*editor, 5).Text(), "Matutino10:30");
+  EXPECT_EQ(Lista(*editor, 1).Items().Count(), 2);
+  Oprime(*editor, kQuitaTodos);
+  EXPECT_EQ(Lista(*editor, 1).Items().Count(), 0);
+  Oprime(*editor, kAgregaTodos);
+  EXPECT_EQ(Lista(*editor, 1).Items().Count(), 4);
+  Lista(*editor, 1).UserSelected(1);
+  Oprime(*editor, kQuita);
+  Campo(*editor, 0).UserTyped("Temprano");
+  Oprime(*editor, kAceptar);
+  EXPECT_TRUE(editor->Closed());
+  EXPECT_EQ(Cuenta("turnoempleado WHERE turno = 'Temprano'"), 3);
+  EXPECT_EQ(Cuenta("turnoempleado WHERE turno = 'Matutino'"), 2);
+  EXPECT_EQ(Cuenta("turnos WHERE turno = 'Matutino'"), 0);
+}
+
+TEST_P(Turnos, UnMiembroSinNombreNoDejaEntrarANadie) {
+  t.Base().Ejecuta("INSERT INTO turnoempleado (turno, empleado) VALUES ('Reparto', 'FANTASMA')");
+  t.Base().Ejecuta("INSERT INTO turnoempleado (turno, empleado) VALUES ('Inexistente', 'E06')");
+  const auto editor = Edita(kModificacion, "Reparto");
+  EXPECT_THAT(Renglones(Lista(*editor, 0)), ElementsAre("E05|María José Núñez"));
+  EXPECT_THAT(Renglones(Lista(*editor, 1)), ElementsAre("E04|Tomás Aguirre Solís", "FANTASMA|"));
+  Lista(*editor, 0).UserSelected(1);
+  Oprime(*editor, kAgrega);
+  Oprime(*editor, kQuita);  // nothing selected on the right
+  EXPECT_EQ(mensajes.size(), 1u);
+  EXPECT_EQ(Lista(*editor, 1).Items().Count(), 2);
+  // A key that is in both lists stops the move where it is; what moved stays moved.
+  Lista(*editor, 1).Items().Add("PE05", "E05").SetSubItems(1, "x");
+  Oprime(*editor, kAgregaTodos);
+  EXPECT_THAT(t.escritorio.Avisos(),
+              ElementsAre(HasSubstr("Module: frmTurno\r\nFunction: AgregaTodosLosUsuarios\r\n")));
+  EXPECT_EQ(Lista(*editor, 0).Items().Count(), 1);
+}
+
+TEST_P(Turnos, UnaClaveRepetidaLaRechazaLaBaseDeDatos) {
+  const auto editor = Edita(kAlta);
+  for (std::int32_t i = 0; const char* texto : {"Matutino", "06:00", "10:00", "14:00", "Lunes", "10:30"})
+    Campo(*editor, i++).UserTyped(texto);
+  Oprime(*editor, kAceptar);
+  EXPECT_FALSE(editor->Closed());
+  EXPECT_THAT(t.escritorio.Avisos(),
+              ElementsAre(HasSubstr("Module: frmTurno\r\nFunction: SalvaCambios\r\n")));
+  EXPECT_EQ(Cuenta("turnoempleado WHERE turno = 'Matutino'"), 2);
+  // Only a key that begins with a blank is found by the test for existing ones.
+  t.Base().Ejecuta("INSERT INTO turnos (turno) VALUES (' Matutino')");
+  Oprime(*editor, kAceptar);
+  EXPECT_EQ(mensajes.size(), 1u);
+  EXPECT_TRUE(Campo(*editor, 0).HasFocus());
+  Oprime(*editor, kCancelar);
+  EXPECT_TRUE(editor->Closed());
+}
+
+/// With many rows the work per row does not grow with their number. Counted, not timed.
+class Muchos : public Turnos {
+ protected:
+  static constexpr int kCuantos = 50'000;
+  Muchos() {
+    for (const char* tabla : {"turnos", "empleados", "turnoempleado"})
+      t.Base().Ejecuta(std::string("DELETE FROM ") + tabla);
+  }
+  void Llena(const std::string& tabla, const std::string& columnas) {
+    t.Base().Ejecuta(
+        "INSERT INTO " + tabla + " SELECT " + columnas +
+        " FROM (WITH RECURSIVE serie(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM serie WHERE n < " +
+        std::to_string(kCuantos) + ") SELECT n FROM serie) AS numeros");
+  }
+  void Vigila(Form& ventana) {
+    for (const auto& control : ventana.Controls())
+      if (dynamic_cast<ListView*>(control.get()) || dynamic_cast<ProgressBar*>(control.get()))
+        control->SetPeer(std::make_unique<pruebas::Contador>(avisos));
+    sentencias.clear();
+    ventana.Show();
+  }
+  std::size_t Visitados(Form& ventana) {
+    return Lista(ventana, 0).Items().Visited() + Lista(ventana, 1).Items().Visited();
+  }
+  std::int64_t avisos = 0;
+};
+INSTANTIATE_TEST_SUITE_P(SoloSqlite, Muchos, testing::Values(":memory:"));
+
+TEST_P(Muchos, LosTurnosSeListanEnUnaPasada) {
+  Llena("turnos (turno, entrada, salida)", "'T' || n, '06:00', '14:00'");
+  const auto ventana = Crea<frmTurnos>();
+  Vigila(*ventana);
+  EXPECT_EQ(Lista(*ventana, 0).Items().Count(), kCuantos);
+  EXPECT_LE(avisos, 7 * kCuantos);
+  EXPECT_LE(Visitados(*ventana), 1u * kCuantos);
+  EXPECT_EQ(sentencias.size(), 2u);  // none per row
+}
+
+TEST_P(Muchos, LosEmpleadosSeLlenanSeMuevenYSeRemuevenEnTiempoLineal) {
+  Llena("empleados (empleado, nombre)", "'E' || n, 'Empleado'");
+  t.Base().Ejecuta(
+      "INSERT INTO turnoempleado (turno, empleado) SELECT 'T', empleado FROM empleados WHERE empleado LIKE "
+      "'%5'");
+  const auto editor = Crea<frmTurno>();
+  editor->PonModo(kAlta);
+  Vigila(*editor);
+  constexpr int kLibres = kCuantos - kCuantos / 10;
+  EXPECT_EQ(Lista(*editor, 0).Items().Count(), kLibres);
+  Oprime(*editor, kAgregaTodos);
+  EXPECT_EQ(Lista(*editor, 0).Items().Count(), 0);
+  EXPECT_EQ(Lista(*editor, 1).Cell(kLibres, 0), "E9999");
+  Oprime(*editor, kQuitaTodos);
+  EXPECT_EQ(Lista(*editor, 0).Items().Count(), kLibres);
+  EXPECT_LE(avisos, 10 * kCuantos);
+  EXPECT_LE(Visitados(*editor), 3u * kCuantos);
+  EXPECT_EQ(sentencias.size(), 5u);
 }
 
 }  // namespace
