@@ -56,7 +56,12 @@ if [ "$windows" = yes ]; then
   if build_preset win64; then in_background windows_suites; fi
   if build_preset win32; then win32=yes; fi
 fi
-if [ "$quick" = no ] && build_preset asan; then asan_suites; fi
+# Beside the 32-bit Wine, which mostly waits.
+asan_job=
+if [ "$quick" = no ] && build_preset asan; then
+  asan_suites &
+  asan_job=$!
+fi
 if [ "${#jobs_of_ours[@]}" -gt 0 ]; then wait "${jobs_of_ours[@]}"; fi
 if [ "$windows" = yes ]; then
   if [ "$wine32" = no ]; then
@@ -67,6 +72,7 @@ if [ "$windows" = yes ]; then
 else
   skipped "Windows" "--native"
 fi
+[ -z "$asan_job" ] || wait "$asan_job"
 
 title "Resultado ($(((SECONDS - started) / 60)) min $(((SECONDS - started) % 60)) s)"
 results_end

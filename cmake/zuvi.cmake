@@ -23,4 +23,18 @@ function(zuvi_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC zuvi_flags ${ARG_LINKS})
+  zuvi_precompile(${name} zuvi_base)
+endfunction()
+
+# Standard headers are most of what the compiler reads. zuvi_precompile(name from): target `from` compiles them
+# for itself and for all that have the same options. Off, a file that forgot an include does not compile.
+option(ZUVI_PRECOMPILE "Compile common headers once" ON)
+function(zuvi_precompile name from)
+  if(NOT ZUVI_PRECOMPILE)
+    return()
+  elseif(name STREQUAL from)
+    target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/comunes.h ${ARGN})
+  else()
+    target_precompile_headers(${name} REUSE_FROM ${from})
+  endif()
 endfunction()
