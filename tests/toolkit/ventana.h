@@ -1,7 +1,7 @@
-// A window with one control of each kind that writes down what happens to it, and can be told to act on it.
+// A window with a control of each kind that writes down what happens to it, and can be told to act on it: for
+// the model alone and for the tests of the native peers.
 #pragma once
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -43,7 +43,7 @@ struct Diario {
   }
 };
 
-class Ventana final : public Form {
+class Ventana : public Form {
  public:
   Ventana(Desktop& desktop, Diario& diario) : Form(desktop, "ventana", nullptr), diario_(&diario) {
     SetKeyPreview(true);
@@ -61,9 +61,19 @@ class Ventana final : public Form {
     mes = Pon<MonthView>("mes");
     lista = Pon<ListView>("lista");
     rejilla = Pon<FlexGrid>("rejilla");
-    rejilla->Design({0, 0, Dip(400), Dip(220)});
     reloj = Add<Timer>("reloj");
     multi = Add<MultiCombo>("multi");
+    std::int32_t arriba = 10;
+    const std::initializer_list<zuvi::Control*> columna = {
+        etiqueta.get(), a.get(), b.get(), boton.get(), casilla.get(), combo.get(), fecha.get()};
+    for (auto* const control : columna) {
+      control->Design({Dip(420), Dip(arriba), Dip(180), Dip(22)});
+      arriba += 26;
+    }
+    multi->Design(b->DesignBounds());
+    mes->Design({Dip(420), Dip(200), Dip(228), Dip(168)}, anchor::kTop | anchor::kRight);
+    rejilla->Design({0, 0, Dip(400), Dip(220)});
+    lista->Design({0, Dip(230), Dip(360), Dip(130)}, anchor::kLeft | anchor::kBottom);
 
     Diario* const d = diario_;
     a->OnChange = [d, caja = a.get()] { d->Anota("a.Change", caja->Text()); };
@@ -91,8 +101,7 @@ class Ventana final : public Form {
 
   void Form_Load() override { diario_->Anota("Load"); }
   void Form_QueryUnload(std::int16_t& cancel, std::int16_t mode) override {
-    std::string modo = std::to_string(mode);
-    diario_->Anota("QueryUnload", modo);
+    diario_->Anota("QueryUnload", std::to_string(mode));
     cancel = cancela;
   }
   void Form_Unload(std::int16_t&) override { diario_->Anota("Unload"); }
@@ -113,7 +122,8 @@ class Ventana final : public Form {
   std::shared_ptr<MultiCombo> multi;
   std::int16_t cancela = 0;
 
- private:
+ protected:
+  /// A control that is listened to.
   template <class T>
   std::shared_ptr<T> Pon(const std::string& nombre) {
     auto control = Add<T>(nombre);
@@ -134,12 +144,13 @@ class Ventana final : public Form {
     return control;
   }
 
+ private:
   Diario* diario_;
 };
 
 using Sucesos = std::vector<std::string>;
 
-/// A record set of many rows of a code and a name that may be Null, published as ADO does.
+/// Rows of a code and a name that may be Null, with every part of them in one object.
 class Registros final : public Object {
  public:
   explicit Registros(std::int32_t filas) : filas_(filas) {}

@@ -6,8 +6,9 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <string_view>
 
-#include "tests/toolkit_win32/sample_form.h"
+#include "tests/toolkit/ventana.h"
 #include "toolkit/win32/win32_desktop.h"
 #include "toolkit/win32/windows_ui.h"
 
@@ -15,7 +16,57 @@
 #define WM_DPICHANGED 0x02E0
 #endif
 
-namespace zuvi::sample {
+namespace zuvi::pruebas {
+
+/// The window with what only matters on a screen besides; with keys of its own for Enter and Escape.
+class Muestra final : public Ventana {
+ public:
+  Muestra(Desktop& desktop, Diario& diario) : Ventana(desktop, diario) {
+    DesignInside(Dip(800), Dip(520));
+    a->SetMaxLength(10);
+    b->SetRightAligned(true);
+    bloqueada = Pon<TextBox>("bloqueada");
+    bloqueada->SetLocked(true);
+    bloqueada->SetTabStop(false);
+    bloqueada->SetText("000123");
+    turno = Pon<ComboBox>("turno");
+    turno->SetKind(ComboBox::Style::DropDownList);
+    for (const char* texto : {"Matutino", "Vespertino", "Nocturno"}) turno->AddItem(texto);
+    notas = Pon<RichTextBox>("notas");
+    for (auto* const caja : std::initializer_list<TextBox*>{b.get(), notas.get()})
+      caja->OnChange = [d = &diario, nombre = caja->Name()] { d->Anota(nombre + ".Change"); };
+    editor = Add<TextBox>("editor");
+    editor->SetVisible(false);
+    barra = Add<ProgressBar>("barra");
+    barra->SetValue(40);
+    pagina = Add<WebBrowser>("pagina");
+    pagina->SetHtml("<h1>Ayuda</h1><p>Una p&aacute;gina.</p>");
+    cancelar = Pon<Button>("cancelar");
+    cancelar->SetCaption("&Cancelar");
+    std::int32_t arriba = 370;
+    for (auto* const control :
+         std::initializer_list<zuvi::Control*>{bloqueada.get(), turno.get(), barra.get(), cancelar.get()}) {
+      control->Design({Dip(620), Dip(arriba), Dip(90), Dip(24)}, anchor::kRight | anchor::kBottom);
+      arriba += 30;
+    }
+    notas->Design({Dip(420), Dip(372), Dip(180), Dip(60)});
+    pagina->Design({0, Dip(372), Dip(360), Dip(60)});
+    rejilla->SetColWidth(3, 0);
+    multi->SetBox(b);
+    multi->SetConnection(std::make_shared<Conexion>(diario, 40));
+    multi->SetRowSource("SELECT articulo, descrip FROM prods");
+    SetDefaultButton(boton.get());
+    SetCancelButton(cancelar.get());
+    Add<AutoResizer>("ajuste");
+  }
+
+  std::shared_ptr<TextBox> bloqueada, editor;
+  std::shared_ptr<ComboBox> turno;
+  std::shared_ptr<RichTextBox> notas;
+  std::shared_ptr<ProgressBar> barra;
+  std::shared_ptr<WebBrowser> pagina;
+  std::shared_ptr<Button> cancelar;
+};
 
 enum class Loop { Plain, Dialog };
 
@@ -23,15 +74,22 @@ class Pantalla {
  public:
   explicit Pantalla(Loop loop = Loop::Plain) : loop_(loop) {}
 
+  Diario diario;
   Win32Desktop desktop{::GetModuleHandleW(nullptr)};
 
-  /// A window that is shown and has the keyboard; what was logged until then is forgotten.
-  std::shared_ptr<SampleForm> Open() {
-    auto form = std::make_shared<SampleForm>(desktop);
+  /// A window that is shown and has the keyboard; what was heard until then is forgotten.
+  std::shared_ptr<Muestra> Open() {
+    auto form = std::make_shared<Muestra>(desktop, diario);
     form->Show();
     Settle();
-    form->log.clear();
+    diario.sucesos.clear();
     return form;
+  }
+  Sucesos Take() { return std::exchange(diario.sucesos, {}); }
+  /// Whether it was heard since the last look.
+  bool Heard(const std::string& event) {
+    const Sucesos heard = Take();
+    return std::ranges::find(heard, event) != heard.end();
   }
 
   /// Runs the host's loop until nothing has come for `quiet` milliseconds.
@@ -54,6 +112,52 @@ class Pantalla {
     }
   }
 
+  /// A key with the given modifiers (VK_SHIFT, VK_CONTROL, VK_MENU; 0 for none).
+  void Press(int key, WORD modifier = 0) const {
+    if (modifier) Send(modifier, false);
+    Stroke(static_cast<WORD>(key));
+    if (modifier) Send(modifier, true);
+    Settle();
+  }
+  void PressIn(zuvi::Control& control, int key) const {
+    control.SetFocus();
+    Press(key);
+  }
+  /// Lower case letters, digits and blanks.
+  void Type(std::string_view text) const {
+    for (const char c : text) Stroke(static_cast<WORD>(c >= 'a' && c <= 'z' ? c - 32 : c));
+    Settle();
+  }
+  /// A press of the left button on a control, in pixels of its inside.
+  void Click(const zuvi::Control& control, int x, int y) const {
+    ::PostMessageW(HandleOf(control), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+    ::PostMessageW(HandleOf(control), WM_LBUTTONUP, 0, MAKELPARAM(x, y));
+    Settle();
+  }
+  template <class Model>
+  static HWND HandleOf(const Model& model) {
+    return model.NativeSide() ? reinterpret_cast<HWND>(model.NativeSide()->Handle()) : nullptr;
+  }
+  static LRESULT Ask(const zuvi::Control& control, UINT message, WPARAM w = 0, LPARAM l = 0) {
+    return ::SendMessageW(HandleOf(control), message, w, l);
+  }
+  static std::string TextOf(const zuvi::Control& control) {
+    return native::Narrow(native::TextOf(HandleOf(control)));
+  }
+  /// Native windows of ours that are left.
+  static int Windows() {
+    const auto count = [](HWND window, LPARAM found) -> BOOL {
+      wchar_t name[64];
+      ::GetClassNameW(window, name, 64);
+      *reinterpret_cast<int*>(found) += std::wstring_view(name).starts_with(L"Zuvi");
+      return TRUE;
+    };
+    int found = 0;
+    ::EnumThreadWindows(::GetCurrentThreadId(), count, reinterpret_cast<LPARAM>(&found));
+    return found;
+  }
+
+ private:
   static void Send(WORD key, bool up) {
     INPUT input{};
     input.type = INPUT_KEYBOARD;
@@ -62,60 +166,12 @@ class Pantalla {
     input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
     ::SendInput(1, &input, sizeof input);
   }
-  /// A key with the given modifiers (VK_SHIFT, VK_CONTROL, VK_MENU; 0 for none).
-  void Press(WORD key, WORD modifier = 0) const {
-    if (modifier) Send(modifier, false);
+  static void Stroke(WORD key) {
     Send(key, false);
     Send(key, true);
-    if (modifier) Send(modifier, true);
-    Settle();
-  }
-  /// Lower case letters, digits and blanks.
-  void Type(const char* text) const {
-    for (; *text; ++text) {
-      const auto key = static_cast<WORD>(*text >= 'a' && *text <= 'z' ? *text - 32 : *text);
-      Send(key, false);
-      Send(key, true);
-    }
-    Settle();
-  }
-  /// A press of the left button on a control, in pixels of its inside.
-  void Click(const Control& control, int x, int y) const {
-    const HWND window = HandleOf(control);
-    ::PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
-    ::PostMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
-    Settle();
-  }
-  static HWND HandleOf(const Control& control) {
-    return control.NativeSide() ? reinterpret_cast<HWND>(control.NativeSide()->Handle()) : nullptr;
-  }
-  static HWND HandleOf(const Form& form) {
-    return form.NativeSide() ? reinterpret_cast<HWND>(form.NativeSide()->Handle()) : nullptr;
   }
 
- private:
   Loop loop_;
 };
 
-using Log = std::vector<std::string>;
-
-inline std::string NativeText(const Control& control) {
-  return native::Narrow(native::TextOf(Pantalla::HandleOf(control)));
-}
-inline bool Has(const Log& log, const std::string& event) {
-  return std::ranges::find(log, event) != log.end();
-}
-inline BOOL CALLBACK CountOurs(HWND window, LPARAM count) {
-  wchar_t name[64];
-  ::GetClassNameW(window, name, 64);
-  if (std::wstring_view(name).starts_with(L"Zuvi")) ++*reinterpret_cast<int*>(count);
-  return TRUE;
-}
-/// Native windows of ours that are left.
-inline int Windows() {
-  int count = 0;
-  ::EnumThreadWindows(::GetCurrentThreadId(), &CountOurs, reinterpret_cast<LPARAM>(&count));
-  return count;
-}
-
-}  // namespace zuvi::sample
+}  // namespace zuvi::pruebas

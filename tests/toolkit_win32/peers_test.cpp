@@ -4,73 +4,82 @@
 #include "tests/toolkit_win32/pantalla.h"
 #include "toolkit/win32/native_module.h"
 
-namespace zuvi::sample {
+namespace zuvi::pruebas {
 namespace {
 
+/// In both kinds of message loop.
 class Loops : public testing::TestWithParam<Loop> {
  protected:
   Pantalla screen{GetParam()};
-  std::shared_ptr<SampleForm> form = screen.Open();
+  std::shared_ptr<Muestra> form = screen.Open();
 };
 INSTANTIATE_TEST_SUITE_P(, Loops, testing::Values(Loop::Plain, Loop::Dialog),
                          [](const auto& kind) { return kind.param == Loop::Plain ? "Plain" : "Dialog"; });
 
+class Peers : public testing::Test {
+ protected:
+  Pantalla screen;
+  std::shared_ptr<Muestra> form = screen.Open();
+};
+
 TEST_P(Loops, KeysRaiseTheirEventsInOrder) {
   screen.Type("a");
-  EXPECT_EQ(form->log, (Log{"nombre 65", "nombre 'a'", "nombre=a", "nombre ^65"}));
+  EXPECT_EQ(screen.Take(),
+            (Sucesos{"KeyDown 65", "a.KeyDown 65", "a.KeyPress 97", "a.Change a", "a.KeyUp 65"}));
   screen.Type("bcdefghijklm");
-  EXPECT_EQ(form->nombre->Text(), "abcdefghij");
-  form->log.clear();
+  EXPECT_EQ(form->a->Text(), "abcdefghij");
+  screen.Take();
   screen.Press(VK_TAB);
-  EXPECT_EQ(form->log, (Log{"nombre 9", "nombre-", "importe+", "importe ^9"}));
-  screen.Press(VK_TAB);  // past the locked box
-  EXPECT_TRUE(form->articulo->HasFocus());
-  screen.Press(VK_TAB, VK_SHIFT);
-  EXPECT_TRUE(form->importe->HasFocus());
-  EXPECT_EQ(form->importe->Text(), "");
-}
-
-TEST_P(Loops, DialogKeysReachTheModel) {
-  screen.Press('T', VK_MENU);
+  EXPECT_EQ(screen.Take(), (Sucesos{"KeyDown 9", "a.KeyDown 9", "a.LostFocus", "b.GotFocus", "b.KeyUp 9"}));
+  screen.PressIn(*form->rejilla, VK_TAB);  // past the locked box
   EXPECT_TRUE(form->turno->HasFocus());
+  screen.Press(VK_TAB, VK_SHIFT);
+  EXPECT_TRUE(form->rejilla->HasFocus());
+
+  // What dialogs use reaches the model.
   screen.Press('P', VK_MENU);
-  EXPECT_TRUE(form->activo->HasFocus());
-  EXPECT_EQ(form->activo->Value(), 1);
-  EXPECT_EQ(::SendMessageW(Pantalla::HandleOf(*form->activo), BM_GETCHECK, 0, 0), 1);
+  EXPECT_TRUE(form->a->HasFocus());
+  form->casilla->SetCaption("&En proceso");
+  screen.Press('E', VK_MENU);
+  EXPECT_EQ(form->casilla->Value(), 1);
+  EXPECT_EQ(screen.Ask(*form->casilla, BM_GETCHECK), 1);
   screen.Press(VK_SPACE);
-  EXPECT_EQ(form->activo->Value(), 0);
-  form->log.clear();
-  screen.Press(VK_F2);
-  EXPECT_EQ(form->log, (Log{"F2", "activo ^113"}));
-  screen.Press('N', VK_MENU);
+  EXPECT_EQ(form->casilla->Value(), 0);
+  form->a->SetFocus();
+  screen.Take();
   screen.Press(VK_RETURN);
-  EXPECT_TRUE(Has(form->log, "aceptar clic"));
+  EXPECT_TRUE(screen.Heard("boton.Click"));
   screen.Press(VK_ESCAPE);
-  EXPECT_TRUE(Has(form->log, "cancelar clic"));
-  EXPECT_EQ(form->nombre->Text(), "");
+  EXPECT_TRUE(screen.Heard("cancelar.Click"));
+  EXPECT_EQ(form->a->Text(), "abcdefghij");
+  form->a->SetFocus();
+  screen.Take();
+  screen.diario.filtro = [](const std::string&, std::int16_t& code) { code = 0; };
+  screen.Press(VK_F2);
+  EXPECT_EQ(screen.Take(), (Sucesos{"KeyDown 113", "a.KeyUp 113"}));
 }
 
 TEST_P(Loops, HandlersChangeOrUseUpKeys) {
-  form->nombre->OnKeyPress = [](std::int16_t& c) { c = static_cast<std::int16_t>(c == 'x' ? 0 : c - 32); };
+  form->a->OnKeyPress = [](std::int16_t& c) { c = static_cast<std::int16_t>(c == 'x' ? 0 : c - 32); };
   screen.Type("axb");
-  EXPECT_EQ(form->nombre->Text(), "AB");
-  form->nombre->OnKeyDown = [](std::int16_t& key, std::int16_t) {
+  EXPECT_EQ(form->a->Text(), "AB");
+  form->a->OnKeyDown = [](std::int16_t& key, std::int16_t) {
     if (key == 'C') key = 0;
   };
   screen.Type("cd");
-  EXPECT_EQ(form->nombre->Text(), "ABD");
+  EXPECT_EQ(form->a->Text(), "ABD");
   // Its character waits until the handler is through, whatever the handler lets happen.
-  form->nombre->OnKeyDown = [&](std::int16_t&, std::int16_t) {
+  form->a->OnKeyDown = [&](std::int16_t&, std::int16_t) {
     screen.desktop.PumpEvents();
-    EXPECT_EQ(form->nombre->Text(), "ABD");
+    EXPECT_EQ(form->a->Text(), "ABD");
   };
   screen.Type("e");
-  EXPECT_EQ(form->nombre->Text(), "ABDE");
+  EXPECT_EQ(form->a->Text(), "ABDE");
   // Who moves the focus on a key has used it up.
-  form->nombre->OnKeyDown = [&](std::int16_t&, std::int16_t) { form->importe->SetFocus(); };
+  form->a->OnKeyDown = [&](std::int16_t&, std::int16_t) { form->b->SetFocus(); };
   screen.Type("f");
-  EXPECT_TRUE(form->importe->HasFocus());
-  EXPECT_EQ(form->nombre->Text() + form->importe->Text(), "ABDE");
+  EXPECT_TRUE(form->b->HasFocus());
+  EXPECT_EQ(form->a->Text() + form->b->Text(), "ABDE");
 }
 
 TEST_P(Loops, SeveralLines) {
@@ -90,263 +99,227 @@ TEST_P(Loops, SeveralLines) {
   form->notas->SetSelLength(3);
   EXPECT_EQ(form->notas->SelText(), "\r\nb");
   form->notas->SetText("otra\r\nvez");
-  EXPECT_EQ(NativeText(*form->notas), "otra\r\nvez");
+  EXPECT_EQ(screen.TextOf(*form->notas), "otra\r\nvez");
 }
 
-TEST(Text, CodeAndUserSeeTheSame) {
-  Pantalla screen;
-  const auto form = screen.Open();
-  form->nombre->SetText("más largo que diez");
-  EXPECT_EQ(NativeText(*form->nombre), form->nombre->Text());
-  form->nombre->SetSelStart(0);
-  form->nombre->SetSelLength(form->nombre->Length());
+TEST_F(Peers, CodeAndUserSeeTheSame) {
+  form->a->SetText("más largo que diez");
+  EXPECT_EQ(screen.TextOf(*form->a), form->a->Text());
+  form->a->SetSelStart(0);
+  form->a->SetSelLength(form->a->Length());
   screen.Type("z");
-  EXPECT_EQ(form->nombre->Text(), "z");
-  EXPECT_EQ(form->nombre->SelStart(), 1);
-  form->nombre->OnChange = [&] {
-    if (form->nombre->Text() == "zz") form->nombre->SetText("cambiado");
+  EXPECT_EQ(form->a->Text(), "z");
+  EXPECT_EQ(form->a->SelStart(), 1);
+  form->a->OnChange = [&] {
+    if (form->a->Text() == "zz") form->a->SetText("cambiado");
   };
   screen.Type("z");
-  EXPECT_EQ(NativeText(*form->nombre), "cambiado");
-  form->bloqueada->SetFocus();
-  screen.Type("1");
+  EXPECT_EQ(screen.TextOf(*form->a), "cambiado");
+  screen.PressIn(*form->bloqueada, '1');
   EXPECT_EQ(form->bloqueada->Text(), "000123");
-  // The screen shows what the handler disabled, and the focus goes on.
-  form->importe->SetFocus();
-  form->importe->SetEnabled(false);
-  EXPECT_FALSE(::IsWindowEnabled(Pantalla::HandleOf(*form->importe)));
-  EXPECT_EQ(::GetFocus(), Pantalla::HandleOf(*form->ActiveControl()));
+  // The screen shows what a handler disabled, and the focus goes on.
+  form->b->SetFocus();
+  form->b->SetEnabled(false);
+  EXPECT_FALSE(::IsWindowEnabled(screen.HandleOf(*form->b)));
+  EXPECT_EQ(::GetFocus(), screen.HandleOf(*form->ActiveControl()));
 }
 
-TEST(Grid, KeysMouseAndEditorOverACell) {
-  Pantalla screen;
-  const auto form = screen.Open();
+TEST_F(Peers, GridWithKeysMouseAndAnEditorOverACell) {
   FlexGrid& grid = *form->rejilla;
   grid.SetFocus();
-  for (const int key : {VK_RIGHT, VK_RIGHT, VK_RIGHT, VK_RIGHT, VK_DOWN})
-    screen.Press(static_cast<WORD>(key));
-  EXPECT_EQ(grid.Row(), 2);
-  EXPECT_EQ(grid.Col(), 3);  // the hidden column is passed over
+  for (const int key : {VK_RIGHT, VK_RIGHT, VK_RIGHT, VK_DOWN}) screen.Press(key);
+  EXPECT_EQ(form->Celda(), "2,2");  // the hidden column is passed over
   screen.Press(VK_END, VK_CONTROL);
-  EXPECT_EQ(grid.Row(), 40);
+  EXPECT_EQ(grid.Row(), 99);
   EXPECT_GT(grid.TopRow(), 1);
   SCROLLINFO bar{};
   bar.cbSize = sizeof bar;
   bar.fMask = SIF_ALL;
-  ::GetScrollInfo(Pantalla::HandleOf(grid), SB_VERT, &bar);
+  ::GetScrollInfo(screen.HandleOf(grid), SB_VERT, &bar);
   EXPECT_EQ(bar.nPos, grid.TopRow() - 1);
-  EXPECT_EQ(bar.nMax, 39);
-  ::SendMessageW(Pantalla::HandleOf(grid), WM_VSCROLL, SB_TOP, 0);
+  EXPECT_EQ(bar.nMax, 98);
+  screen.Ask(grid, WM_VSCROLL, SB_TOP);
   EXPECT_EQ(grid.TopRow(), 1);
   screen.Click(grid, 100, 22 * 3 + 5);
-  EXPECT_EQ(grid.Row(), 3);
-  EXPECT_EQ(grid.Col(), 1);
+  EXPECT_EQ(form->Celda(), "3,1");
   const Rect cell = grid.CellBounds();
   form->editor->Move({grid.Left() + cell.left, grid.Top() + cell.top, cell.width, cell.height});
   form->editor->SetVisible(true);
-  form->editor->SetFocus();
-  screen.Type("y");
+  screen.PressIn(*form->editor, 'Y');
   EXPECT_EQ(form->editor->Text(), "y");
-  const RECT place = [&] {
-    RECT r;
-    ::GetWindowRect(Pantalla::HandleOf(*form->editor), &r);
-    return r;
-  }();
-  EXPECT_EQ(::WindowFromPoint({place.left + 5, place.top + 5}), Pantalla::HandleOf(*form->editor));
+  RECT place;
+  ::GetWindowRect(screen.HandleOf(*form->editor), &place);
+  EXPECT_EQ(::WindowFromPoint({place.left + 5, place.top + 5}), screen.HandleOf(*form->editor));
   form->editor->SetVisible(false);
   grid.SetFocus();
-  EXPECT_EQ(::GetFocus(), Pantalla::HandleOf(grid));
+  EXPECT_EQ(::GetFocus(), screen.HandleOf(grid));
 }
 
-TEST(Lists, RowsComeAndAreChosen) {
-  Pantalla screen;
-  const auto form = screen.Open();
+TEST_F(Peers, RowsComeAndAreChosen) {
   ListView& list = *form->lista;
+  // A press moves the focus first.
+  screen.Click(list, 20, 40);
+  const Sucesos heard = screen.Take();
+  ASSERT_GT(heard.size(), 2u);
+  EXPECT_EQ(heard[0] + heard[1], "a.LostFocuslista.GotFocus");
+  ASSERT_TRUE(list.SelectedItem());
+  // Who is not let go is not left, and nothing was pressed.
+  list.OnLostFocus = [&] { list.SetFocus(); };
+  screen.Click(*form->cancelar, 5, 5);
+  EXPECT_EQ(::GetFocus(), screen.HandleOf(list));
+  EXPECT_FALSE(screen.Heard("cancelar.Click"));
+
   list.Items().Clear();
   for (int i = 0; i < 10'000; ++i) {
-    list.Items().Add(Numbered("f", i), "fila").SetSubItems(1, "texto");
+    list.Items().Add("f" + std::to_string(i), "fila").SetSubItems(1, "texto");
     screen.desktop.Breathe();
   }
-  list.SetFocus();
   screen.Press(VK_DOWN);
   screen.Press(VK_DOWN);
   ASSERT_TRUE(list.SelectedItem());
-  const HWND native = Pantalla::HandleOf(list);
-  EXPECT_EQ(::SendMessageW(native, LVM_GETITEMCOUNT, 0, 0), 10'000);
-  EXPECT_EQ(::SendMessageW(native, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED),
-            list.SelectedItem()->Index() - 1);
-  EXPECT_TRUE(Has(form->log, "lista=" + list.SelectedItem()->Key()));
+  constexpr auto kNone = static_cast<WPARAM>(-1);
+  EXPECT_EQ(screen.Ask(list, LVM_GETITEMCOUNT), 10'000);
+  EXPECT_EQ(screen.Ask(list, LVM_GETNEXTITEM, kNone, LVNI_SELECTED), list.SelectedItem()->Index() - 1);
+  EXPECT_TRUE(screen.Heard("lista.ItemClick " + list.SelectedItem()->Key()));
   list.Items().Remove(list.SelectedItem()->Key());
   screen.Settle();
-  EXPECT_EQ(::SendMessageW(native, LVM_GETITEMCOUNT, 0, 0), 9'999);
-  EXPECT_EQ(::SendMessageW(native, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED), -1);
+  EXPECT_EQ(screen.Ask(list, LVM_GETITEMCOUNT), 9'999);
+  EXPECT_EQ(screen.Ask(list, LVM_GETNEXTITEM, kNone, LVNI_SELECTED), -1);
 }
 
-TEST(Lists, APressMovesTheFocusFirst) {
-  Pantalla screen;
-  const auto form = screen.Open();
-  screen.Click(*form->lista, 20, 40);
-  EXPECT_EQ(form->log.size() > 3 ? Log(form->log.begin(), form->log.begin() + 2) : form->log,
-            (Log{"nombre-", "lista+"}));
-  ASSERT_TRUE(form->lista->SelectedItem());
-  // Who is not let go is not left, and nothing was pressed.
-  form->lista->OnLostFocus = [&] { form->lista->SetFocus(); };
-  form->log.clear();
-  screen.Click(*form->cancelar, 5, 5);
-  EXPECT_TRUE(form->lista->HasFocus());
-  EXPECT_EQ(::GetFocus(), Pantalla::HandleOf(*form->lista));
-  EXPECT_FALSE(Has(form->log, "cancelar clic"));
-}
-
-TEST(Lists, Combos) {
-  Pantalla screen;
-  const auto form = screen.Open();
-  form->turno->SetFocus();
+TEST_F(Peers, CombosAndRowsThatDropDown) {
+  ComboBox& turno = *form->turno;
+  turno.SetFocus();
   screen.Press(VK_DOWN);
   screen.Press(VK_DOWN);
-  EXPECT_EQ(form->turno->Text(), "Vespertino");
-  form->turno->SetListIndex(2);
-  EXPECT_EQ(NativeText(*form->turno), "Nocturno");
+  EXPECT_EQ(turno.Text(), "Vespertino");
+  turno.SetListIndex(2);
+  EXPECT_EQ(screen.TextOf(turno), "Nocturno");
   // An open list takes Enter and Escape for itself.
-  for (const WORD closes : {static_cast<WORD>(VK_RETURN), static_cast<WORD>(VK_ESCAPE)}) {
+  for (const int closes : {VK_RETURN, VK_ESCAPE}) {
     screen.Press(VK_F4);
-    EXPECT_TRUE(::SendMessageW(Pantalla::HandleOf(*form->turno), CB_GETDROPPEDSTATE, 0, 0));
+    EXPECT_TRUE(screen.Ask(turno, CB_GETDROPPEDSTATE));
     screen.Press(closes);
-    EXPECT_FALSE(::SendMessageW(Pantalla::HandleOf(*form->turno), CB_GETDROPPEDSTATE, 0, 0));
+    EXPECT_FALSE(screen.Ask(turno, CB_GETDROPPEDSTATE));
   }
-  EXPECT_FALSE(Has(form->log, "aceptar clic") || Has(form->log, "cancelar clic"));
-  form->unidad->SetFocus();
+  form->combo->SetFocus();
+  screen.Take();
   screen.Type("kg");
-  EXPECT_EQ(form->unidad->Text(), "kg");
-  EXPECT_TRUE(Has(form->log, "unidad 'k'"));
-  screen.Press(VK_TAB);
-  EXPECT_TRUE(form->fecha->HasFocus());
+  EXPECT_TRUE(screen.Heard("combo.KeyPress 107"));
+  EXPECT_EQ(form->combo->Text(), "kg");
+
+  MultiCombo& multi = *form->multi;
+  screen.Click(multi, 5, 5);
+  EXPECT_TRUE(multi.DroppedDown());
+  EXPECT_TRUE(form->b->HasFocus());
+  screen.Take();
+  for (const int key : {VK_DOWN, VK_DOWN, VK_RETURN}) screen.Press(key);
+  EXPECT_FALSE(multi.DroppedDown());
+  EXPECT_EQ(form->b->Text(), "A1");
+  EXPECT_EQ(screen.Take(), Sucesos{"b.Change"});  // the list's keys are not the box's
+  for (const int closes : {VK_ESCAPE, VK_TAB}) {
+    screen.Press(VK_F4);
+    EXPECT_TRUE(multi.DroppedDown());
+    screen.Press(closes);
+    EXPECT_FALSE(multi.DroppedDown());
+  }
+  EXPECT_FALSE(screen.Heard("boton.Click") || screen.Heard("cancelar.Click"));
+  multi.SetRowSource("");
+  EXPECT_FALSE(::IsWindowVisible(screen.HandleOf(multi)));
 }
 
-TEST(Lists, RowsDropDownFromABox) {
-  Pantalla screen;
-  const auto form = screen.Open();
-  screen.Click(*form->articulos, 5, 5);
-  EXPECT_TRUE(form->articulos->DroppedDown());
-  EXPECT_TRUE(form->articulo->HasFocus());
-  screen.Press(VK_DOWN);
-  screen.Press(VK_DOWN);
-  screen.Press(VK_RETURN);
-  EXPECT_FALSE(form->articulos->DroppedDown());
-  EXPECT_EQ(form->articulo->Text(), "ART-2");
-  EXPECT_FALSE(Has(form->log, "articulo 40") || Has(form->log, "articulo ^40"));
-  EXPECT_FALSE(Has(form->log, "aceptar clic"));
-  screen.Press(VK_F4);
-  EXPECT_TRUE(form->articulos->DroppedDown());
-  screen.Press(VK_ESCAPE);
-  EXPECT_FALSE(form->articulos->DroppedDown());
-  EXPECT_FALSE(Has(form->log, "cancelar clic"));
-  screen.Press(VK_F4);
-  screen.Press(VK_TAB);  // leaving the box closes the list
-  EXPECT_FALSE(form->articulos->DroppedDown());
-  form->articulos->SetRowSource("");
-  EXPECT_FALSE(::IsWindowVisible(Pantalla::HandleOf(*form->articulos)));
-}
-
-TEST(Dates, KeysMoveAndTellTheModel) {
-  Pantalla screen;
-  const auto form = screen.Open();
-  form->fecha->SetFocus();
-  screen.Press(VK_UP);
-  EXPECT_NE(form->fecha->Value().Texto(), "2024-05-17");
-  EXPECT_TRUE(Has(form->log, "fecha=" + form->fecha->Value().Texto()));
-  form->mes->SetFocus();
-  screen.Press(VK_DOWN);
-  EXPECT_TRUE(Has(form->log, "mes=2024-05-24"));
+TEST_F(Peers, DatesMoveAndTellTheModel) {
+  screen.PressIn(*form->fecha, VK_UP);
+  EXPECT_NE(form->fecha->Value().Texto(), "2024-01-31 10:30:00");
+  EXPECT_TRUE(screen.Heard("fecha.Change"));
+  screen.PressIn(*form->mes, VK_DOWN);
+  EXPECT_TRUE(screen.Heard("mes.DateClick 2024-02-07"));
   SYSTEMTIME day{};
-  ::SendMessageW(Pantalla::HandleOf(*form->mes), MCM_GETCURSEL, 0, reinterpret_cast<LPARAM>(&day));
-  EXPECT_EQ(day.wDay, 24);
+  screen.Ask(*form->mes, MCM_GETCURSEL, 0, reinterpret_cast<LPARAM>(&day));
+  EXPECT_EQ(day.wDay, 7);
 }
 
-TEST(Windows, SizeStateAndTitleBar) {
-  Pantalla screen;
-  const auto form = screen.Open();
-  const HWND native = Pantalla::HandleOf(*form);
-  EXPECT_EQ(form->paintings, 1);
-  const auto right_of = [](HWND window) {
-    RECT r;
-    ::GetWindowRect(window, &r);
-    return r.right;
+TEST_F(Peers, SizeStateScaleAndTitleBar) {
+  const HWND native = screen.HandleOf(*form), button = screen.HandleOf(*form->cancelar);
+  const auto place_of = [](HWND window) {
+    RECT place;
+    ::GetWindowRect(window, &place);
+    return place;
   };
-  const HWND button = Pantalla::HandleOf(*form->cancelar);
-  RECT before;
-  ::GetWindowRect(native, &before);
-  const LONG margin = before.right - right_of(button);
-  ::SetWindowPos(native, nullptr, 0, 0, before.right - before.left + 90, before.bottom - before.top + 30,
-                 SWP_NOMOVE | SWP_NOZORDER);
-  screen.Settle();
-  EXPECT_EQ(form->InsideWidth(), Dip(850));
-  EXPECT_EQ(form->resizes, 1);
-  EXPECT_EQ(right_of(native) - right_of(button), margin);
-  ::SetWindowPos(native, nullptr, 0, 0, 50, 50, SWP_NOMOVE | SWP_NOZORDER);
-  screen.Settle();
-  EXPECT_EQ(form->InsideWidth(), Dip(760));
+  const auto resize = [&](LONG width, LONG height) {
+    ::SetWindowPos(native, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER);
+    screen.Settle();
+  };
+  const RECT before = place_of(native);
+  const LONG margin = before.right - place_of(button).right;
+  resize(before.right - before.left + 90, before.bottom - before.top + 30);
+  EXPECT_EQ(form->InsideWidth(), Dip(890));
+  EXPECT_EQ(std::ranges::count(screen.Take(), "Resize"), 1);
+  EXPECT_EQ(place_of(native).right - place_of(button).right, margin);
+  resize(50, 50);
+  EXPECT_EQ(form->InsideWidth(), Dip(800));
   form->SetState(WindowState::Minimized);
   screen.Settle();
   EXPECT_TRUE(::IsIconic(native));
   form->SetState(WindowState::Normal);
   screen.Settle();
-  form->SetCaption("Año nuevo");
-  EXPECT_EQ(native::TextOf(native), L"A\u00f1o nuevo");
-  form->log.clear();
-  form->refuses = true;
-  ::PostMessageW(native, WM_CLOSE, 0, 0);
-  screen.Settle();
-  EXPECT_EQ(form->log, (Log{"query 0"}));
-  EXPECT_TRUE(::IsWindowVisible(native));
-  form->refuses = false;
-  ::PostMessageW(native, WM_SYSCOMMAND, SC_CLOSE, 0);
-  screen.Settle();
-  EXPECT_TRUE(form->Closed());
-  EXPECT_EQ(Windows(), 0);
-}
-
-TEST(Windows, AnotherScaleEnlargesEverything) {
-  Pantalla screen;
-  const auto form = screen.Open();
-  const HWND native = Pantalla::HandleOf(*form);
-  RECT place;
-  ::GetWindowRect(native, &place);
+  // Another scale enlarges everything.
+  const RECT place = place_of(native);
   ::SendMessageW(native, WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&place));
   screen.Settle();
   RECT box;
-  ::GetClientRect(Pantalla::HandleOf(*form->activo), &box);
-  EXPECT_EQ(box.right, 180);
-  EXPECT_EQ(box.bottom, 30);
-  EXPECT_EQ(form->nombre->Width(), Dip(180));
+  ::GetClientRect(screen.HandleOf(*form->casilla), &box);
+  EXPECT_EQ(box.right, 270);
+  EXPECT_EQ(box.bottom, 33);
+  EXPECT_EQ(form->a->Width(), Dip(180));
+  form->SetCaption("Año nuevo");
+  EXPECT_EQ(native::TextOf(native), L"A\u00f1o nuevo");
+  form->cancela = 1;
+  screen.Take();
+  ::PostMessageW(native, WM_CLOSE, 0, 0);
+  screen.Settle();
+  EXPECT_EQ(screen.Take(), (Sucesos{"QueryUnload 0"}));
+  EXPECT_TRUE(::IsWindowVisible(native));
+  form->cancela = 0;
+  ::PostMessageW(native, WM_SYSCOMMAND, SC_CLOSE, 0);
+  screen.Settle();
+  EXPECT_TRUE(form->Closed());
+  EXPECT_EQ(screen.Windows(), 0);
 }
 
-TEST(Windows, ModalBlocksItsOwnerAndGivesTheFocusBack) {
-  Pantalla screen;
-  const auto owner = screen.Open();
-  owner->importe->SetFocus();
+TEST_F(Peers, ModalBlocksItsOwnerAndGivesTheFocusBack) {
+  form->b->SetFocus();
+  const auto make = [&](const std::function<void(Muestra&)>& on_tick) {
+    const auto dialog = std::make_shared<Muestra>(screen.desktop, screen.diario);
+    dialog->reloj->OnTimer = [&dialog = *dialog, on_tick] { on_tick(dialog); };
+    dialog->reloj->SetInterval(60);
+    return dialog;
+  };
+  const auto ends = [&](Muestra& dialog) {
+    EXPECT_FALSE(form->Enabled() || ::IsWindowEnabled(screen.HandleOf(*form)));
+    EXPECT_EQ(::GetActiveWindow(), screen.HandleOf(dialog));
+    EXPECT_EQ(::GetFocus(), screen.HandleOf(*dialog.ActiveControl()));
+    ::PostMessageW(screen.HandleOf(dialog), WM_CLOSE, 0, 0);
+  };
   for (const bool named : {true, false}) {
-    const auto form = std::make_shared<SampleForm>(screen.desktop);
-    form->reloj->SetInterval(60);
-    int ticks = 0;
-    form->reloj->OnTimer = [&] {
-      EXPECT_FALSE(owner->Enabled());
-      EXPECT_FALSE(::IsWindowEnabled(Pantalla::HandleOf(*owner)));
-      EXPECT_EQ(::GetActiveWindow(), Pantalla::HandleOf(*form));
-      if (++ticks == 2) ::PostMessageW(Pantalla::HandleOf(*form), WM_CLOSE, 0, 0);
+    const auto dialog = make(ends);
+    screen.diario.al_suceder = [&](const std::string& event) {
+      if (event != "Load" || !named) return;
+      // It comes onto the screen before it is loaded, and takes no input yet.
+      dialog->ShowWhileLoading();
+      EXPECT_TRUE(::IsWindowVisible(screen.HandleOf(*dialog)));
+      EXPECT_FALSE(::IsWindowEnabled(screen.HandleOf(*dialog)) || ::IsWindowEnabled(screen.HandleOf(*form)));
     };
-    form->ShowModal(named ? owner.get() : nullptr);
-    EXPECT_TRUE(form->Closed());
-    EXPECT_TRUE(owner->Enabled());
+    dialog->ShowModal(named ? form.get() : nullptr);
+    screen.diario.al_suceder = nullptr;
+    EXPECT_TRUE(dialog->Closed() && form->Enabled());
     screen.Settle();
-    EXPECT_EQ(::GetFocus(), Pantalla::HandleOf(*owner->importe));
+    EXPECT_EQ(::GetFocus(), screen.HandleOf(*form->b));
   }
   // The end of the program reaches the loop outside.
-  const auto form = std::make_shared<SampleForm>(screen.desktop);
-  form->reloj->SetInterval(30);
-  form->reloj->OnTimer = [] { ::PostQuitMessage(7); };
-  form->ShowModal(owner.get());
-  EXPECT_TRUE(form->Closed());
+  const auto dialog = make([](Muestra&) { ::PostQuitMessage(7); });
+  dialog->ShowModal(form.get());
+  EXPECT_TRUE(dialog->Closed());
   MSG message{};
   while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) && message.message != WM_QUIT) {
   }
@@ -354,44 +327,8 @@ TEST(Windows, ModalBlocksItsOwnerAndGivesTheFocusBack) {
   EXPECT_EQ(message.wParam, 7u);
 }
 
-/// Comes onto the screen before it is loaded.
-class Slow final : public SampleForm {
- public:
-  using SampleForm::SampleForm;
-  std::function<void()> while_loading;
-  void Form_Load() override {
-    SampleForm::Form_Load();
-    ShowWhileLoading();
-    while_loading();
-  }
-};
-
-TEST(Windows, ALongLoadIsSeenButTakesNoInput) {
-  Pantalla screen;
-  const auto owner = screen.Open();
-  const auto form = std::make_shared<Slow>(screen.desktop);
-  form->while_loading = [&] {
-    EXPECT_TRUE(::IsWindowVisible(Pantalla::HandleOf(*form)));
-    EXPECT_FALSE(::IsWindowEnabled(Pantalla::HandleOf(*form)));
-    EXPECT_FALSE(::IsWindowEnabled(Pantalla::HandleOf(*owner)));
-    screen.Settle();
-    form->reloj->SetInterval(60);
-  };
-  form->reloj->OnTimer = [&] {
-    EXPECT_TRUE(form->Enabled());
-    EXPECT_EQ(::GetActiveWindow(), Pantalla::HandleOf(*form));
-    EXPECT_EQ(::GetFocus(), Pantalla::HandleOf(*form->ActiveControl()));
-    ::PostMessageW(Pantalla::HandleOf(*form), WM_CLOSE, 0, 0);
-  };
-  form->ShowModal(owner.get());
-  EXPECT_TRUE(form->Closed());
-  EXPECT_TRUE(owner->Enabled());
-  screen.Settle();
-  EXPECT_EQ(::GetActiveWindow(), Pantalla::HandleOf(*owner));
-}
-
 }  // namespace
-}  // namespace zuvi::sample
+}  // namespace zuvi::pruebas
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
