@@ -20,7 +20,6 @@ namespace {
 using pruebas::ErrorDe;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::Not;
 
 const std::filesystem::path& Archivo() {
   static const auto archivo = std::filesystem::temp_directory_path() / "zuvi_odbc_ñandú €.db";
@@ -89,10 +88,8 @@ TEST_P(Odbc, CadaTipoVuelveComoSeGuardo) {
 }
 
 TEST_P(Odbc, TextosVuelvenEnterosYSinCambio) {
-  const std::string acentos = "¿Ñandú? ¡º«€» 中";
-  const std::string emoji = "pastel 🎂😀";
-  const std::string comillas = "O'Brien \"x\" `y` \\' \\ % _ ? {d '1'} /* -- ;";
-  for (const std::string& texto : {acentos, emoji, comillas, std::string()}) {
+  for (const std::string texto :
+       {"¿Ñandú? ¡º«€» 中", "pastel 🎂😀", "", "O'Brien \"x\" `y` \\' \\ % _ ? {d '1'} /* -- ;"}) {
     SCOPED_TRACE(texto);
     Agrega(1, texto);
     EXPECT_EQ(Uno("SELECT t FROM odbc_t WHERE t = " + Cita(texto)), Value(texto));
@@ -106,31 +103,27 @@ TEST_P(Odbc, TextosVuelvenEnterosYSinCambio) {
 
   // Around the size of the bound cell and of one piece of a long text.
   for (const std::size_t largo : {254u, 255u, 256u, 511u, 512u, 513u, 10000u, 32767u, 65000u}) {
-    std::string texto(largo - 3, 'x');
-    texto += "fin";
+    const std::string texto = std::string(largo - 3, 'x') + "fin";
     base_->Ejecuta("DELETE FROM odbc_t");
     base_->Ejecuta("INSERT INTO odbc_t (n, x) VALUES (5, " + Cita(texto) + ")");
     const auto filas = base_->Consulta("SELECT x, n FROM odbc_t");
     EXPECT_EQ(filas->Campo("x"), Value(texto)) << largo;
     EXPECT_EQ(filas->Campo("n"), Value(5)) << largo;
   }
-  for (const int cuantas : {100, 126, 127, 128, 129, 200, 255, 256, 40000}) {
+  for (const int cuantas : {126, 127, 128, 129, 255, 256, 40000}) {
     std::string emojis;
     for (int i = 0; i < cuantas; ++i) emojis += "😀";
-    for (const std::string& texto : {emojis, "a" + emojis})
-      EXPECT_EQ(Uno("SELECT " + Cita(texto)), Value(texto));
-    const std::string uno = "😀" + std::string(static_cast<std::size_t>(2 * cuantas), 'x');
-    EXPECT_EQ(Uno("SELECT " + Cita(uno)), Value(uno)) << cuantas;
+    for (const std::string& texto :
+         {emojis, "a" + emojis, "😀" + std::string(static_cast<std::size_t>(2 * cuantas), 'x')})
+      EXPECT_EQ(Uno("SELECT " + Cita(texto)), Value(texto)) << cuantas;
   }
 }
 
 TEST_P(Odbc, UnaSolaSentenciaPorLlamada) {
   Agrega(1);
   const std::string clave = "x'; DELETE FROM odbc_t; -- ";
-  for (const std::string& sql :
-       {std::string("SELECT 1; DELETE FROM odbc_t"), "SELECT * FROM odbc_t WHERE t = '" + clave + "'",
-        std::string("SELECT 1 ; /* a */ DELETE FROM odbc_t"),
-        std::string("SELECT 'a;' ;\nDELETE FROM odbc_t")}) {
+  for (const std::string& sql : {"SELECT * FROM odbc_t WHERE t = '" + clave + "'",
+                                 std::string("SELECT 'a;' ; /* a */\nDELETE FROM odbc_t")}) {
     EXPECT_THAT(ErrorDe([&] { base_->Consulta(sql); }).what(), HasSubstr("más de una instrucción")) << sql;
     EXPECT_THAT(ErrorDe([&] { base_->Ejecuta(sql); }).what(), HasSubstr("más de una instrucción")) << sql;
   }
@@ -153,28 +146,24 @@ TEST(UnicaSentencia, CadaMotorConSusComillasYComentarios) {
       return false;
     }
   };
-  struct Caso {
+  const struct {
     const char* sql;
     bool sqlite, mariadb;
-  };
-  for (const Caso& caso : std::initializer_list<Caso>{
-           {"DELETE FROM t;;  -- fin\n /* ; */ ;", true, true},
-           {R"(SELECT '\'; DELETE FROM t; -- ')", false, true},
-           {R"(SELECT '\\'; DELETE FROM t; -- ')", false, false},
-           {R"(SELECT "\"; x")", false, true},
-           {"SELECT 'a'';b', \"c;d\", `e;f`", true, true},
-           {"SELECT `a\\`; DELETE FROM t", false, false},
-           {"SELECT [a;b] FROM t", true, false},
-           {"SELECT 1 --; DELETE", true, false},
-           {"SELECT 1 --1; DELETE FROM t", true, false},
-           {"SELECT 1 # ; DELETE", false, true},
-           {"SELECT 1; # fin", false, true},
-           {"SELECT 1 -- ;\n; DELETE FROM t", false, false},
-           {"SELECT 1 /*! ; DELETE FROM t */", true, false},
-           {"SELECT 1; /*M!100000 DELETE FROM t */", true, false},
-           {"SELECT 1 /* abierto ; ", true, true},
-           {"SELECT 'abierto ; ", true, true},
-       }) {
+  } casos[] = {{"DELETE FROM t;;  -- fin\n /* ; */ ;", true, true},
+               {R"(SELECT '\'; DELETE FROM t; -- ')", false, true},
+               {R"(SELECT '\\'; DELETE FROM t; -- ')", false, false},
+               {"SELECT 'a'';b', \"c;d\", `e;f`", true, true},
+               {"SELECT `a\\`; DELETE FROM t", false, false},
+               {"SELECT [a;b] FROM t", true, false},
+               {"SELECT 1 --; DELETE", true, false},
+               {"SELECT 1 --1; DELETE FROM t", true, false},
+               {"SELECT 1 # ; DELETE", false, true},
+               {"SELECT 1 -- ;\n; DELETE FROM t", false, false},
+               {"SELECT 1 /*! ; DELETE FROM t */", true, false},
+               {"SELECT 1; /*M!100000 DELETE FROM t */", true, false},
+               {"SELECT 1 /* abierto ; ", true, true},
+               {"SELECT 'abierto ; ", true, true}};
+  for (const auto& caso : casos) {
     EXPECT_EQ(pasa(Motor::Sqlite, caso.sql), caso.sqlite) << caso.sql;
     EXPECT_EQ(pasa(Motor::MariaDb, caso.sql), caso.mariadb) << caso.sql;
   }
@@ -183,16 +172,12 @@ TEST(UnicaSentencia, CadaMotorConSusComillasYComentarios) {
 TEST_P(Odbc, ElErrorEsElDeLaBase) {
   const bool maria = base_->TraeMotor() == Motor::MariaDb;
   const HostError error = ErrorDe([&] { base_->Consulta("SELECT * FROM odbc_no_existe"); });
-  EXPECT_THAT(error.what(), HasSubstr("odbc_no_existe"));
-  EXPECT_THAT(error.what(), Not(HasSubstr("[")));
+  EXPECT_THAT(error.what(), testing::AllOf(HasSubstr("odbc_no_existe"), testing::Not(HasSubstr("["))));
   EXPECT_EQ(error.NativeCode(), maria ? 1146 : 1);
   EXPECT_EQ(error.SqlState(), maria ? "42S02" : "HY000");
-  EXPECT_EQ(error.Number(), ErrorNumber::AutomationFailure);
-  // The connection goes on working.
-  Agrega(1);
-  EXPECT_EQ(Filas(), 1);
   EXPECT_THAT(dicho_, testing::Contains("SELECT * FROM odbc_no_existe"));
-
+  Agrega(1);
+  EXPECT_EQ(Filas(), 1) << "the connection goes on working";
   base_->Cierra();
   EXPECT_EQ(ErrorDe([&] { Filas(); }).NativeCode(), 3704);
   base_ = BaseDatos::Abre(GetParam(), traza_);
@@ -218,31 +203,12 @@ TEST_P(Odbc, SeRecorreMientrasSeEjecuta) {
   EXPECT_EQ(base_->Ejecuta("UPDATE odbc_t SET n = 1 WHERE n = 9"), 0);
 }
 
-TEST_P(Odbc, CamposQueFaltan) {
-  Agrega(1);
-  const auto filas = base_->Consulta("SELECT n FROM odbc_t");
-  for (const HostError& error : {ErrorDe([&] { filas->Campo("nada"); }), ErrorDe([&] { filas->Campo(1); }),
-                                 ErrorDe([&] { filas->Campo(-1); })}) {
-    EXPECT_STREQ(error.what(),
-                 "Item cannot be found in the collection corresponding to the requested name or ordinal.");
-    EXPECT_EQ(error.NativeCode(), 3265);
-  }
-  filas->MoveNext();
-  EXPECT_TRUE(filas->Eof());
-  for (const HostError& error : {ErrorDe([&] { filas->Campo("n"); }), ErrorDe([&] { filas->MoveNext(); })}) {
-    EXPECT_STREQ(
-        error.what(),
-        "Either BOF or EOF is True, or the current record has been deleted. Requested operation requires a "
-        "current record.");
-    EXPECT_EQ(error.NativeCode(), 3021);
-  }
-}
-
 TEST_P(Odbc, RecordsetPorNombre) {
   for (int i = 1; i <= 3; ++i) Agrega(i, "t" + std::to_string(i));
   const auto filas = NuevoRecordset();
+  const auto nativo = [](auto&& accion) { return ErrorDe(accion).NativeCode(); };
   EXPECT_EQ(filas->Call("State"), Value(0));
-  EXPECT_EQ(ErrorDe([&] { filas->Call("EOF"); }).NativeCode(), 3704);
+  EXPECT_EQ(nativo([&] { filas->Call("EOF"); }), 3704);
   filas->Put("CursorType", 1);
   filas->PonLockType(3);
   std::array<Value, 5> args{"SELECT n, t FROM odbc_t ORDER BY n", base_, -1, Value(), 1};
@@ -252,13 +218,12 @@ TEST_P(Odbc, RecordsetPorNombre) {
   EXPECT_EQ(filas->Call("Source"), args[0]);
   EXPECT_EQ(filas->Call("ActiveConnection"), Value(base_));
   EXPECT_EQ(filas->Call("RecordCount"), Value(3));
-  EXPECT_EQ(ErrorDe([&] { filas->Call("Open", args); }).NativeCode(), 3705);
+  EXPECT_EQ(nativo([&] { filas->Call("Open", args); }), 3705);
 
   // rs("T") is a live field, rs.Fields.Item(0).Value reads the same row.
-  std::array<Value, 1> nombre{"T"};
+  std::array<Value, 1> nombre{"T"}, cero{0};
   const ObjectPtr campo = AObjeto(filas->Read(kDefaultMember, nombre));
   const ObjectPtr campos = AObjeto(filas->Call("Fields"));
-  std::array<Value, 1> cero{0};
   EXPECT_EQ(campos->Call("Count"), Value(2));
   std::vector<std::string> visto;
   for (; !ABooleano(filas->Call("eof")); filas->Call("MoveNext"))
@@ -266,10 +231,20 @@ TEST_P(Odbc, RecordsetPorNombre) {
   EXPECT_THAT(visto, ElementsAre("1t1", "2t2", "3t3"));
   EXPECT_EQ(campo->Call("Name"), Value("t"));
   EXPECT_EQ(campo->Call("Type"), Value(202));
-  EXPECT_EQ(ErrorDe([&] { campo->Default(); }).NativeCode(), 3021);
-
+  // Past the end there is no row, and never a column that the result does not have.
+  EXPECT_STREQ(
+      ErrorDe([&] { campo->Default(); }).what(),
+      "Either BOF or EOF is True, or the current record has been deleted. Requested operation requires a "
+      "current record.");
+  EXPECT_EQ(nativo([&] { filas->MoveNext(); }), 3021);
   filas->Call("MovePrevious");
   EXPECT_EQ(campo->Default(), Value("t3"));
+  for (const HostError& error : {ErrorDe([&] { filas->Campo("nada"); }), ErrorDe([&] { filas->Campo(2); }),
+                                 ErrorDe([&] { filas->Campo(-1); })}) {
+    EXPECT_STREQ(error.what(),
+                 "Item cannot be found in the collection corresponding to the requested name or ordinal.");
+    EXPECT_EQ(error.NativeCode(), 3265);
+  }
   filas->Call("MoveFirst");
   filas->Call("MovePrevious");
   EXPECT_EQ(filas->Call("BOF"), Value(true));
@@ -278,36 +253,25 @@ TEST_P(Odbc, RecordsetPorNombre) {
   filas->Call("Close");
   filas->Open("SELECT n FROM odbc_t WHERE n = 9", base_, 0, 1, 1);
   EXPECT_EQ(filas->Call("BOF"), Value(true));
-  EXPECT_EQ(filas->Call("CursorType"), Value(0));
-  EXPECT_EQ(ErrorDe([&] { campo->Call("Name"); }).NativeCode(), 3265);
-  EXPECT_EQ(ErrorDe([&] { filas->Call("MoveFirst"); }).NativeCode(), 3021);
+  EXPECT_EQ(nativo([&] { campo->Call("Name"); }), 3265);
+  EXPECT_EQ(nativo([&] { filas->Call("MoveFirst"); }), 3021);
 }
 
 TEST_P(Odbc, ConexionPorNombreYTransacciones) {
   std::array<Value, 2> args{"INSERT INTO odbc_t (n) VALUES (1)", Value()};
-  const ObjectPtr sin_filas = AObjeto(base_->Call("Execute", args));
-  EXPECT_EQ(sin_filas->Call("State"), Value(0));
+  EXPECT_EQ(AObjeto(base_->Call("Execute", args))->Call("State"), Value(0));
   EXPECT_EQ(args[1], Value(1));
-  std::array<Value, 1> cuenta{"SELECT COUNT( * ) AS c FROM odbc_t"};
-  EXPECT_FALSE(ABooleano(AObjeto(base_->Call("Execute", cuenta))->Call("EOF")));
-
-  base_->Call("BeginTrans");
-  Agrega(2);
-  base_->Call("RollbackTrans");
-  base_->Call("BeginTrans");
-  Agrega(3);
-  base_->Call("CommitTrans");
-  EXPECT_EQ(Filas(), 2);
-  {
-    Transaccion deshecha(*base_);
-    Agrega(4);
-    EXPECT_EQ(Filas(), 3);
+  for (const char* fin : {"RollbackTrans", "CommitTrans"}) {
+    base_->Call("BeginTrans");
+    Agrega(2);
+    base_->Call(fin);
   }
   EXPECT_EQ(Filas(), 2);
-  {
-    Transaccion hecha(*base_);
-    Agrega(5);
-    hecha.Confirma();
+  for (const bool confirma : {false, true}) {
+    Transaccion transaccion(*base_);
+    Agrega(3);
+    EXPECT_EQ(Filas(), 3);
+    if (confirma) transaccion.Confirma();
   }
   EXPECT_EQ(Filas(), 3);
   // The end of a transaction on a closed connection is no second error.
