@@ -267,9 +267,9 @@ void ColumnHeaders::Changed() {
   if (list_) list_->Changed(Aspect::Columns);
 }
 
-void ColumnHeaders::Add(std::string key, std::string caption, std::int32_t width) {
+void ColumnHeaders::Add(std::string key, std::string caption, std::int32_t width, bool right_aligned) {
   if (width < 0) throw HostError(ErrorNumber::InvalidCall);
-  columns_.push_back({std::move(caption), std::move(key), width});
+  columns_.push_back({std::move(caption), std::move(key), width, right_aligned});
   Changed();
 }
 

@@ -115,6 +115,7 @@ class ListItems final : public Object {
 struct ListColumn {
   std::string caption, key;
   std::int32_t width = 0;  // twips; 0 lets the list share out its room
+  bool right_aligned = false;
 };
 
 /// The columns; by name `ColumnHeaders.Add(index, key, caption, width)`, `Count`, `Clear`.
@@ -122,7 +123,7 @@ class ColumnHeaders final : public Object {
  public:
   explicit ColumnHeaders(ListView& list) : list_(&list) {}
   /// Throws HostError (InvalidCall) for a negative width.
-  void Add(std::string key, std::string caption, std::int32_t width = 0);
+  void Add(std::string key, std::string caption, std::int32_t width = 0, bool right_aligned = false);
   void Clear();
   std::int32_t Count() const { return static_cast<std::int32_t>(columns_.size()); }
   const std::vector<ListColumn>& All() const { return columns_; }

@@ -15,13 +15,19 @@ struct Columna {
   const char* clave;
   const char* caption;
   std::int32_t ancho;  // 0 shares out what is left
+  bool numero = false;
 };
 constexpr Columna kColumnas[] = {
-    {"op", "Orden", 52},          {"estado", "Estado", 128},
-    {"emision", "Documento", 80}, {"entrega", "Entrega", 80},
-    {"almacen", "Almacén", 0},    {"partidas", "Partidas", 58},
-    {"cantidad", "Cantidad", 64}, {"terminado", "Terminado", 78},
-    {"importe", "Importe", 80},   {"ocupada", "Ocupada por", 88},
+    {"op", "Orden", 52},
+    {"estado", "Estado", 128},
+    {"emision", "Documento", 80},
+    {"entrega", "Entrega", 80},
+    {"almacen", "Almacén", 0},
+    {"partidas", "Partidas", 64, true},
+    {"cantidad", "Cantidad", 64, true},
+    {"terminado", "Terminado", 78, true},
+    {"importe", "Importe", 80, true},
+    {"ocupada", "Ocupada por", 88},
 };
 
 }  // namespace
@@ -41,7 +47,7 @@ void frmMaster::CreaControles() {
   lv = Add<ListView>("lv");
   lv->Design(EnDips(kMargen, kArribaLista, kAnchoLista, kPie - 8 - kArribaLista), anchor::kAll);
   for (const Columna& columna : kColumnas)
-    lv->Columns().Add(columna.clave, columna.caption, Dip(columna.ancho));
+    lv->Columns().Add(columna.clave, columna.caption, Dip(columna.ancho), columna.numero);
 
   std::int32_t y = kArribaLista;
   for (const Accion& accion : Acciones()) {

@@ -119,7 +119,8 @@ class ListPeer final : public NativeControl {
     for (std::size_t i = 0; i < columns.size(); ++i) {
       std::wstring caption = Wide(columns[i].caption);
       LVCOLUMNW column{};
-      column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
+      column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM | LVCF_FMT;
+      column.fmt = columns[i].right_aligned ? LVCFMT_RIGHT : LVCFMT_LEFT;
       column.pszText = caption.data();
       column.cx = Parent().Pixels(columns[i].width);
       column.iSubItem = static_cast<int>(i);
