@@ -1,5 +1,7 @@
 // Two stations on one database: an order is open for modification at one of them at a time, and a station
 // that died does not keep it for ever.
+#include <sys/socket.h>
+
 #include <array>
 #include <csignal>
 #include <utility>
@@ -32,29 +34,28 @@ class Estacion : public Tienda {
 class EstacionAparte {
  public:
   explicit EstacionAparte(const std::string& base) {
-    if (pipe(ordenes_.data()) != 0 || pipe(respuestas_.data()) != 0) throw HostError("pipe");
+    if (socketpair(AF_UNIX, SOCK_STREAM, 0, extremos_.data()) != 0) throw HostError("socketpair");
     pid_ = Hijo([&] {
       // Whatever becomes of the test, no station stays behind.
       alarm(60);
-      Recibe(ordenes_);
+      Recibe(1);
       Estacion estacion(base, "RAUL");
       const auto ventana = estacion.Modifica();
-      Manda(respuestas_, ventana ? 'A' : 'N');
-      Recibe(ordenes_);
-      Manda(respuestas_, ventana && ventana->Unload() ? 'C' : 'N');
+      Manda(1, ventana ? 'A' : 'N');
+      Recibe(1);
+      Manda(1, ventana && ventana->Unload() ? 'C' : 'N');
       return 0;
     });
   }
   EstacionAparte(const EstacionAparte&) = delete;
-  EstacionAparte& operator=(const EstacionAparte&) = delete;
   ~EstacionAparte() {
     Mata();
-    for (const int extremo : {ordenes_[0], ordenes_[1], respuestas_[0], respuestas_[1]}) close(extremo);
+    for (const int extremo : extremos_) close(extremo);
   }
   /// Goes on to its next step: opens the order ('A'), then closes it ('C').
   char Sigue() {
-    Manda(ordenes_, '.');
-    return Recibe(respuestas_);
+    Manda(0, '.');
+    return Recibe(0);
   }
   void Mata() {
     if (pid_ == 0) return;
@@ -63,15 +64,14 @@ class EstacionAparte {
   }
 
  private:
-  using Tubo = std::array<int, 2>;
-  static void Manda(const Tubo& tubo, char c) {
-    if (write(tubo[1], &c, 1) != 1) throw HostError("write");
+  void Manda(std::size_t extremo, char c) {
+    if (write(extremos_[extremo], &c, 1) != 1) throw HostError("write");
   }
-  static char Recibe(const Tubo& tubo) {
+  char Recibe(std::size_t extremo) {
     char c = 0;
-    return read(tubo[0], &c, 1) == 1 ? c : '?';
+    return read(extremos_[extremo], &c, 1) == 1 ? c : '?';
   }
-  Tubo ordenes_{}, respuestas_{};
+  std::array<int, 2> extremos_{};
   pid_t pid_ = 0;
 };
 

@@ -1,0 +1,300 @@
+// Lines: their entry, what the grid shows of them, and editing and deleting them there.
+#include "tests/orders/editor.h"
+
+namespace zuvi::pruebas {
+namespace {
+
+using testing::ElementsAre;
+
+class Lineas : public Editor {
+ protected:
+  TextBox& CajaDeCelda() { return C<TextBox>("txtEdit"); }
+  /// Three lines, the focus in a cell of the grid.
+  void AbreEn(std::int32_t fila, std::int32_t col, const char* metodo = "ModificaOp") {
+    Nuevo(metodo, 3);
+    Rejilla().MoveTo(fila, col);
+    if (Rejilla().Enabled()) Rejilla().SetFocus();
+  }
+  /// What saving a cell does to its line, with the column that it sets.
+  static std::string Guarda(std::int32_t entrada, const std::string& columna) {
+    return "\nLimpia()\nTipo(UPDATE)\nCondicion(id_entrada = " + Decimal(entrada) + ")\n" +
+           (columna.empty() ? "" : "AgregaCampo(oppart, " + columna + ")\n") + "Genera(oppart)\nEjecuta()\n";
+  }
+};
+ZUVI_AMBOS_ANFITRIONES(Lineas);
+
+TEST_P(Lineas, LaCapturaIncompletaSeRechazaYElFocoVaAlCampo) {
+  t.mundo.claves.insert("prods.articulo=PROHIBIDO");
+  t.mundo.restringidos = {"PROHIBIDO"};
+  t.mundo.tablas["SELECT ubicacion FROM prods WHERE articulo = 'PROHIBIDO'"] = {{{"ubicacion", Null{}}}};
+  struct Caso {
+    const char *articulo, *cantidad, *almacen;
+    const char* respuesta;  // a message or an error
+    const char* foco;
+  };
+  for (const Caso& caso : {
+           Caso{" ", "1", "9", "234", "txtFields(4)"},
+           Caso{"SILLA", "1", "9", "235", "txtFields(4)"},
+           Caso{"MESA", "", "9", "236", "txtFields(5)"},
+           Caso{"MESA", "-1", "9", "236", "txtFields(5)"},
+           Caso{"PROHIBIDO", "1", "9", "703", "txtFields(4)"},
+           Caso{"MESA", "1", "", "Type mismatch", "Command6"},
+           Caso{"MESA", "1", "40000", "Overflow", "Command6"},
+           Caso{"MESA", "uno", "9", "Type mismatch", "Command6"},
+       }) {
+    SCOPED_TRACE(std::string(caso.articulo) + " " + caso.cantidad + " " + caso.almacen);
+    Nuevo();
+    F(14).SetText(caso.almacen);
+    Agrega(caso.articulo, caso.cantidad);
+    if (Veces("Mensaje") > 0)
+      EXPECT_THAT(t.Lineas("Mensaje"),
+                  ElementsAre("Mensaje(mensaje " + std::string(caso.respuesta) + ", 64, Ambiente)"));
+    else
+      EXPECT_THAT(Avisos(), ElementsAre(Informe("LlenaPartida", caso.respuesta)));
+    EXPECT_EQ(Foco(), caso.foco);
+    EXPECT_EQ(F(4).Text() + F(1).Text(), std::string(caso.articulo) + "nota");
+    EXPECT_EQ(Veces("Limpia"), 0u);
+  }
+  // A disabled quantity cannot take the focus.
+  Nuevo();
+  F(5).SetEnabled(false);
+  Agrega("MESA", "0");
+  EXPECT_EQ(Foco(), "Command6");
+}
+
+TEST_P(Lineas, UnaLineaSeGuardaYSeMuestra) {
+  t.mundo.claves.insert("prods.articulo=MESA ");
+  Nuevo("ModificaOp", 1);
+  Agrega("MESA ", "1200");
+  EXPECT_TRUE(Hecho().starts_with(R"(
+ExisteClave(MESA , prods, articulo, Conexion)
+Consulta(SELECT ubicacion FROM prods WHERE articulo = 'MESA')
+UbicacionRestringida(MESA, 9, Conexion)
+IniciaProceso(Op005, frmOp, Ambiente, , Nothing, True, 0, , Null, , Nothing)
+Consulta(SELECT * FROM op WHERE (((op) = 120)))
+Limpia()
+Tipo(INSERT)
+SiguienteFolio(oppart, Conexion, 0, Nothing)
+AgregaCampo(oppart, id_entrada, i4 501)
+AgregaCampo(oppart, op, i4 120)
+AgregaCampo(oppart, tipo_doc, txt OP)
+AgregaCampo(oppart, no_referen, txt 120)
+AgregaCampo(oppart, articulo, txt MESA )
+AgregaCampo(oppart, cantidad, r8 1200)
+AgregaCampo(oppart, precio, r8 2.5)
+AgregaCampo(oppart, observ, txt nota)
+)"));
+  std::string celdas;
+  for (std::int32_t col = 0; col < 8; ++col) celdas += Celda(2, col) + "|";
+  EXPECT_EQ(celdas, "MESA |1200||3,000.00|nota|501|||");
+  EXPECT_EQ(Rejilla().Row(), 2);
+  EXPECT_EQ(Foco(), Campo(4));
+  for (const int i : {1, 4, 5, 6}) EXPECT_EQ(F(i).Text(), "") << i;
+  // In a full grid it is saved without being shown.
+  Nuevo("ModificaOp", 100);
+  Agrega("MESA", "1");
+  EXPECT_EQ(Veces("Ejecuta"), 1u);
+  EXPECT_EQ(Rejilla().Rows(), 101);
+  EXPECT_EQ(F(4).Text(), "");
+}
+
+TEST_P(Lineas, UnRechazoDelHostDetieneUnaSolaLinea) {
+  const auto acepta = t.mundo.proceso;
+  for (const bool por_bandera : {true, false}) {
+    Nuevo();
+    t.mundo.proceso = [por_bandera](PeticionProceso& p) {
+      p.bandera = por_bandera;
+      if (!por_bandera) p.objeto->Put("Rechazado", true);
+    };
+    Agrega("MESA", "1");
+    EXPECT_EQ(Veces("SiguienteFolio"), 0u);
+    EXPECT_EQ(Celda(1, 0), "");
+    t.mundo.proceso = acepta;
+    Agrega("MESA", "1");
+    EXPECT_EQ(Celda(1, 0), "MESA");
+  }
+}
+
+TEST_P(Lineas, LaDescripcionVieneDelArticuloODeSuClave) {
+  PonClave("K1", "MESA");
+  PonClave("K2", "NADA");
+  struct Caso {
+    const char *escrito, *campos;
+    std::size_t consultas;
+  };
+  for (const Caso& caso : {
+           Caso{"MESA", "MESA|Mesa de pino|PZA||||||", 1},
+           Caso{"K1", "MESA|Mesa de pino|PZA|K1|Caja||Caja|PZA|", 3},
+           // A key whose article is gone, and a code that is neither.
+           Caso{"K2", "NADA|||K2|Caja||Caja||", 3},
+           Caso{"K3", "K3||||||||", 2},
+       }) {
+    Nuevo();
+    F(4).SetFocus();
+    F(4).SetText(caso.escrito);
+    v->Press(key::kEnter);
+    std::string campos;
+    for (const int i : {4, 1, 27, 24, 25, 26, 28, 29}) campos += F(i).Text() + "|";
+    EXPECT_EQ(campos, caso.campos);
+    EXPECT_EQ(Veces("Consulta"), caso.consultas);
+    EXPECT_EQ(Foco(), Campo(5));
+  }
+}
+
+TEST_P(Lineas, ConElLectorCadaCodigoAgregaUnaPieza) {
+  PonClave("K1", "MESA");
+  Nuevo();
+  F(4).SetMaxLength(4);  // also the length of the code that the key turns into
+  v->Press(key::kF3);
+  v->Type("mesa");
+  v->Type("K1");
+  v->Press(key::kEnter);
+  EXPECT_EQ(Foco(), Campo(4));
+  // A quantity that was there before is the one that counts, also where it is out of reach.
+  F(5).SetText("6");
+  F(5).SetEnabled(false);
+  v->Type("MESA");
+  std::string cantidades;
+  for (std::int32_t fila = 1; Celda(fila, 0) == "MESA"; ++fila) cantidades += Celda(fila, 1) + " ";
+  EXPECT_EQ(cantidades, "1 1 6 ");
+  EXPECT_EQ(Veces("Mensaje"), 0u);
+}
+
+TEST_P(Lineas, LaTeclaSuprimirBorraLaLineaActual) {
+  AbreEn(4, 0);
+  v->Press(key::kDelete);
+  Rejilla().MoveTo(2, 0);
+  v->Press(key::kBack);
+  EXPECT_EQ(Hecho(), "\n");
+  v->Press(key::kDelete);
+  EXPECT_EQ(Hecho(), "\nEjecutaSQL(DELETE FROM oppart WHERE id_entrada = 72)\n");
+  EXPECT_EQ(Celda(2, 0) + Celda(3, 0), "ART73");
+}
+
+TEST_P(Lineas, SoloSeEditanCantidadYPrecioDeUnaLinea) {
+  constexpr std::int16_t kDobleClic = 0;  // in place of a character
+  struct Caso {
+    std::int32_t fila, col;
+    std::int16_t caracter;
+    bool abre;
+    const char* texto;
+    const char* metodo = "ModificaOp";
+  };
+  for (const Caso& caso : {
+           Caso{1, 1, '7', true, "7"},
+           Caso{1, 2, '7', true, "7"},
+           Caso{1, 0, '7', false, "7"},
+           Caso{1, 3, '7', false, "7"},
+           // A character that the filter drops counts in the column of texts only.
+           Caso{1, 1, 'x', false, ""},
+           Caso{1, 6, 'x', false, "x"},
+           Caso{1, 1, -4000, false, ""},
+           // A line without an article.
+           Caso{4, 1, '7', false, ""},
+           Caso{4, 1, kDobleClic, false, ""},
+           // Control characters and the blank bring up what the cell holds.
+           Caso{1, 1, key::kSpace, true, "2.5"},
+           Caso{1, 1, key::kEnter, true, "2.5"},
+           Caso{1, 1, kDobleClic, true, "2.5"},
+           Caso{1, 4, kDobleClic, false, " obs"},
+           Caso{1, 1, '7', false, "7", "ConsultaOp"},
+       }) {
+    SCOPED_TRACE(Decimal(caso.fila) + " " + Decimal(caso.col) + " " + Decimal(caso.caracter));
+    AbreEn(caso.fila, caso.col, caso.metodo);
+    TextBox& editor = CajaDeCelda();
+    editor.SetText(caso.fila == 4 ? "" : ".");  // left of an edit that was given up
+    std::int16_t caracter = caso.caracter;
+    if (caracter == kDobleClic)
+      Rejilla().DblClick();
+    else
+      Rejilla().OnKeyPress(caracter);
+    EXPECT_EQ(editor.Text(), caso.texto);
+    EXPECT_EQ(std::pair(editor.Visible(), editor.HasFocus()), std::pair(caso.abre, caso.abre));
+    if (!caso.abre) continue;
+    EXPECT_EQ(editor.SelStart(), editor.Length());
+    const Rect celda = Rejilla().CellBounds();
+    EXPECT_EQ(editor.Bounds(),
+              (Rect{celda.left + Rejilla().Left(), celda.top + Rejilla().Top(), celda.width, celda.height}));
+  }
+}
+
+TEST_P(Lineas, LasTeclasDelEditorEscribenODescartan) {
+  struct Caso {
+    std::int32_t fila;
+    std::int16_t tecla;
+    std::int32_t queda;
+  };
+  for (const Caso& caso : {Caso{2, key::kEnter, 2}, Caso{2, key::kEscape, 2}, Caso{2, key::kUp, 1},
+                           Caso{1, key::kUp, 1}, Caso{2, key::kDown, 3}, Caso{100, key::kDown, 100}}) {
+    SCOPED_TRACE(Decimal(caso.fila) + " tecla " + Decimal(caso.tecla));
+    AbreEn(caso.fila, 1);
+    Rejilla().SetTextMatrix(caso.fila, 0, "MESA");
+    Rejilla().SetTextMatrix(caso.fila, 1, "2.5");
+    Rejilla().SetTextMatrix(caso.fila, 5, Decimal(70 + caso.fila));
+    v->Type("8a.5");
+    EXPECT_EQ(CajaDeCelda().Text(), "8.5");
+    EXPECT_EQ(Veces("Ejecuta"), 0u);
+    Hecho();
+    const bool escribe = caso.tecla != key::kEscape;
+    v->Press(caso.tecla);
+    EXPECT_EQ(Celda(caso.fila, 1), escribe ? "8.5" : "2.5");
+    EXPECT_EQ(Hecho(), escribe ? Guarda(70 + caso.fila, "cantidad, r8 8.5") : "\n");
+    EXPECT_FALSE(CajaDeCelda().Visible());
+    EXPECT_EQ(std::pair(Rejilla().Row(), Rejilla().Col()), std::pair(caso.queda, 1));
+    EXPECT_EQ(Foco(), "fg2");
+  }
+}
+
+TEST_P(Lineas, UnaEdicionAbiertaSeEscribeAlDejarla) {
+  const std::function<void()> salidas[] = {
+      [this] { Rejilla().UserClicked(2, 1); },
+      [this] { Rejilla().Click(); },
+      [this] { Boton("Command6").SetFocus(); },
+      // The new line's row becomes the current one.
+      [this] {
+        F(4).SetText("MESA");
+        F(5).SetText("1");
+        v->Press(key::kF9);
+      },
+  };
+  for (const auto& salida : salidas) {
+    AbreEn(1, 1);
+    v->Type("8");
+    salida();
+    EXPECT_EQ(Celda(1, 1), "8");
+    EXPECT_EQ(Veces("Condicion(id_entrada = 71)"), 1u);
+    EXPECT_FALSE(CajaDeCelda().Visible());
+  }
+  // Another program in front ends nothing, nor does the wheel; where the window grows smaller the row comes
+  // back into view, the editor with it.
+  AbreEn(1, 1);
+  v->Resized(v->DesignWidth(), v->DesignHeight() + Dip(100));
+  const std::int32_t fila = Rejilla().VisibleRows();
+  Rejilla().SetTextMatrix(fila, 0, "MESA");
+  Rejilla().SetRow(fila);
+  v->Type("8");
+  v->FocusMoved(nullptr);
+  Rejilla().SetTopRow(40);
+  EXPECT_TRUE(CajaDeCelda().Visible());
+  EXPECT_EQ(CajaDeCelda().Top(), Rejilla().CellBounds().top + Rejilla().Top());
+  v->Resized(v->DesignWidth(), v->DesignHeight());
+  EXPECT_LT(Rejilla().VisibleRows(), fila);
+  EXPECT_LE(CajaDeCelda().Top() + CajaDeCelda().Height(), Rejilla().Top() + Rejilla().Height());
+}
+
+TEST_P(Lineas, UnaCeldaEditadaEscribeSuColumna) {
+  // The editor is opened by code, as no user can in most columns. Column 5 holds the key itself: the new text
+  // is the key by then.
+  for (const auto& [col, entrada, columna] :
+       {std::tuple(0, 72, ""), std::tuple(1, 72, "cantidad, r8 7.5"), std::tuple(2, 72, "cantidad, r8 7.5"),
+        std::tuple(4, 72, ""), std::tuple(6, 72, "observ, txt 7.5"), std::tuple(5, 16, "impuesto, r8 16")}) {
+    AbreEn(2, col);
+    CajaDeCelda().SetVisible(true);
+    CajaDeCelda().SetText(col == 5 ? "16" : "7.5");
+    Rejilla().MoveTo(1, col);
+    EXPECT_EQ(Hecho(), Guarda(entrada, columna)) << col;
+  }
+}
+
+}  // namespace
+}  // namespace zuvi::pruebas
