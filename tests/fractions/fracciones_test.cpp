@@ -57,15 +57,5 @@ TEST_P(Fracciones, CapturaLoQueSeTecleaYSigueEnElCampo) {
   EXPECT_EQ(LeeCaptura("-2*B").cantidad, 1);
 }
 
-TEST_P(Fracciones, MilCodigosEnOrdenNingunoPerdido) {
-  std::vector<std::string> leidos;
-  for (int i = 0; i < 1000; ++i) {
-    leidos.push_back("C" + std::to_string(i));
-    ventana->Type(leidos.back());
-    ventana->Press(key::kEnter);
-  }
-  EXPECT_EQ(t.Filas("SELECT codigo FROM fracciones ORDER BY id", 1), leidos);
-}
-
 }  // namespace
 }  // namespace zuvi::host
