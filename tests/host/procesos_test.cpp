@@ -19,26 +19,22 @@ using testing::HasSubstr;
 /// Two processes draw 1,000 numbers of one key each, at the same time and from a key that does not exist yet.
 void FoliosDeDosProcesos(const std::string& base) {
   constexpr std::int32_t kCuantos = 1000;
-  std::array<std::array<int, 2>, 2> tubos{};
+  std::array<int, 2> tubo{};
+  ASSERT_EQ(pipe(tubo.data()), 0);
   std::array<pid_t, 2> hijos{};
-  for (std::size_t i = 0; i < hijos.size(); ++i) {
-    ASSERT_EQ(pipe(tubos[i].data()), 0);
-    hijos[i] = Hijo([&] {
+  for (pid_t& hijo : hijos)
+    hijo = Hijo([&] {
       const auto anfitrion = AnfitrionEn(base);
       for (std::int32_t n = 0; n < kCuantos; ++n) {
         const std::int32_t folio = TomaFolios(*anfitrion->Base(), "PRUEBA");
-        if (write(tubos[i][1], &folio, sizeof folio) != sizeof folio) return 1;
+        if (write(tubo[1], &folio, sizeof folio) != sizeof folio) return 1;
       }
       return 0;
     });
-    close(tubos[i][1]);
-  }
+  close(tubo[1]);
   std::set<std::int32_t> folios;
-  for (const auto& tubo : tubos) {
-    std::int32_t folio = 0;
-    while (read(tubo[0], &folio, sizeof folio) == sizeof folio) folios.insert(folio);
-    close(tubo[0]);
-  }
+  for (std::int32_t folio = 0; read(tubo[0], &folio, sizeof folio) == sizeof folio;) folios.insert(folio);
+  close(tubo[0]);
   for (const pid_t hijo : hijos) EXPECT_EQ(Espera(hijo), 0);
   EXPECT_EQ(folios.size(), 2 * kCuantos);
   EXPECT_EQ(*folios.rbegin(), 2 * kCuantos);
@@ -138,9 +134,7 @@ TEST(LineaDeOrdenes, UnDiaDeTrabajo) {
   } pasos[] = {{"crea --si", 0, ""},
                {"crea", 1, "No se tocó nada"},
                {"ensambla MASA-GALLETA 3 1", 0, "6 movimientos"},
-               {"existencias HARINA", 0, "149.5"},
                {"existencias HARINA", 0, "2765.75"},
-               {"desensambla TRUFAS 1.5 1", 0, "6 movimientos"},
                {"ensambla HARINA 1 1", 1, "No se hizo nada"},
                {"ensambla \"x'y\" 1 1", 1, "Error occured:"},
                {"entrega 105", 0, "3/3"},
@@ -148,7 +142,6 @@ TEST(LineaDeOrdenes, UnDiaDeTrabajo) {
                {"entrega 107", 1, "no tiene partidas"},
                {"entrega 999", 1, "no existe"},
                {"orden 105", 0, "3.5"},
-               {"cancela 103 --no", 1, "no se canceló"},
                {"--si cancela 103", 0, "103 cerrada"},
                {"cancela 108 --si --idioma en", 0, "Do you want"},
                {"orden 108", 1, "no existe"},

@@ -87,14 +87,6 @@ class Tienda {
     }
     return filas;
   }
-  /// Movements above an id: direction, concept, order, warehouse, article, quantity, cost, centavos.
-  std::vector<std::string> Movimientos(double desde) {
-    return Filas(
-        "SELECT tipo, concepto, orden, almacen, articulo, cantidad, costo, importe FROM movimientos "
-        "WHERE id > " +
-            TextoDeNumero(desde) + " ORDER BY id",
-        8);
-  }
   double UltimoMovimiento() { return Numero("SELECT MAX(id) FROM movimientos"); }
   double ValorTotal() { return Numero("SELECT SUM(valor) FROM existencias"); }
   template <class T>
