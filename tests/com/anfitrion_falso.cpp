@@ -3,6 +3,7 @@
 #include <dispex.h>
 
 #include <atomic>
+#include <functional>
 
 #include "base/object.h"
 #include "base/text.h"
@@ -25,42 +26,34 @@ HRESULT WINAPI Rellena(EXCEPINFO* info) {
 }
 
 HRESULT Fallo(Modo modo, VARIANT* result, EXCEPINFO* exception) {
-  switch (modo) {
-    case Modo::ConTexto:
-      if (exception) exception->bstrDescription = ::SysAllocString(kTextoError);
-      if (exception) exception->scode = 0x80040E14;
-      return DISP_E_EXCEPTION;
-    case Modo::Diferido:
-      if (exception) exception->pfnDeferredFillIn = &Rellena;
-      return DISP_E_EXCEPTION;
-    case Modo::SinTexto:
-      if (exception) exception->scode = E_FAIL;
-      return DISP_E_EXCEPTION;
-    case Modo::SinMiembro:
-      return DISP_E_MEMBERNOTFOUND;
-    case Modo::TipoErroneo:
-      return DISP_E_TYPEMISMATCH;
-    case Modo::SinMemoria:
-      return E_OUTOFMEMORY;
-    case Modo::Desconectado:
-      return RPC_E_DISCONNECTED;
-    case Modo::OtroTipo:
-      if (result) V_VT(result) = VT_BSTR, V_BSTR(result) = ::SysAllocString(L"otra cosa");
-      return S_OK;
-    case Modo::Nada:
-      if (result) V_VT(result) = VT_DISPATCH, V_DISPATCH(result) = nullptr;
-      return S_OK;
-    case Modo::Vacio:
-      break;
+  static const std::map<Modo, HRESULT> kCodigos = {{Modo::SinMiembro, DISP_E_MEMBERNOTFOUND},
+                                                   {Modo::TipoErroneo, DISP_E_TYPEMISMATCH},
+                                                   {Modo::SinMemoria, E_OUTOFMEMORY},
+                                                   {Modo::Desconectado, RPC_E_DISCONNECTED}};
+  if (const auto codigo = kCodigos.find(modo); codigo != kCodigos.end()) return codigo->second;
+  if (modo >= Modo::Vacio) {
+    if (result && modo == Modo::OtroTipo)
+      V_VT(result) = VT_BSTR, V_BSTR(result) = ::SysAllocString(L"otra cosa");
+    if (result && modo == Modo::Nada) V_VT(result) = VT_DISPATCH, V_DISPATCH(result) = nullptr;
+    return S_OK;
   }
-  return S_OK;
+  if (exception && modo == Modo::ConTexto) Rellena(exception);
+  if (exception && modo == Modo::Diferido)
+    exception->pfnDeferredFillIn = &Rellena;
+  else if (exception)
+    exception->scode = E_FAIL;
+  return DISP_E_EXCEPTION;
 }
 
 class Falso final : public IDispatchEx {
  public:
-  Falso(Tienda& tienda, Estilo estilo, Miembros miembros, const IID* tipo)
-      : tienda_(tienda), estilo_(estilo), miembros_(std::move(miembros)), tipo_(tipo) {
+  Falso(Tienda& tienda, Estilo estilo, Respuestas responde, const IID* tipo)
+      : tienda_(tienda), estilo_(estilo), responde_(std::move(responde)) {
     ++vivos;
+    ComPtr<ITypeLib> library;
+    if (estilo == Estilo::ConTipos && tipo &&
+        SUCCEEDED(::LoadTypeLibEx(L"" ZUVI_TLB_QUERY, REGKIND_NONE, library.put())))
+      library->GetTypeInfoOfGuid(*tipo, info_.put());
   }
 
   STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
@@ -78,14 +71,12 @@ class Falso final : public IDispatchEx {
     return left;
   }
   STDMETHODIMP GetTypeInfoCount(UINT* count) override {
-    *count = Tipado() ? 1 : 0;
+    *count = info_ ? 1 : 0;
     return S_OK;
   }
   STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** info) override {
-    ComPtr<ITypeLib> library;
-    if (!Tipado() || FAILED(::LoadTypeLibEx(L"" ZUVI_TLB_QUERY, REGKIND_NONE, library.put())))
-      return E_NOTIMPL;
-    return library->GetTypeInfoOfGuid(*tipo_, info);
+    *info = ComPtr<ITypeInfo>(info_).detach();
+    return info_ ? S_OK : E_NOTIMPL;
   }
   STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* id) override {
     if (estilo_ == Estilo::SoloEx) return E_NOTIMPL;
@@ -93,12 +84,13 @@ class Falso final : public IDispatchEx {
   }
   STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT* result,
                       EXCEPINFO* exception, UINT*) override {
-    if (id < 1 || static_cast<std::size_t>(id) > miembros_.size()) return DISP_E_MEMBERNOTFOUND;
+    const auto nombre = nombres_.find(id);
+    if (nombre == nombres_.end()) return DISP_E_MEMBERNOTFOUND;
     if (const auto modo = tienda_.Toca()) return Fallo(*modo, result, exception);
     try {
       const ComPtr<IDispatch> self(this);
       Llamada call(params, tienda_.Modulo());
-      const Value value = miembros_[static_cast<std::size_t>(id) - 1].second(call);
+      const Value value = responde_(nombre->second, call);
       if (result) ToVariant(value, tienda_.Modulo(), *result);
       return S_OK;
     } catch (...) {
@@ -119,28 +111,21 @@ class Falso final : public IDispatchEx {
 
  private:
   ~Falso() { --vivos; }
-  bool Tipado() const { return estilo_ == Estilo::ConTipos && tipo_; }
-  HRESULT Find(const wchar_t* name, DISPID* id) const {
-    const std::string wanted = Utf8De(name);
-    for (std::size_t i = 0; i < miembros_.size(); ++i)
-      if (IgualSinCaso(miembros_[i].first, wanted)) {
-        *id = static_cast<DISPID>(i + 1);
-        return S_OK;
-      }
-    *id = DISPID_UNKNOWN;
-    return DISP_E_UNKNOWNNAME;
+  /// The type library's id where there is one, else every name is a member.
+  HRESULT Find(wchar_t* name, DISPID* id) {
+    *id = static_cast<DISPID>(std::hash<std::string>{}(Utf8De(name)) & 0x7FFFFFF) + 1;
+    if (const HRESULT code = info_ ? info_->GetIDsOfNames(&name, 1, id) : S_OK; FAILED(code)) return code;
+    nombres_[*id] = Utf8De(name);
+    return S_OK;
   }
 
   std::atomic<ULONG> references_{1};
   Tienda& tienda_;
   Estilo estilo_;
-  Miembros miembros_;
-  const IID* tipo_;
+  Respuestas responde_;
+  ComPtr<ITypeInfo> info_;
+  std::map<DISPID, std::string> nombres_;
 };
-
-Accion Da(Value value) {
-  return [value](Llamada&) { return value; };
-}
 
 }  // namespace
 
@@ -171,63 +156,56 @@ std::optional<Modo> Tienda::Toca() {
   return std::nullopt;
 }
 
-Value Tienda::Objeto(Miembros miembros, const IID* tipo) {
-  auto object = ComPtr<IDispatch>::Adopt(new Falso(*this, estilo_, std::move(miembros), tipo));
+Value Tienda::Objeto(Respuestas responde, const IID* tipo) {
+  auto object = ComPtr<IDispatch>::Adopt(new Falso(*this, estilo_, std::move(responde), tipo));
   return ObjectPtr(std::make_shared<ComObject>(std::move(object), modulo_));
 }
 
 ComPtr<IDispatch> Tienda::Crea(std::size_t clase) {
-  static constexpr const IID* kTipos[] = {&__uuidof(::_AccesoDatos), &__uuidof(::_ControlProcesos),
-                                          &__uuidof(::_VentanaProgreso), &__uuidof(::_DocumentoInventario)};
-  Miembros miembros[] = {AccesoDatos(), Procesos(), Progreso(), Documento()};
-  return Publish(AObjeto(Objeto(std::move(miembros[clase]), kTipos[clase])), modulo_);
+  using Responde = Value (Tienda::*)(const std::string&, Llamada&);
+  static constexpr std::pair<Responde, const IID*> kQuien[] = {
+      {&Tienda::AccesoDatos, &__uuidof(::_AccesoDatos)},
+      {&Tienda::Procesos, &__uuidof(::_ControlProcesos)},
+      {&Tienda::Nada, &__uuidof(::_VentanaProgreso)},
+      {&Tienda::Documento, &__uuidof(::_DocumentoInventario)}};
+  const auto [responde, tipo] = kQuien[clase];
+  return Publish(AObjeto(Objeto(std::bind_front(responde, this), tipo)), modulo_);
 }
 
 ComPtr<IDispatch> Tienda::Ambiente() {
-  const Value conexion = Objeto({});
-  return Publish(AObjeto(Objeto({{"Conexion", Da(conexion)},
-                                 {"UsuarioActual", Da("ANA")},
-                                 {"RutaAplicacion", Da("C:\\Tienda")},
-                                 {"EjecutaSQL",
-                                  [this](Llamada& c) {
-                                    hechos.push_back(c.Texto(0));
-                                    return Value();
-                                  }},
-                                 {"DatoFechaA", Da(7)},
-                                 {"DatoFechaB", Da(8)},
-                                 {"DatoDocumento", Da("D")},
-                                 {"ParametrosEstacion",
-                                  [this](Llamada&) {
-                                    return Filas({{{"almacen", 1}, {"lector", Null{}}}});
-                                  }},
-                                 {"ContenedorRutas", Da(ObjectPtr())}})),
+  const std::map<std::string, Value> datos = {{"Conexion", Objeto(std::bind_front(&Tienda::Nada, this))},
+                                              {"UsuarioActual", "ANA"},
+                                              {"RutaAplicacion", "C:\\Tienda"},
+                                              {"DatoFechaA", 7},
+                                              {"DatoFechaB", 8},
+                                              {"DatoDocumento", "D"},
+                                              {"ContenedorRutas", ObjectPtr()}};
+  return Publish(AObjeto(Objeto([this, datos](const std::string& nombre, Llamada& c) {
+                   if (nombre == "EjecutaSQL") hechos.push_back(c.Texto(0));
+                   if (nombre == "ParametrosEstacion") return Filas({{{"almacen", 1}, {"lector", Null{}}}});
+                   const auto dato = datos.find(nombre);
+                   return dato == datos.end() ? Value() : dato->second;
+                 })),
                  modulo_);
 }
 
 Value Tienda::Filas(std::vector<std::map<std::string, Value>> filas) {
-  struct Cursor {
-    std::vector<std::map<std::string, Value>> filas;
-    std::size_t en = 0;
-  };
-  auto cursor = std::make_shared<Cursor>(Cursor{std::move(filas)});
-  const auto item = [this, cursor](Llamada& c) {
+  const auto en = std::make_shared<std::size_t>(0);
+  const auto item = [this, filas, en](const std::string&, Llamada& c) {
     const Value clave = c.Arg(0);
-    if (cursor->en >= cursor->filas.size()) throw HostError("no hay registro actual");
-    const auto& fila = cursor->filas[cursor->en];
+    if (*en >= filas.size()) throw HostError("no hay registro actual");
+    const auto& fila = filas[*en];
     const bool ordinal = !std::holds_alternative<std::string>(clave.Get());
     const auto found = ordinal ? fila.begin() : fila.find(Minusculas(ATexto(clave)));
     if (found == fila.end()) throw HostError("no existe la columna " + ATexto(clave));
-    return Objeto({{"Value", Da(found->second)}});
+    return Objeto([valor = found->second](const std::string&, Llamada&) { return valor; });
   };
-  return Objeto({{"EOF", [cursor](Llamada&) { return Value(cursor->en >= cursor->filas.size()); }},
-                 {"MoveNext",
-                  [cursor](Llamada&) {
-                    if (cursor->en++ >= cursor->filas.size()) throw HostError("fin del conjunto");
-                    return Value();
-                  }},
-                 {"Fields", [this, item](Llamada&) {
-                    return Objeto({{"Item", item}});
-                  }}});
+  return Objeto([this, item, en, cuantas = filas.size()](const std::string& nombre, Llamada&) {
+    if (nombre == "EOF") return Value(*en >= cuantas);
+    if (nombre == "Fields") return Objeto(item);
+    if ((*en)++ >= cuantas) throw HostError("fin del conjunto");
+    return Value();
+  });
 }
 
 Value Tienda::Consulta(const std::string& sql) {
@@ -277,117 +255,60 @@ Value Tienda::Consulta(const std::string& sql) {
   return Filas({});
 }
 
-Miembros Tienda::AccesoDatos() {
-  const Accion nada = Da({});
-  // In the order of the type library, whose dispids these are.
-  return {{"Consulta", [this](Llamada& c) { return Consulta(c.Texto(0)); }},
-          {"ValorNumerico", [](Llamada& c) { return Value(ANumero(c.Arg(0))); }},
-          {"ValorTexto",
-           [](Llamada& c) {
-             const Value valor = c.Arg(0);
-             return Value(valor.IsNull() ? std::string() : ATexto(valor));
-           }},
-          {"EstaVacio", [](Llamada& c) { return Value(Recorta(c.Texto(0)).empty()); }},
-          {"TraeMensaje", Da("¿Cancelar?")},
-          {"Mensaje", nada},
-          {"Pregunta", [this](Llamada&) { return Value(confirma); }},
-          {"SiguienteFolio",
-           [](Llamada& c) {
-             c.Deja(2, 55);
-             return Value(900);
-           }},
-          {"ComponeFecha", Da(Fecha::DesdeSerie(45000))},
-          {"FechaSQL", Da("'2026-03-05'")},
-          {"TextoConCeros", [](Llamada& c) { return Value(c.Texto(0)); }},
-          {"ExisteClave", Da(true)},
-          {"UbicacionRestringida", Da(false)},
-          {"NuevoConstructorSql", [this](Llamada&) { return Objeto(Constructor()); }},
-          {"PreparaVentana",
-           [this](Llamada& c) {
-             Recibe("PreparaVentana", c.Arg(0));
-             return Value();
-           }},
-          {"LiberaVentana",
-           [this](Llamada& c) {
-             Recibe("LiberaVentana", c.Arg(0));
-             return Value();
-           }},
-          {"FormateaCampo", [](Llamada& c) { return AObjeto(c.Arg(0))->Call("Text"); }},
-          {"FiltroMayusculas", [](Llamada& c) { return c.Arg(1); }},
-          {"FiltroTecla", [](Llamada& c) { return c.Arg(2); }}};
+Value Tienda::Nada(const std::string&, Llamada&) { return {}; }
+
+Value Tienda::AccesoDatos(const std::string& nombre, Llamada& c) {
+  static const std::map<std::string, Value> kFijas = {{"TraeMensaje", "¿Cancelar?"},
+                                                      {"ComponeFecha", Fecha::DesdeSerie(45000)},
+                                                      {"FechaSQL", "'2026-03-05'"},
+                                                      {"ExisteClave", true},
+                                                      {"UbicacionRestringida", false}};
+  if (const auto fija = kFijas.find(nombre); fija != kFijas.end()) return fija->second;
+  if (nombre == "Consulta") return Consulta(c.Texto(0));
+  if (nombre == "ValorNumerico") return ANumero(c.Arg(0));
+  if (nombre == "ValorTexto") return c.Arg(0).IsNull() ? std::string() : c.Texto(0);
+  if (nombre == "EstaVacio") return Recorta(c.Texto(0)).empty();
+  if (nombre == "Pregunta") return confirma;
+  if (nombre == "SiguienteFolio") return c.Deja(2, 55), Value(900);
+  if (nombre == "TextoConCeros") return c.Texto(0);
+  if (nombre == "NuevoConstructorSql")
+    return Objeto([this](const std::string& paso, Llamada&) {
+      if (paso == "Ejecuta") hechos.push_back(paso);
+      return Value();
+    });
+  if (nombre == "PreparaVentana" || nombre == "LiberaVentana") Recibe(nombre, c.Arg(0));
+  if (nombre == "FormateaCampo") return AObjeto(c.Arg(0))->Call("Text");
+  if (nombre == "FiltroMayusculas") return c.Arg(1);
+  if (nombre == "FiltroTecla") return c.Arg(2);
+  return {};
 }
 
 void Tienda::Recibe(const std::string& momento, const Value& ventana) {
   if (con_ventana) con_ventana(momento, Publish(AObjeto(ventana), modulo_));
 }
 
-Miembros Tienda::Constructor() {
-  const Accion nada = Da({});
-  return {{"PonConexion", nada},
-          {"PonRutas", nada},
-          {"Limpia", nada},
-          {"Tipo", nada},
-          {"AgregaCampo", nada},
-          {"Condicion", nada},
-          {"Genera", nada},
-          {"Ejecuta", [this](Llamada&) {
-             hechos.push_back("Ejecuta");
-             return Value();
-           }}};
+Value Tienda::Procesos(const std::string& nombre, Llamada& c) {
+  if (nombre == "IniciaProceso") {
+    tipos.clear();
+    for (std::size_t i = 0; i < c.Cuantos(); ++i) tipos.push_back(V_VT(&c.Crudo(i)));
+    de_parte_de = Publish(AObjeto(c.Arg(1)), modulo_).As<IUnknown>(IID_IUnknown);
+    c.Deja(5, veta);
+    Recibe(c.Texto(0), c.Arg(1));
+  }
+  if (nombre == "ConsultaProceso") c.Deja(0, veta);
+  if (nombre == "CierraProceso") hechos.push_back("CierraProceso " + c.Texto(0));
+  return {};
 }
 
-Miembros Tienda::Procesos() {
-  return {{"IniciaProceso",
-           [this](Llamada& c) {
-             tipos.clear();
-             for (std::size_t i = 0; i < c.Cuantos(); ++i) tipos.push_back(V_VT(&c.Crudo(i)));
-             de_parte_de = Publish(AObjeto(c.Arg(1)), modulo_).As<IUnknown>(IID_IUnknown);
-             c.Deja(5, veta);
-             if (con_ventana) Recibe(c.Texto(0), c.Arg(1));
-             return Value();
-           }},
-          {"ConsultaProceso",
-           [this](Llamada& c) {
-             c.Deja(0, veta);
-             return Value();
-           }},
-          {"CierraProceso", [this](Llamada& c) {
-             hechos.push_back("CierraProceso " + c.Texto(0));
-             return Value();
-           }}};
-}
-
-Miembros Tienda::Progreso() {
-  const Accion nada = Da({});
-  return {{"Inicia", nada}, {"Avanza", nada}, {"Cierra", nada}};
-}
-
-Miembros Tienda::Documento() {
-  const Accion nada = Da({});
-  const auto guarda = [](std::string& donde) {
-    return [&donde](Llamada& c) {
-      donde = c.Texto(0);
-      return Value();
-    };
-  };
-  return {{"PonAmbiente", nada},
-          {"PonDatoDocumento", nada},
-          {"PonDatoFecha", nada},
-          {"PonFecha", nada},
-          {"PonTipo", guarda(tipo_)},
-          {"PonConcepto", guarda(concepto_)},
-          {"PonOrden", nada},
-          {"PonFolio", nada},
-          {"PonUsuario", nada},
-          {"PonAlmacen", guarda(almacen_)},
-          {"PonArticulo", guarda(articulo_)},
-          {"PonCantidad", guarda(cantidad_)},
-          {"PonCosto", guarda(costo_)},
-          {"AplicaMovimiento", [this](Llamada&) {
-             hechos.push_back(tipo_ + " " + concepto_ + " " + almacen_ + " " + articulo_ + " " + cantidad_ +
-                              " " + costo_);
-             return Value(NumeroDeTexto(cantidad_) * NumeroDeTexto(costo_));
-           }}};
+Value Tienda::Documento(const std::string& nombre, Llamada& c) {
+  auto& d = documento_;
+  if (nombre != "AplicaMovimiento") {
+    if (!c.Arg(0).IsObject()) d[nombre] = c.Texto(0);
+    return {};
+  }
+  hechos.push_back(d["PonTipo"] + " " + d["PonConcepto"] + " " + d["PonAlmacen"] + " " + d["PonArticulo"] +
+                   " " + d["PonCantidad"] + " " + d["PonCosto"]);
+  return NumeroDeTexto(d["PonCantidad"]) * NumeroDeTexto(d["PonCosto"]);
 }
 
 }  // namespace zuvi::prueba

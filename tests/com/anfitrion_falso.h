@@ -52,8 +52,8 @@ class Llamada {
   ComModule& module_;
 };
 
-using Accion = std::function<Value(Llamada&)>;
-using Miembros = std::vector<std::pair<std::string, Accion>>;
+/// What an object answers to any name it is called by.
+using Respuestas = std::function<Value(const std::string& nombre, Llamada& llamada)>;
 
 /// The whole shop: one order with two lines, kit K of two components, and what the module did with them.
 class Tienda {
@@ -93,14 +93,13 @@ class Tienda {
   std::function<void(const std::string& momento, const ComPtr<IDispatch>& ventana)> con_ventana;
 
  private:
-  Value Objeto(Miembros miembros, const IID* tipo = nullptr);
+  Value Objeto(Respuestas responde, const IID* tipo = nullptr);
   Value Consulta(const std::string& sql);
   Value Filas(std::vector<std::map<std::string, Value>> filas);
-  Miembros AccesoDatos();
-  Miembros Procesos();
-  Miembros Progreso();
-  Miembros Documento();
-  Miembros Constructor();
+  Value Nada(const std::string& nombre, Llamada& llamada);
+  Value AccesoDatos(const std::string& nombre, Llamada& llamada);
+  Value Procesos(const std::string& nombre, Llamada& llamada);
+  Value Documento(const std::string& nombre, Llamada& llamada);
   void Recibe(const std::string& momento, const Value& ventana);
 
   ComModule modulo_{"prueba", nullptr, 0};
@@ -109,7 +108,7 @@ class Tienda {
   int nth_ = 0;
   Modo modo_ = Modo::ConTexto;
   bool siempre_ = false;
-  std::string almacen_, articulo_, cantidad_, costo_, concepto_, tipo_;
+  std::map<std::string, std::string> documento_;
 };
 
 }  // namespace zuvi::prueba

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <map>
 
 #include "base/members.h"
 #include "com/automation/com_object.h"
@@ -15,8 +16,7 @@
 namespace zuvi::prueba {
 namespace {
 
-/// A field with a default value, a collection with a default item, a record set whose default is the
-/// collection.
+/// A record set whose default is its collection of fields, with a default item, a field with a default value.
 class Campo final : public Object {
  public:
   Value Valor() const { return valor_; }
@@ -112,13 +112,14 @@ TEST_F(Automatizacion, LosValoresVanYVuelvenEnTodosLosTipos) {
       return false;
     }
   };
-  struct Rango {
-    VARTYPE type;
-    double desde, hasta;
-  };
-  for (const auto& [type, desde, hasta] :
-       {Rango{VT_I1, -128, 127}, Rango{VT_UI1, 0, 255}, Rango{VT_I2, -32768, 32767}, Rango{VT_UI2, 0, 65535},
-        Rango{VT_I4, -2147483648.0, 2147483647.0}, Rango{VT_UI4, 0, 4294967295.0}}) {
+  const std::map<VARTYPE, std::pair<double, double>> rangos = {{VT_I1, {-128, 127}},
+                                                               {VT_UI1, {0, 255}},
+                                                               {VT_I2, {-32768, 32767}},
+                                                               {VT_UI2, {0, 65535}},
+                                                               {VT_I4, {-2147483648.0, 2147483647.0}},
+                                                               {VT_UI4, {0, 4294967295.0}}};
+  for (const auto& [type, rango] : rangos) {
+    const auto [desde, hasta] = rango;
     EXPECT_TRUE(cabe(desde, type) && cabe(hasta, type) && cabe(hasta + 0.4, type)) << type;
     EXPECT_FALSE(cabe(desde - 1, type) || cabe(hasta + 1, type)) << type;
     EXPECT_FALSE(cabe(std::numeric_limits<double>::quiet_NaN(), type)) << type;
@@ -157,25 +158,23 @@ TEST_F(Automatizacion, LosArgumentosDeEntradaYSalidaVuelvenEnElTipoDelQueLlama) 
 
 TEST_F(Automatizacion, LosParentesisAlcanzanElMiembroPorOmision) {
   const UniqueBstr x(::SysAllocString(L"x")), y(::SysAllocString(L"y"));
-  const auto invoca = [&](WORD flags, std::initializer_list<VARIANT> args, VARIANT* result,
-                          EXCEPINFO* exception) {
-    std::vector<VARIANT> reversed(std::make_reverse_iterator(args.end()),
-                                  std::make_reverse_iterator(args.begin()));
-    DISPID put = DISPID_PROPERTYPUT;
-    const bool is_put = flags == DISPATCH_PROPERTYPUT;
-    DISPPARAMS params{reversed.data(), is_put ? &put : nullptr, static_cast<UINT>(args.size()),
-                      is_put ? 1u : 0u};
-    return registro->Invoke(DISPID_VALUE, IID_NULL, 0, flags, &params, result, exception, nullptr);
-  };
   UniqueVariant r;
-  ASSERT_EQ(invoca(kMetodo, {V(VT_BSTR, x.get())}, r.put(), nullptr), S_OK);
-  EXPECT_EQ(ATexto(ValueDe(r.get(), modulo)), "cien");  // the field's own default
-  ASSERT_EQ(invoca(DISPATCH_PROPERTYPUT, {V(VT_BSTR, x.get()), V(8)}, nullptr, nullptr), S_OK);
-  EXPECT_EQ(AEntero32(ValueDe(r.get(), modulo)), 8);
-  EXPECT_EQ(invoca(DISPATCH_PROPERTYPUT, {V(8)}, nullptr, nullptr), DISP_E_MEMBERNOTFOUND);
-  EXPECT_EQ(invoca(kMetodo, {V(VT_BSTR, x.get()), V(1)}, r.put(), nullptr), DISP_E_BADPARAMCOUNT);
   EXCEPINFO exception{};
-  EXPECT_EQ(invoca(kMetodo, {V(VT_BSTR, y.get())}, r.put(), &exception), DISP_E_EXCEPTION);
+  const auto invoca = [&](WORD flags, std::vector<VARIANT> reversed) {
+    DISPID put = DISPID_PROPERTYPUT;
+    const UINT puts = flags == DISPATCH_PROPERTYPUT;
+    DISPPARAMS params{reversed.data(), puts ? &put : nullptr, static_cast<UINT>(reversed.size()), puts};
+    return registro->Invoke(DISPID_VALUE, IID_NULL, 0, flags, &params, puts ? nullptr : r.put(), &exception,
+                            nullptr);
+  };
+  const VARIANT clave = V(VT_BSTR, x.get());
+  ASSERT_EQ(invoca(kMetodo, {clave}), S_OK);
+  EXPECT_EQ(ATexto(ValueDe(r.get(), modulo)), "cien");  // the field's own default
+  ASSERT_EQ(invoca(DISPATCH_PROPERTYPUT, {V(8), clave}), S_OK);
+  EXPECT_EQ(AEntero32(ValueDe(r.get(), modulo)), 8);
+  EXPECT_EQ(invoca(DISPATCH_PROPERTYPUT, {V(8)}), DISP_E_MEMBERNOTFOUND);
+  EXPECT_EQ(invoca(kMetodo, {V(1), clave}), DISP_E_BADPARAMCOUNT);
+  EXPECT_EQ(invoca(kMetodo, {V(VT_BSTR, y.get())}), DISP_E_EXCEPTION);
   EXPECT_EQ(exception.scode, static_cast<HRESULT>(0x800A0009));
   const UniqueBstr texto(exception.bstrDescription), fuente(exception.bstrSource);
   EXPECT_EQ(Utf8De(texto.get()), "no existe la columna y");

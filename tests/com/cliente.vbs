@@ -1,62 +1,42 @@
 ' A script without a host: what the component answers by name. The last line is the verdict.
 Option Explicit
 On Error Resume Next
-Dim p, fallas, n
+Dim p, e, fallas
 
-Sub Exige(que, cierto)
-  If Not cierto Then
+' Whether it is true, and the error that was left before it.
+Sub Exige(que, cierto, numero)
+  If Not cierto Or Err.Number <> numero Then
     fallas = fallas + 1
-    WScript.Echo "mal: " & que
+    WScript.Echo "mal: " & que & " " & Err.Number
   End If
+  Err.Clear
 End Sub
 
 Class Entorno
-  Public Sub Nada
-  End Sub
 End Class
 
 fallas = 0
-Set p = CreateObject("ZuviProduccion.Produccion")
-If Err.Number <> 0 Then
-  WScript.Echo "no se pudo crear: " & Err.Description
-  WScript.Quit 1
-End If
-Exige "TypeName", TypeName(p) = "_Produccion"
-
-Dim e
 Set e = New Entorno
+Set p = CreateObject("ZuviProduccion.Produccion")
+Exige "TypeName", TypeName(p) = "_Produccion", 0
 Set p.Ambiente = e
-Exige "set", Err.Number = 0
-Exige "identidad", p.Ambiente Is e
+Exige "set", p.Ambiente Is e, 0
 p.Parent = e
-Exige "let", Err.Number = 0
-Exige "identidad de let", p.Parent Is e
-
-n = 120
-Exige "silencio", p.CancelaOp(n) = False
-Exige "sin error", Err.Number = 0
-Exige "con texto", p.CancelaOp("7") = False
-Exige "sin error con texto", Err.Number = 0
-
-Err.Clear
-p.ModificaOp n
-Exige "sin conexión no abre ni avisa", Err.Number = 0
-Err.Clear
+Exige "let", p.Parent Is e, 0
+Exige "silencio", p.CancelaOp(120) = False, 0
+Exige "con texto", p.CancelaOp("7") = False, 0
+p.ModificaOp 120
+Exige "sin conexión no abre ni avisa", True, 0
 p.CancelaOp
-Exige "faltan argumentos", Err.Number = 450
-Err.Clear
+Exige "faltan argumentos", True, 450
 p.CancelaOp 1, 2
-Exige "sobran argumentos", Err.Number = 450
-Err.Clear
+Exige "sobran argumentos", True, 450
 p.CancelaOp "doce"
-Exige "tipo", Err.Number = 13
-Err.Clear
+Exige "tipo", True, 13
 p.CancelaOp 3E9
-Exige "desbordamiento", Err.Number = 6
-Err.Clear
+Exige "desbordamiento", True, 6
 p.NoExiste
-Exige "miembro", Err.Number = 438
-Err.Clear
+Exige "miembro", True, 438
 Set p = Nothing
 If fallas = 0 Then WScript.Echo "bien"
 WScript.Quit fallas

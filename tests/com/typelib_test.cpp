@@ -17,6 +17,14 @@ std::string Guid(REFGUID id) {
   return Utf8De(text);
 }
 
+/// The name of a type, or of a library.
+template <class Documented, class Index>
+std::string Nombre(Documented* documented, Index index) {
+  UniqueBstr name;
+  documented->GetDocumentation(index, name.put(), nullptr, nullptr, nullptr);
+  return Utf8De(name.get());
+}
+
 std::string Tipo(ITypeInfo* info, const TYPEDESC& type) {
   static const std::map<VARTYPE, std::string> kNombres = {
       {VT_I2, "short"},         {VT_I4, "long"},   {VT_R8, "double"},       {VT_BSTR, "BSTR"},
@@ -25,10 +33,7 @@ std::string Tipo(ITypeInfo* info, const TYPEDESC& type) {
   if (type.vt == VT_PTR) return Tipo(info, *type.lptdesc) + "*";
   if (type.vt == VT_USERDEFINED) {
     ComPtr<ITypeInfo> other;
-    UniqueBstr name;
-    if (FAILED(info->GetRefTypeInfo(type.hreftype, other.put()))) return "?";
-    other->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr);
-    return Utf8De(name.get());
+    return FAILED(info->GetRefTypeInfo(type.hreftype, other.put())) ? "?" : Nombre(other.get(), MEMBERID_NIL);
   }
   const auto found = kNombres.find(type.vt);
   return found == kNombres.end() ? "vt" + std::to_string(type.vt) : found->second;
@@ -61,21 +66,17 @@ void DescribeTipo(ITypeInfo* info, std::ostream& out) {
   static const std::map<int, const char*> kClases = {
       {TKIND_INTERFACE, "interface"}, {TKIND_DISPATCH, "dispinterface"}, {TKIND_COCLASS, "coclass"}};
   TYPEATTR* a = nullptr;
-  UniqueBstr name;
   ASSERT_EQ(info->GetTypeAttr(&a), S_OK);
-  info->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr);
-  out << "  " << kClases.at(a->typekind) << " " << Utf8De(name.get()) << " " << Guid(a->guid)
+  out << "  " << kClases.at(a->typekind) << " " << Nombre(info, MEMBERID_NIL) << " " << Guid(a->guid)
       << (a->wTypeFlags & TYPEFLAG_FDUAL ? " dual" : "")
       << (a->wTypeFlags & TYPEFLAG_FOLEAUTOMATION ? " oleautomation" : "")
       << (a->wTypeFlags & TYPEFLAG_FCANCREATE ? " creatable" : "") << "\n";
   for (UINT i = 0; i < a->cImplTypes && a->typekind == TKIND_COCLASS; ++i) {
     HREFTYPE reference = 0;
     ComPtr<ITypeInfo> implemented;
-    UniqueBstr of;
     info->GetRefTypeOfImplType(i, &reference);
     info->GetRefTypeInfo(reference, implemented.put());
-    implemented->GetDocumentation(MEMBERID_NIL, of.put(), nullptr, nullptr, nullptr);
-    out << "    implements " << Utf8De(of.get()) << "\n";
+    out << "    implements " << Nombre(implemented.get(), MEMBERID_NIL) << "\n";
   }
   for (UINT i = 0; i < a->cFuncs; ++i) {
     FUNCDESC* f = nullptr;
@@ -93,9 +94,7 @@ std::string Describe(const wchar_t* file) {
   if (FAILED(::LoadTypeLibEx(file, REGKIND_NONE, library.put()))) return "cannot load\n";
   TLIBATTR* a = nullptr;
   library->GetLibAttr(&a);
-  UniqueBstr name;
-  library->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr);
-  out << "library " << Utf8De(name.get()) << " " << Guid(a->guid) << " " << a->wMajorVerNum << "."
+  out << "library " << Nombre(library.get(), -1) << " " << Guid(a->guid) << " " << a->wMajorVerNum << "."
       << a->wMinorVerNum << "\n";
   library->ReleaseTLibAttr(a);
   for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {

@@ -1,6 +1,7 @@
 // The module's windows as a host meets them: reached by name wherever they are handed over, and alive exactly
 // as long as somebody needs them.
-#include <cstring>
+#include <regex>
+#include <sstream>
 
 #include "tests/com/caso.h"
 
@@ -9,44 +10,23 @@ namespace {
 
 LONG kOrden = 12;
 
-/// One step of a path such as `txtFields(4).Text`: a name and its numeric arguments.
-struct Paso {
-  std::wstring nombre;
-  std::vector<VARIANT> argumentos;
-};
-
-std::vector<Paso> Pasos(const std::string& camino) {
-  std::vector<Paso> pasos(1);
-  bool dentro = false;
-  for (std::size_t i = 0; i < camino.size(); ++i) {
-    const char c = camino[i];
-    if (c == '.') {
-      pasos.emplace_back();
-    } else if (c == '(' || c == ',') {
-      pasos.back().argumentos.push_back(V(std::stoi(camino.substr(i + 1))));
-      dentro = true;
-    } else if (c == ')') {
-      dentro = false;
-    } else if (!dentro) {
-      pasos.back().nombre += static_cast<wchar_t>(c);
-    }
-  }
-  return pasos;
-}
-
 class Ventanas : public ConTienda {
  protected:
   /// What a script's `objeto.a(1).b` does; with a value, what `objeto.a(1).b = valor` does.
   void Sigue(ComPtr<IDispatch> objeto, const std::string& camino, Respuesta& r,
              const VARIANT* valor = nullptr) {
-    const auto pasos = Pasos(camino);
-    for (std::size_t i = 0; i < pasos.size(); ++i) {
-      std::vector<VARIANT> todos = pasos[i].argumentos;
-      const bool pone = valor && i + 1 == pasos.size();
-      if (pone) todos.push_back(*valor);
-      Llama(objeto.get(), pasos[i].nombre.c_str(), pone ? WORD{DISPATCH_PROPERTYPUT} : kMetodo, todos, r);
-      if (FAILED(r.codigo)) return;
-      if (i + 1 == pasos.size()) return;
+    std::istringstream pasos(camino);
+    for (std::string paso; std::getline(pasos, paso, '.');) {
+      std::istringstream partes(std::regex_replace(paso, std::regex("[(),]"), " "));
+      std::string nombre;
+      partes >> nombre;
+      std::vector<VARIANT> argumentos;
+      for (int n; partes >> n;) argumentos.push_back(V(n));
+      const bool pone = valor && pasos.eof();
+      if (pone) argumentos.push_back(*valor);
+      Llama(objeto.get(), std::wstring(nombre.begin(), nombre.end()).c_str(),
+            pone ? WORD{DISPATCH_PROPERTYPUT} : kMetodo, argumentos, r);
+      if (FAILED(r.codigo) || pasos.eof()) return;
       ASSERT_EQ(V_VT(&r.valor.get()), VT_DISPATCH) << camino;
       objeto = ComPtr<IDispatch>(V_DISPATCH(&r.valor.get()));
       ASSERT_TRUE(objeto) << camino;
@@ -57,22 +37,19 @@ class Ventanas : public ConTienda {
     Sigue(objeto, camino, r);
     if (FAILED(r.codigo)) return "error: " + r.texto;
     const Value valor = ValueDe(r.valor.get(), tienda->Modulo());
-    if (const auto* dado = std::get_if<ObjectPtr>(&valor.Get())) return *dado ? "objeto" : "nada";
-    return ATexto(valor);
+    return valor.IsObject() && !AObjeto(valor) ? "nada" : ATexto(valor);
+  }
+  HRESULT Codigo(const ComPtr<IDispatch>& objeto, const std::string& camino, const VARIANT* valor = nullptr) {
+    Respuesta r;
+    Sigue(objeto, camino, r, valor);
+    return r.codigo;
   }
   HRESULT Pon(const ComPtr<IDispatch>& objeto, const std::string& camino, const VARIANT& valor) {
-    Respuesta r;
-    Sigue(objeto, camino, r, &valor);
-    return r.codigo;
+    return Codigo(objeto, camino, &valor);
   }
-  HRESULT PonTexto(const ComPtr<IDispatch>& objeto, const std::string& camino, const wchar_t* texto) {
+  HRESULT Pon(const ComPtr<IDispatch>& objeto, const std::string& camino, const wchar_t* texto) {
     const UniqueBstr copia(::SysAllocString(texto));
     return Pon(objeto, camino, V(VT_BSTR, copia.get()));
-  }
-  HRESULT Codigo(const ComPtr<IDispatch>& objeto, const std::string& camino) {
-    Respuesta r;
-    Sigue(objeto, camino, r);
-    return r.codigo;
   }
   /// The window that a method of the component opens, as the host is handed it.
   ComPtr<IDispatch> VentanaDe(const std::function<HRESULT()>& metodo) {
@@ -95,18 +72,16 @@ class Ventanas : public ConTienda {
       ::MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
     }
   }
-  static BOOL CALLBACK CuentaVisible(HWND ventana, LPARAM cuenta) {
-    if (::IsWindowVisible(ventana)) ++*reinterpret_cast<int*>(cuenta);
-    return TRUE;
-  }
-  static BOOL CALLBACK CuentaTodas(HWND, LPARAM cuenta) {
-    ++*reinterpret_cast<int*>(cuenta);
-    return TRUE;
-  }
-  static int Cuenta(WNDENUMPROC como) {
-    int cuenta = 0;
-    ::EnumThreadWindows(::GetCurrentThreadId(), como, reinterpret_cast<LPARAM>(&cuenta));
-    return cuenta;
+  /// Windows of this thread, all of them or what the user sees.
+  static int Cuantas(bool visibles) {
+    std::pair<bool, int> cuenta{visibles, 0};
+    const auto suma = [](HWND ventana, LPARAM donde) -> BOOL {
+      auto& [solo_visibles, cuantas] = *reinterpret_cast<std::pair<bool, int>*>(donde);
+      cuantas += !solo_visibles || ::IsWindowVisible(ventana);
+      return TRUE;
+    };
+    ::EnumThreadWindows(::GetCurrentThreadId(), suma, reinterpret_cast<LPARAM>(&cuenta));
+    return cuenta.second;
   }
   const std::function<HRESULT()> modifica = [this] { return produccion->ModificaOp(&kOrden); };
   const std::function<HRESULT()> consulta = [this] { return produccion->ConsultaOp(&kOrden); };
@@ -117,23 +92,22 @@ class Ventanas : public ConTienda {
 TEST_F(Ventanas, SeLeenYSeCambianPorNombreDondeElAnfitrionLasRecibe) {
   for (const Estilo estilo : {Estilo::Simple, Estilo::ConTipos, Estilo::SoloEx}) {
     Abre(estilo);
-    std::vector<std::string> momentos;
+    std::string momentos;
     ComPtr<IDispatch> guardada;
     tienda->con_ventana = [&](const std::string& momento, const ComPtr<IDispatch>& ventana) {
-      momentos.push_back(momento);
+      momentos += momento + " ";
       if (momento == "Op001") guardada = ventana;
       if (momento != "PreparaVentana") return;
       // The very object that came before.
       EXPECT_EQ(ventana.As<IUnknown>(IID_IUnknown).get(), guardada.As<IUnknown>(IID_IUnknown).get());
       EXPECT_EQ(Lee(ventana, "Modo") + Lee(ventana, "op") + Lee(ventana, "RECHAZADO"), "MODIFICACION12False");
-      EXPECT_EQ(Lee(ventana, "txtFields(14).Text"), "1");
-      EXPECT_EQ(PonTexto(ventana, "txtFields(4).Text", L"piñón"), S_OK);
-      EXPECT_EQ(Lee(ventana, "fg2.TextMatrix(1,0)"), "K");
+      EXPECT_EQ(Lee(ventana, "txtFields(14).Text") + Lee(ventana, "fg2.TextMatrix(1,0)"), "1K");
+      EXPECT_EQ(Pon(ventana, "txtFields(4).Text", L"piñón"), S_OK);
       EXPECT_EQ(Pon(ventana, "Rechazado", V(VT_BOOL, VARIANT_TRUE)), S_OK);
     };
     ASSERT_EQ(modifica(), S_OK);
     ASSERT_TRUE(guardada);
-    EXPECT_EQ(momentos, (std::vector<std::string>{"Op001", "PreparaVentana"}));
+    EXPECT_EQ(momentos, "Op001 PreparaVentana ");
     EXPECT_EQ(Lee(guardada, "txtFields(4).Text"), "piñón");
     EXPECT_EQ(Lee(guardada, "Rechazado"), "False");  // the load clears it
     // What is not there, not to be written, or not of the type.
@@ -141,16 +115,11 @@ TEST_F(Ventanas, SeLeenYSeCambianPorNombreDondeElAnfitrionLasRecibe) {
     EXPECT_EQ(Codigo(guardada, "txtFields(4).NoExiste"), DISP_E_UNKNOWNNAME);
     EXPECT_EQ(Codigo(guardada, "txtFields(99)"), DISP_E_EXCEPTION);
     EXPECT_EQ(Codigo(guardada, "txtFields(1,2)"), DISP_E_BADPARAMCOUNT);
-    EXPECT_EQ(Pon(guardada, "Visible", V(VT_BOOL, VARIANT_FALSE)), DISP_E_MEMBERNOTFOUND);
-    EXPECT_EQ(Pon(guardada, "Costo", V(5)), DISP_E_MEMBERNOTFOUND);
-    EXPECT_EQ(Pon(guardada, "txtFields", V(5)), DISP_E_MEMBERNOTFOUND);
-    EXPECT_EQ(PonTexto(guardada, "Op", L"doce"), DISP_E_TYPEMISMATCH);
+    for (const char* de_lectura : {"Visible", "Costo", "txtFields"})
+      EXPECT_EQ(Pon(guardada, de_lectura, V(5)), DISP_E_MEMBERNOTFOUND) << de_lectura;
+    EXPECT_EQ(Pon(guardada, "Op", L"doce"), DISP_E_TYPEMISMATCH);
     EXPECT_EQ(Lee(guardada, "Op"), "12");
 
-    // It refuses to close once, and then it does.
-    ASSERT_EQ(Pon(guardada, "Rechazado", V(VT_BOOL, VARIANT_TRUE)), S_OK);
-    EXPECT_EQ(Codigo(guardada, "Unload"), S_OK);
-    EXPECT_EQ(Lee(guardada, "Visible") + Lee(guardada, "Rechazado"), "TrueFalse");
     EXPECT_EQ(Codigo(guardada, "Unload"), S_OK);
     EXPECT_EQ(Lee(guardada, "Visible"), "False");
     tienda->con_ventana = nullptr;
@@ -166,7 +135,6 @@ TEST_F(Ventanas, LasListasYLosCombosSeUsanPorNombre) {
   EXPECT_EQ(Lee(ventana, "lv(0).SelectedItem"), "nada");
   Respuesta r;
   Sigue(ventana, "lv(0).ListItems.Item(2)", r);
-  ASSERT_EQ(r.codigo, S_OK);
   EXPECT_EQ(Pon(ventana, "lv(0).SelectedItem", r.valor.get()), S_OK);
   EXPECT_EQ(Lee(ventana, "lv(0).SelectedItem.Key"), "PNocturno");
   EXPECT_EQ(Lee(ventana, "lv(0).ListItems(1).SubItems(4)"), "14:00");
@@ -183,51 +151,52 @@ TEST_F(Ventanas, LasListasYLosCombosSeUsanPorNombre) {
   EXPECT_EQ(Codigo(ventana, "Unload"), S_OK);
 }
 
-TEST_F(Ventanas, VivenSinQuienLasAbrioYRetienenLaDll) {
-  for (const auto& metodo : {modifica, consulta, nueva, turnos}) {
-    Abre();
-    auto ventana = VentanaDe(metodo);
-    ASSERT_TRUE(ventana);
-    tienda->de_parte_de = {};
-    const auto nativa = reinterpret_cast<HWND>(static_cast<std::intptr_t>(std::stol(Lee(ventana, "hWnd"))));
-    produccion = {};
-    EXPECT_EQ(Lee(ventana, "Visible"), "True");
-    ventana = {};
-    EXPECT_TRUE(::IsWindowVisible(nativa));
-    EXPECT_EQ(dll.PuedeDescargarse(), S_FALSE);
-    // As the user closes it: the editor goes a moment later.
-    ::PostMessageW(nativa, WM_SYSCOMMAND, SC_CLOSE, 0);
-    for (int i = 0; i < 100 && ::IsWindow(nativa); ++i) Atiende(20);
-    EXPECT_FALSE(::IsWindow(nativa));
-    tienda->de_parte_de = {};
-    EXPECT_EQ(dll.PuedeDescargarse(), S_OK);
-    EXPECT_EQ(Cuenta(&CuentaVisible), 0);
-  }
+TEST_F(Ventanas, VivenSinQuienLasAbrioYNoDejanNada) {
+  int ventanas = 0;
+  for (int vuelta = 0; vuelta < 4; ++vuelta)
+    for (const auto& metodo : {modifica, consulta, nueva, turnos}) {
+      Abre();
+      auto ventana = VentanaDe(metodo);
+      ASSERT_TRUE(ventana);
+      tienda->de_parte_de = {};
+      const auto nativa = reinterpret_cast<HWND>(static_cast<std::intptr_t>(std::stol(Lee(ventana, "hWnd"))));
+      produccion = {};
+      EXPECT_EQ(Lee(ventana, "Visible"), "True");
+      ventana = {};
+      EXPECT_TRUE(::IsWindowVisible(nativa));
+      EXPECT_EQ(dll.PuedeDescargarse(), S_FALSE);
+      // As the user closes it: the editor goes a moment later.
+      ::PostMessageW(nativa, WM_SYSCOMMAND, SC_CLOSE, 0);
+      for (int i = 0; i < 100 && ::IsWindow(nativa); ++i) Atiende(20);
+      EXPECT_FALSE(::IsWindow(nativa));
+      tienda->de_parte_de = {};
+      EXPECT_EQ(dll.PuedeDescargarse(), S_OK);
+      if (ventanas == 0) ventanas = Cuantas(false);
+      EXPECT_EQ(Cuantas(false), ventanas);
+    }
 }
 
 TEST_F(Ventanas, PuedenCerrarseDentroDeCualquierLlamadaAlAnfitrion) {
-  const struct {
-    const char* momento;
-    std::vector<std::function<HRESULT()>> metodos;
-  } casos[] = {{"Op001", {modifica, consulta, nueva}},
-               {"PreparaVentana", {modifica, consulta, nueva, turnos}},
-               {"Op006", {modifica, nueva}},
-               {"LiberaVentana", {modifica, consulta, nueva, turnos}}};
+  const std::map<std::string, std::vector<std::function<HRESULT()>>> casos = {
+      {"Op001", {modifica, consulta, nueva}},
+      {"PreparaVentana", {modifica, consulta, nueva, turnos}},
+      {"Op006", {modifica, nueva}},
+      {"LiberaVentana", {modifica, consulta, nueva, turnos}}};
   for (const auto& caso : casos)
-    for (const auto& metodo : caso.metodos) {
-      SCOPED_TRACE(caso.momento);
+    for (const auto& metodo : caso.second) {
+      SCOPED_TRACE(caso.first);
       Abre();
       ComPtr<IDispatch> guardada;
       int veces = 0;
       tienda->con_ventana = [&](const std::string& momento, const ComPtr<IDispatch>& ventana) {
         guardada = ventana;
-        if (momento != caso.momento) return;
+        if (momento != caso.first) return;
         ++veces;
         EXPECT_EQ(Codigo(ventana, "Unload"), S_OK);
       };
       EXPECT_EQ(metodo(), S_OK);
       ASSERT_TRUE(guardada);
-      if (Lee(guardada, "Visible") == "True") {
+      if (veces == 0) {
         EXPECT_EQ(Codigo(guardada, "Unload"), S_OK);
       }
       EXPECT_EQ(veces, 1);
@@ -237,30 +206,8 @@ TEST_F(Ventanas, PuedenCerrarseDentroDeCualquierLlamadaAlAnfitrion) {
       tienda->de_parte_de = {};
       produccion = {};
       EXPECT_EQ(dll.PuedeDescargarse(), S_OK);
-      EXPECT_EQ(Cuenta(&CuentaVisible), 0);
+      EXPECT_EQ(Cuantas(true), 0);
     }
-}
-
-TEST_F(Ventanas, AbrirYCerrarNoDejaNada) {
-  Abre();
-  tienda->limite = 1 << 30;
-  int ventanas = 0;
-  long objetos = 0;
-  for (int vuelta = 0; vuelta < 25; ++vuelta) {
-    for (const auto& metodo : {modifica, nueva, turnos}) {
-      const auto ventana = VentanaDe(metodo);
-      ASSERT_TRUE(ventana);
-      EXPECT_EQ(Codigo(ventana, "Unload"), S_OK);
-    }
-    tienda->de_parte_de = {};
-    Atiende(1);
-    if (vuelta == 5) {
-      ventanas = Cuenta(&CuentaTodas);
-      objetos = Tienda::Vivos();
-    }
-  }
-  EXPECT_EQ(Cuenta(&CuentaTodas), ventanas);
-  EXPECT_EQ(Tienda::Vivos(), objetos);
 }
 
 }  // namespace
