@@ -150,55 +150,36 @@ class Ventana : public Form {
 
 using Sucesos = std::vector<std::string>;
 
-/// Rows of a code and a name that may be Null, with every part of them in one object.
-class Registros final : public Object {
- public:
-  explicit Registros(std::int32_t filas) : filas_(filas) {}
-  bool Eof() const { return fila_ == filas_; }
-  void MoveNext() { ++fila_; }
-  ObjectPtr Fields() { return shared_from_this(); }
-  std::int32_t Count() const { return 2; }
-  ObjectPtr Item(std::int32_t indice) {
-    campo_ = indice;
-    return shared_from_this();
-  }
-  std::string Name() const { return campo_ == 0 ? "articulo" : "descrip"; }
-  Value Valor() const { return campo_ == 0 ? Value("A" + Decimal(fila_)) : Value(Null{}); }
-  const MemberTable* Members() const override {
-    using R = Registros;
-    static const MemberTable table = MemberTable::Of<R>()
-                                         .Property<&R::Eof>("EOF")
-                                         .Method<&R::MoveNext>("MoveNext")
-                                         .Property<&R::Fields>("Fields")
-                                         .Property<&R::Count>("Count")
-                                         .Method<&R::Item>("Item", {"index"})
-                                         .Property<&R::Name>("Name")
-                                         .Property<&R::Valor>("Value");
-    return &table;
-  }
-
- private:
-  std::int32_t filas_, fila_ = 0, campo_ = 0;
-};
-
-/// Gives such rows to whoever selects, and writes it down.
+/// A connection that gives rows of a code and a name that may be Null to whoever selects, and writes it down;
+/// record set, fields and field in one.
 class Conexion final : public Object {
  public:
   Conexion(Diario& diario, std::int32_t filas) : diario_(diario), filas_(filas) {}
-  ObjectPtr Execute(const std::string& sql) {
-    diario_.Anota("Execute");
-    if (!sql.starts_with("SELECT")) throw HostError("no se puede leer");
-    return std::make_shared<Registros>(filas_);
+  std::optional<MemberId> Find(std::string_view nombre) override {
+    nombres_.emplace_back(nombre);
+    return static_cast<MemberId>(nombres_.size());
   }
-  const MemberTable* Members() const override {
-    static const MemberTable table =
-        MemberTable::Of<Conexion>().Method<&Conexion::Execute>("Execute", {"sql"});
-    return &table;
+  Value Read(MemberId id, std::span<Value> args, ByRef) override {
+    const std::string nombre = nombres_.at(static_cast<std::size_t>(id) - 1);
+    if (nombre == "Execute") {
+      diario_.Anota(nombre);
+      if (!ATexto(args[0]).starts_with("SELECT")) throw HostError("no se puede leer");
+      fila_ = 0;
+    }
+    if (nombre == "Item") codigo_ = AEntero32(args[0]) == 0;
+    if (nombre == "Count") return 2;
+    if (nombre == "Name") return codigo_ ? "articulo" : "descrip";
+    if (nombre == "Value") return codigo_ ? Value("A" + Decimal(fila_)) : Value(Null{});
+    if (nombre == "EOF") return fila_ == filas_;
+    fila_ += nombre == "MoveNext";
+    return shared_from_this();
   }
 
  private:
   Diario& diario_;
-  std::int32_t filas_;
+  std::vector<std::string> nombres_;
+  std::int32_t filas_, fila_ = 0;
+  bool codigo_ = true;
 };
 
 /// The window shown, and what happens in it.
