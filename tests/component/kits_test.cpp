@@ -95,6 +95,13 @@ TEST_P(Kits, DesensamblarEsElReversoConProporcionesExactas) {
   t.prod->Ensamble("MESA", 9, 3, 0);
   EXPECT_EQ(t.mundo.cantidades, (std::vector<double>{recibidas, 3, tomadas, 3}));
   EXPECT_THAT(Valores("Documento 2.PonConcepto"), ElementsAre("COP", "COP"));
+  // A piece is a kit of its own only where its row says so.
+  for (const Value& kit : {Value(Null{}), Value(Empty{}), Value("0"), Value(false)}) {
+    t.PonArticulo("PATA", 10.5, kit);
+    t.mundo.bitacora.clear();
+    t.prod->Desensamble("MESA", 1, 9, 1);
+    EXPECT_EQ(t.Lineas("{").size(), 1u);
+  }
   EXPECT_THAT(Avisos(), IsEmpty());
 }
 
@@ -204,16 +211,6 @@ TEST_P(Kits, ElAnfitrionPuedeReentrarYSoltarloTodoEnCualquierLlamada) {
       EXPECT_EQ(otro.mundo.vivos, 0);
     }
   }
-}
-
-TEST_P(Kits, UnaPiezaConKitNuloEsArticuloSencillo) {
-  for (const Value& kit : {Value(Null{}), Value(Empty{}), Value("0"), Value(false)}) {
-    t.PonArticulo("PATA", 10.5, kit);
-    t.mundo.bitacora.clear();
-    t.prod->Desensamble("MESA", 1, 9, 1);
-    EXPECT_EQ(t.Lineas("{").size(), 1u);
-  }
-  EXPECT_THAT(Avisos(), IsEmpty());
 }
 
 TEST_P(Kits, UnSubKitSeRepiteHastaQueElAnfitrionFalla) {
