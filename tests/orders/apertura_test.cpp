@@ -18,8 +18,7 @@ TEST_P(Apertura, ElEstadoYLaMarcaDecidenElModo) {
   };
   const std::int16_t si = 1;
   const Caso casos[] = {
-      {"sin marca", {{"ocupado", Null{}}, {"estado", Null{}}}, "", "MODIFICACION"},
-      {"sin datos", {{"f_emision", Null{}}, {"almacen", Null{}}}, "", "MODIFICACION"},
+      {"sin marca", {{"ocupado", Null{}}, {"estado", Null{}}, {"almacen", Null{}}}, "", "MODIFICACION"},
       {"confirmada y ocupada", {{"estado", "CO"}, {"ocupado", si}}, "mensaje 753", "CONSULTA"},
       {"minúsculas", {{"estado", "co"}}, "", "MODIFICACION"},
       {"con blanco", {{"estado", "CO "}}, "", "MODIFICACION"},
@@ -95,9 +94,12 @@ TEST_P(Apertura, CadaModoCargaHabilitaYSueltaLoSuyo) {
     // The user starts at the first field, or at the one button that does something for a viewed order.
     EXPECT_EQ(Foco(), consulta ? "Command1" : "txtFields(0)");
     EXPECT_EQ(v->Call("Parent"), Value(padre));
-    Boton("Command2").Click();
+    // A viewed order that a host lets finish is closed and no more.
+    Boton("Command5").SetEnabled(true);
+    Boton(consulta ? "Command5" : "Command2").Click();
     EXPECT_TRUE(v->Closed());
-    EXPECT_EQ(Hecho(), "\n" + Proceso("Op006") + suelta + "Padre.SetFocus()\n" + kLibera);
+    EXPECT_EQ(Hecho(), (consulta ? "\nExisteClave(9, almacen, almacen, Conexion)\n" : "\n") +
+                           Proceso("Op006") + suelta + "Padre.SetFocus()\n" + kLibera);
   }
 }
 

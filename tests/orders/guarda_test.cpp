@@ -119,13 +119,6 @@ TEST_P(Guarda, SinLineasSeGuardaPendienteYQuedaAbierta) {
   }
 }
 
-TEST_P(Guarda, EnConsultaSoloSeCierra) {
-  Nuevo("ConsultaOp", 1);
-  Boton("Command5").SetEnabled(true);
-  Boton("Command5").Click();
-  EXPECT_EQ(Hecho(), "\n" + kAlmacenBueno + Proceso("Op006") + kLibera);
-}
-
 TEST_P(Guarda, LaPrimeraLineaCreaElEncabezadoYLasDemasNo) {
   Nuevo("NuevaOp");
   PonOrden({{"automatico", Null{}}, {"ordencompra", Null{}}});
