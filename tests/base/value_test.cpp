@@ -2,10 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 
+#include "base/fecha.h"
 #include "base/members.h"
+#include "base/text.h"
 #include "tests/support/errores.h"
 
 namespace zuvi {
@@ -144,6 +145,78 @@ TEST(Conversions, FollowTheRulesOfAutomation) {
   for (const Value& value : {Value(), Value(Null{}), Value(0), Value("")})
     EsperaError(ErrorNumber::TypeMismatch, [&] { AObjeto(value); });
   EXPECT_EQ(Conversion<ObjectPtr>::From(Value()), nullptr);
+}
+
+TEST(Fechas, SeriesAndCalendarAgreeInBothDirections) {
+  const std::pair<double, const char*> cases[] = {{0, "1899-12-30"},
+                                                  {-1.25, "1899-12-29 06:00:00"},
+                                                  {60, "1900-02-28"},
+                                                  {61, "1900-03-01"},
+                                                  {45351.5, "2024-02-29 12:00:00"},
+                                                  {2958465, "9999-12-31"},
+                                                  {-657434.5, "0100-01-01 12:00:00"}};
+  for (const auto& [serie, texto] : cases) {
+    EXPECT_EQ(Fecha::DesdeSerie(serie).Texto(), texto);
+    EXPECT_EQ(Fecha::DesdeTexto(texto).Serie(), serie) << texto;
+  }
+  EXPECT_EQ(Fecha::DesdeTexto("2024-02-29T23:59").Texto(), "2024-02-29 23:59:00");
+  EXPECT_EQ(Fecha::DesdeTexto("2024-02-29 23:59:58.75").Texto(), "2024-02-29 23:59:58");
+  EXPECT_EQ(Fecha::DesdeSerie(-1.25).SoloDia(), Fecha::DesdeSerie(-1));
+  // Seconds are rounded and may reach the next day, which the last one does not have.
+  EXPECT_EQ(Fecha::DesdeSerie(1.9999999).Formatea("dd hh:mm:ss"), "01 00:00:00");
+  EXPECT_EQ(Fecha::DesdeSerie(-1.9999999).Formatea("dd hh:mm:ss"), "30 00:00:00");
+  EXPECT_EQ(Fecha::DesdeSerie(2958465.9999999).Texto(), "9999-12-31 23:59:59");
+  EXPECT_EQ(Fecha::DesdeTexto("2025-03-04 15:06:07").Formatea("día d, 'dd/MM/yyyy' hh:mm:ss y %s"),
+            "día d, '04/03/2025' 15:06:07 y %s");
+}
+
+TEST(Fechas, WhatIsNoDateIsRefused) {
+  for (const double serie : {2958466.0, -657435.0, kNaN})
+    EXPECT_THROW(Fecha::DesdeSerie(serie), HostError) << serie;
+  for (const char* texto :
+       {"", "2023-02-29", "2024-13-01", "20240101ab", "-024-01-01", "0099-12-31", "2024-01-01 24:00",
+        "2024-01-01 10:60", "2024-01-01 10", "2024-01-01 10:0", "2024-01-01 10:00:5", "2024-01-01x10:00",
+        "2024-01-01 10:00:00.", "2024-01-01 10:00:00.x", "2024-01-01 10:00Z"})
+    EXPECT_THROW(Fecha::DesdeTexto(texto), HostError) << texto;
+  // Of a month or a day the calendar's own types keep but a byte.
+  for (const FechaCivil& c : {FechaCivil{2024, 257, 1}, {2024, 1, 257}, {67560, 1, 1}, {2024, 1, 1, -1}})
+    EXPECT_THROW(Fecha::DesdeCivil(c), HostError) << c.anio << "-" << c.mes << "-" << c.dia;
+}
+
+TEST(Utf, WhatIsValidGoesBothWays) {
+  const std::pair<std::string, std::u16string> cases[] = {
+      {"", u""},
+      {"\xED\x9F\xBF\xEE\x80\x80", u"\xD7FF\xE000"},
+      {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", u"\xD800\xDC00\xDBFF\xDFFF"},
+      {"\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80", u"\x7F\x80\x7FF\x800"},
+      {std::string("a\0ñ", 4), std::u16string(u"a\0ñ", 3)}};
+  for (const auto& [utf8, utf16] : cases) {
+    EXPECT_EQ(Utf16(utf8), utf16) << utf8;
+    EXPECT_EQ(Utf8(utf16), utf8) << utf8;
+  }
+}
+
+TEST(Utf, WhatIsBrokenBecomesReplacementAndSparesTheRest) {
+  const std::u16string r = u"\xFFFD";
+  const std::pair<std::string, std::u16string> broken8[] = {
+      {"a\x80z", u"a" + r + u"z"}, {"\xC3(", r + u"("},         {"\xC0\xAF", r + r},
+      {"\xE0\x80\xAF", r + r + r}, {"\xED\xA0\x80", r + r + r}, {"\xF4\x90\x80\x80", r + r + r + r},
+      {"\xF5z", r + u"z"},         {"\xE2\x82", r + r},         {"\xE2\x82ñ", r + r + u"ñ"}};
+  for (const auto& [utf8, utf16] : broken8) EXPECT_EQ(Utf16(utf8), utf16);
+  const std::pair<std::u16string, std::string> broken16[] = {{u"\xDC00z", "\uFFFDz"},
+                                                             {u"\xD800\xD800\xDC00", "\uFFFD\U00010000"},
+                                                             {u"\xDC00\xD800", "\uFFFD\uFFFD"},
+                                                             {u"\xD83Dñ", "\uFFFDñ"}};
+  for (const auto& [utf16, utf8] : broken16) EXPECT_EQ(Utf8(utf16), utf8);
+}
+
+TEST(Texts, OnlyBlanksAreTrimmedAndOnlyAsciiFolds) {
+  EXPECT_EQ(Recorta("   "), "");
+  EXPECT_EQ(Recorta("\ta\n"), "\ta\n");
+  EXPECT_EQ(Minusculas("AZ@[Ñ"), "az@[Ñ");
+  EXPECT_FALSE(IgualSinCaso("Ñ", "ñ"));
+  EXPECT_FALSE(IgualSinCaso("a", "a "));
+  EXPECT_FALSE(IgualSinCaso("@", "`"));
 }
 
 }  // namespace
