@@ -1,4 +1,4 @@
-// Assembling and taking apart, call by call.
+// The batch operations call by call. Delivery and cancellation end silently, whatever happens.
 #include <pthread.h>
 
 #include "tests/support/taller.h"
@@ -9,10 +9,10 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using Kits = EnTaller;
-ZUVI_AMBOS_ANFITRIONES(Kits);
+using Operaciones = EnTaller;
+ZUVI_AMBOS_ANFITRIONES(Operaciones);
 
-TEST_P(Kits, EnsamblarSinOrdenNumeraYValuaElKitPorLoQueSalio) {
+TEST_P(Operaciones, EnsamblarSinOrdenNumeraYValuaElKitPorLoQueSalio) {
   t.prod->Ensamble("MESA", 9, 6, 0);
   EXPECT_EQ(t.mundo.Bitacora(), R"(
 { Ensamble MESA 9 6 0
@@ -75,7 +75,7 @@ Documento 1.AplicaMovimiento(0)
   EXPECT_THAT(Avisos(), IsEmpty());
 }
 
-TEST_P(Kits, DesensamblarEsElReversoConProporcionesExactas) {
+TEST_P(Operaciones, DesensamblarEsElReversoConProporcionesExactas) {
   t.prod->Desensamble("MESA", 1.5, 9, 0);
   EXPECT_EQ(t.mundo.bitacora.at(4),
             "IniciaProceso(DESEM007, Produccion, Ambiente, , Nothing, True, 0, , Null, , Nothing)");
@@ -105,7 +105,7 @@ TEST_P(Kits, DesensamblarEsElReversoConProporcionesExactas) {
   EXPECT_THAT(Avisos(), IsEmpty());
 }
 
-TEST_P(Kits, ConVetoOSinComponentesNoSeMueveNadaNiSeAvisa) {
+TEST_P(Operaciones, ConVetoOSinComponentesNoSeMueveNadaNiSeAvisa) {
   // A kit without components makes no document.
   t.prod->Ensamble("NADA", 9, 1, 0);
   t.prod->Desensamble("NADA", 1, 9, 0);
@@ -123,7 +123,7 @@ TEST_P(Kits, ConVetoOSinComponentesNoSeMueveNadaNiSeAvisa) {
   EXPECT_THAT(Avisos(), IsEmpty());
 }
 
-TEST_P(Kits, ElProcesoPuedeCambiarElDocumentoYQuitarElVeto) {
+TEST_P(Operaciones, ElProcesoPuedeCambiarElDocumentoYQuitarElVeto) {
   t.mundo.proceso = [this](PeticionProceso& p) {
     p.objeto = DocumentoMemoria(t.mundo);
     p.bandera = false;
@@ -138,7 +138,7 @@ TEST_P(Kits, ElProcesoPuedeCambiarElDocumentoYQuitarElVeto) {
   EXPECT_THAT(Avisos(), ElementsAre(Reporte("Ensamble", "Object variable or With block variable not set")));
 }
 
-TEST_P(Kits, UnErrorAMediasSeReportaYLoAplicadoQueda) {
+TEST_P(Operaciones, UnErrorAMediasSeReportaYLoAplicadoQueda) {
   const struct {
     Value minimo, costo;
     const char* descripcion;
@@ -177,7 +177,7 @@ TEST_P(Kits, UnErrorAMediasSeReportaYLoAplicadoQueda) {
   EXPECT_EQ(t.mundo.bitacora.size(), 4u) << t.mundo.Bitacora();
 }
 
-TEST_P(Kits, ElAnfitrionPuedeReentrarYSoltarloTodoEnCualquierLlamada) {
+TEST_P(Operaciones, ElAnfitrionPuedeReentrarYSoltarloTodoEnCualquierLlamada) {
   void (*const operaciones[])(Produccion&) = {[](Produccion& p) { p.Ensamble("MESA", 9, 6, 0); },
                                               [](Produccion& p) { p.Desensamble("MESA", 6, 9, 0); }};
   for (const auto operacion : operaciones) {
@@ -213,7 +213,7 @@ TEST_P(Kits, ElAnfitrionPuedeReentrarYSoltarloTodoEnCualquierLlamada) {
   }
 }
 
-TEST_P(Kits, UnSubKitSeRepiteHastaQueElAnfitrionFalla) {
+TEST_P(Operaciones, UnSubKitSeRepiteHastaQueElAnfitrionFalla) {
   t.PonArticulo("PATA", 10.5, std::int16_t{-1});
   t.PonArticulo("TORNILLO", 1.0);
   t.PonKit("PATA", 1.0, {{"TORNILLO", 8, 2}});
@@ -231,7 +231,7 @@ TEST_P(Kits, UnSubKitSeRepiteHastaQueElAnfitrionFalla) {
   EXPECT_EQ(t.Lineas("Documento 2.Aplica").size(), 2u);
 }
 
-TEST_P(Kits, UnKitQueSeContieneTerminaEnUnReporte) {
+TEST_P(Operaciones, UnKitQueSeContieneTerminaEnUnReporte) {
   t.PonArticulo("MESA", 1.0, std::int16_t{-1});
   t.PonKit("MESA", 1.0, {{"SILLA", 1, 1}});
   t.PonArticulo("SILLA", 1.0, std::int16_t{-1});
@@ -253,6 +253,102 @@ TEST_P(Kits, UnKitQueSeContieneTerminaEnUnReporte) {
     EXPECT_GT(t.Lineas("{").size(), 20u);
   }
   pthread_attr_destroy(&atributos);
+}
+
+TEST_P(Operaciones, LaEntregaEnsamblaCadaLineaYTermina) {
+  // Half quantities go to the even neighbour; texts are numbers too.
+  t.PonOrden("7", "PE", {{"MESA", 2.5}, {"MESA", 3.5}, {"NADA", "4"}}, 3);
+  t.prod->EntregaProductoTerminado(7);
+  EXPECT_EQ(t.Lineas("Documento 2.Aplica").size(), 3u);
+  const std::string marca = "EjecutaSQL(UPDATE oppart SET terminado = cantidad WHERE op = 7)";
+  std::erase_if(t.mundo.bitacora, [](const std::string& linea) {
+    return !linea.ends_with("op = 7)") && !linea.starts_with("{") && !linea.starts_with("Inicia(") &&
+           !linea.starts_with("Avanza(") && !linea.starts_with("Cierra(");
+  });
+  EXPECT_THAT(
+      t.mundo.bitacora,
+      ElementsAre("Consulta(SELECT COUNT( * ) FROM oppart WHERE op = 7)",
+                  "Consulta(SELECT oppart.articulo, oppart.cantidad, op.almacen FROM oppart INNER JOIN op "
+                  "USING(op) WHERE op.op = 7)",
+                  "Inicia(3, Entregando producto terminado, C:\\Tienda\\Images\\Gears.Avi)",
+                  "Avanza(1, Procesando: MESA, )", "{ Ensamble MESA 9 2 7", "Avanza(2, Procesando: MESA, )",
+                  "{ Ensamble MESA 9 4 7", "Avanza(3, Procesando: NADA, )", "{ Ensamble NADA 9 4 7", marca,
+                  "Cierra()"));
+  // Without lines there is nothing to announce: it is marked, and a window is made to be closed.
+  t.PonOrden("7", "PE", {}, 0);
+  t.prod->EntregaProductoTerminado(7);
+  EXPECT_EQ(std::vector(t.mundo.bitacora.end() - 3, t.mundo.bitacora.end()),
+            (std::vector<std::string>{marca, "Crea(ZuviQuery.VentanaProgreso)", "Cierra()"}));
+  EXPECT_THAT(Avisos(), IsEmpty());
+}
+
+TEST_P(Operaciones, UnaEntregaQueFallaCallaYNoMarca) {
+  const struct {
+    const char* nombre;
+    Value cuenta, articulo, cantidad;
+    std::size_t ensambles;
+  } casos[] = {{"cuenta desbordada", 2147483647.5, "MESA", 1.0, 0},
+               {"cuenta nula", Null{}, "MESA", 1.0, 0},
+               {"cantidad desbordada", 2, "MESA", 3e9, 1},
+               {"artículo nulo", 2, Null{}, 1.0, 1}};
+  for (const auto& caso : casos) {
+    SCOPED_TRACE(caso.nombre);
+    t.PonOrden("7", "PE", {{"MESA", 1.0}, {caso.articulo, caso.cantidad}}, caso.cuenta);
+    t.mundo.bitacora.clear();
+    t.prod->EntregaProductoTerminado(7);
+    EXPECT_EQ(t.Lineas("{").size(), caso.ensambles);
+    EXPECT_TRUE(t.Lineas("EjecutaSQL").empty());
+    EXPECT_TRUE(t.Lineas("Cierra()").empty());
+  }
+  t.prod->PonAmbiente(nullptr);
+  t.mundo.bitacora.clear();
+  t.prod->EntregaProductoTerminado(7);
+  EXPECT_THAT(t.mundo.bitacora, IsEmpty());
+  EXPECT_THAT(Avisos(), IsEmpty());
+}
+
+TEST_P(Operaciones, CancelarBorraOCierraSegunElEstado) {
+  const std::string pregunta = "Pregunta(mensaje 757, 2)";
+  const std::string cerrar =
+      "Pregunta(Esta orden de producción ya fue confirmada, Desea cerrar esta order de producción, 2)";
+  const std::string op = "Consulta(SELECT * FROM op WHERE op = -12)";
+  const std::string lineas = "Consulta(SELECT * FROM oppart WHERE op = -12)";
+  const std::string cierra = "EjecutaSQL(UPDATE op SET cerrado = 1 WHERE op = -12)";
+  const std::vector<std::string> borra{pregunta, op, lineas, "EjecutaSQL(DELETE FROM op WHERE op = -12)",
+                                       "EjecutaSQL(DELETE FROM oppart WHERE op = -12)"};
+  const struct {
+    const char* nombre;
+    Value estado;
+    std::deque<bool> respuestas;
+    std::vector<std::string> acciones;
+    bool resultado;
+  } casos[] = {{"dice que no", "PE", {false}, {pregunta}, false},
+               {"pendiente", "PE", {true}, borra, true},
+               {"estado nulo", Null{}, {true}, borra, true},
+               {"otra caja", "co", {true}, borra, true},
+               {"blanco al final", "CO ", {true}, borra, true},
+               {"confirmada, sí", "CO", {true, true}, {pregunta, op, lineas, cerrar, cierra}, true},
+               {"confirmada, no", "CO", {true, false}, {pregunta, op, lineas, cerrar}, false}};
+  for (const auto& caso : casos) {
+    SCOPED_TRACE(caso.nombre);
+    t.PonOrden("-12", caso.estado, {}, 0);
+    t.mundo.respuestas = caso.respuestas;
+    t.mundo.bitacora.clear();
+    EXPECT_EQ(t.prod->CancelaOp(-12), caso.resultado);
+    std::erase_if(t.mundo.bitacora, [](const std::string& l) {
+      return l.starts_with("Crea") || l.starts_with("Ambiente.") || l == "TraeMensaje(757, Ambiente)";
+    });
+    EXPECT_EQ(t.mundo.bitacora, caso.acciones);
+  }
+  // What does not exist is looked for, and not cancelled; nor is anything without an environment.
+  t.mundo.respuestas = {true};
+  t.mundo.bitacora.clear();
+  EXPECT_FALSE(t.prod->CancelaOp(99));
+  EXPECT_EQ(t.Lineas("Consulta").size(), 2u);
+  EXPECT_TRUE(t.Lineas("EjecutaSQL").empty());
+  t.prod->PonAmbiente(nullptr);
+  EXPECT_FALSE(t.prod->CancelaOp(-12));
+  EXPECT_TRUE(t.escritorio.Avisos().empty());
 }
 
 }  // namespace
