@@ -182,23 +182,24 @@ ComPtr<IDispatch> Tienda::Ambiente() {
                                               {"ContenedorRutas", ObjectPtr()}};
   return Publish(AObjeto(Objeto([this, datos](const std::string& nombre, Llamada& c) {
                    if (nombre == "EjecutaSQL") hechos.push_back(c.Texto(0));
-                   if (nombre == "ParametrosEstacion") return Filas({{{"almacen", 1}, {"lector", Null{}}}});
+                   if (nombre == "ParametrosEstacion") return Filas({{"almacen", 1, "lector", Null{}}});
                    const auto dato = datos.find(nombre);
                    return dato == datos.end() ? Value() : dato->second;
                  })),
                  modulo_);
 }
 
-Value Tienda::Filas(std::vector<std::map<std::string, Value>> filas) {
+Value Tienda::Filas(std::vector<Renglon> filas) {
   const auto en = std::make_shared<std::size_t>(0);
   const auto item = [this, filas, en](const std::string&, Llamada& c) {
     const Value clave = c.Arg(0);
     if (*en >= filas.size()) throw HostError("no hay registro actual");
-    const auto& fila = filas[*en];
-    const bool ordinal = !std::holds_alternative<std::string>(clave.Get());
-    const auto found = ordinal ? fila.begin() : fila.find(Minusculas(ATexto(clave)));
-    if (found == fila.end()) throw HostError("no existe la columna " + ATexto(clave));
-    return Objeto([valor = found->second](const std::string&, Llamada&) { return valor; });
+    const Renglon& fila = filas[*en];
+    auto campo = fila.begin();
+    if (std::holds_alternative<std::string>(clave.Get()))
+      for (const std::string columna = Minusculas(ATexto(clave)); *campo != Value(columna); campo += 2)
+        if (fila.end() - campo == 2) throw HostError("no existe la columna " + columna);
+    return Objeto([valor = campo[1]](const std::string&, Llamada&) { return valor; });
   };
   return Objeto([this, item, en, cuantas = filas.size()](const std::string& nombre, Llamada&) {
     if (nombre == "EOF") return Value(*en >= cuantas);
@@ -213,45 +214,31 @@ Value Tienda::Consulta(const std::string& sql) {
   if (durante_consulta) durante_consulta();
   const auto tiene = [&](const char* text) { return sql.find(text) != std::string::npos; };
   if (tiene("FROM comppart")) {
-    if (kit_de_si_mismo) return Filas({{{"componente", "K"}, {"cantidad", 1.0}, {"almacen", 1}}});
-    std::vector<std::map<std::string, Value>> lineas{
-        {{"componente", "C1"}, {"cantidad", 2.0}, {"almacen", 3}},
-        {{"componente", "C2"}, {"cantidad", 1.0}, {"almacen", 4}}};
+    if (kit_de_si_mismo) return Filas({{"componente", "K", "cantidad", 1.0, "almacen", 1}});
+    std::vector<Renglon> lineas{{"componente", "C1", "cantidad", 2.0, "almacen", 3},
+                                {"componente", "C2", "cantidad", 1.0, "almacen", 4}};
     lineas.resize(componentes);
     return Filas(std::move(lineas));
   }
-  if (tiene("FROM componen")) return Filas({{{"minimo", 4.0}}});
-  if (tiene("FROM prods"))
-    return Filas({{{"articulo", "K"}, {"kit", std::int16_t{kit_de_si_mismo}}, {"costo", 2.5}}});
-  if (tiene("COUNT( * )")) return Filas({{{"n", 2}}});
+  const std::int16_t es_kit = kit_de_si_mismo;
+  if (tiene("FROM componen")) return Filas({{"minimo", 4.0}});
+  if (tiene("FROM prods")) return Filas({{"articulo", "K", "kit", es_kit, "costo", 2.5}});
+  if (tiene("COUNT( * )")) return Filas({{"n", 2}});
   if (tiene("oppart INNER JOIN"))
-    return Filas({{{"articulo", "K"}, {"cantidad", 2.5}, {"almacen", 1}},
-                  {{"articulo", "L"}, {"cantidad", 3.5}, {"almacen", 1}}});
-  if (tiene("FROM oppart WHERE Op = ("))
     return Filas(
-        {{{"articulo", "K"}, {"cantidad", 2.5}, {"precio", 10.0}, {"observ", "urge"}, {"id_entrada", 71}}});
+        {{"articulo", "K", "cantidad", 2.5, "almacen", 1}, {"articulo", "L", "cantidad", 3.5, "almacen", 1}});
+  if (tiene("FROM oppart WHERE Op = ("))
+    return Filas({{"articulo", "K", "cantidad", 2.5, "precio", 10.0, "observ", "urge", "id_entrada", 71}});
   if (tiene("FROM op "))
-    return Filas({{{"op", 12},
-                   {"estado", estado},
-                   {"ocupado", 0},
-                   {"usuario", "ANA"},
-                   {"almacen", "1"},
-                   {"f_emision", Fecha::DesdeSerie(45000)},
-                   {"fechaentrega", Null{}},
-                   {"observ", Null{}},
-                   {"automatico", 1},
-                   {"ordencompra", Null{}}}});
+    return Filas({{"op",           12,     "estado",  estado, "ocupado",    0,
+                   "usuario",      "ANA",  "almacen", "1",    "f_emision",  Fecha::DesdeSerie(45000),
+                   "fechaentrega", Null{}, "observ",  Null{}, "automatico", 1,
+                   "ordencompra",  Null{}}});
   if (tiene("FROM turnos"))
-    return Filas({{{"turno", "Matutino"},
-                   {"entrada", "06:00"},
-                   {"comida", "10:00"},
-                   {"regcomida", "10:30"},
-                   {"salida", "14:00"}},
-                  {{"turno", "Nocturno"},
-                   {"entrada", "22:00"},
-                   {"comida", Null{}},
-                   {"regcomida", Null{}},
-                   {"salida", "06:00"}}});
+    return Filas({{"turno", "Matutino", "entrada", "06:00", "comida", "10:00", "regcomida", "10:30", "salida",
+                   "14:00"},
+                  {"turno", "Nocturno", "entrada", "22:00", "comida", Null{}, "regcomida", Null{}, "salida",
+                   "06:00"}});
   return Filas({});
 }
 

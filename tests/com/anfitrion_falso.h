@@ -95,7 +95,9 @@ class Tienda {
  private:
   Value Objeto(Respuestas responde, const IID* tipo = nullptr);
   Value Consulta(const std::string& sql);
-  Value Filas(std::vector<std::map<std::string, Value>> filas);
+  /// Columns and their values in turn.
+  using Renglon = std::vector<Value>;
+  Value Filas(std::vector<Renglon> filas);
   Value Nada(const std::string& nombre, Llamada& llamada);
   Value AccesoDatos(const std::string& nombre, Llamada& llamada);
   Value Procesos(const std::string& nombre, Llamada& llamada);

@@ -229,6 +229,18 @@ TEST_F(Formas, ALongLoadIsSeenButTakesNoInput) {
   }
 }
 
+TEST_F(Formas, ATimerThatIsSwitchedOnBeginsItsIntervalAnew) {
+  const auto otro = ventana->Add<Timer>("otro");
+  otro->OnTimer = [&] { diario.Anota("otro"); };
+  ventana->reloj->SetInterval(30);
+  otro->SetInterval(30);
+  Cuando("reloj.Timer", [&] { otro->SetEnabled(true); });
+  EXPECT_THAT(Al([&] { escritorio.Advance(61); }), ElementsAre("reloj.Timer", "reloj.Timer", "otro"));
+  ventana->reloj->SetInterval(0);
+  otro->SetEnabled(false);
+  EXPECT_THAT(Al([&] { escritorio.Advance(1000); }), IsEmpty());
+}
+
 TEST_F(Formas, ControlsFollowTheWindowByTheirAnchors) {
   ventana->a->Design({100, 100, 200, 50}, anchor::kAcross);
   ventana->b->Design({100, 400, 200, 50}, anchor::kBottom | anchor::kRight);
