@@ -97,9 +97,8 @@ class Paseo : public Tienda {
         {24, [this] { v->Type(azar.De(kTextos)); }},
         {13, [this] { azar.De(v->Controls())->Click(); }},
         {6, [this] { azar.De(v->Controls())->DblClick(); }},
-        {8, [this] { PulsaCelda(); }},
-        {5, [this] { EligeDeLista(); }},
-        {6, [this] { AgregaLinea(); }},
+        {11, [this] { PulsaCelda(); }},
+        {8, [this] { AgregaLinea(); }},
         {1, [this] { C<DatePicker>("DTPicker1").UserPicked(Fecha::DesdeSerie(46000 + azar(60))); }},
         {1,
          [this] {
@@ -181,16 +180,6 @@ class Paseo : public Tienda {
     if (rejilla.HasFocus()) rejilla.UserClicked(azar(azar.Uno(10) ? 105 : 5), azar.De(kVisibles));
     if (rejilla.HasFocus() && azar.Uno(2)) rejilla.DblClick();
     if (!v->Closed() && azar.Uno(20)) rejilla.SetTopRow(azar(101));
-  }
-  void EligeDeLista() {
-    const auto lista = std::dynamic_pointer_cast<MultiCombo>(azar.De(v->Controls()));
-    if (!lista) return;
-    lista->Click();
-    if (!lista->DroppedDown()) return;
-    if (azar.Uno(3) || lista->Rows().empty())
-      lista->CloseUp();
-    else
-      lista->Choose(static_cast<std::size_t>(azar(lista->Rows().size())));
   }
   void AgregaLinea() {
     if (!F(4).CanFocus()) return;

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <csignal>
-#include <utility>
 
 #include "host/mensajes.h"
 #include "host/ocupadas.h"
@@ -30,75 +29,48 @@ class Estacion : public Tienda {
   double Ocupado() { return Numero("SELECT ocupado FROM op WHERE op = " + Decimal(kOrden)); }
 };
 
-/// RAUL's station in a process of its own. To be started before the own process opens the database.
-class EstacionAparte {
- public:
-  explicit EstacionAparte(const std::string& base) {
-    if (socketpair(AF_UNIX, SOCK_STREAM, 0, extremos_.data()) != 0) throw HostError("socketpair");
-    pid_ = Hijo([&] {
-      // Whatever becomes of the test, no station stays behind.
-      alarm(60);
-      Recibe(1);
-      Estacion estacion(base, "RAUL");
-      const auto ventana = estacion.Modifica();
-      Manda(1, ventana ? 'A' : 'N');
-      Recibe(1);
-      Manda(1, ventana && ventana->Unload() ? 'C' : 'N');
-      return 0;
-    });
-  }
-  EstacionAparte(const EstacionAparte&) = delete;
-  ~EstacionAparte() {
-    Mata();
-    for (const int extremo : extremos_) close(extremo);
-  }
-  /// Goes on to its next step: opens the order ('A'), then closes it ('C').
-  char Sigue() {
-    Manda(0, '.');
-    return Recibe(0);
-  }
-  void Mata() {
-    if (pid_ == 0) return;
-    kill(pid_, SIGKILL);
-    Espera(std::exchange(pid_, 0));
-  }
-
- private:
-  void Manda(std::size_t extremo, char c) {
-    if (write(extremos_[extremo], &c, 1) != 1) throw HostError("write");
-  }
-  char Recibe(std::size_t extremo) {
-    char c = 0;
-    return read(extremos_[extremo], &c, 1) == 1 ? c : '?';
-  }
-  std::array<int, 2> extremos_{};
-  pid_t pid_ = 0;
-};
-
 void SeTurnanLaOrden(const std::string& base) {
-  EstacionAparte una(base), otra(base);
-  Estacion lucia(base, "LUCIA"), raul(base, "RAUL");
+  // A station in a process of its own, there before this process opens the database. It will die at work.
+  std::array<int, 2> extremos{};
+  ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, extremos.data()), 0);
+  const pid_t aparte = Hijo([&] {
+    // Whatever becomes of the test, it does not stay behind.
+    alarm(60);
+    char paso = 0;
+    if (read(extremos[1], &paso, 1) != 1) return 1;
+    Estacion raul(base, "RAUL");
+    paso = raul.Modifica() ? 'A' : 'N';
+    if (write(extremos[1], &paso, 1) != 1) return 1;
+    pause();
+    return 0;
+  });
+  close(extremos[1]);
+  Estacion lucia(base, "LUCIA"), raul(base, "RAUL"), otra_de_raul(base, "RAUL");
   const std::string ocupada = TextoMensaje(756, "es") + " RAUL " + TextoMensaje(76, "es") + "\n";
 
-  ASSERT_EQ(una.Sigue(), 'A');
+  const auto de_raul = raul.Modifica();
+  ASSERT_TRUE(de_raul);
   EXPECT_EQ(lucia.Ocupado(), 1);
   EXPECT_EQ(lucia.Modifica(), nullptr);
   EXPECT_EQ(lucia.Mensajes(), ocupada);
-  EXPECT_EQ(raul.Modifica(), nullptr);
-  EXPECT_EQ(raul.Mensajes(), TextoMensaje(755, "es") + "\n");
+  EXPECT_EQ(otra_de_raul.Modifica(), nullptr);
+  EXPECT_EQ(otra_de_raul.Mensajes(), TextoMensaje(755, "es") + "\n");
+  EXPECT_TRUE(de_raul->Unload());
 
-  ASSERT_EQ(una.Sigue(), 'C');
-  EXPECT_EQ(lucia.Ocupado(), 0);
-  const auto ventana = lucia.Modifica();
-  ASSERT_TRUE(ventana);
+  const auto de_lucia = lucia.Modifica();
+  ASSERT_TRUE(de_lucia);
   EXPECT_EQ(lucia.Mensajes(), "");
   EXPECT_EQ(raul.Ocupado(), 1);
-  EXPECT_TRUE(ventana->Unload());
+  EXPECT_TRUE(de_lucia->Unload());
   EXPECT_EQ(raul.Ocupado(), 0);
 
-  ASSERT_EQ(otra.Sigue(), 'A');
-  otra.Mata();
-  EXPECT_EQ(lucia.Ocupado(), 1);
+  char paso = '.';
+  ASSERT_EQ(write(extremos[0], &paso, 1), 1);
+  ASSERT_EQ(read(extremos[0], &paso, 1), 1);
+  ASSERT_EQ(paso, 'A');
+  kill(aparte, SIGKILL);
+  Espera(aparte);
+  close(extremos[0]);
   EXPECT_EQ(lucia.Modifica(), nullptr);
   EXPECT_EQ(lucia.Mensajes(), ocupada);
   EXPECT_TRUE(LiberaOrden(lucia.Base(), kOrden, "LUCIA"));
