@@ -154,18 +154,19 @@ TEST_P(Lineas, LaTeclaSuprimirBorraLaLineaActual) {
 }
 
 TEST_P(Lineas, SoloSeEditanCantidadYPrecioDeUnaLinea) {
-  constexpr char kDobleClic = 0;  // in place of a character
+  constexpr std::int16_t kDobleClic = 0;  // in place of a character
+  using Caso = std::tuple<int, int, std::int16_t, const char*, bool>;
   for (const auto& [fila, col, pulsado, texto, abre] :
-       {std::tuple(1, 1, '7', "7", true), std::tuple(1, 2, '7', "7", true), std::tuple(1, 0, '7', "7", false),
-        std::tuple(1, 3, '7', "7", false),
+       {Caso{1, 1, '7', "7", true}, Caso{1, 2, '7', "7", true}, Caso{1, 0, '7', "7", false},
+        Caso{1, 3, '7', "7", false},
         // A character that the filter drops counts in the column of texts only.
-        std::tuple(1, 1, 'x', "", false), std::tuple(1, 6, 'x', "x", false),
+        Caso{1, 1, 'x', "", false}, Caso{1, 6, 'x', "x", false}, Caso{1, 1, -4000, "", false},
         // A line without an article.
-        std::tuple(4, 1, '7', "", false), std::tuple(4, 1, kDobleClic, "", false),
+        Caso{4, 1, '7', "", false}, Caso{4, 1, kDobleClic, "", false},
         // Control characters and the blank bring up what the cell holds.
-        std::tuple(1, 1, ' ', "2.5", true), std::tuple(1, 1, '\r', "2.5", true),
-        std::tuple(1, 1, kDobleClic, "2.5", true), std::tuple(1, 4, kDobleClic, " obs", false)}) {
-    SCOPED_TRACE(Decimal(fila) + " " + Decimal(col) + " " + pulsado);
+        Caso{1, 1, key::kSpace, "2.5", true}, Caso{1, 1, key::kEnter, "2.5", true},
+        Caso{1, 1, kDobleClic, "2.5", true}, Caso{1, 4, kDobleClic, " obs", false}}) {
+    SCOPED_TRACE(Decimal(fila) + " " + Decimal(col) + " " + Decimal(pulsado));
     AbreEn(fila, col);
     TextBox& editor = CajaDeCelda();
     editor.SetText(fila == 4 ? "" : ".");  // left of an edit that was given up
