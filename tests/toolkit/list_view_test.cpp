@@ -76,6 +76,10 @@ TEST_F(Listas, TheSelectedRowGoesWithItsRow) {
   Llena(30);
   for (const std::int32_t fila : {1, 30, 30}) Lista().UserSelected(fila);
   EXPECT_THAT(Toma(), testing::ElementsAre("lista.ItemClick k1", "lista.ItemClick k30"));
+  Lista().Move({0, 0, Dip(200), 11 * ListView::kRowHeight});
+  for (const std::int16_t tecla : {key::kHome, key::kPageDown, key::kEnd, key::kPageUp, key::kUp})
+    Lista().DefaultKey(tecla, 0);
+  EXPECT_EQ(Lista().SelectedItem()->Index(), 19);
   EXPECT_EQ(Al([&] { Filas()(5).SetSelected(true); }), Sucesos());  // code tells nobody
   Filas().Remove(1);
   EXPECT_EQ(Lista().SelectedItem()->Key(), "k5");
