@@ -137,24 +137,31 @@ TEST_P(Campos, LaEtiquetaEligeElFiltro) {
   }
 }
 
-TEST_P(Campos, LaClaveSecundariaTraeSuArticulo) {
+TEST_P(Campos, ElCodigoOLaClaveTraenElArticulo) {
   PonClave("K1", "MESA");
   PonClave("K2", "NADA");
-  for (const auto& [clave, quedan, consultas] :
-       {std::tuple("K1", "MESA|Mesa de pino|previo|previo|previo|previo|", 3u),
-        std::tuple("", "ANTES|antes|||||", 0u), std::tuple("K'3", "ANTES|antes|||||", 1u),
-        std::tuple("K2", "ANTES|antes|previo|previo|previo|previo|", 2u)}) {
-    SCOPED_TRACE(clave);
+  using Caso = std::tuple<int, const char*, const char*, std::size_t>;
+  for (const auto& [campo, escrito, quedan, consultas] :
+       {Caso{4, "MESA", "MESA|Mesa de pino|PZA||previo|previo|previo|previo|", 1},
+        Caso{4, "K1", "MESA|Mesa de pino|PZA|K1|Caja||Caja|PZA|", 3},
+        // A key whose article is gone, and a code that is neither.
+        Caso{4, "K2", "NADA|antes||K2|Caja||Caja||", 3},
+        Caso{4, "K3", "K3|antes|||previo|previo|previo|previo|", 2},
+        Caso{24, "K1", "MESA|Mesa de pino|PZA|K1|previo|previo|previo|previo|", 3},
+        Caso{24, "", "ANTES|antes|||||||", 0}, Caso{24, "K'3", "ANTES|antes||K'3|||||", 1},
+        Caso{24, "K2", "ANTES|antes||K2|previo|previo|previo|previo|", 2}}) {
+    SCOPED_TRACE(Campo(campo) + " " + escrito);
     Nuevo();
     F(4).SetText("ANTES");
     F(1).SetText("antes");
     for (const int i : {25, 26, 28, 29}) F(i).SetText("previo");
-    F(24).SetText(clave);
-    F(24).SetFocus();
+    F(campo).SetFocus();
+    F(campo).SetText(escrito);
     Hecho();
-    v->Press(key::kF8);
+    v->Press(campo == 4 ? key::kEnter : key::kF8);
+    EXPECT_EQ(Foco(), Campo(campo == 4 ? 5 : 28));
     std::string campos;
-    for (const int i : {4, 1, 25, 26, 28, 29}) campos += F(i).Text() + "|";
+    for (const int i : {4, 1, 27, 24, 25, 26, 28, 29}) campos += F(i).Text() + "|";
     EXPECT_EQ(campos, quedan);
     EXPECT_EQ(Veces("Consulta"), consultas);
   }

@@ -38,24 +38,22 @@ std::string SalvaOp(const std::string& op, const std::string& estado, const std:
 const std::string kConfirmada = Columna("estado", "txt CO"), kPendiente = Columna("estado", "txt PE");
 
 TEST_P(Guarda, FinalizarGuardaProcesaImprimeYCierra) {
-  struct Caso {
-    bool pendiente, automatico, imprime;
-    std::string estado;
-  };
-  for (const auto& caso : {Caso{false, false, false, kConfirmada},
-                           Caso{false, true, true, kConfirmada + Columna("automatico", "i2 1")},
-                           Caso{true, true, true, kPendiente}}) {
-    SCOPED_TRACE(caso.estado);
+  using Caso = std::tuple<bool, bool, bool>;
+  for (const auto& [pendiente, automatico, imprime] :
+       {Caso{false, false, false}, Caso{false, true, true}, Caso{true, true, true}}) {
+    const std::string estado =
+        pendiente ? kPendiente : kConfirmada + (automatico ? Columna("automatico", "i2 1") : "");
+    SCOPED_TRACE(estado);
     Nuevo("ModificaOp", 2);
     LlenaEncabezado();
-    Casilla("Check1").SetValue(caso.automatico);
+    Casilla("Check1").SetValue(automatico);
     // The captions of these two boxes are labels that can be clicked.
-    if (caso.pendiente) Control<Label>(*v, "Label10", 1).Click();
-    if (caso.imprime) Control<Label>(*v, "Label10", 2).Click();
+    if (pendiente) Control<Label>(*v, "Label10", 1).Click();
+    if (imprime) Control<Label>(*v, "Label10", 2).Click();
     Finaliza();
-    EXPECT_EQ(Hecho(), "\n" + kAlmacenBueno + (caso.pendiente ? "" : kPregunta) +
-                           SalvaOp("120", caso.estado) + (caso.pendiente ? "" : Proceso("OP007")) +
-                           (caso.imprime ? "ImprimeReporte(ORDENP, 120, Ambiente, frmOp)\n" : "") +
+    EXPECT_EQ(Hecho(), "\n" + kAlmacenBueno + (pendiente ? "" : kPregunta) + SalvaOp("120", estado) +
+                           (pendiente ? "" : Proceso("OP007")) +
+                           (imprime ? "ImprimeReporte(ORDENP, 120, Ambiente, frmOp)\n" : "") +
                            Proceso("Op006") + kSuelta + "120)\n" + kLibera);
     EXPECT_TRUE(v->Closed());
   }

@@ -96,26 +96,6 @@ TEST_P(Lineas, UnRechazoDelHostDetieneUnaSolaLinea) {
   }
 }
 
-TEST_P(Lineas, LaDescripcionVieneDelArticuloODeSuClave) {
-  PonClave("K1", "MESA");
-  PonClave("K2", "NADA");
-  for (const auto& [escrito, quedan, consultas] :
-       {std::tuple("MESA", "MESA|Mesa de pino|PZA||||||", 1u),
-        std::tuple("K1", "MESA|Mesa de pino|PZA|K1|Caja||Caja|PZA|", 3u),
-        // A key whose article is gone, and a code that is neither.
-        std::tuple("K2", "NADA|||K2|Caja||Caja||", 3u), std::tuple("K3", "K3||||||||", 2u)}) {
-    Nuevo();
-    F(4).SetFocus();
-    F(4).SetText(escrito);
-    v->Press(key::kEnter);
-    std::string campos;
-    for (const int i : {4, 1, 27, 24, 25, 26, 28, 29}) campos += F(i).Text() + "|";
-    EXPECT_EQ(campos, quedan);
-    EXPECT_EQ(Veces("Consulta"), consultas);
-    EXPECT_EQ(Foco(), Campo(5));
-  }
-}
-
 TEST_P(Lineas, ConElLectorCadaCodigoAgregaUnaPieza) {
   PonClave("K1", "MESA");
   Nuevo();
