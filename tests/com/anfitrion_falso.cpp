@@ -278,7 +278,7 @@ Value Tienda::Procesos(const std::string& nombre, Llamada& c) {
   if (nombre == "IniciaProceso") {
     tipos.clear();
     for (std::size_t i = 0; i < c.Cuantos(); ++i) tipos.push_back(V_VT(&c.Crudo(i)));
-    de_parte_de = Publish(AObjeto(c.Arg(1)), modulo_).As<IUnknown>(IID_IUnknown);
+    de_parte_de = Publish(AObjeto(c.Arg(1)), modulo_).As<IUnknown>(IID_IUnknown).get();
     c.Deja(5, veta);
     Recibe(c.Texto(0), c.Arg(1));
   }

@@ -87,7 +87,7 @@ class Tienda {
   int limite = 3000;
   std::vector<std::string> hechos;         // statements and movements
   std::vector<VARTYPE> tipos;              // of the arguments of IniciaProceso
-  ComPtr<IUnknown> de_parte_de;            // its second argument
+  IUnknown* de_parte_de = nullptr;         // its second argument, not held
   std::function<void()> durante_consulta;  // what the host does while the module waits
   /// What it does with a window it is handed: "PreparaVentana", "LiberaVentana", or the key of a process.
   std::function<void(const std::string& momento, const ComPtr<IDispatch>& ventana)> con_ventana;

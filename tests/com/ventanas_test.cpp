@@ -123,7 +123,6 @@ TEST_F(Ventanas, SeLeenYSeCambianPorNombreDondeElAnfitrionLasRecibe) {
     EXPECT_EQ(Codigo(guardada, "Unload"), S_OK);
     EXPECT_EQ(Lee(guardada, "Visible"), "False");
     tienda->con_ventana = nullptr;
-    tienda->de_parte_de = {};
   }
 }
 
@@ -158,7 +157,6 @@ TEST_F(Ventanas, VivenSinQuienLasAbrioYNoDejanNada) {
       Abre();
       auto ventana = VentanaDe(metodo);
       ASSERT_TRUE(ventana);
-      tienda->de_parte_de = {};
       const auto nativa = reinterpret_cast<HWND>(static_cast<std::intptr_t>(std::stol(Lee(ventana, "hWnd"))));
       produccion = {};
       EXPECT_EQ(Lee(ventana, "Visible"), "True");
@@ -169,7 +167,6 @@ TEST_F(Ventanas, VivenSinQuienLasAbrioYNoDejanNada) {
       ::PostMessageW(nativa, WM_SYSCOMMAND, SC_CLOSE, 0);
       for (int i = 0; i < 100 && ::IsWindow(nativa); ++i) Atiende(20);
       EXPECT_FALSE(::IsWindow(nativa));
-      tienda->de_parte_de = {};
       EXPECT_EQ(dll.PuedeDescargarse(), S_OK);
       if (ventanas == 0) ventanas = Cuantas(false);
       EXPECT_EQ(Cuantas(false), ventanas);
@@ -203,7 +200,6 @@ TEST_F(Ventanas, PuedenCerrarseDentroDeCualquierLlamadaAlAnfitrion) {
       EXPECT_EQ(Lee(guardada, "Visible"), "False");
       tienda->con_ventana = nullptr;
       guardada = {};
-      tienda->de_parte_de = {};
       produccion = {};
       EXPECT_EQ(dll.PuedeDescargarse(), S_OK);
       EXPECT_EQ(Cuantas(true), 0);
