@@ -53,7 +53,7 @@ TEST_P(Lineas, UnaLineaSeGuardaYSeMuestra) {
   t.mundo.claves.insert("prods.articulo=MESA ");
   Nuevo("ModificaOp", 1);
   Agrega("MESA ", "1200");
-  EXPECT_TRUE(Hecho().starts_with(R"(
+  EXPECT_EQ(Hecho(), R"(
 ExisteClave(MESA , prods, articulo, Conexion)
 Consulta(SELECT ubicacion FROM prods WHERE articulo = 'MESA')
 UbicacionRestringida(MESA, 9, Conexion)
@@ -66,7 +66,18 @@ AgregaCampo(oppart, id_entrada, i4 501)
 AgregaCampo(oppart, op, i4 120)
 AgregaCampo(oppart, tipo_doc, txt OP)
 AgregaCampo(oppart, no_referen, txt 120)
-)"));
+AgregaCampo(oppart, articulo, txt MESA )
+AgregaCampo(oppart, cantidad, r8 1200)
+AgregaCampo(oppart, precio, r8 2.5)
+AgregaCampo(oppart, observ, txt nota)
+AgregaCampo(oppart, partida, i2 0)
+UsuarioActual()
+AgregaCampo(oppart, usuario, txt ADMIN)
+AgregaCampo(oppart, usufecha, fecha 2026-03-05)
+AgregaCampo(oppart, usuhora, txt 14:07:09)
+Genera(oppart)
+Ejecuta()
+)");
   std::string celdas;
   for (std::int32_t col = 0; col < 8; ++col) celdas += Celda(2, col) + "|";
   EXPECT_EQ(celdas, "MESA |1200||3,000.00|nota|501|||");
