@@ -72,16 +72,20 @@ class Ventanas : public ConTienda {
       ::MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
     }
   }
+  struct Cuenta {
+    bool solo_visibles;
+    int ventanas = 0;
+  };
+  static BOOL CALLBACK Suma(HWND ventana, LPARAM donde) {
+    auto& cuenta = *reinterpret_cast<Cuenta*>(donde);
+    cuenta.ventanas += !cuenta.solo_visibles || ::IsWindowVisible(ventana);
+    return TRUE;
+  }
   /// Windows of this thread, all of them or what the user sees.
   static int Cuantas(bool visibles) {
-    std::pair<bool, int> cuenta{visibles, 0};
-    const auto suma = [](HWND ventana, LPARAM donde) -> BOOL {
-      auto& [solo_visibles, cuantas] = *reinterpret_cast<std::pair<bool, int>*>(donde);
-      cuantas += !solo_visibles || ::IsWindowVisible(ventana);
-      return TRUE;
-    };
-    ::EnumThreadWindows(::GetCurrentThreadId(), suma, reinterpret_cast<LPARAM>(&cuenta));
-    return cuenta.second;
+    Cuenta cuenta{visibles};
+    ::EnumThreadWindows(::GetCurrentThreadId(), &Suma, reinterpret_cast<LPARAM>(&cuenta));
+    return cuenta.ventanas;
   }
   const std::function<HRESULT()> modifica = [this] { return produccion->ModificaOp(&kOrden); };
   const std::function<HRESULT()> consulta = [this] { return produccion->ConsultaOp(&kOrden); };

@@ -146,18 +146,18 @@ class Pantalla {
   }
   /// Native windows of ours that are left.
   static int Windows() {
-    const auto count = [](HWND window, LPARAM found) -> BOOL {
-      wchar_t name[64];
-      ::GetClassNameW(window, name, 64);
-      *reinterpret_cast<int*>(found) += std::wstring_view(name).starts_with(L"Zuvi");
-      return TRUE;
-    };
     int found = 0;
-    ::EnumThreadWindows(::GetCurrentThreadId(), count, reinterpret_cast<LPARAM>(&found));
+    ::EnumThreadWindows(::GetCurrentThreadId(), &CountOurs, reinterpret_cast<LPARAM>(&found));
     return found;
   }
 
  private:
+  static BOOL CALLBACK CountOurs(HWND window, LPARAM found) {
+    wchar_t name[64];
+    ::GetClassNameW(window, name, 64);
+    *reinterpret_cast<int*>(found) += std::wstring_view(name).starts_with(L"Zuvi");
+    return TRUE;
+  }
   static void Send(WORD key, bool up) {
     INPUT input{};
     input.type = INPUT_KEYBOARD;
