@@ -1,6 +1,7 @@
 // Text boxes: EDIT, and the rich text control used for plain text in several lines; the page viewer is one
 // that is only read.
 #include <algorithm>
+#include <vector>
 
 #include "toolkit/win32/peers.h"
 
@@ -225,12 +226,56 @@ class PagePeer final : public NativeControl {
     Update(Aspect::Text);
   }
   void Update(Aspect aspect) override {
-    if (aspect == Aspect::Text || aspect == Aspect::State)
-      ::SetWindowTextW(Window(), Wide(page_.PlainText()).c_str());
+    if (aspect == Aspect::Text || aspect == Aspect::State) {
+      const std::wstring text = Wide(page_.PlainText());
+      ::SetWindowTextW(Window(), text.c_str());
+      AlignCells(text);
+    }
     NativeControl::Update(aspect);
+  }
+  void Restyle() override {
+    NativeControl::Restyle();
+    AlignCells(Wide(page_.PlainText()));
   }
 
  private:
+  /// Cells of a row, which tabs part, stand under those of the row above.
+  void AlignCells(std::wstring_view text) {
+    const std::vector<int> widths = WidthsOfCells(text);
+    PARAFORMAT format{};
+    format.cbSize = sizeof format;
+    format.dwMask = PFM_TABSTOPS;
+    for (LONG stop = 0; const int width : widths) {
+      if (format.cTabCount == MAX_TAB_STOPS) break;
+      stop += Parent().Twips(width) + Dip(16);
+      format.rgxTabs[format.cTabCount++] = stop;
+    }
+    Send(EM_SETSEL, 0, -1);
+    SendPtr(EM_SETPARAFORMAT, 0, &format);
+    Send(EM_SETSEL, 0, 0);
+  }
+  /// The widest of each column in pixels; what is last in its line takes what it needs.
+  std::vector<int> WidthsOfCells(std::wstring_view text) const {
+    std::vector<int> widths;
+    const HDC screen = ::GetDC(Window());
+    const HGDIOBJ before = ::SelectObject(screen, reinterpret_cast<HGDIOBJ>(Send(WM_GETFONT)));
+    std::size_t column = 0;
+    for (std::size_t from = 0, to; (to = text.find_first_of(L"\t\n", from)) != text.npos; from = to + 1) {
+      if (text[to] == L'\n') {
+        column = 0;
+        continue;
+      }
+      SIZE size{};
+      ::GetTextExtentPoint32W(screen, text.data() + from, static_cast<int>(to - from), &size);
+      if (column == widths.size()) widths.push_back(0);
+      widths[column] = std::max<int>(widths[column], size.cx);
+      ++column;
+    }
+    ::SelectObject(screen, before);
+    ::ReleaseDC(Window(), screen);
+    return widths;
+  }
+
   WebBrowser& page_;
 };
 
