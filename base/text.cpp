@@ -1,6 +1,7 @@
 #include "base/text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zuvi {
 namespace {
@@ -85,12 +86,15 @@ std::string Minusculas(std::string_view text) {
   return out;
 }
 
-std::string Junta(std::initializer_list<std::string_view> pieces) {
+std::string Junta(std::initializer_list<std::string_view> pieces, std::string_view between) {
   std::size_t size = 0;
-  for (const auto piece : pieces) size += piece.size();
+  for (const auto piece : pieces) size += piece.size() + between.size();
   std::string out;
   out.reserve(size);
-  for (const auto piece : pieces) out += piece;
+  for (bool first = true; const auto piece : pieces) {
+    if (!std::exchange(first, false)) out += between;
+    out += piece;
+  }
   return out;
 }
 

@@ -14,8 +14,8 @@ std::string_view Recorta(std::string_view text);
 bool IgualSinCaso(std::string_view a, std::string_view b);
 /// ASCII letters in lower case.
 std::string Minusculas(std::string_view text);
-/// The pieces one after the other.
-std::string Junta(std::initializer_list<std::string_view> pieces);
+/// The pieces one after the other, with a text between each two.
+std::string Junta(std::initializer_list<std::string_view> pieces, std::string_view between = {});
 /// UTF-16 to UTF-8; a lone surrogate becomes U+FFFD.
 std::string Utf8(std::u16string_view text);
 /// UTF-8 to UTF-16; what is not valid UTF-8 becomes U+FFFD.

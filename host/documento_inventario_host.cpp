@@ -45,37 +45,15 @@ double DocumentoInventarioHost::AplicaMovimiento(std::int32_t& numero) {
 
   ConReintento([&] {
     Transaccion transaccion(base);
+    const std::string valores = Junta(
+        {id, Literal(motor, fecha_), Literal(motor, tipo_), Literal(motor, concepto_), Decimal(orden_),
+         Literal(motor, folio_), Decimal(referencia_), Literal(motor, documento_), Literal(motor, usuario_),
+         almacen, articulo, TextoDeNumero(cantidad), TextoDeNumero(costo_), std::to_string(importe)},
+        ", ");
     base.Ejecuta(
-        Junta({"INSERT INTO movimientos (id, fecha, tipo, concepto, orden, folio, referencia, documento, "
-               "usuario, almacen, articulo, cantidad, costo, importe) VALUES (",
-               id,
-               ", ",
-               Literal(motor, fecha_),
-               ", ",
-               Literal(motor, tipo_),
-               ", ",
-               Literal(motor, concepto_),
-               ", ",
-               Decimal(orden_),
-               ", ",
-               Literal(motor, folio_),
-               ", ",
-               Decimal(referencia_),
-               ", ",
-               Literal(motor, documento_),
-               ", ",
-               Literal(motor, usuario_),
-               ", ",
-               almacen,
-               ", ",
-               articulo,
-               ", ",
-               TextoDeNumero(cantidad),
-               ", ",
-               TextoDeNumero(costo_),
-               ", ",
-               std::to_string(importe),
-               ")"}));
+        Junta({"INSERT INTO movimientos (id, fecha, tipo, concepto, orden, folio, referencia, "
+               "documento, usuario, almacen, articulo, cantidad, costo, importe) VALUES (",
+               valores, ")"}));
     // The row remembers its last movement. That also makes every UPDATE a change: a server may count rows
     // that stay as they were as not touched.
     const auto tocadas = base.Ejecuta(
