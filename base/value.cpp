@@ -105,10 +105,8 @@ ObjectPtr AObjeto(const Value& value) {
 std::string Decimal(std::int32_t number) { return std::to_string(number); }
 
 std::string TextoDeNumero(double number) {
-  constexpr int kDigits = 15;
   if (std::isnan(number)) return "NaN";
   if (std::isinf(number)) return number < 0 ? "-Inf" : "Inf";
-  char buffer[64];
   // Quantities and amounts have few decimals: written as a whole number of millionths they take a fraction of
   // the time. If the quotient gives the number back, these are its first fifteen digits as well.
   const double millionths = std::nearbyint(std::abs(number) * 1e6);
@@ -125,8 +123,8 @@ std::string TextoDeNumero(double number) {
     }
     return text;
   }
-  const auto end =
-      std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::general, kDigits).ptr;
+  char buffer[64];
+  const auto end = std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::general, 15).ptr;
   std::string text(buffer, end);
   const auto exponent = text.find('e');
   if (exponent != std::string::npos) text[exponent] = 'E';

@@ -6,7 +6,9 @@ set -eu
 cd "$(dirname "$0")/.."
 for part in comun setup build mariadb; do . "scripts/$part.sh"; done
 results_start
+need native mariadb
 need_drivers
+build_preset linux ensamble
 mariadb_start
 ZUVI_MARIADB=$(mariadb_database zuvi_bench)
 export ZUVI_MARIADB

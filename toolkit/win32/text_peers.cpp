@@ -1,6 +1,8 @@
 // Text boxes: EDIT, and the rich text control used for plain text in several lines; the page viewer is one
 // that is only read.
 #include <algorithm>
+#include <memory>
+#include <type_traits>
 #include <vector>
 
 #include "toolkit/win32/peers.h"
@@ -257,8 +259,9 @@ class PagePeer final : public NativeControl {
   /// The widest of each column in pixels; what is last in its line takes what it needs.
   std::vector<int> WidthsOfCells(std::wstring_view text) const {
     std::vector<int> widths;
-    const HDC screen = ::GetDC(Window());
-    const HGDIOBJ before = ::SelectObject(screen, reinterpret_cast<HGDIOBJ>(Send(WM_GETFONT)));
+    const auto release = [this](HDC dc) { ::ReleaseDC(Window(), dc); };
+    const std::unique_ptr<std::remove_pointer_t<HDC>, decltype(release)> screen(::GetDC(Window()), release);
+    const HGDIOBJ before = ::SelectObject(screen.get(), reinterpret_cast<HGDIOBJ>(Send(WM_GETFONT)));
     std::size_t column = 0;
     for (std::size_t from = 0, to; (to = text.find_first_of(L"\t\n", from)) != text.npos; from = to + 1) {
       if (text[to] == L'\n') {
@@ -266,13 +269,12 @@ class PagePeer final : public NativeControl {
         continue;
       }
       SIZE size{};
-      ::GetTextExtentPoint32W(screen, text.data() + from, static_cast<int>(to - from), &size);
+      ::GetTextExtentPoint32W(screen.get(), text.data() + from, static_cast<int>(to - from), &size);
       if (column == widths.size()) widths.push_back(0);
       widths[column] = std::max<int>(widths[column], size.cx);
       ++column;
     }
-    ::SelectObject(screen, before);
-    ::ReleaseDC(Window(), screen);
+    ::SelectObject(screen.get(), before);
     return widths;
   }
 
