@@ -64,8 +64,7 @@ std::string_view SinPrefijos(std::string_view texto) {
 
 }  // namespace
 
-void Exige(SQLRETURN resultado, SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {
-  if (SQL_SUCCEEDED(resultado) || resultado == SQL_NO_DATA) return;
+void LanzaDiagnostico(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {
   const Diagnostico diagnostico = Lee(tipo, handle, forma);
   const std::string_view texto = SinPrefijos(diagnostico.texto);
   throw HostError(

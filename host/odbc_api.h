@@ -52,8 +52,12 @@ class OdbcHandle {
 using Entorno = OdbcHandle<SQL_HANDLE_ENV>;
 using Enlace = OdbcHandle<SQL_HANDLE_DBC>;
 
+/// Throws the HostError of the first record of what the handle has to say.
+[[noreturn]] void LanzaDiagnostico(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma);
 /// Lets good results pass (SQL_NO_DATA among them); throws HostError with the diagnostics of the handle else.
-void Exige(SQLRETURN resultado, SQLSMALLINT tipo, SQLHANDLE handle, Forma forma);
+inline void Exige(SQLRETURN resultado, SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {
+  if (!SQL_SUCCEEDED(resultado) && resultado != SQL_NO_DATA) LanzaDiagnostico(tipo, handle, forma);
+}
 
 bool EsAscii(std::string_view texto);
 

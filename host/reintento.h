@@ -4,21 +4,22 @@
 
 namespace zuvi::host {
 
-/// Whether a transaction failed only because another one was in its way: chosen as victim of a deadlock, or
-/// beaten to inserting the same key. It has been undone whole and may be run again.
-inline bool EsChoque(const HostError& error) {
-  return error.SqlState() == "40001" || error.SqlState() == "23000";
+/// How often a transaction may run that failed so. It has been undone whole: as the victim of a deadlock,
+/// which two stations at one article can be many times in a row, or beaten to inserting the same key, which
+/// only a real duplicate is again and again. Once, when others were not in its way.
+inline int IntentosTras(const HostError& error) {
+  if (error.SqlState() == "40001") return 50;
+  return error.SqlState() == "23000" ? 8 : 1;
 }
 
 /// Runs a whole transaction, again a few times if others were in its way.
 template <class Cuerpo>
 auto ConReintento(Cuerpo&& cuerpo) {
-  constexpr int kIntentos = 8;
   for (int intento = 1;; ++intento) {
     try {
       return cuerpo();
     } catch (const HostError& error) {
-      if (intento == kIntentos || !EsChoque(error)) throw;
+      if (intento >= IntentosTras(error)) throw;
     }
   }
 }
