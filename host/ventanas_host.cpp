@@ -34,6 +34,8 @@ void VentanaProgresoHost::Inicia(std::int32_t total, const std::string& titulo,
 void VentanaProgresoHost::Avanza(std::int32_t paso, const std::string& texto, const std::string& texto2) {
   anfitrion_->Llamada("Avanza", paso, texto, texto2);
   if (progreso_) progreso_->Avanza(paso, texto, texto2);
+  // Without this a cancelled delivery would go on to every line left, each with an error of its own.
+  anfitrion_->ExigeNoCancelado();
 }
 
 void VentanaProgresoHost::Cierra() {
