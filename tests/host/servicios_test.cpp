@@ -208,20 +208,37 @@ TEST_P(Servicios, UnGanchoYLaTablaDeProcesosVetan) {
   EXPECT_EQ(tienda.UltimoMovimiento(), desde + 6);
 }
 
-TEST_P(Servicios, CancelarTerminaUnDesensambleQueNoTendriaFin) {
-  class Impaciente final : public Interaccion {
-   public:
-    void Mensaje(const std::string&, EstiloMensaje) override {}
-    bool Pregunta(const std::string&) override { return false; }
-    std::unique_ptr<Progreso> AbreProgreso(std::int32_t, const std::string&, const std::string&) override {
-      return std::make_unique<ProgresoMudo>();
-    }
-    bool Cancelado() override { return ++consultas_ > 100; }
+/// A user who cancels at the n-th time the host asks.
+class Impaciente final : public Interaccion {
+ public:
+  explicit Impaciente(int paciencia) : paciencia_(paciencia) {}
+  void Mensaje(const std::string&, EstiloMensaje) override {}
+  bool Pregunta(const std::string&) override { return false; }
+  std::unique_ptr<Progreso> AbreProgreso(std::int32_t, const std::string&, const std::string&) override {
+    return std::make_unique<ProgresoMudo>();
+  }
+  bool Cancelado() override { return --paciencia_ < 0; }
 
-   private:
-    int consultas_ = 0;
-  };
-  tienda.anfitrion->PonInteraccion(std::make_unique<Impaciente>());
+ private:
+  int paciencia_;
+};
+
+TEST_P(Servicios, UnaEntregaCanceladaTerminaEnLaPartidaSiguienteConUnAvisoALoMas) {
+  for (int i = 0; i < 40; ++i)
+    InsertaFilas(tienda.Base(), "oppart", "(id_entrada, op, articulo, cantidad)",
+                 {{9000 + i, 104, "TRUFAS", 1}});
+  for (int paciencia = 0; paciencia < 40; ++paciencia) {
+    const std::size_t avisos = tienda.escritorio.Avisos().size();
+    tienda.anfitrion->PonInteraccion(std::make_unique<Impaciente>(paciencia));
+    tienda.produccion->EntregaProductoTerminado(104);
+    EXPECT_LE(tienda.escritorio.Avisos().size(), avisos + 1) << paciencia;
+    EXPECT_EQ(tienda.Numero("SELECT SUM(terminado) FROM oppart WHERE op = 104"), 0) << paciencia;
+  }
+  EXPECT_GT(tienda.escritorio.Avisos().size(), 0U) << "some were cancelled within a line";
+}
+
+TEST_P(Servicios, CancelarTerminaUnDesensambleQueNoTendriaFin) {
+  tienda.anfitrion->PonInteraccion(std::make_unique<Impaciente>(100));
   const double total = tienda.ValorTotal();
   tienda.produccion->Desensamble("PQ-EMPRESA", 1, 1, 0);
   const auto cancelada = HasSubstr("Operación cancelada por el usuario");
