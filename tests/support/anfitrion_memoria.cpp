@@ -330,6 +330,13 @@ class DocumentoEnMemoria final : public EnMemoria<DocumentoInventario> {
     numero = 99;
     return cantidad_ * costo_;
   }
+  /// Called by name it numbers its movements in its own way.
+  double AplicaConSerie(Value& numero) {
+    std::int32_t n = AEntero32(numero);
+    const double importe = AplicaMovimiento(n);
+    numero = "M-" + Decimal(n);
+    return importe;
+  }
   const MemberTable* Members() const override {
     using Yo = DocumentoEnMemoria;
     static const MemberTable tabla = MemberTable::Of<Yo>()
@@ -346,7 +353,7 @@ class DocumentoEnMemoria final : public EnMemoria<DocumentoInventario> {
                                          .Method<&Yo::PonArticulo>("PonArticulo", {"articulo"})
                                          .Method<&Yo::PonCantidad>("PonCantidad", {"cantidad"})
                                          .Method<&Yo::PonCosto>("PonCosto", {"costo"})
-                                         .Method<&Yo::AplicaMovimiento>("AplicaMovimiento", {"numero"});
+                                         .Method<&Yo::AplicaConSerie>("AplicaMovimiento", {"numero"});
     return &tabla;
   }
 
