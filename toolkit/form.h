@@ -142,6 +142,8 @@ class Form : public Object {
   void UnloadByName() { Unload(); }
   ObjectPtr ActiveControlObject() const;
   std::int32_t HandleNumber() const;
+  /// Whether the newest event being handled is one of this window's: it is the one that asks its host now.
+  bool Handling() const { return desktop_.Handling() == this; }
   std::optional<MemberId> Find(std::string_view name) override;
   Value Read(MemberId id, std::span<Value> args, ByRef by_ref = 0) override;
   const Member* MemberById(MemberId id) const override;
@@ -191,6 +193,7 @@ MemberTableBuilder<T>&& WithFormMembers(MemberTableBuilder<T>&& table) {
       .template Property<&T::InsideHeight>("ScaleHeight")
       .template Property<&T::ActiveControlObject>("ActiveControl")
       .template Property<&T::HandleNumber>("hWnd")
+      .template Property<&T::Handling>("Handling")
       .template Method<&T::SetFocus>("SetFocus")
       .template Method<&T::Show>("Show")
       .template Method<&T::Hide>("Hide")

@@ -115,7 +115,7 @@ class AccesoDatosByName final : public ByName<AccesoDatos> {
   double ValorNumerico(const Value& valor) override { return ANumero(late_.Call("ValorNumerico", valor)); }
   std::string ValorTexto(const Value& valor) override { return ATexto(late_.Call("ValorTexto", valor)); }
   bool EstaVacio(const std::string& texto) override { return ABooleano(late_.Call("EstaVacio", texto)); }
-  std::string TraeMensaje(std::int32_t numero, const std::shared_ptr<Ambiente>& ambiente) override {
+  std::string TextoDeMensaje(std::int32_t numero, const std::shared_ptr<Ambiente>& ambiente) override {
     return ATexto(late_.Call("TraeMensaje", numero, Arg(ambiente)));
   }
   void Mensaje(const std::string& texto, EstiloMensaje estilo,

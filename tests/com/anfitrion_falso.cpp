@@ -183,12 +183,14 @@ ComPtr<IDispatch> Tienda::Ambiente() {
                                               {"DatoFechaB", 8},
                                               {"DatoDocumento", "D"},
                                               {"ContenedorRutas", ObjectPtr()}};
-  return Publish(AObjeto(Objeto([this, datos](const std::string& nombre, Llamada& c) {
-                   if (nombre == "EjecutaSQL") Ejecuta(c);
-                   if (nombre == "ParametrosEstacion") return Filas({{"almacen", 1, "lector", Null{}}});
-                   const auto dato = datos.find(nombre);
-                   return dato == datos.end() ? Value() : dato->second;
-                 }, &__uuidof(::Ambiente))),
+  return Publish(AObjeto(Objeto(
+                     [this, datos](const std::string& nombre, Llamada& c) {
+                       if (nombre == "EjecutaSQL") Ejecuta(c);
+                       if (nombre == "ParametrosEstacion") return Filas({{"almacen", 1, "lector", Null{}}});
+                       const auto dato = datos.find(nombre);
+                       return dato == datos.end() ? Value() : dato->second;
+                     },
+                     &__uuidof(::Ambiente))),
                  modulo_);
 }
 

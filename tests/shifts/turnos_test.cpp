@@ -109,6 +109,23 @@ TEST_P(Turnos, ListaLosTurnosYElHorarioDelSeleccionado) {
   EXPECT_EQ(horarios.Items().Count(), 2);
 }
 
+TEST_P(Turnos, LaPreguntaDeEliminarNombraElTurnoDeLaVentanaQuePregunta) {
+  const auto una = Abre(), otra = Abre();
+  Lista(*una, 0).UserSelected(1);
+  Lista(*otra, 0).UserSelected(2);
+  // The other one's question comes up while the first is still filling its list again.
+  t.escritorio.Post([&] { Control<Button>(*otra, "cmdEliminar").Click(); });
+  Control<Button>(*una, "cmdEliminar").Click();
+  const auto pregunta = [](const std::string& turno) {
+    return TextoMensaje(1, "es", [&] { return turno; }) + " -> si";
+  };
+  EXPECT_THAT(mensajes, ElementsAre(pregunta("Matutino"), pregunta("Reparto")));
+  EXPECT_THAT(pregunta("Matutino"), HasSubstr("el turno \"Matutino\""));
+  EXPECT_EQ(Cuenta("turnos"), 1);
+  // Asked for by nobody's window it names none.
+  EXPECT_THAT(t.Nuevo<AccesoDatos>()->TraeMensaje(1, nullptr), HasSubstr("el turno seleccionado"));
+}
+
 TEST_P(Turnos, GeneraHorariosParaDiaSemanaYMes) {
   const auto ventana = Abre();
   auto& generar = Control<Button>(*ventana, "Command1");

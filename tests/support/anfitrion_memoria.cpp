@@ -126,7 +126,7 @@ class AccesoDatosMemoria final : public EnMemoria<AccesoDatos> {
     mundo_.LlamaCallada();
     return Recorta(texto).empty();
   }
-  std::string TraeMensaje(std::int32_t numero, const AmbientePtr& ambiente) override {
+  std::string TextoDeMensaje(std::int32_t numero, const AmbientePtr& ambiente) override {
     mundo_.Llama("TraeMensaje", numero, ambiente);
     return "mensaje " + Decimal(numero);
   }
@@ -203,7 +203,7 @@ class AccesoDatosMemoria final : public EnMemoria<AccesoDatos> {
         MemberTable::Of<Yo>()
             .Method<&Yo::ConsultaConBandera>("Consulta", {"sql", "conexion", "bandera"})
             .Method<&Yo::ValorNumerico>("ValorNumerico", {"valor"})
-            .Method<&Yo::TraeMensaje>("TraeMensaje", {"numero", "ambiente"})
+            .Method<&Yo::TextoDeMensaje>("TraeMensaje", {"numero", "ambiente"})
             .Method<&Yo::Pregunta>("Pregunta", {"texto", "modo"})
             .Method<&Yo::ValorTexto>("ValorTexto", {"valor"})
             .Method<&Yo::EstaVacio>("EstaVacio", {"texto"})
