@@ -40,6 +40,10 @@ class Desktop {
   /// The windows that are loaded. A window is kept alive by being in this list.
   const std::vector<std::shared_ptr<Form>>& Forms() const { return forms_; }
 
+ protected:
+  /// A window was closed or hidden, maybe by one of its own handlers.
+  virtual void Gone(Form& /*form*/) {}
+
  private:
   friend class Form;
   friend class Control;

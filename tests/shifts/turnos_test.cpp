@@ -173,6 +173,33 @@ TEST_P(Turnos, DosVentanasSonIndependientesYSeCierranEnPlenoLlenado) {
   EXPECT_THAT(t.escritorio.Avisos(), IsEmpty());
 }
 
+TEST_P(Turnos, UnaListaSeRellenaAlCerrarseSuPropioEditor) {
+  const auto una = Abre(), otra = Abre();
+  const auto agrega = [&](const char* turno) { InsertaFilas(t.Base(), "turnos", "(turno)", {{turno}}); };
+  Form* primero = nullptr;
+  t.escritorio.OnModal([&](Form& editor) {
+    primero = &editor;
+    Control<Button>(*otra, "cmdTurnos").Click();
+    // The other window's editor, opened later, kept this one from returning.
+    EXPECT_EQ(Lista(*una, 0).Items().Count(), 4);
+  });
+  t.escritorio.OnModal([&](Form& segundo) {
+    agrega("Noche");
+    Control<Button>(*primero, "cmdButton", kCancelar).Click();
+    EXPECT_EQ(Lista(*una, 0).Items().Count(), 4);
+    EXPECT_TRUE(una->Enabled() && !otra->Enabled());
+    EXPECT_EQ(Lista(*otra, 0).Items().Count(), 3);
+    agrega("Tarde");
+    sentencias.clear();
+    EXPECT_TRUE(segundo.Visible());
+  });
+  Control<Button>(*una, "cmdTurnos").Click();
+  EXPECT_EQ(Lista(*otra, 0).Items().Count(), 5);
+  // Each list was read once for its editor, with the one count before.
+  EXPECT_EQ(sentencias.size(), 2u);
+  EXPECT_TRUE(una->Enabled() && otra->Enabled());
+}
+
 TEST_P(Turnos, ElAltaPideCadaCampoYUnaClaveNueva) {
   const auto editor = Edita(kAlta);
   // Whoever belongs to a shift is not offered.
