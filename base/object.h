@@ -21,7 +21,9 @@ inline constexpr MemberId kDefaultMember = 0;
 
 /// Which arguments of a call travel by reference: bit i for argument i. The callee may change those.
 using ByRef = std::uint32_t;
-inline constexpr ByRef kAllByRef = ~ByRef{0};
+/// Added to the bits of a call whose caller does not care what the callee leaves in them: it may be anything.
+inline constexpr ByRef kUnread = ByRef{1} << 31;
+inline constexpr ByRef kAllByRef = ~kUnread;
 
 /// A text that is there as long as the program: the compiler takes nothing but constants. Adapters know it
 /// again by its address.
@@ -62,6 +64,8 @@ class Object : public std::enable_shared_from_this<Object> {
   /// adapter spares itself the objects in between. Throws ObjectNotSet or TypeMismatch where a step gives no
   /// object.
   virtual Value ReadChain(std::span<const Step> steps);
+  /// Whether argument `index` of a method is declared, and by reference. False where nothing is known.
+  virtual bool TakesByRef(MemberId /*id*/, std::size_t /*index*/) { return false; }
   /// True for an adapter of somebody else's object, which can be nothing more than an Object.
   virtual bool Foreign() const { return false; }
   /// The published members; null when there are none or they are not known on this side.

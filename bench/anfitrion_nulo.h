@@ -56,7 +56,7 @@ class DatosNulos final : public pruebas::AccesoDatosSinVentanas {
     return std::make_shared<FilasNulas>(sql.find("comppart") == std::string::npos ? 1 : componentes_);
   }
   double ValorNumerico(const Value& valor) override { return ANumero(valor); }
-  std::string TraeMensaje(std::int32_t, const std::shared_ptr<Ambiente>&) override { return {}; }
+  std::string TextoDeMensaje(std::int32_t, const std::shared_ptr<Ambiente>&) override { return {}; }
   void Mensaje(const std::string&, EstiloMensaje, const std::shared_ptr<Ambiente>&) override {}
   bool Pregunta(const std::string&, std::int16_t) override { return true; }
   std::int32_t SiguienteFolio(const std::string&, const std::shared_ptr<Conexion>&, std::int32_t&,

@@ -7,7 +7,7 @@
 namespace zuvi {
 namespace {
 
-constexpr std::int32_t kFinDeOcupada = 76;
+constexpr NumeroMensaje kFinDeOcupada = 76;
 
 std::string ONada(const Value& valor) { return valor.IsNull() ? std::string() : ATexto(valor); }
 
@@ -32,14 +32,14 @@ void Produccion::ModificaOp(std::int32_t n_op) noexcept {
 }
 
 void Produccion::ConsultaOp(std::int32_t n_op) noexcept {
-  AbreOrden(n_op, {.no_existe = 72, .confirmada = 0, .ocupada_propia = 74, .ocupada_ajena = 75});
+  AbreOrden(n_op, {.no_existe = 72, .confirmada = {}, .ocupada_propia = 74, .ocupada_ajena = 75});
 }
 
 void Produccion::AbreOrden(std::int32_t n_op, const MensajesDeApertura& mensajes) noexcept {
   EnSilencio([&] {
     const Sesion sesion = AbreSesion();
     AccesoDatos& datos = modulo_.Datos();
-    const auto texto = [&](std::int32_t numero) { return datos.TraeMensaje(numero, sesion.ambiente); };
+    const auto texto = [&](NumeroMensaje numero) { return datos.TraeMensaje(numero, sesion.ambiente); };
     const auto informa = [&](const std::string& aviso) {
       datos.Mensaje(aviso, EstiloMensaje::Informacion, sesion.ambiente);
     };
@@ -52,7 +52,7 @@ void Produccion::AbreOrden(std::int32_t n_op, const MensajesDeApertura& mensajes
       datos.Mensaje(texto(mensajes.no_existe), EstiloMensaje::Error, sesion.ambiente);
       return;
     }
-    if (mensajes.confirmada == 0) {
+    if (!mensajes.confirmada) {
       ventana->PonModo(kConsulta);
     } else if (ONada(registro->Campo("Estado")) == "CO") {
       informa(texto(mensajes.confirmada));

@@ -43,6 +43,8 @@ Produccion::Sesion Produccion::AbreSesion() {
 template <class Ventana>
 void Produccion::MuestraVentana() noexcept {
   EnSilencio([&] {
+    // A window without an environment could do nothing but report that.
+    if (!servicio_) throw HostError(ErrorNumber::ObjectNotSet);
     const auto ventana = std::make_shared<Ventana>(modulo_);
     ventana->PonAmbiente(ambiente_);
     ventana->Show();

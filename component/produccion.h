@@ -59,10 +59,10 @@ class Produccion : public Object {
 
   template <class Ventana>
   void MuestraVentana() noexcept;
-  /// Numbers of the messages with which an order is refused, or told to be only shown; `confirmada` 0 shows
-  /// every order.
+  /// The messages with which an order is refused, or told to be only shown; without `confirmada` every order
+  /// is shown.
   struct MensajesDeApertura {
-    std::int32_t no_existe, confirmada, ocupada_propia, ocupada_ajena;
+    NumeroMensaje no_existe, confirmada, ocupada_propia, ocupada_ajena;
   };
   void AbreOrden(std::int32_t n_op, const MensajesDeApertura& mensajes) noexcept;
   void Entrega(std::int32_t n_op);

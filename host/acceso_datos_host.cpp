@@ -9,6 +9,7 @@
 #include "host/filtros.h"
 #include "host/folios.h"
 #include "host/mensajes.h"
+#include "host/turno_elegido.h"
 
 namespace zuvi::host {
 
@@ -20,7 +21,7 @@ const MemberTable* AccesoDatosHost::Members() const {
           .Method<&A::ValorNumerico>("ValorNumerico", {"valor"})
           .Method<&A::ValorTexto>("ValorTexto", {"valor"})
           .Method<&A::EstaVacio>("EstaVacio", {"texto"})
-          .Method<&A::TraeMensaje>("TraeMensaje", {"numero", "ambiente"}, 1)
+          .Method<&A::TextoDeMensaje>("TraeMensaje", {"numero", "ambiente"}, 1)
           .Method<&A::MensajeConEstilo>("Mensaje", {"texto", "estilo", "ambiente"}, 1)
           .Method<&A::Pregunta>("Pregunta", {"texto", "modo"}, 1)
           .Method<&A::SiguienteFolio>("SiguienteFolio", {"clave", "conexion", "documento", "constructor"}, 3)
@@ -90,8 +91,9 @@ bool AccesoDatosHost::EstaVacio(const std::string& texto) {
   return texto.find_first_not_of(" \t\r\n") == std::string::npos;
 }
 
-std::string AccesoDatosHost::TraeMensaje(std::int32_t numero, const std::shared_ptr<Ambiente>&) {
-  return TextoMensaje(numero, anfitrion_->TraeOpciones().idioma);
+std::string AccesoDatosHost::TextoDeMensaje(std::int32_t numero, const std::shared_ptr<Ambiente>&) {
+  return TextoMensaje(numero, anfitrion_->TraeOpciones().idioma,
+                      [this] { return TurnoDeQuienPregunta(anfitrion_->Ventanas()); });
 }
 
 void AccesoDatosHost::Mensaje(const std::string& texto, EstiloMensaje estilo,

@@ -17,7 +17,7 @@ class AccesoDatosHost final : public AccesoDatos {
   double ValorNumerico(const Value& valor) override;
   std::string ValorTexto(const Value& valor) override;
   bool EstaVacio(const std::string& texto) override;
-  std::string TraeMensaje(std::int32_t numero, const std::shared_ptr<Ambiente>& ambiente) override;
+  std::string TextoDeMensaje(std::int32_t numero, const std::shared_ptr<Ambiente>& ambiente) override;
   void Mensaje(const std::string& texto, EstiloMensaje estilo,
                const std::shared_ptr<Ambiente>& ambiente) override;
   bool Pregunta(const std::string& texto, std::int16_t modo) override;

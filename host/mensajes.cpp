@@ -3,11 +3,18 @@
 #include <algorithm>
 #include <array>
 
+#include "component/services/numero_mensaje.h"
+
 namespace zuvi::host {
 namespace {
 
 // 75 and 756 are followed by the name of the user who holds the order, and that by 76.
+constexpr std::string_view kTurno = "{turno}";
+
 constexpr std::array kCatalogo{
+    MensajeCatalogo{
+        1, "¿Desea eliminar el turno {turno}, con su lista de empleados y todos sus horarios?",
+        "Do you want to delete shift {turno}, with its list of members and all of its schedules?"},
     MensajeCatalogo{72, "La orden de producción que desea consultar no existe.",
                     "The production order you want to view does not exist."},
     MensajeCatalogo{74, "Usted ya tiene abierta esta orden de producción en otra ventana.",
@@ -50,14 +57,28 @@ constexpr std::array kCatalogo{
                     "An employee in the list has no name. Please correct the employee catalogue."},
 };
 
+constexpr bool Tiene(std::int32_t numero) {
+  return std::ranges::find(kCatalogo, numero, &MensajeCatalogo::numero) != kCatalogo.end();
+}
+static_assert(std::ranges::all_of(kMensajesDelModulo, Tiene), "the module asks for a message without a text");
+
 }  // namespace
 
 std::span<const MensajeCatalogo> CatalogoMensajes() { return kCatalogo; }
 
-std::string TextoMensaje(std::int32_t numero, std::string_view idioma) {
+std::string TextoMensaje(std::int32_t numero, std::string_view idioma,
+                         const std::function<std::string()>& turno) {
   const bool ingles = idioma == "en";
   const auto hallado = std::ranges::find(kCatalogo, numero, &MensajeCatalogo::numero);
-  if (hallado != kCatalogo.end()) return std::string(ingles ? hallado->en : hallado->es);
+  if (hallado != kCatalogo.end()) {
+    std::string texto(ingles ? hallado->en : hallado->es);
+    if (const auto lugar = texto.find(kTurno); lugar != std::string::npos) {
+      const std::string nombre = turno ? turno() : "";
+      texto.replace(lugar, kTurno.size(),
+                    nombre.empty() ? (ingles ? "selected" : "seleccionado") : '"' + nombre + '"');
+    }
+    return texto;
+  }
   return (ingles ? "Message " : "Mensaje ") + std::to_string(numero) +
          (ingles ? " is not in the catalogue." : " no está en el catálogo.");
 }

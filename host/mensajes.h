@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,7 +18,9 @@ struct MensajeCatalogo {
 /// The whole catalogue, in the order of its numbers.
 std::span<const MensajeCatalogo> CatalogoMensajes();
 /// Text of a message in "es" or "en" (any other language is taken as "es"). An unknown number gives a text
-/// that names it.
-std::string TextoMensaje(std::int32_t numero, std::string_view idioma);
+/// that names it. A message on a shift asks `turno` for its name; without one it speaks of the selected
+/// shift.
+std::string TextoMensaje(std::int32_t numero, std::string_view idioma,
+                         const std::function<std::string()>& turno = {});
 
 }  // namespace zuvi::host

@@ -179,7 +179,7 @@ bool frmOp::ValidaTab1() {
   bool valido = false;
   Trata("ValidaTab1", [&] {
     TextBox& almacen = (*txtFields)(campo::kAlmacen);
-    const auto rechaza = [&](std::int32_t mensaje) {
+    const auto rechaza = [&](NumeroMensaje mensaje) {
       Mensaje(mensaje);
       almacen.SetFocus();
     };

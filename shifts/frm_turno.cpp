@@ -11,7 +11,7 @@ namespace {
 /// The fields of a shift, by their index in `cmbFields`.
 struct CampoTurno {
   const char* columna;
-  std::int32_t mensaje_vacio;
+  NumeroMensaje mensaje_vacio;
 };
 constexpr std::array<CampoTurno, 6> kCampos{{{"turno", 833},
                                              {"entrada", 834},

@@ -130,10 +130,11 @@ void frmTurnos::EditaTurno(const char* modo, const std::string& turno) {
   editor->PonAmbiente(TraeAmbiente());
   editor->PonModo(modo);
   editor->PonTurno(turno);
-  editor->ShowModal(this);
-  if (Closed()) return;
-  LLenaTurnos();
-  LLenaHorarios();
+  editor->ShowModal(this, [this] {
+    if (Closed()) return;
+    LLenaTurnos();
+    LLenaHorarios();
+  });
 }
 
 void frmTurnos::cmdTurnos_Click() {
@@ -150,10 +151,10 @@ void frmTurnos::cmdModificar_Click() {
 void frmTurnos::cmdEliminar_Click() {
   Trata("cmdEliminar_Click", [&] {
     if (!(*lv)(0).SelectedItem()) return;
+    // The one that is asked for, whatever happens to the list meanwhile. Unlike for a modification, trimmed.
+    const std::string turno(Recorta(TurnoSeleccionado()));
     constexpr std::int16_t kModo = 1;
     if (!Pregunta(1, kModo)) return;
-    // Unlike for a modification, the key is trimmed.
-    const std::string turno(Recorta(TurnoSeleccionado()));
     for (const char* sql : {"DELETE FROM turnos WHERE turno = '", "DELETE FROM turnoempleado WHERE turno = '",
                             "DELETE FROM horarios WHERE turno = '"})
       Entorno()->EjecutaSQL(EntreApostrofos(sql, turno));

@@ -33,7 +33,8 @@ class frmTurnos final : public VentanaModulo {  // NOLINT: the window's publishe
   void cmdEliminar_Click();
   void Command1_Click();
   void MonthView1_DateClick();
-  /// Opens the editor and waits; `turno` is the key of the shift to modify.
+  /// Opens the editor and waits, and lists anew as soon as that is closed; `turno` is the key of the shift to
+  /// modify.
   void EditaTurno(const char* modo, const std::string& turno);
   /// Key of the selected shift, as it is stored. Only with a selection.
   std::string TurnoSeleccionado() const;

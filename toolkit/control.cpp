@@ -1,5 +1,7 @@
 #include "toolkit/control.h"
 
+#include <utility>
+
 #include "toolkit/buttons.h"
 #include "toolkit/form.h"
 
@@ -13,6 +15,16 @@ Control::~Control() = default;
 ObjectPtr Control::Container() const {
   if (auto container = container_.lock()) return container;
   return form_ ? ObjectPtr(form_->Keep()) : nullptr;
+}
+
+Control::Handling::Handling(const Control& control) : window_(control.KeepWindow()) {
+  if (!window_) return;
+  desktop_ = &control.form_->Screen();
+  before_ = std::exchange(desktop_->handling_, control.form_);
+}
+
+Control::Handling::~Handling() {
+  if (desktop_) desktop_->handling_ = before_;
 }
 
 // A window that is still being built has no owner yet, and needs none.

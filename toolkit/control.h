@@ -12,6 +12,7 @@
 
 namespace zuvi {
 
+class Desktop;
 class Form;
 
 /// A control: state, events, and the entry points through which input arrives, from a peer or from a test.
@@ -109,13 +110,26 @@ class Control : public Object {
   void Raise(const Handler& handler, Args&&... args) {
     if (!handler) return;
     const auto self = shared_from_this();
-    const auto window = KeepWindow();
+    const Handling handling(*this);
     const Handler copy = handler;  // a handler may replace itself
     copy(std::forward<Args>(args)...);
   }
 
  private:
   friend class Form;
+  /// One event on the stack: its window is kept alive, and is the one that is handling.
+  class Handling {
+   public:
+    explicit Handling(const Control& control);
+    Handling(const Handling&) = delete;
+    Handling& operator=(const Handling&) = delete;
+    ~Handling();
+
+   private:
+    const ObjectPtr window_;
+    Desktop* desktop_ = nullptr;
+    const Form* before_ = nullptr;
+  };
   ObjectPtr KeepWindow() const;
 
   Form* form_;

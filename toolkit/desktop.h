@@ -35,15 +35,23 @@ class Desktop {
   /// Date and time of this station.
   virtual Fecha Now() const = 0;
 
+  /// The window whose event is being handled, the newest one of those that are; null between events.
+  const Form* Handling() const { return handling_; }
   /// The windows that are loaded. A window is kept alive by being in this list.
   const std::vector<std::shared_ptr<Form>>& Forms() const { return forms_; }
 
+ protected:
+  /// A window was closed or hidden, maybe by one of its own handlers.
+  virtual void Gone(Form& /*form*/) {}
+
  private:
   friend class Form;
+  friend class Control;
   void Opened(std::shared_ptr<Form> form) { forms_.push_back(std::move(form)); }
   void Closed(const Form& form);
 
   std::vector<std::shared_ptr<Form>> forms_;
+  const Form* handling_ = nullptr;
 };
 
 }  // namespace zuvi

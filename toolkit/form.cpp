@@ -78,7 +78,7 @@ void Form::Show() {
   if (visible_ && !active_) FocusNext();
 }
 
-void Form::ShowModal(Form* owner) {
+void Form::ShowModal(Form* owner, std::function<void()> then) {
   const auto keep = Keep();
   const auto keep_owner = owner ? owner->Keep() : nullptr;
   waiting_ = owner && owner->Enabled() ? owner : nullptr;
@@ -93,13 +93,20 @@ void Form::ShowModal(Form* owner) {
     throw;
   }
   wait_is_over();
+  after_modal_ = std::move(then);
   if (visible_) desktop_.RunModal(*this, owner);
+  EndModal();
+}
+
+void Form::EndModal() {
+  if (const auto then = std::exchange(after_modal_, nullptr)) then();
 }
 
 void Form::Hide() {
   if (!visible_) return;
   visible_ = false;
   if (peer_) peer_->Update(Aspect::Visible);
+  desktop_.Gone(*this);
 }
 
 bool Form::Unload(UnloadMode mode) {
@@ -130,6 +137,7 @@ void Form::Dismantle() {
   for (const auto& control : controls_) control->peer_.reset();
   peer_.reset();
   desktop_.Closed(*this);
+  desktop_.Gone(*this);
 }
 
 void Form::SetCaption(std::string caption) {

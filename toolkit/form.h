@@ -38,7 +38,11 @@ class Form : public Object {
   /// window is not shown.
   void Show();
   /// The same, and returns when the window is closed or hidden. `owner`, when given, is blocked meanwhile.
-  void ShowModal(Form* owner);
+  /// `then` runs as soon as the window has gone. That is before this returns, and may be long before: other
+  /// modal windows that were opened meanwhile, from elsewhere, keep it from returning. Not when it throws.
+  void ShowModal(Form* owner, std::function<void()> then = {});
+  /// Runs what waits for the end of this modal window, once. For desktops, which know when that is.
+  void EndModal();
   /// Brings a window that is still loading onto the screen, for a load that takes long. Until it is loaded it
   /// shows what it does but takes no input, and a window that waits for it takes none either.
   void ShowWhileLoading();
@@ -142,6 +146,8 @@ class Form : public Object {
   void UnloadByName() { Unload(); }
   ObjectPtr ActiveControlObject() const;
   std::int32_t HandleNumber() const;
+  /// Whether the newest event being handled is one of this window's: it is the one that asks its host now.
+  bool Handling() const { return desktop_.Handling() == this; }
   std::optional<MemberId> Find(std::string_view name) override;
   Value Read(MemberId id, std::span<Value> args, ByRef by_ref = 0) override;
   const Member* MemberById(MemberId id) const override;
@@ -171,6 +177,7 @@ class Form : public Object {
   bool loaded_ = false, visible_ = false, closed_ = false, unloading_ = false, enabled_ = true;
   bool loading_ = false, shown_early_ = false;
   Form* waiting_ = nullptr;  // the owner of a modal window, until that is loaded
+  std::function<void()> after_modal_;
   bool key_preview_ = false, sizable_ = true;
   WindowState state_ = WindowState::Normal;
   std::int32_t design_width_ = Dip(640), design_height_ = Dip(480);
@@ -191,6 +198,7 @@ MemberTableBuilder<T>&& WithFormMembers(MemberTableBuilder<T>&& table) {
       .template Property<&T::InsideHeight>("ScaleHeight")
       .template Property<&T::ActiveControlObject>("ActiveControl")
       .template Property<&T::HandleNumber>("hWnd")
+      .template Property<&T::Handling>("Handling")
       .template Method<&T::SetFocus>("SetFocus")
       .template Method<&T::Show>("Show")
       .template Method<&T::Hide>("Hide")

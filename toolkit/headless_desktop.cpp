@@ -1,6 +1,7 @@
 #include "toolkit/headless_desktop.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/reloj.h"
 #include "toolkit/form.h"
@@ -25,7 +26,8 @@ void HeadlessDesktop::PumpEvents() {
 
 void HeadlessDesktop::RunModal(Form& form, Form* owner) {
   const auto keep = form.Keep();
-  const bool was_enabled = owner && owner->Enabled();
+  running_.push_back({&form, owner && owner->Enabled() ? owner : nullptr});
+  const Returning at_end{*this};
   if (owner) owner->SetEnabled(false);
   if (!modals_.empty()) {
     const auto visit = std::move(modals_.front());
@@ -33,7 +35,23 @@ void HeadlessDesktop::RunModal(Form& form, Form* owner) {
     visit(form);
   }
   if (form.Visible() && !form.Unload(UnloadMode::TitleBar)) form.Hide();
-  if (owner) owner->SetEnabled(was_enabled);
+}
+
+HeadlessDesktop::Returning::~Returning() {
+  GiveBack(desktop.running_.back());
+  desktop.running_.pop_back();
+}
+
+void HeadlessDesktop::GiveBack(Modal& modal) {
+  if (Form* const owner = std::exchange(modal.owner, nullptr)) owner->SetEnabled(true);
+}
+
+void HeadlessDesktop::Gone(Form& form) {
+  const auto modal = std::ranges::find(running_, &form, &Modal::form);
+  // The newest one is about to return anyway.
+  if (modal == running_.end() || modal + 1 == running_.end()) return;
+  GiveBack(*modal);
+  form.EndModal();
 }
 
 Fecha HeadlessDesktop::Now() const { return now_ ? *now_ : Fecha::DesdeCivil(Ahora()); }

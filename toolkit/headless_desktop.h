@@ -33,7 +33,23 @@ class HeadlessDesktop final : public Desktop {
   /// Lets time pass: timers of loaded windows that fall due run in their order.
   void Advance(std::int32_t milliseconds);
 
+ protected:
+  /// A modal window that others keep from returning ends all the same.
+  void Gone(Form& form) override;
+
  private:
+  struct Modal {
+    Form* form;
+    Form* owner;  // until it takes input again
+  };
+  /// The end of the newest modal window's run, whichever way that ends.
+  struct Returning {
+    ~Returning();
+    HeadlessDesktop& desktop;
+  };
+  static void GiveBack(Modal& modal);
+
+  std::vector<Modal> running_;  // the modal windows, the one opened last at the end
   std::vector<std::string> avisos_;
   std::deque<std::function<void()>> events_;
   std::deque<std::function<void(Form&)>> modals_;

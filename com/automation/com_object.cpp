@@ -215,12 +215,16 @@ Value ComObject::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
   }
   UniqueVariant result;
   Invoke(dispatch_.get(), id, kRead, out.Params(), &result.get());
-  if (by_ref)
+  if (by_ref && !(by_ref & kUnread))
     for (std::size_t i = 0; i < args.size(); ++i)
       if (out.ByReference(i)) args[i] = ValueDe(out.Storage(i), module_);
   // Most methods give nothing.
   if (V_VT(&result.get()) == VT_EMPTY) return {};
   return ValueDe(result.get(), module_);
+}
+
+bool ComObject::TakesByRef(MemberId id, std::size_t index) {
+  return Signatures().Declares(id, index) && Signatures().ArgumentForm(id, index).by_ref;
 }
 
 void ComObject::Write(MemberId id, std::span<Value> args) {

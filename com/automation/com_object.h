@@ -23,11 +23,12 @@ class ComObject final : public Object {
 
   std::optional<MemberId> Find(std::string_view name) override;
   /// Arguments go by value, those marked in `by_ref` by reference in the form the host's type information
-  /// declares, else as by-reference variants.
+  /// declares, else as by-reference variants. What comes back in them is converted unless `kUnread` is added.
   Value Read(MemberId id, std::span<Value> args, ByRef by_ref) override;
   /// The objects in between are called as they come, without an adapter of their own. When the same ones come
   /// again, their ids are known.
   Value ReadChain(std::span<const Step> steps) override;
+  bool TakesByRef(MemberId id, std::size_t index) override;
   /// Values are put; objects are set by reference, unless the host's type information knows only put.
   void Write(MemberId id, std::span<Value> args) override;
 

@@ -75,8 +75,12 @@ const std::vector<HostSignatures::Form>& HostSignatures::FormsOf(DISPID member) 
   ForEachFunction(info_.get(), member, [&, &forms = entry->second](const FUNCDESC& function) {
     if (!(function.invkind & (INVOKE_FUNC | INVOKE_PROPERTYGET))) return;
     forms.clear();
-    for (SHORT i = 0; i < function.cParams; ++i)
-      forms.push_back(FormOf(info_.get(), function.lprgelemdescParam[i].tdesc));
+    for (SHORT i = 0; i < function.cParams; ++i) {
+      // The view of a vtable counts the result and the language among the arguments.
+      const ELEMDESC& parameter = function.lprgelemdescParam[i];
+      if (parameter.paramdesc.wParamFlags & (PARAMFLAG_FRETVAL | PARAMFLAG_FLCID)) continue;
+      forms.push_back(FormOf(info_.get(), parameter.tdesc));
+    }
   });
   return entry->second;
 }
@@ -85,6 +89,10 @@ HostSignatures::Form HostSignatures::ArgumentForm(DISPID member, std::size_t ind
   if (!info_) return {};
   const auto& forms = FormsOf(member);
   return index < forms.size() ? forms[index] : Form{};
+}
+
+bool HostSignatures::Declares(DISPID member, std::size_t index) {
+  return info_ && index < FormsOf(member).size();
 }
 
 bool HostSignatures::PutOnly(DISPID member) const {

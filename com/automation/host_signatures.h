@@ -22,6 +22,8 @@ class HostSignatures {
 
   /// Form of argument `index` of a method; a by-reference variant where nothing is declared.
   Form ArgumentForm(DISPID member, std::size_t index);
+  /// Whether the member is known to have an argument `index`, apart from its result.
+  bool Declares(DISPID member, std::size_t index);
   /// True when the property is known to be put only, never set by reference.
   bool PutOnly(DISPID member) const;
 

@@ -6,6 +6,7 @@
 
 #include "component/services/ambiente.h"
 #include "component/services/constructor_sql.h"
+#include "component/services/numero_mensaje.h"
 
 namespace zuvi {
 
@@ -27,8 +28,12 @@ class AccesoDatos : public Object {
   /// True when the text is blank.
   virtual bool EstaVacio(const std::string& texto) = 0;
 
-  /// Text of a message number in the host's catalogue.
-  virtual std::string TraeMensaje(std::int32_t numero, const std::shared_ptr<Ambiente>& ambiente) = 0;
+  /// Text of a message in the host's catalogue.
+  std::string TraeMensaje(NumeroMensaje numero, const std::shared_ptr<Ambiente>& ambiente) {
+    return TextoDeMensaje(numero.Valor(), ambiente);
+  }
+  /// The same for any number: what the host answers to "TraeMensaje".
+  virtual std::string TextoDeMensaje(std::int32_t numero, const std::shared_ptr<Ambiente>& ambiente) = 0;
   /// Shows a text with an OK button and waits.
   virtual void Mensaje(const std::string& texto, EstiloMensaje estilo,
                        const std::shared_ptr<Ambiente>& ambiente) = 0;

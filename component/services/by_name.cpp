@@ -85,7 +85,14 @@ class AmbienteByName final : public ByName<Ambiente> {
   }
   std::string UsuarioActual() override { return ATexto(late_.Call("UsuarioActual")); }
   std::string RutaAplicacion() override { return ATexto(late_.Call("RutaAplicacion")); }
-  void EjecutaSQL(const std::string& sql) override { late_.Call("EjecutaSQL", sql); }
+  void EjecutaSQL(const std::string& sql) override {
+    if (!late_.TakesByRef("EjecutaSQL", 1)) {
+      late_.Call("EjecutaSQL", sql);
+      return;
+    }
+    std::array<Value, 2> args{sql, Value()};
+    late_.CallByRef("EjecutaSQL", args, ByRef{1} << 1 | kUnread);
+  }
   std::int32_t DatoFechaA() override { return AEntero32(late_.Call("DatoFechaA")); }
   std::int32_t DatoFechaB() override { return AEntero32(late_.Call("DatoFechaB")); }
   Value DatoDocumento() override { return late_.Call("DatoDocumento"); }
@@ -108,7 +115,7 @@ class AccesoDatosByName final : public ByName<AccesoDatos> {
   double ValorNumerico(const Value& valor) override { return ANumero(late_.Call("ValorNumerico", valor)); }
   std::string ValorTexto(const Value& valor) override { return ATexto(late_.Call("ValorTexto", valor)); }
   bool EstaVacio(const std::string& texto) override { return ABooleano(late_.Call("EstaVacio", texto)); }
-  std::string TraeMensaje(std::int32_t numero, const std::shared_ptr<Ambiente>& ambiente) override {
+  std::string TextoDeMensaje(std::int32_t numero, const std::shared_ptr<Ambiente>& ambiente) override {
     return ATexto(late_.Call("TraeMensaje", numero, Arg(ambiente)));
   }
   void Mensaje(const std::string& texto, EstiloMensaje estilo,
@@ -206,10 +213,9 @@ class DocumentoInventarioByName final : public ByName<DocumentoInventario> {
   void PonCantidad(double cantidad) override { late_.Call("PonCantidad", cantidad); }
   void PonCosto(double costo) override { late_.Call("PonCosto", costo); }
   double AplicaMovimiento(std::int32_t& numero) override {
+    // What a host leaves in the number is its own affair: one that numbers its movements "M-12" may.
     std::array<Value, 1> args{numero};
-    const Value importe = late_.CallByRef("AplicaMovimiento", args, kAllByRef);
-    numero = AEntero32(args[0]);
-    return ANumero(importe);
+    return ANumero(late_.CallByRef("AplicaMovimiento", args, kAllByRef | kUnread));
   }
 };
 

@@ -30,6 +30,11 @@ class Late {
   /// Calls with the arguments marked in `by_ref` by reference; they are changed in place.
   Value CallByRef(const char* name, std::span<Value> args, ByRef by_ref);
   void Put(const char* name, Value value);
+  /// Whether the target is known to declare argument `index` of a method, and by reference.
+  bool TakesByRef(const char* name, std::size_t index) {
+    const MemberId id = Resolve(name);
+    return target_->TakesByRef(id, index);
+  }
   Value ReadChain(std::span<const Step> steps) {
     if (!target_) throw HostError(ErrorNumber::ObjectNotSet);
     return target_->ReadChain(steps);

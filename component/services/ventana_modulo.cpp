@@ -31,12 +31,12 @@ std::shared_ptr<Recordset> VentanaModulo::Consulta(const std::string& sql) const
   return Datos().Consulta(sql, TraeConexion());
 }
 
-void VentanaModulo::Mensaje(std::int32_t numero) const {
+void VentanaModulo::Mensaje(NumeroMensaje numero) const {
   AccesoDatos& datos = Datos();
   datos.Mensaje(datos.TraeMensaje(numero, Entorno()), EstiloMensaje::Informacion, Entorno());
 }
 
-bool VentanaModulo::Pregunta(std::int32_t numero, std::int16_t modo) const {
+bool VentanaModulo::Pregunta(NumeroMensaje numero, std::int16_t modo) const {
   AccesoDatos& datos = Datos();
   return datos.Pregunta(datos.TraeMensaje(numero, Entorno()), modo);
 }

@@ -44,9 +44,9 @@ class VentanaModulo : public Form {
   /// A SELECT on the environment's connection.
   std::shared_ptr<Recordset> Consulta(const std::string& sql) const;
   /// Shows a message of the host's catalogue as information.
-  void Mensaje(std::int32_t numero) const;
+  void Mensaje(NumeroMensaje numero) const;
   /// Asks a question of the host's catalogue; `modo` is 2 for orders, 1 for shifts.
-  bool Pregunta(std::int32_t numero, std::int16_t modo) const;
+  bool Pregunta(NumeroMensaje numero, std::int16_t modo) const;
   /// Starts a host process on behalf of this window; the flag of the answer is still set when the host did
   /// not let the window's own action go ahead.
   PeticionProceso IniciaProceso(const char* clave);

@@ -111,8 +111,11 @@ void frmMaster::Libera() {
 
 void frmMaster::Kits() {
   Late& componente = Componente();
-  std::make_shared<frmKit>(LaEscena(), componente)->ShowModal(this);
-  if (!Closed()) Lee();
+  std::make_shared<frmKit>(LaEscena(), componente)->ShowModal(this, [this] {
+    Trata([this] {
+      if (!Closed()) Lee();
+    });
+  });
 }
 
 void frmMaster::Refresca() { Lee(); }

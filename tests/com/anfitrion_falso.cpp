@@ -50,10 +50,13 @@ class Falso final : public IDispatchEx {
   Falso(Tienda& tienda, Estilo estilo, Respuestas responde, const IID* tipo)
       : tienda_(tienda), estilo_(estilo), responde_(std::move(responde)) {
     ++vivos;
-    ComPtr<ITypeLib> library;
-    if (estilo == Estilo::ConTipos && tipo &&
-        SUCCEEDED(::LoadTypeLibEx(L"" ZUVI_TLB_QUERY, REGKIND_NONE, library.put())))
-      library->GetTypeInfoOfGuid(*tipo, info_.put());
+    if (estilo != Estilo::ConTipos || !tipo) return;
+    for (const wchar_t* file : {L"" ZUVI_TLB_QUERY, L"" ZUVI_TLB_FOLDER "ZuviEnviroment.tlb"}) {
+      ComPtr<ITypeLib> library;
+      if (SUCCEEDED(::LoadTypeLibEx(file, REGKIND_NONE, library.put())) &&
+          SUCCEEDED(library->GetTypeInfoOfGuid(*tipo, info_.put())))
+        return;
+    }
   }
 
   STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
@@ -180,13 +183,23 @@ ComPtr<IDispatch> Tienda::Ambiente() {
                                               {"DatoFechaB", 8},
                                               {"DatoDocumento", "D"},
                                               {"ContenedorRutas", ObjectPtr()}};
-  return Publish(AObjeto(Objeto([this, datos](const std::string& nombre, Llamada& c) {
-                   if (nombre == "EjecutaSQL") hechos.push_back(c.Texto(0));
-                   if (nombre == "ParametrosEstacion") return Filas({{"almacen", 1, "lector", Null{}}});
-                   const auto dato = datos.find(nombre);
-                   return dato == datos.end() ? Value() : dato->second;
-                 })),
+  return Publish(AObjeto(Objeto(
+                     [this, datos](const std::string& nombre, Llamada& c) {
+                       if (nombre == "EjecutaSQL") Ejecuta(c);
+                       if (nombre == "ParametrosEstacion") return Filas({{"almacen", 1, "lector", Null{}}});
+                       const auto dato = datos.find(nombre);
+                       return dato == datos.end() ? Value() : dato->second;
+                     },
+                     &__uuidof(::Ambiente))),
                  modulo_);
+}
+
+void Tienda::Ejecuta(Llamada& c) {
+  hechos.push_back(c.Texto(0));
+  tipos.clear();
+  for (std::size_t i = 0; i < c.Cuantos(); ++i) tipos.push_back(V_VT(&c.Crudo(i)));
+  // What it leaves for an answer nobody can convert.
+  if (tipos.size() > 1) V_VT(V_VARIANTREF(&c.Crudo(1))) = VT_ERROR;
 }
 
 Value Tienda::Filas(std::vector<Renglon> filas) {
@@ -295,6 +308,8 @@ Value Tienda::Documento(const std::string& nombre, Llamada& c) {
   }
   hechos.push_back(d["PonTipo"] + " " + d["PonConcepto"] + " " + d["PonAlmacen"] + " " + d["PonArticulo"] +
                    " " + d["PonCantidad"] + " " + d["PonCosto"]);
+  // Where there is room for it, its numbers have a letter.
+  if (V_VT(&c.Crudo(0)) == (VT_BYREF | VT_VARIANT)) c.Deja(0, "M-12");
   return NumeroDeTexto(d["PonCantidad"]) * NumeroDeTexto(d["PonCosto"]);
 }
 

@@ -85,9 +85,9 @@ class Tienda {
   int llamadas = 0;
   /// No run needs more; past it every call fails, so that a lying host cannot keep the module busy for ever.
   int limite = 3000;
-  std::vector<std::string> hechos;         // statements and movements
-  std::vector<VARTYPE> tipos;              // of the arguments of IniciaProceso
-  IUnknown* de_parte_de = nullptr;         // its second argument, not held
+  std::vector<std::string> hechos;  // statements and movements
+  std::vector<VARTYPE> tipos;       // of the arguments of IniciaProceso or EjecutaSQL, whichever was last
+  IUnknown* de_parte_de = nullptr;  // its second argument, not held
   std::function<void()> durante_consulta;  // what the host does while the module waits
   /// What it does with a window it is handed: "PreparaVentana", "LiberaVentana", or the key of a process.
   std::function<void(const std::string& momento, const ComPtr<IDispatch>& ventana)> con_ventana;
@@ -102,6 +102,7 @@ class Tienda {
   Value AccesoDatos(const std::string& nombre, Llamada& llamada);
   Value Procesos(const std::string& nombre, Llamada& llamada);
   Value Documento(const std::string& nombre, Llamada& llamada);
+  void Ejecuta(Llamada& llamada);
   void Recibe(const std::string& momento, const Value& ventana);
 
   ComModule modulo_{"prueba", nullptr, 0};

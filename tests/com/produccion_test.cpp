@@ -154,6 +154,17 @@ TEST_F(Produccion, LosArgumentosPorReferenciaVanEnLaFormaQueElAnfitrionDeclara) 
     EXPECT_EQ(tienda->hechos.back(), "CierraProceso 0");
   }
   EXPECT_EQ(tienda->tipos, std::vector<VARTYPE>(11, ref(VT_VARIANT)));
+  // The answer of a statement, which nobody reads, is asked for only where it is declared.
+  for (const Estilo estilo : {Estilo::ConTipos, Estilo::Simple}) {
+    Abre(estilo);
+    LONG op = 12;
+    VARIANT_BOOL cancelada = VARIANT_FALSE;
+    EXPECT_EQ(produccion->CancelaOp(&op, &cancelada), S_OK);
+    EXPECT_EQ(cancelada, VARIANT_TRUE);
+    EXPECT_EQ(tienda->hechos.back(), "DELETE FROM oppart WHERE op = 12");
+    EXPECT_EQ(tienda->tipos, estilo == Estilo::Simple ? std::vector<VARTYPE>{VT_BSTR}
+                                                      : std::vector<VARTYPE>{VT_BSTR, ref(VT_VARIANT)});
+  }
 }
 
 TEST_F(Produccion, UnFinEnSilencioNoDejaErrorPegado) {
@@ -310,6 +321,8 @@ TEST_F(Produccion, SinAmbienteInformaOCalla) {
   EXPECT_EQ(produccion->CancelaOp(&op, &cancelada), S_OK);
   EXPECT_EQ(cancelada, VARIANT_FALSE);
   EXPECT_EQ(produccion->EntregaProductoTerminado(&op), S_OK);
+  EXPECT_EQ(produccion->MuestraTurnos(), S_OK);
+  EXPECT_EQ(produccion->MuestraCapturaDeFracciones(), S_OK);
   EXPECT_EQ(Ensambla(L"K", 1, 1, &op), S_OK);
   EXPECT_EQ(cajas.Toma(),
             std::vector<std::string>{Informe("Ensamble", "Object variable or With block variable not set")});

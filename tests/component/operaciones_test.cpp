@@ -303,6 +303,9 @@ TEST_P(Operaciones, UnaEntregaQueFallaCallaYNoMarca) {
   t.prod->PonAmbiente(nullptr);
   t.mundo.bitacora.clear();
   t.prod->EntregaProductoTerminado(7);
+  t.prod->MuestraTurnos();
+  t.prod->MuestraCapturaDeFracciones();
+  EXPECT_THAT(t.escritorio.Forms(), IsEmpty());
   EXPECT_THAT(t.mundo.bitacora, IsEmpty());
   EXPECT_THAT(Avisos(), IsEmpty());
 }

@@ -109,6 +109,23 @@ TEST_P(Turnos, ListaLosTurnosYElHorarioDelSeleccionado) {
   EXPECT_EQ(horarios.Items().Count(), 2);
 }
 
+TEST_P(Turnos, LaPreguntaDeEliminarNombraElTurnoDeLaVentanaQuePregunta) {
+  const auto una = Abre(), otra = Abre();
+  Lista(*una, 0).UserSelected(1);
+  Lista(*otra, 0).UserSelected(2);
+  // The other one's question comes up while the first is still filling its list again.
+  t.escritorio.Post([&] { Control<Button>(*otra, "cmdEliminar").Click(); });
+  Control<Button>(*una, "cmdEliminar").Click();
+  const auto pregunta = [](const std::string& turno) {
+    return TextoMensaje(1, "es", [&] { return turno; }) + " -> si";
+  };
+  EXPECT_THAT(mensajes, ElementsAre(pregunta("Matutino"), pregunta("Reparto")));
+  EXPECT_THAT(pregunta("Matutino"), HasSubstr("el turno \"Matutino\""));
+  EXPECT_EQ(Cuenta("turnos"), 1);
+  // Asked for by nobody's window it names none.
+  EXPECT_THAT(t.Nuevo<AccesoDatos>()->TraeMensaje(1, nullptr), HasSubstr("el turno seleccionado"));
+}
+
 TEST_P(Turnos, GeneraHorariosParaDiaSemanaYMes) {
   const auto ventana = Abre();
   auto& generar = Control<Button>(*ventana, "Command1");
@@ -154,6 +171,33 @@ TEST_P(Turnos, DosVentanasSonIndependientesYSeCierranEnPlenoLlenado) {
   Control<Button>(*otra, "cmdTurnos").Click();
   EXPECT_EQ(Lista(*otra, 0).Items().Count(), 1);
   EXPECT_THAT(t.escritorio.Avisos(), IsEmpty());
+}
+
+TEST_P(Turnos, UnaListaSeRellenaAlCerrarseSuPropioEditor) {
+  const auto una = Abre(), otra = Abre();
+  const auto agrega = [&](const char* turno) { InsertaFilas(t.Base(), "turnos", "(turno)", {{turno}}); };
+  Form* primero = nullptr;
+  t.escritorio.OnModal([&](Form& editor) {
+    primero = &editor;
+    Control<Button>(*otra, "cmdTurnos").Click();
+    // The other window's editor, opened later, kept this one from returning.
+    EXPECT_EQ(Lista(*una, 0).Items().Count(), 4);
+  });
+  t.escritorio.OnModal([&](Form& segundo) {
+    agrega("Noche");
+    Control<Button>(*primero, "cmdButton", kCancelar).Click();
+    EXPECT_EQ(Lista(*una, 0).Items().Count(), 4);
+    EXPECT_TRUE(una->Enabled() && !otra->Enabled());
+    EXPECT_EQ(Lista(*otra, 0).Items().Count(), 3);
+    agrega("Tarde");
+    sentencias.clear();
+    EXPECT_TRUE(segundo.Visible());
+  });
+  Control<Button>(*una, "cmdTurnos").Click();
+  EXPECT_EQ(Lista(*otra, 0).Items().Count(), 5);
+  // Each list was read once for its editor, with the one count before.
+  EXPECT_EQ(sentencias.size(), 2u);
+  EXPECT_TRUE(una->Enabled() && otra->Enabled());
 }
 
 TEST_P(Turnos, ElAltaPideCadaCampoYUnaClaveNueva) {

@@ -126,7 +126,7 @@ class AccesoDatosMemoria final : public EnMemoria<AccesoDatos> {
     mundo_.LlamaCallada();
     return Recorta(texto).empty();
   }
-  std::string TraeMensaje(std::int32_t numero, const AmbientePtr& ambiente) override {
+  std::string TextoDeMensaje(std::int32_t numero, const AmbientePtr& ambiente) override {
     mundo_.Llama("TraeMensaje", numero, ambiente);
     return "mensaje " + Decimal(numero);
   }
@@ -203,7 +203,7 @@ class AccesoDatosMemoria final : public EnMemoria<AccesoDatos> {
         MemberTable::Of<Yo>()
             .Method<&Yo::ConsultaConBandera>("Consulta", {"sql", "conexion", "bandera"})
             .Method<&Yo::ValorNumerico>("ValorNumerico", {"valor"})
-            .Method<&Yo::TraeMensaje>("TraeMensaje", {"numero", "ambiente"})
+            .Method<&Yo::TextoDeMensaje>("TraeMensaje", {"numero", "ambiente"})
             .Method<&Yo::Pregunta>("Pregunta", {"texto", "modo"})
             .Method<&Yo::ValorTexto>("ValorTexto", {"valor"})
             .Method<&Yo::EstaVacio>("EstaVacio", {"texto"})
@@ -330,6 +330,13 @@ class DocumentoEnMemoria final : public EnMemoria<DocumentoInventario> {
     numero = 99;
     return cantidad_ * costo_;
   }
+  /// Called by name it numbers its movements in its own way.
+  double AplicaConSerie(Value& numero) {
+    std::int32_t n = AEntero32(numero);
+    const double importe = AplicaMovimiento(n);
+    numero = "M-" + Decimal(n);
+    return importe;
+  }
   const MemberTable* Members() const override {
     using Yo = DocumentoEnMemoria;
     static const MemberTable tabla = MemberTable::Of<Yo>()
@@ -346,7 +353,7 @@ class DocumentoEnMemoria final : public EnMemoria<DocumentoInventario> {
                                          .Method<&Yo::PonArticulo>("PonArticulo", {"articulo"})
                                          .Method<&Yo::PonCantidad>("PonCantidad", {"cantidad"})
                                          .Method<&Yo::PonCosto>("PonCosto", {"costo"})
-                                         .Method<&Yo::AplicaMovimiento>("AplicaMovimiento", {"numero"});
+                                         .Method<&Yo::AplicaConSerie>("AplicaMovimiento", {"numero"});
     return &tabla;
   }
 

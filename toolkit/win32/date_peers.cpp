@@ -1,4 +1,6 @@
 // Date field and month calendar.
+#include <utility>
+
 #include "toolkit/win32/peers.h"
 
 namespace zuvi::native {
@@ -92,9 +94,11 @@ class MonthPeer final : public NativeControl {
     NativeControl::Update(aspect);
   }
   LRESULT OnNotify(const NMHDR& notification) override {
-    if (notification.code == static_cast<UINT>(MCN_SELECT) && !Updating()) {
-      const auto& change = reinterpret_cast<const NMSELCHANGE&>(notification);
-      month_.UserClicked(DayOf(change.stSelStart));
+    if (Updating()) return 0;
+    if (notification.code == static_cast<UINT>(MCN_SELCHANGE)) Follow();
+    if (notification.code == static_cast<UINT>(MCN_SELECT)) {
+      moved_ = false;
+      month_.UserClicked(Marked());
     }
     return 0;
   }
@@ -108,15 +112,53 @@ class MonthPeer final : public NativeControl {
     else
       NativeControl::OwnKey(message, shift);
   }
+  std::optional<LRESULT> OnMessage(const Message& message) override {
+    if (message.id == WM_LBUTTONDOWN) pressed_ = true;
+    if (message.id == WM_LBUTTONUP) {
+      const Life alive = Alive();
+      const LRESULT result = Native(message);
+      if (!alive) return result;
+      pressed_ = false;
+      PickLater();
+      return result;
+    }
+    // Let go of somewhere else.
+    if (message.id == WM_MOUSEMOVE && !(message.w & MK_LBUTTON)) PickLater();
+    if (message.id != kMoved) return NativeControl::OnMessage(message);
+    if (pressed_ && ::GetKeyState(VK_LBUTTON) < 0) return 0;
+    if (std::exchange(moved_, false)) month_.UserClicked(month_.Value());
+    return 0;
+  }
 
  private:
+  static constexpr UINT kMoved = WM_APP + 1;
+
+  /// The mark moves without a day being clicked where the user turns to another month. The value goes along
+  /// at once; that a day was picked is told when the control has finished and the button is up.
+  void Follow() {
+    const Fecha day = Marked();
+    if (day == month_.Value().SoloDia()) return;
+    month_.SetValue(day);
+    moved_ = true;
+    PickLater();
+  }
+  void PickLater() {
+    if (moved_) ::PostMessageW(Window(), kMoved, 0, 0);
+  }
+  Fecha Marked() {
+    SYSTEMTIME time{};
+    return SendPtr(MCM_GETCURSEL, 0, &time) ? DayOf(time) : month_.Value().SoloDia();
+  }
   void ShowValue() {
+    if (Marked() == month_.Value().SoloDia()) return;
     const Echo echo(*this);
     SYSTEMTIME time = SystemTime(month_.Value());
     SendPtr(MCM_SETCURSEL, 0, &time);
   }
 
   MonthView& month_;
+  bool moved_ = false;    // and nobody was told of it
+  bool pressed_ = false;  // the button went down here, and has not come up
 };
 
 }  // namespace

@@ -31,6 +31,15 @@ void WindowLife::Close() {
     ::DestroyWindow(window);
 }
 
+void WindowLife::TellOpener() {
+  if (!ended || procedures > 0) return;
+  ended = false;
+  const auto told = opener.lock();
+  if (!told || !told->window) return;
+  told->ended_over.push_back(shared_from_this());
+  ::PostMessageW(told->window, kModalEnded, 0, 0);
+}
+
 Entry::Entry(WindowLife& life) : life_(life.shared_from_this()) {
   if (life_->peer) form_ = life_->peer->Model().Keep();
   ++life_->procedures;
@@ -39,6 +48,7 @@ Entry::Entry(WindowLife& life) : life_(life.shared_from_this()) {
 Entry::~Entry() {
   if (--life_->procedures == 0 && !life_->peer && life_->window && !life_->going)
     ::DestroyWindow(life_->window);
+  life_->TellOpener();
 }
 
 ModalBlock::ModalBlock(std::shared_ptr<Form> owner, HWND foreign)
@@ -68,6 +78,8 @@ NativeForm::~NativeForm() {
   // First the owner, so that it is the one to be activated.
   if (modal_) modal_->Release();
   life_->Close();
+  if (modal) life_->ended = true;
+  life_->TellOpener();
   // A modal loop that waits for a message looks again.
   if (modal) ::PostMessageW(nullptr, WM_NULL, 0, 0);
 }
@@ -174,6 +186,7 @@ void NativeForm::Hide() {
   if (const auto block = std::exchange(modal_, nullptr)) block->Release();
   ::ShowWindow(Window(), SW_HIDE);
   if (modal) ::PostMessageW(nullptr, WM_NULL, 0, 0);
+  if (modal) life_->ended = true;
 }
 
 void NativeForm::Update(Aspect aspect) {
@@ -335,9 +348,23 @@ void NativeForm::Dismiss() {
   if (DropDown* const list = std::exchange(dropped_, nullptr)) list->Dismiss();
 }
 
-void NativeForm::SetModal(std::shared_ptr<ModalBlock> block, HWND owner) {
+void NativeForm::SetModal(std::shared_ptr<ModalBlock> block, HWND owner, Form* opener) {
   modal_ = std::move(block);
+  life_->modal = form_.Keep();
+  if (opener && opener->NativeSide()) life_->opener = static_cast<NativeForm*>(opener->NativeSide())->Life();
   ::SetWindowLongPtrW(Window(), GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(owner));
+}
+
+void NativeForm::OnModalEnded() {
+  const auto life = life_;
+  for (const auto& over : std::exchange(life->ended_over, {})) {
+    const auto form = over->modal.lock();
+    // Mostly whoever opened it has gone on by now.
+    if (!form) continue;
+    over->modal.reset();
+    if (life->peer && ::IsWindowVisible(Window()) && ::IsWindowEnabled(Window())) ::SetActiveWindow(Window());
+    form->EndModal();
+  }
 }
 
 LRESULT CALLBACK NativeForm::Procedure(HWND window, UINT id, WPARAM w, LPARAM l) {
@@ -453,6 +480,9 @@ std::optional<LRESULT> NativeForm::Handle(const Message& m) {
       return 0;
     case WM_PAINT:
       OnPaint(m.window);
+      return 0;
+    case kModalEnded:
+      OnModalEnded();
       return 0;
     case WM_CLOSE:
       form_.Unload(UnloadMode::TitleBar);

@@ -71,8 +71,8 @@ class NativeForm final : public Peer {
   DropDown* Dropped() const { return dropped_; }
   void SetDropped(DropDown* list) { dropped_ = list; }
   void Dismiss();
-  /// `block` is released as soon as the window goes.
-  void SetModal(std::shared_ptr<ModalBlock> block, HWND owner);
+  /// `block` is released as soon as the window goes; `opener`, if it is one of ours, is told then.
+  void SetModal(std::shared_ptr<ModalBlock> block, HWND owner, Form* opener);
 
   static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM w, LPARAM l);
 
@@ -84,6 +84,7 @@ class NativeForm final : public Peer {
   void GiveFocus();
   void OnSize(WPARAM kind, int width, int height);
   void OnPaint(HWND window);
+  void OnModalEnded();
   void OnNewScale(UINT dpi, const RECT& place);
   void Rescale();
   void SmallestSize(MINMAXINFO& info) const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/error.h"
+#include "toolkit/win32/system_library.h"
 
 namespace zuvi::native {
 namespace {
@@ -110,7 +111,7 @@ HWND NativeModule::Create(const WindowPlan& plan) {
 const wchar_t* NativeModule::RichTextClass() {
   if (!rich_text_tried_) {
     rich_text_tried_ = true;
-    rich_text_ = ::LoadLibraryW(L"msftedit.dll");
+    rich_text_ = LoadSystemLibrary(L"msftedit.dll");
   }
   return rich_text_ ? L"RICHEDIT50W" : L"EDIT";
 }

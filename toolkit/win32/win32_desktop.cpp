@@ -105,7 +105,8 @@ void Win32Desktop::RunModal(Form& form, Form* owner) {
   }
   const auto block =
       std::make_shared<native::ModalBlock>(owner ? owner->Keep() : nullptr, owner ? nullptr : behind);
-  window->SetModal(block, behind);
+  window->SetModal(block, behind, owner);
+  const auto life = window->Life();
 
   std::optional<int> quit;
   while (form.Visible()) {
@@ -119,9 +120,12 @@ void Win32Desktop::RunModal(Form& form, Form* owner) {
     ::DispatchMessageW(&message);
   }
   block->Release();
+  const bool newest = life->modal.lock() != nullptr;
+  life->modal.reset();
   if (!quit) {
-    // Whoever was given the keyboard while it closed: one goes on where it was opened from.
-    if (behind && ::IsWindowVisible(behind) && ::IsWindowEnabled(behind)) ::SetActiveWindow(behind);
+    // Whoever was given the keyboard while it closed: one goes on where it was opened from. Where a later
+    // window held this up, that has happened already.
+    if (newest && behind && ::IsWindowVisible(behind) && ::IsWindowEnabled(behind)) ::SetActiveWindow(behind);
     return;
   }
   // The program ends: so do its windows, and the loop outside is to know.
