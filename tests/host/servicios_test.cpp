@@ -289,6 +289,7 @@ TEST_P(Servicios, ConversionesClavesYFolios) {
   EXPECT_THROW(datos->ComponeFecha(20230229, 0), HostError);
   EXPECT_TRUE(datos->ExisteClave("MOÑO", "prods", "articulo", conexion));
   EXPECT_FALSE(datos->ExisteClave("x' OR '1'='1", "prods", "articulo", conexion));
+  EXPECT_EQ(datos->TraeMensaje(235, nullptr), "El artículo \"x' OR '1'='1\" no existe en el catálogo.");
   EXPECT_TRUE(datos->ExisteClave("1", "almacen", "almacen", nullptr));
   EXPECT_TRUE(datos->UbicacionRestringida("JAMON-SER", 2, conexion));
   EXPECT_FALSE(datos->UbicacionRestringida("JAMON-SER", 1, conexion));

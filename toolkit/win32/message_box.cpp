@@ -135,6 +135,7 @@ int MessageBoxes::Show(const std::wstring& text, const wchar_t* title, UINT styl
   int answer = 0;
   {
     Guard guard;
+    ::MessageBeep(style & MB_ICONMASK);
     answer = ::MessageBoxW(owner, text.c_str(), title, style);
     try {
       entries = guard.Take();
