@@ -13,9 +13,9 @@ free_port() {
 
 mariadb_root() { mariadb --no-defaults --socket="$ZUVI_MARIADB_DIR/my.sock" -u root --batch --skip-column-names "$@"; }
 
-mariadb_try_start() {
+mariadb_try_start() { # [port]
   local tries user_option=()
-  ZUVI_MARIADB_PORT=$(free_port)
+  ZUVI_MARIADB_PORT=${1:-$(free_port)}
   [ "$(id -u)" -eq 0 ] && user_option=(--user="$ZUVI_MARIADB_ACCOUNT")
   mariadbd --no-defaults "${user_option[@]}" --datadir="$ZUVI_MARIADB_DIR/data" \
     --socket="$ZUVI_MARIADB_DIR/my.sock" --pid-file="$ZUVI_MARIADB_DIR/pid" \
@@ -76,6 +76,15 @@ mariadb_stop() {
   wait "$ZUVI_MARIADB_PID" 2>/dev/null || true
   ZUVI_MARIADB_PID=
 }
+
+# What happens to servers: it dies without a word, freezes, goes on, comes back where it was.
+mariadb_die() {
+  kill -9 "$ZUVI_MARIADB_PID"
+  wait "$ZUVI_MARIADB_PID" 2>/dev/null
+}
+mariadb_freeze() { kill -STOP "$ZUVI_MARIADB_PID"; }
+mariadb_thaw() { kill -CONT "$ZUVI_MARIADB_PID"; }
+mariadb_come_back() { mariadb_try_start "$ZUVI_MARIADB_PORT"; }
 
 # Makes an empty database and prints the connection string to it.
 mariadb_database() { # name
