@@ -93,4 +93,21 @@ bool VentanasInteraccion::Cancelado() {
   return cancelado_;
 }
 
+bool VentanasInteraccion::AtiendeVentanas() {
+  constexpr ULONGLONG kMilisegundos = 100;  // timers could keep the queue from ever being empty
+  const ULONGLONG inicio = GetTickCount64();
+  MSG mensaje;
+  while (PeekMessageW(&mensaje, nullptr, 0, 0, PM_REMOVE)) {
+    if (mensaje.message == WM_QUIT) {
+      // The loop that runs the program is to see it.
+      PostQuitMessage(static_cast<int>(mensaje.wParam));
+      return false;
+    }
+    TranslateMessage(&mensaje);
+    DispatchMessageW(&mensaje);
+    if (GetTickCount64() - inicio > kMilisegundos) break;
+  }
+  return true;
+}
+
 }  // namespace zuvi::host
