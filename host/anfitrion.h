@@ -83,6 +83,10 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   std::unique_ptr<Progreso> AbreProgreso(std::int32_t total, const std::string& titulo,
                                          const std::string& animacion);
 
+  /// A process of the host's own that lets windows answer begins: false when it is running already.
+  bool Empieza(const std::string& clave) { return en_curso_.insert(clave).second; }
+  void Termina(const std::string& clave) { en_curso_.erase(clave); }
+
   /// Attaches a hook to a process key; it runs when the module starts that process and may veto or replace.
   /// Keys without a hook let the module's own action go ahead.
   void PonGancho(const std::string& clave, Gancho gancho) { ganchos_[clave] = std::move(gancho); }
@@ -117,7 +121,7 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   std::shared_ptr<BaseDatos> base_;
   bool recien_creada_ = false;
   std::map<std::string, Gancho> ganchos_;
-  std::set<std::string> vetadas_;
+  std::set<std::string> vetadas_, en_curso_;
   ObjectPtr ventana_principal_;
   std::vector<ObjectPtr> ventanas_;
   std::deque<std::string> registro_;

@@ -42,6 +42,7 @@ class Transaccion {
   Transaccion& operator=(const Transaccion&) = delete;
   ~Transaccion();
   void Confirma();
+  BaseDatos& Base() const { return base_; }
 
  private:
   BaseDatos& base_;

@@ -5,6 +5,8 @@
 #include <chrono>
 
 #include "host/folios.h"
+#include "host/reintento.h"
+#include "host/turno_elegido.h"
 
 namespace zuvi::host {
 namespace {
@@ -42,6 +44,78 @@ Value Lee(const ObjectPtr& objeto, std::initializer_list<const char*> camino) {
   return valor;
 }
 
+/// Which members of which shifts; the same part of every statement.
+struct Alcance {
+  std::string miembros, del_turno;
+};
+
+Alcance AlcanceDe(BaseDatos& base, const std::string& turno) {
+  return {
+      " FROM turnos INNER JOIN (SELECT DISTINCT turno, empleado FROM turnoempleado WHERE empleado IS NOT "
+      "NULL) miembros ON miembros.turno = turnos.turno",
+      turno.empty() ? "" : " AND turnos.turno = " + Literal(base.TraeMotor(), turno)};
+}
+
+/// Adds what one day lacks; returns how many rows.
+std::int64_t GeneraDia(BaseDatos& base, const Alcance& alcance, std::int32_t cuantos, const Fecha& fecha) {
+  const std::string dia = LiteralFecha(base.TraeMotor(), fecha);
+  return ConReintento([&]() -> std::int64_t {
+    Transaccion transaccion(base);
+    // Numbers come first: two stations generate one after the other.
+    const std::int32_t anterior = TomaFoliosEn(transaccion, "horarios", cuantos) - cuantos;
+    // Those who have their row are looked up as one set, which an engine reads once; a join it may read once
+    // for each member.
+    const std::int64_t nuevos = base.Ejecuta(
+        "INSERT INTO horarios (id, turno, fecha, Empleado, HoraEntrada, comida, HoraSalida) SELECT " +
+        Decimal(anterior) +
+        " + ROW_NUMBER() OVER (ORDER BY turnos.turno, miembros.empleado), turnos.turno, " + dia +
+        ", miembros.empleado, turnos.entrada, turnos.comida, turnos.salida" + alcance.miembros +
+        " WHERE (turnos.turno, miembros.empleado) NOT IN (SELECT horarios.turno, horarios.Empleado FROM "
+        "turnos INNER JOIN horarios ON horarios.turno = turnos.turno AND horarios.fecha = " +
+        dia + " WHERE horarios.Empleado IS NOT NULL" + alcance.del_turno +
+        ") AND (turnos.descanso IS NULL OR turnos.descanso <> " +
+        Literal(base.TraeMotor(), std::string(DiaDeLaSemana(fecha))) + ")" + alcance.del_turno);
+    if (nuevos == 0) return 0;
+    if (nuevos < cuantos) TomaFoliosEn(transaccion, "horarios", static_cast<std::int32_t>(nuevos) - cuantos);
+    transaccion.Confirma();
+    return nuevos;
+  });
+}
+
+/// A process that runs once at a time.
+class EnCurso {
+ public:
+  EnCurso(Anfitrion& anfitrion, std::string clave)
+      : anfitrion_(anfitrion), clave_(std::move(clave)), unico_(anfitrion.Empieza(clave_)) {}
+  EnCurso(const EnCurso&) = delete;
+  EnCurso& operator=(const EnCurso&) = delete;
+  ~EnCurso() {
+    if (unico_) anfitrion_.Termina(clave_);
+  }
+  bool Unico() const { return unico_; }
+
+ private:
+  Anfitrion& anfitrion_;
+  std::string clave_;
+  bool unico_;
+};
+
+std::string DelAl(const Fecha& desde, std::int32_t dias) {
+  return "del " + desde.Formatea("dd-MM-yyyy") + " al " + MasDias(desde, dias - 1).Formatea("dd-MM-yyyy");
+}
+
+/// What the user is told at the end.
+std::string Resumen(const std::string& turno, const Periodo& periodo, const Generados& generados) {
+  const std::string de_quien = turno.empty() ? std::string("Todos los turnos") : "Turno " + turno;
+  const std::string nuevos = TextoDeNumero(static_cast<double>(generados.renglones));
+  if (generados.dias == periodo.dias)
+    return de_quien + ", " + DelAl(periodo.desde, periodo.dias) + ": horarios nuevos " + nuevos;
+  if (generados.dias == 0)
+    return de_quien + ": se canceló antes del primer día; no se generó ningún horario.";
+  return de_quien + ": se canceló. Quedaron completos los días " + DelAl(periodo.desde, generados.dias) +
+         ", con horarios nuevos " + nuevos + ". Para los demás, genere el mismo periodo otra vez.";
+}
+
 }  // namespace
 
 Periodo PeriodoDe(const std::string& nombre, const Fecha& desde) {
@@ -52,63 +126,49 @@ Periodo PeriodoDe(const std::string& nombre, const Fecha& desde) {
   throw HostError("No hay un periodo \"" + nombre + "\"");
 }
 
-std::int64_t GeneraHorarios(Anfitrion& anfitrion, const std::string& turno, const Periodo& periodo) {
-  BaseDatos& base = *anfitrion.Base();
-  const Motor motor = base.TraeMotor();
-  const std::string del_turno = turno.empty() ? "" : " AND turnos.turno = " + Literal(motor, turno);
-  const std::string miembros =
-      " FROM turnos INNER JOIN (SELECT DISTINCT turno, empleado FROM turnoempleado) miembros "
-      "ON miembros.turno = turnos.turno";
-  const auto cuenta = base.Consulta("SELECT COUNT( * )" + miembros + " WHERE 1 = 1" + del_turno);
-  const double renglones = ANumero(cuenta->Campo(0)) * periodo.dias;
-  if (renglones == 0) return 0;
-  const std::int32_t bloque = RedondeaA32(renglones);
-  // Numbers left over because rows exist already are lost; they need only be unique.
-  std::int32_t anterior = TomaFolios(base, "horarios", bloque) - bloque;
-
+Generados GeneraHorarios(Anfitrion& anfitrion, const std::string& turno, const Periodo& periodo) {
+  // Held: while windows answer, the host may turn to another database.
+  const std::shared_ptr<BaseDatos> base = anfitrion.Base();
+  const Alcance alcance = AlcanceDe(*base, turno);
+  const std::int32_t cuantos = AEntero32(
+      base->Consulta("SELECT COUNT( * )" + alcance.miembros + " WHERE 1 = 1" + alcance.del_turno)->Campo(0));
+  Generados generados;
+  if (cuantos == 0) return {0, periodo.dias};
   const auto progreso = anfitrion.AbreProgreso(periodo.dias, "Generando horarios", "");
-  Transaccion transaccion(base);
-  std::int64_t agregados = 0;
-  for (std::int32_t n = 0; n < periodo.dias; ++n) {
-    const Fecha fecha = MasDias(periodo.desde, n);
-    progreso->Avanza(n + 1, fecha.Formatea("dd-MM-yyyy"), DiaDeLaSemana(fecha));
-    anfitrion.ExigeNoCancelado();
-    const std::string dia = LiteralFecha(motor, fecha);
-    const std::int64_t hoy = base.Ejecuta(
-        "INSERT INTO horarios (id, turno, fecha, Empleado, HoraEntrada, comida, HoraSalida) SELECT " +
-        Decimal(anterior) +
-        " + ROW_NUMBER() OVER (ORDER BY turnos.turno, miembros.empleado), turnos.turno, " + dia +
-        ", miembros.empleado, turnos.entrada, turnos.comida, turnos.salida" + miembros +
-        " LEFT JOIN horarios ON horarios.turno = turnos.turno AND horarios.fecha = " + dia +
-        " AND horarios.Empleado = miembros.empleado WHERE horarios.id IS NULL AND (turnos.descanso IS NULL "
-        "OR turnos.descanso <> " +
-        Literal(motor, std::string(DiaDeLaSemana(fecha))) + ")" + del_turno);
-    agregados += hoy;
-    anterior += static_cast<std::int32_t>(hoy);
+  while (generados.dias < periodo.dias) {
+    const Fecha fecha = MasDias(periodo.desde, generados.dias);
+    progreso->Avanza(generados.dias + 1, fecha.Formatea("dd-MM-yyyy"), DiaDeLaSemana(fecha));
+    if (!anfitrion.Usuario().AtiendeVentanas() || anfitrion.Usuario().Cancelado()) break;
+    generados.renglones += GeneraDia(*base, alcance, cuantos, fecha);
+    ++generados.dias;
   }
-  transaccion.Confirma();
-  return agregados;
+  return generados;
 }
 
 void ProcesoHorarios(Anfitrion& anfitrion, PeticionProceso& peticion) {
-  const ObjectPtr& ventana = peticion.objeto;
+  const ObjectPtr ventana = peticion.objeto;
   if (!ventana) throw HostError(ErrorNumber::ObjectNotSet);
+  const EnCurso este(anfitrion, peticion.clave);
+  if (!este.Unico()) {
+    anfitrion.Mensaje("Ya se están generando horarios. Espere a que terminen o cancele.",
+                      EstiloMensaje::Informacion);
+    return;
+  }
+  // Whatever was cancelled before is no cancellation of this.
+  anfitrion.NuevaOperacion();
   const std::string nombre = ATexto(Lee(ventana, {"Combo1", "Text"}));
   if (nombre.empty()) {
     anfitrion.Mensaje("Elija el periodo: día, semana o mes", EstiloMensaje::Informacion);
     return;
   }
-  Value indice = std::int32_t{0};
-  const Value elegido = AObjeto(ventana->Call("lv", std::span(&indice, 1)))->Call("SelectedItem");
-  std::string turno;
-  if (elegido.IsObject() && AObjeto(elegido)) turno = ATexto(AObjeto(elegido)->Call("Key")).substr(1);
-  const Fecha desde = AFecha(Lee(ventana, {"MonthView1", "Value"}));
-  const Periodo periodo = PeriodoDe(nombre, desde);
-  const std::int64_t agregados = GeneraHorarios(anfitrion, turno, periodo);
-  anfitrion.Mensaje((turno.empty() ? std::string("Todos los turnos") : "Turno " + turno) + ", del " +
-                        periodo.desde.Formatea("dd-MM-yyyy") + " al " +
-                        MasDias(periodo.desde, periodo.dias - 1).Formatea("dd-MM-yyyy") +
-                        ": horarios nuevos " + TextoDeNumero(static_cast<double>(agregados)),
+  const std::string turno = TurnoElegido(*ventana);
+  const Periodo periodo = PeriodoDe(nombre, AFecha(Lee(ventana, {"MonthView1", "Value"})));
+  if (turno.empty() &&
+      !anfitrion.Pregunta("No hay un turno seleccionado. ¿Desea generar los horarios de todos "
+                          "los turnos, " +
+                          DelAl(periodo.desde, periodo.dias) + "?"))
+    return;
+  anfitrion.Mensaje(Resumen(turno, periodo, GeneraHorarios(anfitrion, turno, periodo)),
                     EstiloMensaje::Informacion);
 }
 

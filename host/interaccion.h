@@ -31,6 +31,9 @@ class Interaccion {
   /// True once the user wants running work to end; the next statement then fails. Reading it clears nothing:
   /// the calls that are still open have to end as well.
   virtual bool Cancelado() = 0;
+  /// Lets the user's windows answer between two pieces of long work: what is pending runs, whatever it does.
+  /// No transaction may be open. False when the program is ending, and the work should.
+  virtual bool AtiendeVentanas() { return true; }
   /// A method of the module has begun (it reads the connection first of all): an earlier cancellation is
   /// settled.
   virtual void NuevaOperacion() {}

@@ -100,4 +100,11 @@ void VentanasInteraccion::AlTerminarTrabajo() {
   if (progreso_.expired()) cancelado_ = false;
 }
 
+bool VentanasInteraccion::AtiendeVentanas() {
+  escritorio_.PumpEvents();
+  // The loop that runs the program is to see its end, and soon.
+  MSG fin;
+  return !PeekMessageW(&fin, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE);
+}
+
 }  // namespace zuvi::host

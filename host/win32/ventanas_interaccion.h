@@ -29,6 +29,7 @@ class VentanasInteraccion final : public Interaccion {
                                          const std::string& animacion) override;
   void MuestraDocumento(const std::string& archivo) override;
   bool Cancelado() override;
+  bool AtiendeVentanas() override;
   void NuevaOperacion() override { cancelado_ = false; }
 
  private:

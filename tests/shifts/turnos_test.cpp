@@ -10,6 +10,8 @@
 namespace zuvi::host {
 namespace {
 
+using testing::AllOf;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -146,10 +148,74 @@ TEST_P(Turnos, GeneraHorariosParaDiaSemanaYMes) {
                       5),
               ElementsAre("Matutino E01 06:00 10:00 14:00", "Matutino E03 06:00 10:00 14:00"));
   EXPECT_THAT(t.escritorio.Avisos(), IsEmpty());
-  // Without a selection every shift is meant; a month that has no such day ends with its last one.
+  // A month that has no such day ends with its last one.
   EXPECT_EQ(PeriodoDe("Mes", Fecha::DesdeCivil({2027, 1, 31})).dias, 28);
-  GeneraHorarios(*t.anfitrion, "", {Fecha::DesdeCivil({2027, 1, 4}), 1});
-  EXPECT_EQ(Cuenta("horarios WHERE fecha = '2027-01-04'"), 3);
+  // Without a selection every shift is meant, which is asked before.
+  const auto otra = Abre();
+  Control<MonthView>(*otra, "MonthView1").UserClicked(Fecha::DesdeCivil({2027, 1, 4}));
+  Control<ComboBox>(*otra, "Combo1").UserChose(0);
+  for (const auto& [respuesta, filas] : {std::pair("no", 0), {"si", 3}}) {
+    t.anfitrion->PonInteraccion(std::make_unique<RespuestasInteraccion>(respuesta));
+    Control<Button>(*otra, "Command1").Click();
+    EXPECT_EQ(Cuenta("horarios WHERE fecha = '2027-01-04'"), filas);
+  }
+  EXPECT_THAT(mensajes, Contains(AllOf(HasSubstr("todos los turnos, del 04-01-2027"), HasSubstr("-> si"))));
+}
+
+/// A user who goes on working while the host is at it: what he does between two pieces of the work, and
+/// whether he ends it.
+class Manos final : public Interaccion {
+ public:
+  explicit Manos(std::function<bool()> hace) : hace_(std::move(hace)) {}
+  void Mensaje(const std::string&, EstiloMensaje) override {}
+  bool Pregunta(const std::string&) override { return true; }
+  std::unique_ptr<Progreso> AbreProgreso(std::int32_t, const std::string&, const std::string&) override {
+    return std::make_unique<ProgresoMudo>();
+  }
+  bool Cancelado() override { return cancelado_; }
+  void NuevaOperacion() override { cancelado_ = false; }
+  bool AtiendeVentanas() override {
+    cancelado_ = !hace_();
+    return true;
+  }
+
+ private:
+  std::function<bool()> hace_;
+  bool cancelado_ = false;
+};
+
+TEST_P(Turnos, MientrasGeneraLasVentanasContestan) {
+  const auto ventana = Abre();
+  auto& generar = Control<Button>(*ventana, "Command1");
+  Lista(*ventana, 0).UserSelected(1);
+  Control<ComboBox>(*ventana, "Combo1").UserChose(1);
+  int vez = 0;
+  t.anfitrion->PonInteraccion(std::make_unique<Manos>([&] {
+    // The same again is refused, the connection is free for others, and on the fourth day he has enough.
+    if (++vez == 2) generar.Click();
+    Transaccion(t.Base()).Confirma();
+    return vez != 4;
+  }));
+  generar.Click();
+  ASSERT_EQ(mensajes.size(), 2u);
+  EXPECT_THAT(mensajes[0], HasSubstr("Ya se están generando"));
+  EXPECT_THAT(mensajes[1], HasSubstr("del 16-11-2026 al 18-11-2026, con horarios nuevos 6."));
+  EXPECT_EQ(Cuenta("horarios"), 6);
+  // The rest comes with the next time, the window being closed meanwhile; numbers follow each other.
+  t.anfitrion->PonInteraccion(std::make_unique<Manos>([&] { return ventana->Unload() || true; }));
+  generar.Click();
+  EXPECT_TRUE(ventana->Closed());
+  EXPECT_EQ(Cuenta("horarios"), 12);
+  const std::string ultimo = "SELECT ultimo FROM folios WHERE clave = 'horarios'";
+  const double folio = t.Numero(ultimo);
+  EXPECT_EQ(t.Numero("SELECT MAX(id) - MIN(id) + 1 FROM horarios"), 12);
+  EXPECT_EQ(t.Numero("SELECT MAX(id) FROM horarios"), folio);
+  // What is complete costs no number.
+  const Generados otra_vez = GeneraHorarios(*t.anfitrion, "Matutino", {Fecha::DesdeCivil({2026, 11, 16}), 7});
+  EXPECT_EQ(otra_vez.renglones, 0);
+  EXPECT_EQ(otra_vez.dias, 7);
+  EXPECT_EQ(t.Numero(ultimo), folio);
+  EXPECT_THAT(t.escritorio.Avisos(), IsEmpty());
 }
 
 TEST_P(Turnos, DosVentanasSonIndependientesYSeCierranEnPlenoLlenado) {

@@ -112,6 +112,11 @@ class Pantalla {
     }
   }
 
+  /// A key that nobody waits for.
+  static void Stroke(WORD key) {
+    Send(key, false);
+    Send(key, true);
+  }
   /// A key with the given modifiers (VK_SHIFT, VK_CONTROL, VK_MENU; 0 for none).
   void Press(int key, WORD modifier = 0) const {
     if (modifier) Send(modifier, false);
@@ -165,10 +170,6 @@ class Pantalla {
     input.ki.wScan = static_cast<WORD>(::MapVirtualKeyW(key, MAPVK_VK_TO_VSC));
     input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
     ::SendInput(1, &input, sizeof input);
-  }
-  static void Stroke(WORD key) {
-    Send(key, false);
-    Send(key, true);
   }
 
   Loop loop_;

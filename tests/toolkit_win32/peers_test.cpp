@@ -1,6 +1,8 @@
 // What a user does with native controls, and what the model makes of it.
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "tests/toolkit_win32/pantalla.h"
 #include "toolkit/win32/native_module.h"
 
@@ -234,9 +236,63 @@ TEST_F(Peers, DatesMoveAndTellTheModel) {
   EXPECT_TRUE(screen.Heard("fecha.Change"));
   screen.PressIn(*form->mes, VK_DOWN);
   EXPECT_TRUE(screen.Heard("mes.DateClick 2024-02-07"));
-  SYSTEMTIME day{};
-  screen.Ask(*form->mes, MCM_GETCURSEL, 0, reinterpret_cast<LPARAM>(&day));
-  EXPECT_EQ(day.wDay, 7);
+  const auto marked = [&] {
+    SYSTEMTIME day{};
+    screen.Ask(*form->mes, MCM_GETCURSEL, 0, reinterpret_cast<LPARAM>(&day));
+    return Fecha::DesdeCivil({day.wYear, day.wMonth, day.wDay, 0, 0, 0});
+  };
+  EXPECT_EQ(marked().Texto(), "2024-02-07");
+  // A place where the calendar shows a kind of thing; of days that of the middle.
+  const auto place_of = [&](UINT kind) {
+    RECT inside;
+    ::GetClientRect(screen.HandleOf(*form->mes), &inside);
+    for (LONG y = kind == MCHT_CALENDARDATE ? inside.bottom / 2 : 2; y < inside.bottom; y += 3)
+      for (LONG x = 2; x < inside.right; x += 3) {
+        MCHITTESTINFO hit{};
+        hit.cbSize = MCHITTESTINFO_V1_SIZE;
+        hit.pt = {x, y};
+        screen.Ask(*form->mes, MCM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
+        if (hit.uHit == kind) return hit.pt;
+      }
+    ADD_FAILURE() << kind;
+    return POINT{};
+  };
+  // What is marked is the value, and each way there tells the model once.
+  for (const UINT kind : {MCHT_TITLEBTNNEXT, MCHT_CALENDARDATE, MCHT_TITLEBTNPREV}) {
+    const Fecha before = form->mes->Value();
+    const POINT at = place_of(kind);
+    screen.Take();
+    screen.Click(*form->mes, at.x, at.y);
+    EXPECT_NE(marked(), before) << kind;
+    EXPECT_EQ(form->mes->Value(), marked()) << kind;
+    EXPECT_EQ(std::ranges::count(screen.Take(), "mes.DateClick " + marked().Texto()), 1) << kind;
+  }
+  // Keys that come while the last day is still being worked on move it all the same.
+  form->mes->OnDateClick = [&](const Fecha&) { screen.desktop.PumpEvents(); };
+  form->mes->SetFocus();
+  const Fecha start = form->mes->Value();
+  for (int i = 0; i < 100; ++i) screen.Stroke(VK_RIGHT);
+  screen.Settle();
+  EXPECT_EQ(form->mes->Value().Serie() - start.Serie(), 100);
+  EXPECT_EQ(marked(), form->mes->Value());
+}
+
+TEST(SystemLibraries, ComeOutOfTheSystemsFolderAlone) {
+  // Beside the program lies a file of that name, where the loader looks first.
+  std::array<wchar_t, MAX_PATH> program{}, system{}, found{};
+  ::GetModuleFileNameW(nullptr, program.data(), MAX_PATH);
+  ::GetSystemDirectoryW(system.data(), MAX_PATH);
+  std::wstring planted(program.data());
+  planted.replace(planted.rfind(L'\\') + 1, std::wstring::npos, L"msftedit.dll");
+  ASSERT_TRUE(::CopyFileW(program.data(), planted.c_str(), TRUE));
+  // Taken away last, whatever happens.
+  const auto remove = [](const std::wstring* file) { ::DeleteFileW(file->c_str()); };
+  const std::unique_ptr<const std::wstring, decltype(remove)> planting(&planted, remove);
+  Pantalla screen;
+  const auto form = screen.Open();
+  ::GetModuleFileNameW(::GetModuleHandleW(L"msftedit.dll"), found.data(), MAX_PATH);
+  const std::wstring expected = std::wstring(system.data()) + L"\\msftedit.dll";
+  EXPECT_EQ(::lstrcmpiW(found.data(), expected.c_str()), 0) << native::Narrow(found.data());
 }
 
 TEST_F(Peers, SizeStateScaleAndTitleBar) {
@@ -316,6 +372,30 @@ TEST_F(Peers, ModalBlocksItsOwnerAndGivesTheFocusBack) {
     screen.Settle();
     EXPECT_EQ(::GetFocus(), screen.HandleOf(*form->b));
   }
+  // One that ends while a later one keeps it from returning has its opener go on at once.
+  const auto other = screen.Open();
+  const auto early = make([](Muestra&) {}), late = make([&](Muestra&dialog) {
+                                              if (!early->Closed()) {
+                                                ::PostMessageW(screen.HandleOf(*early), WM_CLOSE, 0, 0);
+                                                return;
+                                              }
+                                              EXPECT_EQ(screen.Take().back(), "early");
+                                              EXPECT_TRUE(form->Enabled() && !other->Enabled());
+                                              EXPECT_EQ(::GetActiveWindow(), screen.HandleOf(*form));
+                                              ::PostMessageW(screen.HandleOf(dialog), WM_CLOSE, 0, 0);
+                                            });
+  other->reloj->OnTimer = [&] {
+    other->reloj->SetInterval(0);
+    late->ShowModal(other.get(), [&] { screen.diario.Anota("late"); });
+  };
+  other->reloj->SetInterval(60);
+  early->ShowModal(form.get(), [&] { screen.diario.Anota("early"); });
+  screen.Settle();
+  const Sucesos heard = screen.Take();
+  EXPECT_EQ(std::ranges::count(heard, "early"), 0);
+  EXPECT_EQ(std::ranges::count(heard, "late"), 1);
+  EXPECT_TRUE(other->Enabled());
+  EXPECT_EQ(::GetActiveWindow(), screen.HandleOf(*other));
   // The end of the program reaches the loop outside.
   const auto dialog = make([](Muestra&) { ::PostQuitMessage(7); });
   dialog->ShowModal(form.get());
