@@ -34,10 +34,13 @@ class BaseDatos : public Conexion {
   virtual void Cierra() = 0;
 };
 
-/// A transaction: undone by the destructor unless confirmed. One at a time on a connection.
+/// A transaction that will write: undone by the destructor unless confirmed. One at a time on a connection.
+/// SQLite's takes its lock at once, for two that read first and write later would be in each other's way.
 class Transaccion {
  public:
-  explicit Transaccion(BaseDatos& base) : base_(base) { base_.Ejecuta("BEGIN"); }
+  explicit Transaccion(BaseDatos& base) : base_(base) {
+    base_.Ejecuta(base.TraeMotor() == Motor::Sqlite ? "BEGIN IMMEDIATE" : "BEGIN");
+  }
   Transaccion(const Transaccion&) = delete;
   Transaccion& operator=(const Transaccion&) = delete;
   ~Transaccion();

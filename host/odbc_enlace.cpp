@@ -137,10 +137,7 @@ void EnlaceOdbc::PreparaSesion() {
   }
   sentencia.Lee("PRAGMA busy_timeout=10000");
   sentencia.Corre("PRAGMA foreign_keys=ON");
-  const Resultado archivos = sentencia.Lee("PRAGMA database_list");
-  const bool en_memoria = archivos.celdas.size() < 3 || ATexto(archivos.celdas[2]).empty();
-  if (en_memoria) return;
-  sentencia.Lee("PRAGMA journal_mode=WAL");
+  // For this connection; how the file keeps its journal is left as whoever made it has it.
   sentencia.Corre("PRAGMA synchronous=FULL");
 }
 
