@@ -75,8 +75,11 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   std::string TomaRegistro();
 
   /// A method of the module has begun. An earlier cancellation is settled, unless work is still going on
-  /// behind an open progress display.
+  /// behind an open progress display; so is a lost connection.
   void NuevaOperacion();
+  /// Whether the connection was lost, or could not be opened again, since the running operation began: what
+  /// is left of it should not be tried.
+  bool SePerdioConexion() const { return base_ && base_->SePerdio(); }
   /// Throws HostError once the user wants running work to end.
   void ExigeNoCancelado();
   /// Opens the user's progress display. `Cancelado` keeps its answer while one is open.
@@ -109,6 +112,8 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   void AnotaLlamada(const char* operacion, std::initializer_list<Value> argumentos) const;
   void Registra(std::string linea);
   void LeeVetos(BaseDatos& base);
+  /// Throws HostError unless a database reached by connecting again is one of ours.
+  void CompruebaReabierta(BaseDatos& base);
 
   Opciones opciones_;
   std::unique_ptr<Interaccion> interaccion_;

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "component/services/by_name.h"
+#include "host/perdida.h"
 #include "host/reintento.h"
 #include "host/valuacion.h"
 
@@ -27,6 +28,23 @@ const MemberTable* DocumentoInventarioHost::Members() const {
   return &table;
 }
 
+namespace {
+
+/// Runs the transaction of a movement. If it is not known whether it was saved, the error says how to see.
+template <class Cuerpo>
+void DiciendoCual(const std::string& id, Cuerpo&& cuerpo) {
+  try {
+    ConReintento(cuerpo);
+  } catch (const ConexionPerdida& error) {
+    if (!error.EnDuda()) throw;
+    throw ConexionPerdida(
+        "Movimiento " + id + ": " + error.what() + " Se ve con SELECT * FROM movimientos WHERE id = " + id,
+        error.NativeCode(), true);
+  }
+}
+
+}  // namespace
+
 double DocumentoInventarioHost::AplicaMovimiento(std::int32_t& numero) {
   anfitrion_->Llamada("AplicaMovimiento", tipo_, concepto_, orden_, almacen_, articulo_, cantidad_, costo_);
   if (tipo_ != kEntrada && tipo_ != kSalida)
@@ -43,7 +61,7 @@ double DocumentoInventarioHost::AplicaMovimiento(std::int32_t& numero) {
   const std::string cambio = TextoDeNumero(entra ? cantidad : -cantidad);
   const std::string valor = std::to_string(entra ? importe : -importe);
 
-  ConReintento([&] {
+  DiciendoCual(id, [&] {
     Transaccion transaccion(base);
     const std::string valores = Junta(
         {id, Literal(motor, fecha_), Literal(motor, tipo_), Literal(motor, concepto_), Decimal(orden_),
