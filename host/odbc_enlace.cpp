@@ -49,6 +49,11 @@ int LecturaDe(const std::string& cadena, const Limites& limites) {
   return segundos;
 }
 
+ConexionPerdida NoConecta(const HostError& error) {
+  return ConexionPerdida("No se pudo conectar con el servidor de la base de datos" + EntreParentesis(error),
+                         error.NativeCode());
+}
+
 }  // namespace
 
 EnlaceOdbc::EnlaceOdbc(const std::string& cadena, const Limites& limites) : limites_(limites) {
@@ -89,11 +94,12 @@ void EnlaceOdbc::Abre(const std::string& cadena) {
       lista = EligeForma();
       if (lista) PreparaSesion();
     } catch (const HostError& error) {
-      if (EsPerdida(motor_, error))
-        Abandona();
-      else
+      if (!EsPerdida(motor_, error)) {
         SQLDisconnect(enlace_.Get());
-      throw;
+        throw;
+      }
+      Abandona();
+      throw NoConecta(error);
     }
     if (!lista) SQLDisconnect(enlace_.Get());
   }
@@ -117,8 +123,7 @@ void EnlaceOdbc::Conecta(const std::string& cadena) {
   // What is not a file of SQLite's is a server's.
   if (EsSqlite(CadenaOdbc(cadena).Trae("DRIVER"))) throw Explicado(Motor::Sqlite, error);
   if (!EsPerdida(Motor::MariaDb, error)) throw error;
-  throw ConexionPerdida("No se pudo conectar con el servidor de la base de datos" + EntreParentesis(error),
-                        error.NativeCode());
+  throw NoConecta(error);
 }
 
 Motor EnlaceOdbc::PreguntaMotor() const {

@@ -45,7 +45,7 @@ bool EsPerdida(Motor motor, const HostError& error) {
   if (estado.starts_with("08") || estado == "HYT00" || estado == "HYT01") return true;
   const std::int32_t codigo = error.NativeCode();
   // All errors of the client library itself: after any of them an answer is missing or half read.
-  if (codigo >= 2000 && codigo < 3000) return true;
+  if ((codigo >= 2000 && codigo < 3000) || (codigo >= 5000 && codigo < 6000)) return true;
   // Shutdown in progress, connection killed, ended for idling; or a driver that has nothing left to say.
   return codigo == 1053 || codigo == 1927 || codigo == 4031 || (codigo == 0 && estado.empty());
 }

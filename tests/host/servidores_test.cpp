@@ -24,8 +24,9 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using Reloj = std::chrono::steady_clock;
 
+// Cancelling an order ends without a word by contract, and the program says only that it was not done.
 constexpr const char* kSeDice =
-    "Se perdió la conexión|dejó de responder|No se pudo conectar|se perdió con la conexión";
+    "Se perdió la conexión|dejó de responder|No se pudo conectar|se perdió con la conexión|no se canceló";
 
 struct Trabajo {
   const char* argumentos;
@@ -117,7 +118,8 @@ class Servidores : public testing::Test {
 };
 
 TEST_F(Servidores, NingunaFallaTumbaCuelgaNiDaPorHechoLoQueNoSeHizo) {
-  const bool todo = std::getenv("ZUVI_BARRIDO") != nullptr;
+  const char* barrido = std::getenv("ZUVI_BARRIDO");
+  const bool todo = barrido != nullptr;
   const auto desvio = Desvio();
   int corridas = 0, calladas = 0;
   for (const Trabajo& trabajo : kTrabajos) {
@@ -145,6 +147,7 @@ TEST_F(Servidores, NingunaFallaTumbaCuelgaNiDaPorHechoLoQueNoSeHizo) {
       return static_cast<int>(otra_vez);
     }();
     for (const Clase& clase : kClases) {
+      if (todo && std::string(barrido).find(clase.nombre) == std::string::npos) continue;
       const int paso = todo ? 1 : std::max(1, trozos / clase.muestras);
       // Not the same place each time, where only a few are tried.
       for (int trozo = todo ? 1 : 1 + (corridas * 7) % paso; trozo <= trozos; trozo += paso) {
