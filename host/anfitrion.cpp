@@ -97,6 +97,9 @@ std::optional<Esquema> Anfitrion::ExaminaIntacta(const Ubicacion& lugar) const {
 
 const std::shared_ptr<BaseDatos>& Anfitrion::Adopta(std::shared_ptr<BaseDatos> base) {
   LeeVetos(*base);
+  base->AlReabrir([this, otra = std::weak_ptr(base)] {
+    if (const auto abierta = otra.lock()) CompruebaReabierta(*abierta);
+  });
   base_ = std::move(base);
   return base_;
 }
@@ -143,6 +146,21 @@ std::int32_t Anfitrion::ActualizaBase() {
   const std::int32_t version = ActualizaEsquema(*base);
   Adopta(std::move(base));
   return version;
+}
+
+void Anfitrion::CompruebaReabierta(BaseDatos& base) {
+  // It may be another server by now, or the same one with an older copy: numbers kept here are not its.
+  siguiente_movimiento_ = fin_de_bloque_ = 0;
+  bool propia = false;
+  try {
+    propia = !base.Consulta("SELECT version FROM esquema")->Eof();
+  } catch (const HostError& error) {
+    if (error.SqlState().starts_with("08")) throw;
+  }
+  if (!propia)
+    throw HostError(
+        "La conexión se abrió de nuevo, pero la base de datos ya no es la de este programa; no se tocó "
+        "nada.");
 }
 
 void Anfitrion::LeeVetos(BaseDatos& base) {
@@ -213,7 +231,9 @@ std::string Anfitrion::TomaRegistro() {
 }
 
 void Anfitrion::NuevaOperacion() {
-  if (*progresos_ == 0) interaccion_->NuevaOperacion();
+  if (*progresos_ != 0) return;
+  interaccion_->NuevaOperacion();
+  if (base_) base_->OlvidaPerdida();
 }
 
 void Anfitrion::ExigeNoCancelado() {

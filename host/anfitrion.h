@@ -97,8 +97,11 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   std::string TomaRegistro();
 
   /// A method of the module has begun. An earlier cancellation is settled, unless work is still going on
-  /// behind an open progress display.
+  /// behind an open progress display; so is a lost connection.
   void NuevaOperacion();
+  /// Whether the connection was lost, or could not be opened again, since the running operation began: what
+  /// is left of it should not be tried.
+  bool SePerdioConexion() const { return base_ && base_->SePerdio(); }
   /// Throws HostError once the user wants running work to end.
   void ExigeNoCancelado();
   /// Opens the user's progress display. `Cancelado` keeps its answer while one is open.
@@ -141,6 +144,8 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   /// finish that writing, which is not done before it is known whose the file is.
   std::optional<Esquema> ExaminaIntacta(const Ubicacion& lugar) const;
   const std::shared_ptr<BaseDatos>& Adopta(std::shared_ptr<BaseDatos> base);
+  /// Throws HostError unless a database reached by connecting again is one of ours.
+  void CompruebaReabierta(BaseDatos& base);
 
   Opciones opciones_;
   std::unique_ptr<Interaccion> interaccion_;

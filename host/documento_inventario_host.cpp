@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "component/services/by_name.h"
 #include "host/costo_promedio.h"
+#include "host/perdida.h"
 #include "host/reintento.h"
 #include "host/valuacion.h"
 
@@ -28,6 +29,23 @@ const MemberTable* DocumentoInventarioHost::Members() const {
   return &table;
 }
 
+namespace {
+
+/// Runs the transaction of a movement. If it is not known whether it was saved, the error says how to see.
+template <class Cuerpo>
+void DiciendoCual(const std::string& id, Cuerpo&& cuerpo) {
+  try {
+    ConReintento(cuerpo);
+  } catch (const ConexionPerdida& error) {
+    if (!error.EnDuda()) throw;
+    throw ConexionPerdida(
+        "Movimiento " + id + ": " + error.what() + " Se ve con SELECT * FROM movimientos WHERE id = " + id,
+        error.NativeCode(), true);
+  }
+}
+
+}  // namespace
+
 double DocumentoInventarioHost::AplicaMovimiento(std::int32_t& numero) {
   anfitrion_->Llamada("AplicaMovimiento", tipo_, concepto_, orden_, almacen_, articulo_, cantidad_, costo_);
   if (tipo_ != kEntrada && tipo_ != kSalida)
@@ -37,7 +55,7 @@ double DocumentoInventarioHost::AplicaMovimiento(std::int32_t& numero) {
   const std::int64_t importe = ACentavos(EsMovimientoDeKit(tipo_, concepto_) ? costo_ : cantidad * costo_);
   const std::int32_t asignado = anfitrion_->NumeroDeMovimiento();
 
-  ConReintento([&] {
+  DiciendoCual(Decimal(asignado), [&] {
     Transaccion transaccion(base);
     Asienta(base, asignado, cantidad, importe);
     transaccion.Confirma();

@@ -235,6 +235,7 @@ Salida Libera(Sesion& sesion) {
   return Salida::Hecho;
 }
 Salida Consulta(Sesion& sesion) {
+  sesion.Base().SoloLectura();
   EscribeConsulta(std::cout, sesion.Base(), sesion.Texto(0));
   return Salida::Hecho;
 }
