@@ -135,6 +135,7 @@ Esquema Anfitrion::ExaminaBase() {
 
 void Anfitrion::CreaBase(Contenido contenido) {
   const Ubicacion lugar(opciones_);
+  if (!base_) ExigeNuestraOVacia(lugar);
   auto base = base_ ? base_ : Conecta(lugar.EnMemoria() || lugar.Falta());
   if (!CreaEsquema(*base, contenido)) throw HostError("La base ya tiene las tablas de Zuvi; no se tocó nada");
   recien_creada_ = true;
@@ -142,6 +143,7 @@ void Anfitrion::CreaBase(Contenido contenido) {
 }
 
 std::int32_t Anfitrion::ActualizaBase() {
+  if (!base_) ExigeNuestraOVacia(Ubicacion(opciones_));
   auto base = base_ ? base_ : Conecta(false);
   const std::int32_t version = ActualizaEsquema(*base);
   Adopta(std::move(base));
@@ -161,6 +163,12 @@ void Anfitrion::CompruebaReabierta(BaseDatos& base) {
     throw HostError(
         "La conexión se abrió de nuevo, pero la base de datos ya no es la de este programa; no se tocó "
         "nada.");
+}
+
+void Anfitrion::ExigeNuestraOVacia(const Ubicacion& lugar) const {
+  const auto esquema = ExaminaIntacta(lugar);
+  if (esquema && (esquema->estado == EstadoEsquema::Ajeno || esquema->estado == EstadoEsquema::Nuevo))
+    ExigeListo(*esquema);
 }
 
 void Anfitrion::LeeVetos(BaseDatos& base) {

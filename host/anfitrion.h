@@ -37,7 +37,9 @@ struct Opciones {
   bool archivo_por_omision = false;
   /// Nothing will be written: what this account may only read is enough.
   bool solo_lee = false;
-  /// How the driver calls a file, where that is not its name (a driver of another system under an emulation).
+  /// What this system calls a file, and how the driver calls it, where the two part ways (a driver of another
+  /// system under an emulation).
+  std::string (*nombre_del_sistema)(const std::string&) = nullptr;
   std::string (*nombre_para_controlador)(const std::string&) = nullptr;
   std::string usuario = "ADMIN";
   /// Folder of the application, without trailing separator.
@@ -143,6 +145,7 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   /// What a file holds that a program left in the middle of writing, or has open. To open it for work is to
   /// finish that writing, which is not done before it is known whose the file is.
   std::optional<Esquema> ExaminaIntacta(const Ubicacion& lugar) const;
+  void ExigeNuestraOVacia(const Ubicacion& lugar) const;
   const std::shared_ptr<BaseDatos>& Adopta(std::shared_ptr<BaseDatos> base);
   /// Throws HostError unless a database reached by connecting again is one of ours.
   void CompruebaReabierta(BaseDatos& base);

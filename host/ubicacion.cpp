@@ -42,7 +42,8 @@ bool PasaTalCual(const std::string& archivo) {
 
 }  // namespace
 
-Ubicacion::Ubicacion(const Opciones& opciones) : convierte_(opciones.nombre_para_controlador) {
+Ubicacion::Ubicacion(const Opciones& opciones)
+    : del_sistema_(opciones.nombre_del_sistema), del_controlador_(opciones.nombre_para_controlador) {
   if (!opciones.cadena.empty())
     LeeCadena(opciones.cadena);
   else if (opciones.archivo.empty())
@@ -82,9 +83,10 @@ void Ubicacion::PonArchivo(const std::string& archivo) {
                     "\": se indica un archivo o una cadena de conexión ODBC");
   if (archivo.find('\0') != std::string::npos) throw HostError("El nombre de la base tiene un carácter nulo");
   std::error_code fallo;
-  const auto completa = std::filesystem::absolute(Ruta(archivo), fallo);
+  const auto completa =
+      std::filesystem::absolute(Ruta(del_sistema_ ? del_sistema_(archivo) : archivo), fallo);
   archivo_ = fallo ? archivo : TextoDeRuta(completa);
-  para_controlador_ = convierte_ ? convierte_(archivo_) : archivo_;
+  para_controlador_ = del_controlador_ ? del_controlador_(archivo_) : archivo_;
 }
 
 bool Ubicacion::Falta() const {

@@ -41,7 +41,8 @@ class Ubicacion {
   std::string archivo_;
   std::string para_controlador_;  // the file as the driver calls it
   bool en_memoria_ = false;
-  std::string (*convierte_)(const std::string&) = nullptr;
+  std::string (*del_sistema_)(const std::string&) = nullptr;
+  std::string (*del_controlador_)(const std::string&) = nullptr;
 };
 
 }  // namespace zuvi::host
