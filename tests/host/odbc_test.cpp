@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "host/base_datos.h"
-#include "host/odbc_cadena.h"
 #include "host/compuerta.h"
+#include "host/odbc_cadena.h"
 #include "tests/support/errores.h"
 
 namespace zuvi::host {
@@ -135,6 +135,22 @@ TEST_P(Odbc, UnaSolaSentenciaPorLlamada) {
   EXPECT_EQ(Uno("SELECT ';' ; "), Value(";"));
   Agrega(2, clave);
   EXPECT_EQ(Uno("SELECT t FROM odbc_t WHERE n = 2"), Value(clave));
+}
+
+TEST_P(Odbc, SoloLecturaLaImponeElMotor) {
+  Agrega(1);
+  base_->SoloLectura();
+  for (const char* sql : {"DELETE FROM odbc_t", "UPDATE odbc_t SET n = 2", "DROP TABLE odbc_t", "COMMIT",
+                          "PRAGMA query_only = 0", "PRAGMA journal_mode(delete)",
+                          "SET SESSION TRANSACTION READ WRITE", "BEGIN", "VACUUM"})
+    EXPECT_THAT(ErrorDe([&] { base_->Ejecuta(sql); }).what(), HasSubstr("solo lectura")) << sql;
+  // These look like queries; the engine refuses them.
+  for (const char* sql : {"WITH x AS (SELECT 1 AS n) DELETE FROM odbc_t",
+                          "WITH x AS (SELECT 1 AS n) INSERT INTO odbc_t (n) SELECT n FROM x"})
+    EXPECT_THROW(base_->Ejecuta(sql), HostError) << sql;
+  EXPECT_EQ(Filas(), 1);
+  EXPECT_EQ(base_->Consulta("WITH x AS (SELECT 3 AS n) SELECT n FROM x")->Campo(0), Value(3));
+  base_ = BaseDatos::Abre(GetParam(), traza_);
 }
 
 TEST(Compuerta, CadaMotorConSusComillasYComentarios) {

@@ -134,7 +134,10 @@ TEST(LineaDeOrdenes, UnDiaDeTrabajo) {
                {"ocupadas", 0, "No hay"},
                {"kit CAN-GOURMET", 0, "rinde 4"},
                {"consulta 'SELECT 1.5 AS uno, NULL AS dos'", 0, "1.5"},
-               {"consulta 'SELECT nada'", 1, "nada"}};
+               {"consulta 'SELECT nada'", 1, "nada"},
+               {"consulta 'DELETE FROM op'", 1, "solo lectura"},
+               {"consulta 'WITH x AS (SELECT 1) DELETE FROM op'", 1, "solo lectura"},
+               {"ordenes", 0, "103"}};
   const auto zuvi = [&](const std::string& argumentos) {
     return Zuvi("--base " + archivo.Texto() + " " + argumentos);
   };
