@@ -53,7 +53,7 @@ click_close() { click_at -13 12; }
 picture() { # name
   [ -n "${ZUVI_CAPTURAS:-}" ] || return 0
   sleep 0.7
-  import -window "$ZUVI_WINDOW" -strip -define png:exclude-chunk=date,time \
+  timeout 20 import -window "$ZUVI_WINDOW" -strip -define png:exclude-chunk=date,time \
     "$ZUVI_CAPTURAS/$1.png" && say "  $1.png"
 }
 

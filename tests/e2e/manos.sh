@@ -185,8 +185,7 @@ unending() {
 picture_of_all() { [ -z "${ZUVI_CAPTURAS:-}" ] || import -window root "$ZUVI_CAPTURAS/$1.png"; }
 
 # The shop is there before anybody works.
-program=guion start crea
-wait "$program_pid"
+wine_shop "$bin/Zuvi.exe" || give_up tienda
 fixtures
 if [ "$program" = guion ]; then
   endless 1

@@ -2,11 +2,7 @@
 Dim produccion
 Set produccion = CreateObject("ZuviProduccion.Produccion")
 Set produccion.Ambiente = Ambiente
-If WScript.Arguments(0) = "crea" Then
-  Dim conexion
-  Set conexion = Ambiente.Conexion
-  WScript.Quit 0
-ElseIf WScript.Arguments(0) = "turnos" Then
+If WScript.Arguments(0) = "turnos" Then
   produccion.MuestraTurnos
 ElseIf WScript.Arguments(0) = "desarma" Then
   produccion.Desensamble WScript.Arguments(1), 1, 1

@@ -14,7 +14,7 @@ base=$(mariadb_database zuvi_reinicio)
 # shellcheck source=../../scripts/comprueba.sh
 . "$here/../../scripts/comprueba.sh"
 make_temp temp
-export ZUVI_BASE=$base ZUVI_USUARIO=ADMIN ZUVI_IMPRIME=no ZUVI_ESPERA_CONEXION=2 ZUVI_ESPERA_LECTURA=2 ZUVI_ESPERA_ESCRITURA=2
+export ZUVI_BASE=$base ZUVI_USUARIO=ADMIN ZUVI_IMPRIME=no ZUVI_LIMITE_CONEXION=2 ZUVI_LIMITE_LECTURA=2 ZUVI_LIMITE_ESCRITURA=2
 
 give_up() {
   [ -z "${ZUVI_CAPTURAS:-}" ] || import -window root "$ZUVI_CAPTURAS/error.png"
@@ -56,7 +56,7 @@ line() { # article quantity
   keys Return
 }
 
-start_shop
+wine_shop "$bin/Zuvi.exe" || give_up tienda
 run_wine 300 "$bin/Zuvi.exe" >"$temp/out" 2>&1 &
 program=$!
 at_exit "kill $program 2>/dev/null"
@@ -75,6 +75,7 @@ mariadb_die
 line TRUFAS 6
 read_boxes muerto
 mariadb_come_back
+window '^Op: '
 picture vuelto
 # The article was left where it was typed.
 keys F9
@@ -84,8 +85,8 @@ mariadb_freeze
 line TRUFAS 7
 read_boxes helado
 mariadb_thaw
-picture deshelado
 window '^Op: '
+picture deshelado
 keys F5
 answer_yes pregunta || give_up pregunta
 window '^Zuvi: '
