@@ -9,6 +9,7 @@
 #include "host/filtros.h"
 #include "host/folios.h"
 #include "host/mensajes.h"
+#include "host/numero_escrito.h"
 #include "host/turno_elegido.h"
 
 namespace zuvi::host {
@@ -69,12 +70,7 @@ double AccesoDatosHost::ValorNumerico(const Value& valor) {
   }
   const auto* texto = std::get_if<std::string>(&valor.Get());
   if (!texto) return ANumero(valor);
-  if (EstaVacio(*texto)) return 0;
-  try {
-    return NumeroDeTexto(*texto);
-  } catch (const HostError&) {
-    throw HostError("\"" + *texto + "\" no es un número", ErrorNumber::TypeMismatch);
-  }
+  return EstaVacio(*texto) ? 0 : NumeroEscrito(*texto);
 }
 
 std::string AccesoDatosHost::ValorTexto(const Value& valor) {

@@ -10,7 +10,8 @@ namespace {
 constexpr std::array kCatalogos{
     Catalogo{"Articulos", "prods", "articulo", "descrip"},
     Catalogo{"Almacenes", "almacen", "almacen", "nombre"},
-    Catalogo{"Conceptos de Op al inventario", "conceptos", "concepto", "descrip"},
+    // The key goes into a column of numbers: those of the movements, which are letters, are not offered.
+    Catalogo{"Conceptos de Op al inventario", "conceptos", "concepto", "descrip", true},
     Catalogo{"Impuestos por porcentaje", "impuestos", "impuesto", "descrip"},
 };
 
@@ -22,6 +23,13 @@ std::string Patron(Motor motor, const std::string& busqueda) {
     patron += c;
   }
   return "UPPER(" + Literal(motor, patron + '%') + ")";
+}
+
+/// Digits and nothing else, said in what both engines know.
+std::string SoloDigitos(const std::string& columna) {
+  std::string resto = columna;
+  for (char c = '0'; c <= '9'; ++c) resto = "REPLACE(" + resto + ", '" + c + "', '')";
+  return "(" + columna + " <> '' AND " + resto + " = '')";
 }
 
 }  // namespace
@@ -38,11 +46,14 @@ std::shared_ptr<Recordset> BuscaEnCatalogo(BaseDatos& base, const Catalogo& cata
   const std::string clave = catalogo.clave;
   const std::string descripcion = catalogo.descripcion;
   std::string condicion;
-  if (!Recorta(filtro).empty()) condicion = " WHERE (" + filtro + ")";
+  const auto exige = [&](const std::string& otra) {
+    condicion += (condicion.empty() ? " WHERE " : " AND ") + otra;
+  };
+  if (catalogo.numerico) exige(SoloDigitos(clave));
+  if (!Recorta(filtro).empty()) exige("(" + filtro + ")");
   if (!busqueda.empty()) {
     const std::string como = ") LIKE " + Patron(base.TraeMotor(), busqueda) + " ESCAPE '!'";
-    condicion += (condicion.empty() ? " WHERE " : " AND ") + ("(UPPER(" + clave) + como + " OR UPPER(" +
-                 descripcion + como + ")";
+    exige("(UPPER(" + clave + como + " OR UPPER(" + descripcion + como + ")");
   }
   return base.Consulta("SELECT " + clave + ", " + descripcion + " FROM " + catalogo.tabla + condicion +
                        " ORDER BY " + clave + (maximo > 0 ? " LIMIT " + Decimal(maximo) : std::string()));

@@ -14,6 +14,8 @@ struct Catalogo {
   const char* tabla;
   const char* clave;
   const char* descripcion;
+  /// Only keys made of digits are offered.
+  bool numerico = false;
 };
 
 /// The catalogue of that caption. Throws HostError when there is none.

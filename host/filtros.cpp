@@ -8,6 +8,7 @@
 #include "base/reloj.h"
 #include "base/text.h"
 #include "base/value.h"
+#include "host/numero_escrito.h"
 
 namespace zuvi::host {
 namespace {
@@ -25,9 +26,10 @@ std::optional<std::int32_t> Entero(const ObjectPtr& caja, const char* nombre) {
 }
 
 std::int16_t FiltraNumero(const Caja& caja, std::int16_t c, bool con_signo, std::size_t decimales) {
-  const auto punto = caja.texto.find('.');
-  if (c == ',') c = '.';
-  if (c == '.') return punto == std::string::npos ? c : std::int16_t{0};
+  // A separator is never dropped nor changed while typing: what is left of "1.2.3" or "1,690.50" would be
+  // another number. The text is understood or refused as a whole.
+  if (c == ',' || c == '.') return c;
+  const auto punto = caja.texto.find_last_of(".,");
   if (c == '-')
     return con_signo && caja.al_principio && caja.texto.find('-') == std::string::npos ? c : std::int16_t{0};
   if (!EsDigito(c)) return 0;
@@ -37,10 +39,9 @@ std::int16_t FiltraNumero(const Caja& caja, std::int16_t c, bool con_signo, std:
 }
 
 std::string FormateaNumero(const std::string& texto, std::size_t decimales) {
-  std::string numero(Recorta(texto));
-  std::ranges::replace(numero, ',', '.');
+  std::string numero;
   try {
-    numero = TextoDeNumero(NumeroDeTexto(numero));
+    numero = TextoDeNumero(NumeroEscrito(texto));
   } catch (const HostError&) {
     return texto;
   }

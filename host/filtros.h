@@ -1,10 +1,10 @@
 // What may be typed into a text box, and how its content is shown, by the box's tag:
 //   "U"   text in upper case
-//   "N"   a number: digits and one decimal point
+//   "N"   a number: digits and separators
 //   "SD"  an amount: the same, with at most six decimals; shown with two decimals at least
 //   "SN"  a number that may carry a minus sign
 //   "D"   a date dd-MM-yyyy: digits and separators
-// Any other tag takes everything as it is. A comma counts as the decimal point.
+// Any other tag takes everything as it is. What separators mean is `NumeroEscrito`'s to say.
 #pragma once
 
 #include <cstdint>

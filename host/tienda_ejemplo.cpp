@@ -438,7 +438,12 @@ void LlenaCatalogos(BaseDatos& base) {
                 {"DE", "Entrada del kit ensamblado"},
                 {"DES", "Componentes de un desensamble"},
                 {"DEN", "Salida del kit desensamblado"},
-                {"INI", "Inventario inicial"}});
+                {"INI", "Inventario inicial"},
+                // What an order is made for: these are what the order itself is given.
+                {"1", "Producción para existencias"},
+                {"2", "Pedido de cliente"},
+                {"3", "Reposición de piso de venta"},
+                {"4", "Muestras y degustaciones"}});
   InsertaFilas(base, "impuestos", "(impuesto, descrip, porcentaje)",
                {{"IVA16", "IVA 16 %", 16.0}, {"IVA8", "IVA frontera 8 %", 8.0}, {"EXENTO", "Exento", 0.0}});
 }

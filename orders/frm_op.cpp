@@ -29,6 +29,18 @@ std::string Tras(std::string texto, const Value& valor) {
   return valor.IsNull() ? texto : texto + ATexto(valor);
 }
 
+/// An amount that the order has stored; 0 where a host's orders have no such column.
+double Monto(Recordset& orden, FixedText columna) {
+  Value monto;
+  try {
+    monto = orden.Campo(columna);
+  } catch (const HostError&) {
+    orden.Campo("Op");  // a row that cannot be read at all is an error
+    return 0;
+  }
+  return monto.IsNull() ? 0 : ANumero(monto);
+}
+
 }  // namespace
 
 frmOp::frmOp(Modulo& modulo) : VentanaModulo(modulo, "frmOp") {
@@ -78,6 +90,7 @@ void frmOp::Form_Load() {
     return;
   }
   CargaEncabezado();
+  costo_guardado_ = Monto(*registro_, "costo");
   if (modo_ == kModificacion) MarcaOcupada();
   try {
     CargaPartidas();
@@ -119,9 +132,11 @@ void frmOp::CargaEncabezado() {
   if (!registro_) throw HostError(ErrorNumber::ObjectNotSet);
   // What an order lacks must not keep it from being opened and mended.
   (*txtFields)(campo::kAlmacen).SetText(Tras("", registro_->Campo("Almacen")));
-  // Every save writes this field: an order of somebody's purchase must not lose its number.
+  // Every save writes these fields: an order must lose neither its purchase's number nor its amount.
   if (const Value compra = registro_->Campo("ordencompra"); !compra.IsNull() && ANumero(compra) != 0)
     (*txtFields)(campo::kOrdenCompra).SetText(ATexto(compra));
+  if (const double importe = Monto(*registro_, "importe"); importe != 0)
+    (*txtFields)(campo::kImporte).SetText(TextoDeNumero(importe));
   const Value emision = registro_->Campo("F_Emision");
   DTPicker1->SetValue(emision.IsNull() ? Hoy() : AFecha(emision));
   const Value entrega = registro_->Campo("fechaentrega");
@@ -202,6 +217,15 @@ void frmOp::AplicaModo() {
 
 void frmOp::Form_QueryUnload(std::int16_t& cancel, std::int16_t mode) {
   Trata("Form_QueryUnload", [&] {
+    // An open edit is written whichever way the window is closed. One that could not be keeps it open, where
+    // it can be typed again; the end of the session does not wait.
+    const bool editando = txtEdit->Visible();
+    const bool escrita = EscribeCelda();
+    if (editando && fg2->CanFocus()) fg2->SetFocus();
+    if (!escrita && mode != static_cast<std::int16_t>(UnloadMode::System)) {
+      cancel = kVerdadero;
+      return;
+    }
     if (mode != static_cast<std::int16_t>(UnloadMode::TitleBar)) return;
     // The title bar only asks: the window is closed once the click is done with.
     cancel = kVerdadero;

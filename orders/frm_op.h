@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -41,8 +42,8 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   /// Refusal: while it is set the next guarded action (closing, a new line) does not happen, and clears it.
   bool Rechazado() const { return rechazado_; }
   void PonRechazado(bool rechazado) { rechazado_ = rechazado; }
-  /// Running cost total of the lines.
-  double CostoTotal() const { return costo_total_; }
+  /// Running cost total: what was stored, and what lines added here have changed since.
+  double CostoTotal() const;
 
   const MemberTable* Members() const override;
 
@@ -75,10 +76,12 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   // frm_op_guarda.cpp
   /// Gives a new order its number and starts its INSERT.
   void NumeraOrden();
-  /// Both tell whether the header was saved; why not has been reported.
+  /// Tell whether it was saved, the header or the cell; why not has been reported.
   bool CreaOp();
   bool SalvaOp();
-  void SalvaCambios();
+  bool SalvaCambios();
+  /// A quantity as the grid shows it: what was typed with commas is shown as it was understood.
+  static std::string ComoSeLeyo(const std::string& texto, double numero);
   /// Filled lines of the grid before the first blank one; nothing when they could not be counted.
   std::optional<std::int32_t> CuantasPartidas();
   bool SalvaPartidas();
@@ -87,7 +90,8 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   /// Sets a field's text without its moving on as if the user had filled it.
   void Escribe(std::int16_t index, const std::string& texto);
   void LlenaPartida();
-  void NuevaPartida();
+  /// False when the typed line has failed before it was stored: it stays where it was typed.
+  bool NuevaPartida();
   void PonDescripcion();
   void PonTC();
   std::string TraeVends();
@@ -104,6 +108,8 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   // frm_op_campos.cpp
   void ConectaCampos();
   static void Selecciona(TextBox& caja);
+  /// Throws HostError for a field that no host could take for a number; a blank one passes.
+  void ExigeNumero(std::int16_t index) const;
   void Formatea(std::int16_t index);
   /// Enter or Tab in a field. The key is zeroed where it was used.
   void Avanza(std::int16_t index, std::int16_t& key);
@@ -124,8 +130,9 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   void EditKeyCode(FlexGrid& grid, TextBox& editor, std::int16_t& key, std::int16_t shift);
   /// Puts the open cell editor over its cell.
   void ColocaEditor();
-  /// Ends an edit: the cell takes the editor's text and is saved.
-  void EscribeCelda();
+  /// Ends an edit: the cell takes the editor's text and is saved. False when it could not be: it shows again
+  /// what it held.
+  bool EscribeCelda();
   void Fg2_KeyPress(std::int16_t& character);
   void Fg2_GotFocus();
   void Fg2_LeaveCell();
@@ -144,7 +151,15 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   // What the window makes for itself.
   std::shared_ptr<ConstructorSql> constructor_;
   std::shared_ptr<Recordset> partidas_;
-  double costo_total_ = 0;
+  double costo_guardado_ = 0;
+  /// Lines added here, by their key as the grid holds it.
+  struct Costo {
+    double cantidad, unitario;
+  };
+  std::map<std::string, Costo> costos_;
+  /// The article read last and its unit cost.
+  std::string articulo_leido_;
+  double costo_leido_ = 0;
   bool rechazado_ = false;
   bool escribiendo_ = false;
 

@@ -1,4 +1,5 @@
 // Buttons and printing of the order editor.
+#include "orders/campos.h"
 #include "orders/frm_op.h"
 
 namespace zuvi {
@@ -37,6 +38,8 @@ void frmOp::Command5_Click() {
       DTPicker1->SetFocus();
       return;
     }
+    // Once the button is disabled there is no second try.
+    ExigeNumero(campo::kOrdenCompra);
     Command5->SetEnabled(false);
 
     const auto partidas = CuantasPartidas();

@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <array>
 #include <utility>
 
+#include "base/text.h"
 #include "component/services/sentencia.h"
 #include "component/services/ventanas_host.h"
 #include "orders/campos.h"
@@ -34,7 +36,27 @@ bool EsFiltroDeTecla(const std::string& etiqueta) {
   return etiqueta == "N" || etiqueta == "D" || etiqueta == "SD" || etiqueta == "SN";
 }
 
+/// Whether a host could take it for a number: digits, no letters but an exponent's, and what parts the digits
+/// more than once parts them in threes. All else is the host's to say.
+bool PuedeSerNumero(std::string_view texto) {
+  const auto letra = [](char c) { return c != 'e' && c != 'E' && (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; };
+  if (texto.find_first_of("0123456789") == texto.npos || std::ranges::any_of(texto, letra)) return false;
+  for (const char separador : {'.', ','}) {
+    auto este = texto.find(separador);
+    for (auto otro = este; este != texto.npos && (otro = texto.find(separador, este + 1)) != texto.npos;
+         este = otro)
+      if (otro - este != 4) return false;
+  }
+  return true;
+}
+
 }  // namespace
+
+void frmOp::ExigeNumero(std::int16_t index) const {
+  const std::string& texto = (*txtFields)(index).Text();
+  if (!Recorta(texto).empty() && !PuedeSerNumero(texto))
+    throw HostError("\"" + texto + "\" no es un número", ErrorNumber::TypeMismatch);
+}
 
 void frmOp::ConectaCampos() {
   txtFields->ForEach([this](std::int16_t i, TextBox& caja) {

@@ -1,4 +1,7 @@
 // Saving: the header when its first line is added and when the order is finished, an edited cell at once.
+#include <cmath>
+
+#include "base/text.h"
 #include "orders/campos.h"
 #include "orders/frm_op.h"
 
@@ -73,7 +76,7 @@ bool frmOp::SalvaOp() {
     c.AgregaCampo("op", "f_emision", DTPicker1->Value());
     c.AgregaCampo("op", "fechaEntrega", DTPicker2->Value());
     c.AgregaCampo("op", "importe", datos.ValorNumerico((*txtFields)(campo::kImporte).Text()));
-    c.AgregaCampo("op", "costo", costo_total_);
+    c.AgregaCampo("op", "costo", CostoTotal());
     c.AgregaCampo("op", "almacen", datos.ValorNumerico((*txtFields)(campo::kAlmacen).Text()));
     if (Check3->Value() == 0) {
       c.AgregaCampo("op", "estado", "CO");
@@ -91,17 +94,21 @@ bool frmOp::SalvaOp() {
   });
 }
 
-void frmOp::SalvaCambios() {
-  Trata("SalvaCambios", [&] {
+bool frmOp::SalvaCambios() {
+  return Trata("SalvaCambios", [&] {
+    const std::string entrada = fg2->TextMatrix(fg2->Row(), 5);
+    // A row that is no line has nothing to be saved.
+    if (Recorta(entrada).empty()) return;
     ConstructorSql& c = *constructor_;
     c.Limpia();
     c.Tipo("UPDATE");
-    const std::int32_t fila = fg2->Row();
-    c.Condicion("id_entrada = " + fg2->TextMatrix(fila, 5));
+    c.Condicion("id_entrada = " + entrada);
+    std::optional<double> cantidad;
     switch (fg2->Col()) {
       case 1:
       case 2:
-        c.AgregaCampo("oppart", "cantidad", Datos().ValorNumerico(fg2->Text()));
+        cantidad = Datos().ValorNumerico(fg2->Text());
+        c.AgregaCampo("oppart", "cantidad", *cantidad);
         break;
       case 5:
         c.AgregaCampo("oppart", "impuesto", Datos().ValorNumerico(fg2->Text()));
@@ -114,7 +121,22 @@ void frmOp::SalvaCambios() {
     }
     c.Genera("oppart");
     c.Ejecuta();
+    if (!cantidad) return;
+    fg2->SetText(ComoSeLeyo(fg2->Text(), *cantidad));
+    if (const auto costo = costos_.find(entrada); costo != costos_.end()) costo->second.cantidad = *cantidad;
   });
+}
+
+std::string frmOp::ComoSeLeyo(const std::string& texto, double numero) {
+  return texto.find(',') == texto.npos ? texto : TextoDeNumero(numero);
+}
+
+double frmOp::CostoTotal() const {
+  // Added up anew each time: a line that goes takes exactly its own with it.
+  double total = costo_guardado_;
+  for (const auto& [entrada, costo] : costos_) total += costo.cantidad * costo.unitario;
+  // No column holds more; the order can be saved all the same.
+  return std::isfinite(total) ? total : costo_guardado_;
 }
 
 std::optional<std::int32_t> frmOp::CuantasPartidas() {

@@ -195,6 +195,13 @@ void frmOp::CreaControles() {
   constexpr std::int32_t kRejilla = kPartidas + kBajoRotulo;
   fg2 = plano.Pon<FlexGrid>("fg2", En(kMargen, kRejilla, kDerecha - kMargen, kCasillas - 12 - kRejilla),
                             anchor::kAll);
+  // The editor of a cell comes next, so that Tab leaves it for what is beside the grid.
+  plano.Rotulo(kRotuloCelda, "Celda", {}).SetVisible(false);
+  txtEdit = Add<TextBox>("txtEdit");
+  txtEdit->SetTag("N");
+  // A text that is put into a box without width stays scrolled out of sight when it gets one.
+  txtEdit->Design(En(0, 0, 120, kAltoCampo));
+  txtEdit->SetVisible(false);
 
   // Finishing. The captions of two boxes are labels beside them, which can be clicked on their own.
   Check1 = plano.Pon<CheckBox>("Check1", "Producto terminado en automático",
@@ -220,12 +227,6 @@ void frmOp::CreaControles() {
   Timer1 = Add<Timer>("Timer1");
   Timer1->SetEnabled(false);
   AutoResizer1 = Add<AutoResizer>("AutoResizer1");
-  plano.Rotulo(kRotuloCelda, "Celda", {}).SetVisible(false);
-  txtEdit = Add<TextBox>("txtEdit");
-  txtEdit->SetTag("N");
-  // A text that is put into a box without width stays scrolled out of sight when it gets one.
-  txtEdit->Design(En(0, 0, 120, kAltoCampo));
-  txtEdit->SetVisible(false);
 }
 
 }  // namespace zuvi

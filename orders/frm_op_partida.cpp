@@ -58,19 +58,32 @@ void frmOp::LlenaPartida() {
       EnfocaSiHabilitado(articulo);
       return;
     }
-    NuevaPartida();
+    const bool guardada = NuevaPartida();
     EnfocaSiHabilitado(articulo);
+    if (!guardada) {
+      // A scanner's next code takes its place.
+      if (articulo.HasFocus()) Selecciona(articulo);
+      return;
+    }
     for (const std::int16_t campo : {campo::kDescripcion, campo::kArticulo, campo::kCantidad, campo::kPrecio})
       Escribe(campo, "");
   });
 }
 
-void frmOp::NuevaPartida() {
+bool frmOp::NuevaPartida() {
+  // Whether the typed line is done with: stored, or turned down by the host.
+  bool lista = false;
   Trata("NuevaPartida", [&] {
     const PeticionProceso respuesta = IniciaProceso("Op005");
     if (respuesta.bandera) rechazado_ = true;
-    if (std::exchange(rechazado_, false)) return;
+    if (std::exchange(rechazado_, false)) {
+      lista = true;
+      return;
+    }
 
+    // No number is taken for what cannot be saved.
+    ExigeNumero(campo::kPrecio);
+    if (modo_ == kAlta) ExigeNumero(campo::kOrdenCompra);
     // It has reported why; without a header the line would belong to no order.
     if (modo_ == kAlta && !CreaOp()) return;
 
@@ -101,18 +114,22 @@ void frmOp::NuevaPartida() {
     agrega("usuhora", Hora());
     constructor_->Genera("oppart");
     constructor_->Ejecuta();
+    lista = true;
+    const bool leido = IgualSinCaso(Recorta(articulo), articulo_leido_);
+    costos_[Decimal(entrada)] = {cantidad, leido ? costo_leido_ : 0};
 
     const std::int32_t renglones = fg2->Rows() - fg2->FixedRows();
     std::int32_t renglon = 1;
     while (renglon <= renglones && !datos.EstaVacio(fg2->TextMatrix(renglon, kArticulo))) ++renglon;
     if (renglon > renglones) return;
     fg2->SetTextMatrix(renglon, kArticulo, articulo);
-    fg2->SetTextMatrix(renglon, kCantidad, (*txtFields)(campo::kCantidad).Text());
+    fg2->SetTextMatrix(renglon, kCantidad, ComoSeLeyo((*txtFields)(campo::kCantidad).Text(), cantidad));
     fg2->SetTextMatrix(renglon, kImporte, TextoConMiles(cantidad * precio));
     fg2->SetTextMatrix(renglon, kObservaciones, observaciones);
     fg2->SetTextMatrix(renglon, kEntrada, Decimal(entrada));
     fg2->SetRow(renglon);
   });
+  return lista;
 }
 
 void frmOp::PonDescripcion() {
@@ -139,9 +156,13 @@ void frmOp::PonDescripcion() {
         Escribe(campo::kUnidadDeClave, ficha->Eof() ? "" : recortado(*ficha, "unidad"));
       }
     }
+    articulo_leido_.clear();
     if (!ficha->Eof()) {
       Escribe(campo::kDescripcion, recortado(*ficha, "descrip"));
       Escribe(campo::kUnidad, recortado(*ficha, "unidad"));
+      const Value costo = ficha->Campo("costo_u");
+      costo_leido_ = costo.IsNull() ? 0 : ANumero(costo);
+      articulo_leido_ = Recorta((*txtFields)(campo::kArticulo).Text());
     }
     // One piece per scan, unless a quantity was typed before.
     if (Check4->Value() == 1 && datos.EstaVacio((*txtFields)(campo::kCantidad).Text()))
@@ -195,7 +216,10 @@ void frmOp::fg2_KeyDown(std::int16_t& key, std::int16_t /*shift*/) {
     if (modo_ == kConsulta || key != key::kDelete) return;
     const std::int32_t renglon = fg2->Row();
     if (renglon < fg2->FixedRows() || Datos().EstaVacio(fg2->TextMatrix(renglon, kArticulo))) return;
-    Entorno()->EjecutaSQL("DELETE FROM oppart WHERE id_entrada = " + fg2->TextMatrix(renglon, kEntrada));
+    const std::string entrada = fg2->TextMatrix(renglon, kEntrada);
+    if (Recorta(entrada).empty()) return;
+    Entorno()->EjecutaSQL("DELETE FROM oppart WHERE id_entrada = " + entrada);
+    costos_.erase(entrada);
     fg2->RemoveItem(renglon);
   });
 }

@@ -5,7 +5,7 @@
 namespace zuvi {
 namespace {
 
-constexpr std::int32_t kArticulo = 0, kUltimaEditable = 2, kDescripcion = 4, kPresentacion = 6;
+constexpr std::int32_t kArticulo = 0, kUltimaEditable = 2, kDescripcion = 4, kEntrada = 5, kPresentacion = 6;
 constexpr std::int16_t kMarcoHundido = 3;
 /// Further than any cell's text: brought to its end.
 constexpr std::int32_t kAlFinal = 1000;
@@ -46,6 +46,9 @@ void frmOp::MSFlexGridEdit(FlexGrid& grid, TextBox& editor, std::int16_t& charac
       editor.SetSelStart(kAlFinal);
     }
     if (grid.Col() == 0 || modo_ == kConsulta || grid.Col() > kUltimaEditable) return;
+    // A row without a line has nothing to be edited, whatever key asked for it.
+    if (Recorta(grid.TextMatrix(grid.Row(), kArticulo) + grid.TextMatrix(grid.Row(), kEntrada)).empty())
+      return;
     const Rect celda = grid.CellBounds();
     editor.Move({celda.left + grid.Left(), celda.top + grid.Top(), celda.width, celda.height});
     editor.SetVisible(true);
@@ -87,12 +90,18 @@ void frmOp::EditKeyCode(FlexGrid& grid, TextBox& editor, std::int16_t& key, std:
   });
 }
 
-void frmOp::EscribeCelda() {
-  if (!txtEdit->Visible()) return;
+bool frmOp::EscribeCelda() {
+  if (!txtEdit->Visible()) return true;
+  const std::int32_t fila = fg2->Row(), columna = fg2->Col();
+  const std::string entrada = fg2->TextMatrix(fila, kEntrada), guardado = fg2->Text();
   fg2->SetText(txtEdit->Text());
   txtEdit->SetText("");
   txtEdit->SetVisible(false);
-  SalvaCambios();
+  if (SalvaCambios()) return true;
+  // The cell shows what the table holds. While the report stood its line may have gone elsewhere.
+  if (fila < fg2->Rows() && (columna == kEntrada || fg2->TextMatrix(fila, kEntrada) == entrada))
+    fg2->SetTextMatrix(fila, columna, guardado);
+  return false;
 }
 
 void frmOp::Fg2_KeyPress(std::int16_t& character) {
@@ -139,9 +148,10 @@ void frmOp::txtEdit_KeyDown(std::int16_t& key, std::int16_t shift) {
 
 void frmOp::txtEdit_LostFocus() {
   // Whoever goes on to another field or a button means to keep what was typed. Without a new control the
-  // user has only turned to another window.
+  // user has only turned to another window. What could not be written calls them back to the cell, and the
+  // button they pressed waits: it may be the one that closes the window.
   Trata("txtEdit_LostFocus", [&] {
-    if (ActiveControl()) EscribeCelda();
+    if (ActiveControl() && !EscribeCelda() && fg2->CanFocus()) fg2->SetFocus();
   });
 }
 

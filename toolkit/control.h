@@ -94,6 +94,10 @@ class Control : public Object {
   /// multi-line text, arrows in a grid).
   virtual bool WantsKey(std::int16_t /*key*/) const { return false; }
 
+  /// A page key pressed where the focused control has no use for it: one that is shown but disabled can be
+  /// read on by it. True when it was.
+  virtual bool PageKey(std::int16_t /*key*/, std::int16_t /*shift*/) { return false; }
+
   /// The native side; null without one.
   Peer* NativeSide() const { return peer_.get(); }
   void SetPeer(std::unique_ptr<Peer> peer) { peer_ = std::move(peer); }

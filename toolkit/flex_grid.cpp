@@ -276,6 +276,25 @@ void FlexGrid::DefaultKey(std::int16_t key, std::int16_t shift) {
   MoveTo(std::clamp(row, fixed_rows_, last_row), col);
 }
 
+bool FlexGrid::PageKey(std::int16_t key, std::int16_t shift) {
+  if (Enabled() || !Visible() || (shift & (shift::kAlt | shift::kShift))) return false;
+  const bool whole = (shift & shift::kCtrl) != 0;
+  if (key == key::kPageUp && !whole) {
+    SetTopRow(top_row_ - VisibleRows());
+  } else if (key == key::kPageDown && !whole) {
+    SetTopRow(top_row_ + VisibleRows());
+  } else if (key == key::kHome && whole) {
+    SetTopRow(fixed_rows_);
+  } else if (key == key::kEnd && whole) {
+    std::int32_t last = Rows() - 1;
+    while (last > fixed_rows_ && std::ranges::all_of(cells_[At(last)], &std::string::empty)) --last;
+    SetTopRow(last - VisibleRows() + 1);
+  } else {
+    return false;
+  }
+  return true;
+}
+
 const MemberTable* FlexGrid::Members() const {
   using T = FlexGrid;
   static const MemberTable table =

@@ -86,6 +86,9 @@ class FlexGrid final : public Control {
   bool WantsKey(std::int16_t key) const override {
     return (key >= key::kPageUp && key <= key::kDown) || key == key::kEnter || key == key::kEscape;
   }
+  /// Disabled, it scrolls by them: PageUp, PageDown, and Ctrl with Home or End to the first and last rows
+  /// that hold something.
+  bool PageKey(std::int16_t key, std::int16_t shift) override;
   const MemberTable* Members() const override;
 
  private:

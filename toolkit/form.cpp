@@ -249,6 +249,10 @@ bool Form::KeyDown(Control& target, std::int16_t key, std::int16_t shift) {
     return true;
   }
   if (target.WantsKey(pressed)) return false;
+  // Buttons have no pages of their own to turn.
+  if (dynamic_cast<const Captioned*>(&target))
+    for (const auto& control : controls_)
+      if (control->PageKey(pressed, shift)) return true;
   Control* button = nullptr;
   if (pressed == key::kEnter && !dynamic_cast<const Button*>(&target)) button = default_button_;
   if (pressed == key::kEscape) button = cancel_button_;

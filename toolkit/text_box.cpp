@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/text.h"
+#include "toolkit/form.h"
 
 namespace zuvi {
 
@@ -72,6 +73,34 @@ void TextBox::UserEdited(std::string text, std::int32_t sel_start, std::int32_t 
   text_ = std::move(text);
   NoteSelection(sel_start, sel_length);
   if (differs) Raise(OnChange);
+}
+
+std::optional<std::string> TextBox::Pasting(std::string_view text) {
+  const auto self = shared_from_this();
+  Form* const form = Window();
+  if (locked_ || !form || !CanFocus()) return std::nullopt;
+  const auto window = form->Keep();
+  PullSelection();
+  // A cell copied from a sheet ends in a line end, and often has blanks around it.
+  const std::u16string line = Utf16(Recorta(text.substr(0, text.find_first_of("\r\n"))));
+  std::u16string kept;
+  for (const char16_t character : line) {
+    const char16_t unit = form->KeyPress(*this, character);
+    if (unit == 0 || form->Closed()) return std::nullopt;
+    kept += unit;
+  }
+  if (max_length_ > 0) {
+    auto room = static_cast<std::size_t>(std::max(0, max_length_ - Length() + sel_length_));
+    if (SplitsPair(kept, std::min(room, kept.size()))) --room;
+    kept.resize(std::min(room, kept.size()));
+  }
+  return Utf8(kept);
+}
+
+bool TextBox::Paste(std::string_view text) {
+  const auto kept = Pasting(text);
+  if (kept) SetSelText(*kept);
+  return kept.has_value();
 }
 
 void TextBox::NoteSelection(std::int32_t start, std::int32_t length) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "toolkit/control.h"
 #include "toolkit/text_units.h"
 
@@ -40,6 +42,11 @@ class TextBox : public Control {
 
   /// The user has changed the text in the native control; selection in UTF-16 units. Raises Change.
   void UserEdited(std::string text, std::int32_t sel_start, std::int32_t sel_length);
+  /// What may go in of a text that the user pastes: each character goes the way of a typed one. Nothing when
+  /// one of them is dropped there, for what is left would be another text. One line, and no longer than fits.
+  std::optional<std::string> Pasting(std::string_view text);
+  /// Pastes where there is no native control. False when it was refused.
+  bool Paste(std::string_view text);
   /// What the native control says is selected.
   void NoteSelection(std::int32_t start, std::int32_t length);
 

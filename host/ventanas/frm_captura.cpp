@@ -1,6 +1,7 @@
 #include "host/ventanas/frm_captura.h"
 
 #include "base/text.h"
+#include "host/numero_escrito.h"
 
 namespace zuvi::host {
 namespace {
@@ -77,12 +78,11 @@ void frmCaptura::CambiaSigno() {
 
 void frmCaptura::Acepta() {
   try {
-    numero_ = NumeroDeTexto(txtNumero->Text());
-  } catch (const HostError&) {
-    ElAnfitrion().Mensaje(Recorta(txtNumero->Text()).empty()
-                              ? std::string("Escriba un número.")
-                              : "\"" + txtNumero->Text() + "\" no es un número.",
-                          EstiloMensaje::Error);
+    numero_ = NumeroEscrito(txtNumero->Text());
+  } catch (const HostError& error) {
+    ElAnfitrion().Mensaje(
+        Recorta(txtNumero->Text()).empty() ? "Escriba un número." : std::string(error.what()) + ".",
+        EstiloMensaje::Error);
     txtNumero->SetFocus();
     return;
   }

@@ -4,6 +4,7 @@
 #include "component/services/ventanas_host.h"
 #include "host/celdas.h"
 #include "host/filtros.h"
+#include "host/numero_escrito.h"
 
 namespace zuvi::host {
 namespace {
@@ -14,7 +15,7 @@ constexpr const char* kSinAlmacen = "No hay un almacén con ese número.";
 /// The whole number of a text, when it is one.
 std::optional<std::int32_t> Entero(const std::string& texto) {
   try {
-    const double numero = NumeroDeTexto(texto);
+    const double numero = NumeroEscrito(texto);
     if (const std::int32_t entero = RedondeaA32(numero); entero == numero) return entero;
   } catch (const HostError&) {
     // No number, or too large a one.
@@ -155,9 +156,11 @@ std::optional<frmKit::Entrada> frmKit::Lee() {
     return Rechaza(*txtAlmacen, kSinAlmacen), std::nullopt;
   entrada.almacen = *almacen;
   try {
-    entrada.cantidad = NumeroDeTexto(txtCantidad->Text());
-  } catch (const HostError&) {
-    // Told below, as a quantity that is none.
+    entrada.cantidad = NumeroEscrito(txtCantidad->Text());
+  } catch (const HostError& error) {
+    // A blank is told below, as a quantity that is none.
+    if (!Recorta(txtCantidad->Text()).empty())
+      return Rechaza(*txtCantidad, std::string(error.what()) + "."), std::nullopt;
   }
   if (entrada.cantidad <= 0)
     return Rechaza(*txtCantidad, "La cantidad debe ser mayor que cero."), std::nullopt;

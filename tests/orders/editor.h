@@ -51,12 +51,14 @@ struct Mesa {
               {"observ", "urge"},
               {"automatico", std::int16_t{1}},
               {"ordencompra", 0.0},
+              {"importe", 0.0},
+              {"costo", 0.0},
               {"Tipo_doc", "OP"}};
     for (const auto& [nombre, valor] : cambios)
       for (auto& [columna, actual] : fila)
         if (columna == nombre) actual = valor;
-    for (const std::int32_t op : {120, 501, 502, 503, 504, 505, 506}) {
-      const std::string numero = Decimal(op);
+    for (std::int32_t op = 500; op < 520; ++op) {
+      const std::string numero = Decimal(op == 500 ? 120 : op);
       fila[0].second = numero;
       t.mundo.tablas["SELECT * FROM op WHERE op = " + numero] = {fila};
       t.mundo.tablas["SELECT * FROM op WHERE (((op) = " + numero + "))"] = {fila};

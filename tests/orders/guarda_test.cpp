@@ -83,6 +83,10 @@ TEST_P(Guarda, FinalizarSeDetieneDondeDebe) {
     EXPECT_TRUE(dia.HasFocus());
   }
   dia.SetValue(Fecha::DesdeTexto("2026-03-20 23:00:00"));
+  F(0).SetText("12abc");
+  EXPECT_EQ(intenta(true), "\n" + kAlmacenBueno + kPregunta);
+  EXPECT_EQ(Avisos(), std::vector{Informe("Command5_Click", "\"12abc\" no es un número")});
+  F(0).SetText("");
   // Shown lines count up to the first blank one; the order goes its way as pending, for some are stored.
   Rejilla().SetTextMatrix(1, 0, " ");
   Rejilla().SetTextMatrix(2, 0, "MESA");
@@ -114,6 +118,46 @@ TEST_P(Guarda, SinLineasSeGuardaPendienteYQuedaAbierta) {
     // A new one was not marked busy.
     v->Unload();
     EXPECT_EQ(Hecho(), "\n" + Proceso("Op006") + (alta ? "" : kSuelta + "120)\n") + kLibera);
+  }
+}
+
+TEST_P(Guarda, FinalizarConservaElDineroYSumaElCosto) {
+  PonOrden({{"importe", 345.5}, {"costo", 1000.25}}, {Linea(71)});
+  const auto agrega = [this](const char* cantidad) {
+    F(4).SetFocus();
+    v->Type("MESA");
+    v->Press(key::kEnter);
+    v->Type(cantidad);
+    v->Press(key::kEnter);
+  };
+  // What becomes of the stored line and of two more at 80 each, and the cost then.
+  const std::pair<std::function<void()>, double> casos[] = {
+      {[] {}, 1000.25},
+      {[&] { agrega("3"), agrega("0.1"); }, 1248.25},
+      {[&] { agrega("3"), agrega("0.1"), Rejilla().MoveTo(2, 1), Rejilla().SetFocus(), v->Type("5"); },
+       1408.25},
+      {[&] {
+         agrega("3"), agrega("0.1"), Rejilla().SetFocus();
+         for (const int fila : {2, 2}) Rejilla().MoveTo(fila, 1), v->Press(key::kDelete);
+       },
+       1000.25},
+      // What the stored line costs is not known here.
+      {[&] { Rejilla().MoveTo(1, 1), Rejilla().SetFocus(), v->Type("5"); }, 1000.25},
+      {[&] { Rejilla().SetFocus(), v->Press(key::kDelete); }, 1000.25},
+      // An article that was not looked up adds nothing.
+      {[&] { Agrega("MESA", "3"); }, 1000.25},
+  };
+  for (const auto& [hace, costo] : casos) {
+    SCOPED_TRACE(&hace - &casos[0].first);
+    Cierra();
+    ASSERT_TRUE(Abre("ModificaOp"));
+    hace();
+    Hecho();
+    Finaliza();
+    EXPECT_EQ(Veces(Columna("importe", "r8 345.5").substr(0, 34)), 1u);
+    EXPECT_THAT(t.mundo.bitacora,
+                testing::Contains("AgregaCampo(op, costo, r8 " + TextoDeNumero(costo) + ")"));
+    EXPECT_TRUE(v->Closed());
   }
 }
 

@@ -107,6 +107,35 @@ TEST_P(Lineas, UnRechazoDelHostDetieneUnaSolaLinea) {
   }
 }
 
+TEST_P(Lineas, LaQueNoSePudoGuardarSigueEnSusCampos) {
+  // Before a number is taken, when the order cannot be created, and when the line cannot be stored.
+  for (const auto& [orden_compra, precio, fallan, procedimiento] :
+       {std::tuple("COP", "2.5", "", "NuevaPartida"), std::tuple("", "1.2.3", "", "NuevaPartida"),
+        std::tuple("1-2", "2.5", "", "CreaOp"), std::tuple("", "1.234.567", "", "NuevaPartida"),
+        std::tuple("", "2.5", "Genera(oppart)", "NuevaPartida")}) {
+    SCOPED_TRACE(std::string(orden_compra) + " " + precio);
+    Nuevo("NuevaOp");
+    F(0).SetText(orden_compra);
+    F(4).SetText("MESA"), F(5).SetText("3"), F(6).SetText(precio), F(1).SetText("nota");
+    Boton("Command6").SetFocus();
+    Hecho();
+    t.mundo.gancho = [&](const std::string& llamada) {
+      if (*fallan && llamada == fallan) throw HostError("Type mismatch");
+    };
+    Boton("Command6").Click();
+    t.mundo.gancho = nullptr;
+    EXPECT_THAT(Avisos(), ElementsAre(testing::StartsWith(Informe(procedimiento))));
+    const bool a_tiempo = orden_compra == std::string("COP") || precio == std::string("1.2.3");
+    EXPECT_EQ(Veces("SiguienteFolio(Op"), a_tiempo ? 0u : 1u);
+    EXPECT_EQ(F(4).Text() + F(5).Text() + F(6).Text() + F(1).Text(), "MESA3" + std::string(precio) + "nota");
+    EXPECT_EQ(Foco() + Decimal(F(4).SelLength()), Campo(4) + "4");
+    // Mended, it goes in.
+    F(0).SetText("7"), F(6).SetText("2");
+    v->Press(key::kF9);
+    EXPECT_EQ(Celda(1, 0) + F(4).Text() + F(5).Text(), "MESA");
+  }
+}
+
 TEST_P(Lineas, ConElLectorCadaCodigoAgregaUnaPieza) {
   PonClave("K1", "MESA");
   Nuevo();
@@ -152,8 +181,9 @@ TEST_P(Lineas, SoloSeEditanCantidadYPrecioDeUnaLinea) {
         Caso{1, 3, '7', "7", false},
         // A character that the filter drops counts in the column of texts only.
         Caso{1, 1, 'x', "", false}, Caso{1, 6, 'x', "x", false}, Caso{1, 1, -4000, "", false},
-        // A line without an article.
-        Caso{4, 1, '7', "", false}, Caso{4, 1, kDobleClic, "", false},
+        // A row without a line, whatever is pressed there.
+        Caso{4, 1, '7', "", false}, Caso{4, 1, kDobleClic, "", false}, Caso{4, 1, key::kEnter, "", false},
+        Caso{4, 1, key::kSpace, "", false},
         // Control characters and the blank bring up what the cell holds.
         Caso{1, 1, key::kSpace, "2.5", true}, Caso{1, 1, key::kEnter, "2.5", true},
         Caso{1, 1, kDobleClic, "2.5", true}, Caso{1, 4, kDobleClic, " obs", false}}) {
@@ -199,24 +229,69 @@ TEST_P(Lineas, LasTeclasDelEditorEscribenODescartan) {
   }
 }
 
-TEST_P(Lineas, UnaEdicionAbiertaSeEscribeAlDejarla) {
-  const std::function<void()> salidas[] = {
-      [this] { Rejilla().UserClicked(2, 1); },
-      [this] { Boton("Command6").SetFocus(); },
-      // The new line's row becomes the current one.
-      [this] {
-        F(4).SetText("MESA");
-        F(5).SetText("1");
-        v->Press(key::kF9);
-      },
+TEST_P(Lineas, UnaEdicionAbiertaTieneUnaSolaSuerteAlDejarla) {
+  // How the cell is left, where the focus is then, and whether that closes the window.
+  struct Salida {
+    std::function<void()> sale;
+    const char* foco;
+    bool cierra = false;
   };
-  for (const auto& salida : salidas) {
+  const std::vector<Salida> salidas = {
+      {[this] { v->Press(key::kTab); }, "Check1"},
+      {[this] { v->Press(key::kTab, shift::kShift); }, "fg2"},
+      {[this] { Boton("Command6").SetFocus(); }, "Command6"},
+      {[this] { v->Press('C', shift::kAlt); }, "", true},
+      {[this] { Boton("Command2").Click(); }, "", true},
+      {[this] { v->Unload(UnloadMode::TitleBar), t.escritorio.Advance(10); }, "", true},
+      {[this] { v->Call("Unload"); }, "", true},
+      // Another program in front when the host closes its windows.
+      {[this] { v->FocusMoved(nullptr), v->Unload(); }, "", true},
+      {[this] { v->Unload(UnloadMode::System); }, "", true},
+  };
+  for (std::size_t i = 0; i < salidas.size(); ++i) {
+    SCOPED_TRACE(i);
+    const auto& [sale, foco, cierra] = salidas[i];
     AbreEn(1, 1);
     v->Type("8");
-    salida();
+    sale();
     EXPECT_EQ(Celda(1, 1), "8");
     EXPECT_EQ(Veces("Condicion(id_entrada = 71)"), 1u);
     EXPECT_FALSE(CajaDeCelda().Visible());
+    EXPECT_EQ(v->Closed(), cierra);
+    if (!cierra) {
+      EXPECT_EQ(Foco(), foco);
+    }
+    // What cannot be written is reported, nothing is sent, and the cell shows what is stored.
+    AbreEn(1, 1);
+    v->Type("1");
+    CajaDeCelda().SetText("1.2.3");
+    sale();
+    EXPECT_EQ(Avisos(), std::vector{Informe("SalvaCambios", "Type mismatch")});
+    EXPECT_EQ(Celda(1, 1), "2.5");
+    EXPECT_EQ(Veces("Ejecuta()"), 0u);
+    // It keeps the window open, the cell at hand; only the end of the session does not wait.
+    const bool sesion = i + 1 == salidas.size();
+    EXPECT_EQ(v->Closed(), sesion);
+    if (sesion) continue;
+    EXPECT_EQ(std::pair(Rejilla().Row(), Rejilla().Col()), std::pair(1, 1));
+    v->Press(key::kHome);
+    EXPECT_EQ(Rejilla().Col(), 0) << Foco();
+    sale();
+    EXPECT_EQ(v->Closed(), cierra);
+  }
+  // By the move of the current cell: a click, and a new line's row.
+  for (const bool clic : {true, false}) {
+    AbreEn(1, 1);
+    v->Type("8");
+    if (clic) {
+      Rejilla().UserClicked(2, 1);
+    } else {
+      F(4).SetText("MESA");
+      F(5).SetText("1");
+      v->Press(key::kF9);
+    }
+    EXPECT_EQ(Celda(1, 1), "8");
+    EXPECT_EQ(Veces("Condicion(id_entrada = 71)"), 1u);
   }
   // Another program in front ends nothing. Where the window grows smaller the row comes back into view, the
   // editor with it, which follows the wheel too.
@@ -247,6 +322,13 @@ TEST_P(Lineas, UnaCeldaEditadaEscribeSuColumna) {
     Rejilla().MoveTo(1, col);
     EXPECT_EQ(Hecho(), Guarda(entrada, columna)) << col;
   }
+  // A row without its key sends nothing, neither when it is edited nor when it is deleted.
+  AbreEn(5, 1);
+  Rejilla().SetTextMatrix(5, 0, "MESA");
+  v->Type("7");
+  v->Press(key::kEnter);
+  v->Press(key::kDelete);
+  EXPECT_EQ(Veces("Limpia") + Veces("EjecutaSQL"), 0u);
 }
 
 }  // namespace

@@ -156,5 +156,26 @@ TEST_F(Rejillas, WithoutRedrawNothingShowsUntilTheEnd) {
   EXPECT_GT(avisos, 0);
 }
 
+TEST_F(Rejillas, DisabledItIsStillReadFromAButton) {
+  for (std::int32_t fila = 1; fila <= 60; ++fila) Rejilla().SetTextMatrix(fila, 0, "x");
+  const std::int32_t pagina = Rejilla().VisibleRows();
+  const auto tras = [&](std::int16_t tecla, std::int16_t con = shift::kNone) {
+    ventana->Press(tecla, con);
+    return Rejilla().TopRow();
+  };
+  ventana->boton->SetFocus();
+  EXPECT_EQ(tras(key::kPageDown), 1);  // enabled, it has keys of its own
+  Rejilla().SetEnabled(false);
+  EXPECT_EQ(tras(key::kPageDown), 1 + pagina);
+  EXPECT_EQ(tras(key::kPageDown), 1 + 2 * pagina);
+  EXPECT_EQ(tras(key::kPageUp), 1 + pagina);
+  EXPECT_EQ(tras(key::kEnd, shift::kCtrl), 61 - pagina);  // the last row that holds something
+  EXPECT_EQ(tras(key::kEnd), 61 - pagina);
+  EXPECT_EQ(tras(key::kHome, shift::kCtrl), 1);
+  ventana->lista->SetFocus();  // has pages of its own
+  EXPECT_EQ(tras(key::kPageDown), 1);
+  EXPECT_EQ(ventana->Celda(), "1,0");
+}
+
 }  // namespace
 }  // namespace zuvi::pruebas

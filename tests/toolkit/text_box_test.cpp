@@ -53,6 +53,26 @@ TEST_F(Textos, CodeChoosesWhatIsSelected) {
   EXPECT_EQ(Caja().Text(), "cortos");
 }
 
+TEST_F(Textos, WhatIsPastedPassesTheFilterOfWhatIsTyped) {
+  Caja().OnKeyPress = [](std::int16_t& c) {
+    if (c == 'a') c = 'A';
+    if (c == 'x') c = 0;
+  };
+  Caja().SetMaxLength(7);
+  Caja().SetText("1-2");
+  Caja().SetSelStart(1);
+  Caja().SetSelLength(1);
+  for (const auto& [pegado, queda] :
+       {std::pair("3x", "1-2"), std::pair("x", "1-2"), std::pair("  a \r\nx", "1A2"),
+        std::pair("456789", "1A45672"), std::pair("0", "1A45672")}) {
+    const bool entra = Caja().Paste(pegado);
+    EXPECT_EQ(Caja().Text(), queda) << pegado;
+    EXPECT_EQ(entra, std::string_view(pegado).find('x') > 2) << pegado;
+  }
+  Caja().SetLocked(true);
+  EXPECT_FALSE(Caja().Paste("9"));
+}
+
 TEST_F(Textos, SeveralLines) {
   const auto notas = ventana->Add<RichTextBox>("notas");
   notas->SetFocus();

@@ -1,6 +1,7 @@
 // What a user does with native controls, and what the model makes of it.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 
 #include "tests/toolkit_win32/pantalla.h"
@@ -155,6 +156,76 @@ TEST_F(Peers, GridWithKeysMouseAndAnEditorOverACell) {
   form->editor->SetVisible(false);
   grid.SetFocus();
   EXPECT_EQ(::GetFocus(), screen.HandleOf(grid));
+}
+
+TEST_F(Peers, DisabledTheyAreStillRead) {
+  FlexGrid& grid = *form->rejilla;
+  std::string lines;
+  for (int i = 0; i < 40; ++i) lines += "uno\r\n";
+  form->notas->SetText(lines);
+  form->boton->SetFocus();
+  grid.SetEnabled(false);
+  form->notas->SetEnabled(false);
+  screen.Settle();
+  const auto wheel = [&](const zuvi::Control& under) {
+    RECT place;
+    ::GetWindowRect(screen.HandleOf(under), &place);
+    ::SendMessageW(screen.HandleOf(*form->boton), WM_MOUSEWHEEL, MAKEWPARAM(0, -WHEEL_DELTA),
+                   MAKELPARAM(place.left + 20, place.top + 20));
+  };
+  wheel(grid);
+  EXPECT_EQ(grid.TopRow(), 4);
+  screen.Press(VK_NEXT);
+  EXPECT_EQ(grid.TopRow(), 4 + grid.VisibleRows());
+  screen.Ask(grid, WM_VSCROLL, SB_TOP);
+  EXPECT_EQ(grid.TopRow(), 1);
+  const auto first_line = [&] { return screen.Ask(*form->notas, EM_GETFIRSTVISIBLELINE); };
+  screen.Ask(*form->notas, WM_VSCROLL, SB_PAGEDOWN);
+  EXPECT_GT(first_line(), 0);
+  // Nothing else reaches them.
+  screen.Click(grid, 100, 22 * 3 + 5);
+  screen.Click(*form->notas, 10, 10);
+  EXPECT_EQ(form->Celda(), "1,0");
+  EXPECT_EQ(::GetFocus(), screen.HandleOf(*form->boton));
+  ::SetFocus(screen.HandleOf(*form->notas));
+  screen.Type("x");
+  EXPECT_EQ(form->notas->Text(), lines);
+  EXPECT_TRUE(form->boton->HasFocus());
+  // The ink stands out from the paper.
+  const HDC dc = ::GetDC(screen.HandleOf(grid));
+  grid.SetTextMatrix(1, 0, "MMMM");
+  screen.Settle();
+  ::UpdateWindow(screen.HandleOf(grid));
+  int darkest = 255;
+  for (int x = 2; x < 60; ++x)
+    for (int y = 24; y < 42; ++y) darkest = std::min<int>(darkest, GetGValue(::GetPixel(dc, x, y)));
+  ::ReleaseDC(screen.HandleOf(grid), dc);
+  EXPECT_LT(darkest, 64);
+}
+
+TEST_F(Peers, PastingIsFilteredAsTypingIs) {
+  form->a->OnKeyPress = [](std::int16_t& c) {
+    if (c >= 'a') c = 0;
+  };
+  const auto paste = [&](std::wstring_view text) {
+    ASSERT_TRUE(::OpenClipboard(screen.HandleOf(*form)));
+    ::EmptyClipboard();
+    const HGLOBAL memory = ::GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
+    auto* const units = static_cast<wchar_t*>(::GlobalLock(memory));
+    *std::ranges::copy(text, units).out = L'\0';
+    ::GlobalUnlock(memory);
+    ::SetClipboardData(CF_UNICODETEXT, memory);
+    ::CloseClipboard();
+    form->a->SetFocus();
+    screen.Press('V', VK_CONTROL);
+  };
+  paste(L"1,690.50\r\n");
+  EXPECT_EQ(form->a->Text(), "1,690.50");
+  EXPECT_TRUE(screen.Heard("a.Change 1,690.50"));
+  paste(L"12abc");
+  EXPECT_EQ(form->a->Text(), "1,690.50");
+  paste(L"12345");  // no longer than the box takes
+  EXPECT_EQ(screen.TextOf(*form->a), "1,690.5012");
 }
 
 TEST_F(Peers, RowsComeAndAreChosen) {

@@ -33,9 +33,10 @@ struct Palette {
   Palette(const FlexGrid& grid, const GridLook& look) {
     const bool enabled = grid.Enabled();
     paper = ::GetSysColor(enabled ? COLOR_WINDOW : COLOR_3DFACE);
-    ink = ::GetSysColor(enabled ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT);
+    // The paper says that nothing can be changed; what stands on it is still to be read.
+    ink = ::GetSysColor(enabled ? COLOR_WINDOWTEXT : COLOR_BTNTEXT);
     heading = ::GetSysColor(COLOR_3DFACE);
-    heading_ink = ::GetSysColor(enabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT);
+    heading_ink = ::GetSysColor(COLOR_BTNTEXT);
     mark = ::GetSysColor(look.focused ? COLOR_HIGHLIGHT : COLOR_3DSHADOW);
     if (look.high_contrast) {
       tint = current_row = paper;

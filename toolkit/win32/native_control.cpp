@@ -17,6 +17,8 @@ bool IsInput(UINT id) {
          id == WM_SETFOCUS;
 }
 
+bool IsPress(UINT id) { return id > WM_MOUSEMOVE && id <= WM_XBUTTONDBLCLK && id != WM_MOUSEWHEEL; }
+
 /// Others ask a common control for its contents: tests, screen readers.
 bool IsQuestion(UINT id) { return id >= LVM_FIRST && id < LVM_FIRST + 0x100; }
 
@@ -44,7 +46,7 @@ void NativeControl::CreateWindowOf(const wchar_t* window_class, DWORD style, DWO
   WindowPlan plan;
   plan.window_class = window_class;
   plan.style = style | WS_CHILD | WS_CLIPSIBLINGS | (control_.Visible() ? WS_VISIBLE : 0) |
-               (control_.Enabled() ? 0 : WS_DISABLED) |
+               (NativeEnabled() ? 0 : WS_DISABLED) |
                (control_.TakesFocus() && control_.TabStop() ? WS_TABSTOP : 0);
   plan.extended = extended | WS_EX_NOPARENTNOTIFY;
   plan.text = text;
@@ -79,7 +81,7 @@ void NativeControl::Restyle() {
 void NativeControl::Update(Aspect aspect) {
   switch (aspect) {
     case Aspect::Enabled:
-      ::EnableWindow(window_, control_.Enabled());
+      ::EnableWindow(window_, NativeEnabled());
       break;
     case Aspect::Visible:
       // What appears later lies over what was there, as an editor over its grid does.
@@ -155,6 +157,7 @@ LRESULT CALLBACK NativeControl::Procedure(HWND window, UINT id, WPARAM w, LPARAM
       peer.Flush();
     }
     const ULONGLONG start = ::GetTickCount64();
+    if (peer.OnlyReads() && IsPress(id)) return 0;
     const auto own = peer.OnMessage(message);
     const LRESULT result = own ? *own : Native(message);
     if (id == WM_PAINT && link->peer) link->peer->paint_cost_ = static_cast<UINT>(::GetTickCount64() - start);
@@ -196,7 +199,11 @@ std::optional<LRESULT> NativeControl::OnMessage(const Message& message) {
     case WM_SETFOCUS: {
       const Life alive = Alive();
       const LRESULT result = Native(message);
-      if (alive) form_.Model().FocusMoved(&control_);
+      if (!alive) return result;
+      if (OnlyReads())
+        ::SetFocus(form_.Window());  // which passes it on to where it belongs
+      else
+        form_.Model().FocusMoved(&control_);
       return result;
     }
     case WM_KILLFOCUS: {

@@ -32,6 +32,8 @@ class NativeControl : public Peer {
   virtual RECT Place() const;
   /// The fonts have changed, or the scale.
   virtual void Restyle();
+  /// Disabled, but still to be scrolled.
+  bool OnlyReads() const { return NativeEnabled() && !control_.Enabled(); }
   /// Brings changes into the native control that were put off.
   virtual void Flush() {}
 
@@ -96,6 +98,9 @@ class NativeControl : public Peer {
   /// Puts `Flush` off until the window's queue is idle, or the control is used or painted.
   void FlushLater();
   bool Dirty() const { return dirty_; }
+  /// Whether the native window takes input. One that shows more than fits does so even where its control is
+  /// disabled, for its scroll bars: the control itself takes neither keyboard nor clicks then.
+  virtual bool NativeEnabled() const { return control_.Enabled(); }
   /// Tool tip as the model has it.
   void ShowToolTip();
 

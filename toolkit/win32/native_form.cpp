@@ -472,6 +472,17 @@ std::optional<LRESULT> NativeForm::Handle(const Message& m) {
     case WM_ENTERSIZEMOVE:
       Dismiss();
       return std::nullopt;
+    case WM_MOUSEWHEEL:
+      // Handed on by the control with the focus. What can only be read scrolls where the pointer is.
+      if (!wheeling_)
+        if (NativeControl* const peer = PeerOf(::WindowFromPoint({GET_X_LPARAM(m.l), GET_Y_LPARAM(m.l)}));
+            peer && peer->OnlyReads()) {
+          const auto life = life_;
+          wheeling_ = true;
+          ::SendMessageW(peer->Window(), m.id, m.w, m.l);
+          if (life->peer) wheeling_ = false;
+        }
+      return 0;
     case WM_SIZE:
       OnSize(m.w, LOWORD(m.l), HIWORD(m.l));
       return 0;

@@ -100,7 +100,7 @@ class NativeForm final : public Peer {
   UINT dpi_ = 96;
   UniqueGdi<HFONT> font_, bold_;
   HWND tips_ = nullptr;
-  bool showing_ = true, painting_ = false, sizing_ = false;
+  bool showing_ = true, painting_ = false, sizing_ = false, wheeling_ = false;
   std::vector<NativeControl*> moved_;
   struct NativeTimer {
     std::function<void()> tick;

@@ -24,7 +24,7 @@ class TextPeer : public NativeControl {
   void Create() override {
     const DWORD lines = box_.MultiLine() ? ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN | WS_VSCROLL
                                          : static_cast<DWORD>(ES_AUTOHSCROLL);
-    const DWORD style = lines | (box_.RightAligned() ? ES_RIGHT : 0u) | (box_.Locked() ? ES_READONLY : 0u);
+    const DWORD style = lines | (box_.RightAligned() ? ES_RIGHT : 0u) | (ReadOnly() ? ES_READONLY : 0u);
     CreateWindowOf(WindowClass(), style, WS_EX_CLIENTEDGE, FirstText());
     const Echo echo(*this);
     Prepare();
@@ -42,13 +42,14 @@ class TextPeer : public NativeControl {
         ShowSelection();
         break;
       case Aspect::State:
-        Send(EM_SETREADONLY, box_.Locked());
+        Send(EM_SETREADONLY, ReadOnly());
         LimitText();
         Coloured();
         NativeControl::Update(aspect);
         break;
       case Aspect::Enabled:
         NativeControl::Update(aspect);
+        Send(EM_SETREADONLY, ReadOnly());
         Coloured();
         break;
       default:
@@ -70,6 +71,9 @@ class TextPeer : public NativeControl {
   struct Range {
     std::int32_t start, end;
   };
+  /// Several lines can be more than the box shows.
+  bool NativeEnabled() const override { return box_.MultiLine() || box_.Enabled(); }
+  bool ReadOnly() const { return box_.Locked() || (box_.MultiLine() && !box_.Enabled()); }
   virtual const wchar_t* WindowClass() { return L"EDIT"; }
   virtual std::wstring FirstText() const { return Wide(box_.Text()); }
   virtual void Prepare() {}
@@ -121,11 +125,33 @@ class TextPeer : public NativeControl {
       if (alive) message.id == WM_LBUTTONUP ? box_.Click() : box_.DblClick();
       return result;
     }
+    if (message.id == WM_PASTE && !box_.MultiLine() && box_.OnKeyPress) {
+      // What is dropped of typed characters is not to come in by the clipboard.
+      const auto kept = box_.Pasting(Narrow(ClipboardText()));
+      if (!alive) return 0;
+      if (kept)
+        ::SendMessageW(Window(), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(Wide(*kept).c_str()));
+      else
+        ::MessageBeep(MB_ICONWARNING);
+      return 0;
+    }
     return NativeControl::OnMessage(message);
   }
 
  private:
   std::string NativeText() const { return Narrow(TextOf(Window())); }
+
+  std::wstring ClipboardText() const {
+    std::wstring text;
+    if (!::OpenClipboard(Window())) return text;
+    if (const HANDLE data = ::GetClipboardData(CF_UNICODETEXT))
+      if (const auto* const units = static_cast<const wchar_t*>(::GlobalLock(data))) {
+        text.assign(units, ::wcsnlen(units, ::GlobalSize(data) / sizeof(wchar_t)));
+        ::GlobalUnlock(data);
+      }
+    ::CloseClipboard();
+    return text;
+  }
 
   void Edited() {
     std::string text = NativeText();
@@ -157,6 +183,7 @@ class RichTextPeer final : public TextPeer {
     // Which can be set only while there is no text.
     Send(EM_SETTEXTMODE, TM_PLAINTEXT);
     Send(EM_SETEVENTMASK, 0, ENM_CHANGE);
+    Send(EM_SETREADONLY, ReadOnly());
     Coloured();
     TextPeer::Update(Aspect::Text);
   }
