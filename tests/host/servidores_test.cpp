@@ -7,6 +7,7 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
+#include <fstream>
 #include <memory>
 
 #include "host/odbc_cadena.h"
@@ -315,6 +316,32 @@ TEST(Candado, SqliteEsperaLoQueDiceElLimite) {
   const std::chrono::duration<double> tardo = Reloj::now() - inicio;
   EXPECT_GT(tardo.count(), 0.7);
   EXPECT_LT(tardo.count(), 3);
+}
+
+TEST(ArchivoSqlite, UnoDanadoOLlenoSeDiceYNoPierdeLoGuardado) {
+  const Archivo archivo("zuvi_danado.db");
+  const Traza traza;
+  const std::string cadena = "DRIVER={SQLite3};Database=" + archivo.Texto();
+  const auto llena = [](BaseDatos& base, int hasta) {
+    for (int n = 0; n < hasta; ++n)
+      base.Ejecuta("INSERT INTO t VALUES (" + std::to_string(n) + ", '" + std::string(1000, 'x') + "')");
+  };
+  {
+    const auto base = BaseDatos::Abre(cadena, traza);
+    base->Ejecuta("CREATE TABLE t (n INTEGER, x TEXT)");
+    llena(*base, 40);
+    base->Consulta("PRAGMA max_page_count = 20");
+    EXPECT_THAT(ErrorDe([&] { llena(*base, 200); }).what(), HasSubstr("El disco está lleno"));
+    EXPECT_GE(AEntero32(base->Consulta("SELECT COUNT( * ) FROM t")->Campo(0)), 40);
+  }
+  {
+    std::fstream fichero(archivo.Texto(), std::ios::in | std::ios::out | std::ios::binary);
+    fichero.seekp(4096);
+    fichero << std::string(40000, '\x7f');
+  }
+  const auto base = BaseDatos::Abre(cadena, traza);
+  EXPECT_THAT(ErrorDe([&] { base->Consulta("SELECT COUNT( * ), MAX(x) FROM t"); }).what(),
+              HasSubstr("dañado"));
 }
 
 }  // namespace
