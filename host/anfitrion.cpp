@@ -86,8 +86,9 @@ const std::shared_ptr<BaseDatos>& Anfitrion::Base() {
   const auto base = BaseDatos::Abre(CadenaDe(opciones_), traza_);
   recien_creada_ = PreparaEsquema(*base);
   LeeVetos(*base);
-  base->AlReabrir([this, otra = std::weak_ptr(base)] {
-    if (const auto abierta = otra.lock()) CompruebaReabierta(*abierta);
+  // A connection may outlive its host in the hands of a client.
+  base->AlReabrir([yo = weak_from_this(), de = base.get()] {
+    if (const auto anfitrion = yo.lock()) anfitrion->CompruebaReabierta(*de);
   });
   base_ = base;
   return base_;

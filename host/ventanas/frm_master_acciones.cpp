@@ -115,7 +115,11 @@ void frmMaster::Kits() {
   if (!Closed()) Lee();
 }
 
-void frmMaster::Refresca() { Lee(); }
+void frmMaster::Refresca() {
+  // Who asks for the list wants the server tried now, though it did not answer a moment ago.
+  ElAnfitrion().NuevaOperacion();
+  Lee();
+}
 
 void frmMaster::Sale() { Unload(UnloadMode::TitleBar); }
 

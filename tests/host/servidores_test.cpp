@@ -335,6 +335,14 @@ TEST(ArchivoSqlite, UnoDanadoOLlenoSeDiceYNoPierdeLoGuardado) {
     EXPECT_GE(AEntero32(base->Consulta("SELECT COUNT( * ) FROM t")->Campo(0)), 40);
   }
   {
+    // Away while it is open, and back.
+    const auto base = BaseDatos::Abre(cadena, traza);
+    std::filesystem::rename(archivo.Texto(), archivo.Texto() + "-otro");
+    EXPECT_THAT(ErrorDe([&] { llena(*base, 1); }).what(), HasSubstr("ya no está en su lugar"));
+    std::filesystem::rename(archivo.Texto() + "-otro", archivo.Texto());
+    llena(*base, 1);
+  }
+  {
     std::fstream fichero(archivo.Texto(), std::ios::in | std::ios::out | std::ios::binary);
     fichero.seekp(4096);
     fichero << std::string(40000, '\x7f');
