@@ -97,8 +97,9 @@ std::optional<Esquema> Anfitrion::ExaminaIntacta(const Ubicacion& lugar) const {
 
 const std::shared_ptr<BaseDatos>& Anfitrion::Adopta(std::shared_ptr<BaseDatos> base) {
   LeeVetos(*base);
-  base->AlReabrir([this, otra = std::weak_ptr(base)] {
-    if (const auto abierta = otra.lock()) CompruebaReabierta(*abierta);
+  // A connection may outlive its host in the hands of a client.
+  base->AlReabrir([yo = weak_from_this(), de = base.get()] {
+    if (const auto anfitrion = yo.lock()) anfitrion->CompruebaReabierta(*de);
   });
   base_ = std::move(base);
   return base_;

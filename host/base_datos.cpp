@@ -91,7 +91,8 @@ class BaseDatosOdbc final : public BaseDatos {
   /// The handle for a statement, of a connection that is opened again when it was lost.
   Sentencia& Lista(Genero genero);
   void Reabre();
-  void Prueba();
+  /// Finds out that the database is gone while nothing has been written yet.
+  void AntesDeEscribir();
   void AnotaFin(Genero genero);
   /// Lets go of a lost connection.
   void Abandona();
@@ -157,13 +158,14 @@ Sentencia& BaseDatosOdbc::Lista(Genero genero) {
     throw ConexionPerdida("No hay transacción que confirmar: se perdió con la conexión.");
   if (!sesion_)
     Reabre();
-  else if (motor_ == Motor::MariaDb && transaccion_ == Estado::Ninguna && genero == Genero::Escritura &&
-           Reloj::now() - ultimo_uso_ > kOciosa)
-    Prueba();
+  else if (transaccion_ == Estado::Ninguna && (genero == Genero::Escritura || genero == Genero::Inicio))
+    AntesDeEscribir();
   return sesion_->sentencia;
 }
 
-void BaseDatosOdbc::Prueba() {
+void BaseDatosOdbc::AntesDeEscribir() {
+  if (motor_ == Motor::Sqlite) return sesion_->enlace.ExigeArchivo();
+  if (Reloj::now() - ultimo_uso_ <= kOciosa) return;
   try {
     sesion_->sentencia.Corre("SET @vive = 1");
   } catch (const HostError& error) {

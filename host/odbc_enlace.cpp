@@ -2,11 +2,13 @@
 
 #include <array>
 #include <charconv>
+#include <filesystem>
 
 #include "base/text.h"
 #include "host/odbc_cadena.h"
 #include "host/odbc_sentencia.h"
 #include "host/perdida.h"
+#include "host/rutas.h"
 
 namespace zuvi::host {
 namespace {
@@ -176,6 +178,13 @@ void EnlaceOdbc::SoloLectura() {
   sentencia.Corre(motor_ == Motor::MariaDb ? "SET SESSION TRANSACTION READ ONLY" : "PRAGMA query_only=ON");
 }
 
+void EnlaceOdbc::ExigeArchivo() const {
+  std::error_code fallo;
+  if (!archivo_.empty() && !std::filesystem::exists(Ruta(archivo_), fallo))
+    throw HostError("El archivo de la base de datos ya no está en su lugar (" + archivo_ +
+                    "); no se guardó nada.");
+}
+
 void EnlaceOdbc::PreparaSesion() {
   Sentencia sentencia(enlace_.Get(), motor_, forma_);
   if (motor_ == Motor::MariaDb) {
@@ -190,6 +199,9 @@ void EnlaceOdbc::PreparaSesion() {
     return;
   }
   sentencia.Corre("PRAGMA foreign_keys=ON");
+  const Resultado archivos = sentencia.Lee("PRAGMA database_list");
+  if (archivos.celdas.size() >= 3) archivo_ = ATexto(archivos.celdas[2]);
+  if (archivo_.empty()) return;  // in memory
   // For this connection; how the file keeps its journal is left as whoever made it has it.
   sentencia.Corre("PRAGMA synchronous=FULL");
 }

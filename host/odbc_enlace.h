@@ -23,6 +23,9 @@ class EnlaceOdbc {
   Forma TraeForma() const { return forma_; }
   /// From now on nothing changes in the database by this connection: the engine refuses it.
   void SoloLectura();
+  /// Throws HostError when the file of a SQLite database is not in its place any more: what is written to it
+  /// would be gone with the program.
+  void ExigeArchivo() const;
   /// Forgets a lost connection without touching it again.
   void Abandona();
 
@@ -40,6 +43,7 @@ class EnlaceOdbc {
   Limites limites_;
   Entorno entorno_;
   Enlace enlace_;
+  std::string archivo_;  // of a SQLite database that is kept in one
   Motor motor_ = Motor::Sqlite;
   Forma forma_ = Forma::Utf16;
 };

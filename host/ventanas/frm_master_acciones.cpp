@@ -118,7 +118,11 @@ void frmMaster::Kits() {
   });
 }
 
-void frmMaster::Refresca() { Lee(); }
+void frmMaster::Refresca() {
+  // Who asks for the list wants the server tried now, though it did not answer a moment ago.
+  ElAnfitrion().NuevaOperacion();
+  Lee();
+}
 
 void frmMaster::Sale() { Unload(UnloadMode::TitleBar); }
 
