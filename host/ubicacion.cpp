@@ -147,4 +147,31 @@ std::string Ubicacion::Cadena(Modo modo) const {
          ";" + resto_;
 }
 
+HostError Ubicacion::Explica(const HostError& error) const {
+  const auto dice = [&](const std::string& texto) {
+    return HostError(texto + " (" + error.what() + ")", error.Number(), error.NativeCode(), error.SqlState());
+  };
+  const bool sin_conectar = error.what() == std::string_view("connect failed");
+  if (!EsArchivo())
+    return sin_conectar
+               ? dice(
+                     "No se pudo abrir el origen de datos; si es un archivo SQLite que no existe, se crea "
+                     "nombrando el archivo")
+               : error;
+  constexpr std::int32_t kSoloLectura = 8, kDanio = 11, kNoSeAbre = 14, kNoEsBase = 26;
+  switch (error.NativeCode()) {
+    case kSoloLectura:
+      return dice("No se puede escribir en " + archivo_ + " o en su carpeta");
+    case kDanio:
+    case kNoEsBase:
+      return dice(archivo_ + " está dañada; restaure un respaldo");
+    case kNoSeAbre:
+      return dice("No se puede abrir " + archivo_);
+    default:
+      if (!sin_conectar) return error;
+      return dice(Falta() ? "No se puede crear " + archivo_ + ": la carpeta no existe o falta permiso"
+                          : "No se puede abrir " + archivo_);
+  }
+}
+
 }  // namespace zuvi::host

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "base/error.h"
+
 namespace zuvi::host {
 
 struct Opciones;
@@ -31,6 +33,9 @@ class Ubicacion {
   /// Throws HostError when what is there is no SQLite database: a folder, a text, something unreadable.
   void ExigeBase() const;
   std::string Cadena(Modo modo) const;
+  /// The error with which opening or making the database failed, in the words of its user where the engine's
+  /// tell too little.
+  HostError Explica(const HostError& error) const;
 
  private:
   void LeeCadena(const std::string& texto);
