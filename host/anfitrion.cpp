@@ -85,9 +85,8 @@ void Anfitrion::PonOpciones(Opciones opciones) {
   anterior->Cierra();
 }
 
-std::shared_ptr<BaseDatos> Anfitrion::Conecta(const Ubicacion& lugar, bool nueva) const {
+std::shared_ptr<BaseDatos> Anfitrion::Conecta(const Ubicacion& lugar) const {
   using Modo = Ubicacion::Modo;
-  if (nueva) return BaseDatos::Abre(lugar.Cadena(Modo::Nueva), traza_);
   lugar.ExigeBase();
   if (opciones_.solo_lee && lugar.EsDeSoloLectura() && !lugar.TieneCambiosAlLado())
     return BaseDatos::Abre(lugar.Cadena(Modo::Congelada), traza_);
@@ -114,22 +113,23 @@ const std::shared_ptr<BaseDatos>& Anfitrion::Base() {
   if (base_) return base_;
   const Ubicacion lugar(opciones_);
   return AlAbrir(lugar, [&]() -> const std::shared_ptr<BaseDatos>& {
-    const bool nueva = lugar.EnMemoria() || (opciones_.crea_archivo && lugar.Falta());
-    if (!nueva) lugar.ExigeBase();
+    const bool crea = opciones_.crea_archivo && lugar.Falta();
+    recien_creada_ = crea && CreaArchivo(lugar, Contenido::Tienda);
+    lugar.ExigeBase();
     if (const auto esquema = ExaminaIntacta(lugar)) ExigeListo(*esquema);
-    auto base = Conecta(lugar, nueva);
-    recien_creada_ = nueva && CreaEsquema(*base, Contenido::Tienda);
-    if (!nueva) ExigeListo(ExaminaAbierta(lugar, *base));
+    auto base = Conecta(lugar);
+    if (lugar.EnMemoria()) recien_creada_ = CreaEsquema(*base, Contenido::Tienda);
+    ExigeListo(Examina(*base));
     return Adopta(std::move(base));
   });
 }
 
-Esquema Anfitrion::ExaminaAbierta(const Ubicacion& lugar, BaseDatos& base) const {
-  const Esquema esquema = Examina(base);
-  // Another station may be making the file right now; whoever waits for its lock sees it whole.
-  if (!opciones_.crea_archivo || !lugar.EsArchivo() || esquema.estado != EstadoEsquema::Falta) return esquema;
-  const Transaccion espera(base);
-  return Examina(base);
+bool Anfitrion::CreaArchivo(const Ubicacion& lugar, Contenido contenido) const {
+  // Beside its place first, so that nobody ever finds it empty or half made, and a program that dies at it
+  // leaves nothing under that name.
+  const ArchivoAparte aparte(lugar);
+  CreaEsquema(*BaseDatos::Abre(aparte.Lugar().Cadena(Ubicacion::Modo::Nueva), traza_), contenido);
+  return aparte.Publica();
 }
 
 Esquema Anfitrion::ExaminaBase() {
@@ -139,7 +139,7 @@ Esquema Anfitrion::ExaminaBase() {
   return AlAbrir(lugar, [&] {
     lugar.ExigeBase();
     const auto esquema = ExaminaIntacta(lugar);
-    return esquema ? *esquema : Examina(*Conecta(lugar, false));
+    return esquema ? *esquema : Examina(*Conecta(lugar));
   });
 }
 
@@ -147,8 +147,9 @@ void Anfitrion::CreaBase(Contenido contenido) {
   const Ubicacion lugar(opciones_);
   AlAbrir(lugar, [&] {
     if (!base_) ExigeNuestraOVacia(lugar);
-    auto base = base_ ? base_ : Conecta(lugar, lugar.EnMemoria() || lugar.Falta());
-    if (!CreaEsquema(*base, contenido))
+    const bool hecha = !base_ && lugar.Falta() && CreaArchivo(lugar, contenido);
+    auto base = base_ ? base_ : Conecta(lugar);
+    if (!hecha && !CreaEsquema(*base, contenido))
       throw HostError("La base ya tiene las tablas de Zuvi; no se tocó nada");
     recien_creada_ = true;
     Adopta(std::move(base));
@@ -159,7 +160,7 @@ std::int32_t Anfitrion::ActualizaBase() {
   const Ubicacion lugar(opciones_);
   return AlAbrir(lugar, [&] {
     if (!base_) ExigeNuestraOVacia(lugar);
-    auto base = base_ ? base_ : Conecta(lugar, false);
+    auto base = base_ ? base_ : Conecta(lugar);
     const std::int32_t version = ActualizaEsquema(*base);
     Adopta(std::move(base));
     return version;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <fstream>
+#include <random>
 
 #ifndef _WIN32
 #include <fcntl.h>
@@ -172,6 +173,35 @@ HostError Ubicacion::Explica(const HostError& error) const {
       return dice(Falta() ? "No se puede crear " + archivo_ + ": la carpeta no existe o falta permiso"
                           : "No se puede abrir " + archivo_);
   }
+}
+
+Ubicacion Ubicacion::Con(const std::string& archivo) const {
+  Ubicacion otra = *this;
+  otra.PonArchivo(archivo);
+  return otra;
+}
+
+ArchivoAparte::ArchivoAparte(const Ubicacion& lugar)
+    : aparte_(lugar.Con(lugar.Archivo() + ".nueva-" + std::to_string(std::random_device{}()))),
+      destino_(lugar.Archivo()) {}
+
+ArchivoAparte::~ArchivoAparte() {
+  for (const char* cola : {"", "-journal", "-wal", "-shm"}) {
+    std::error_code fallo;
+    std::filesystem::remove(Ruta(aparte_.Archivo() + cola), fallo);
+  }
+}
+
+bool ArchivoAparte::Publica() const {
+  const auto origen = Ruta(aparte_.Archivo()), destino = Ruta(destino_);
+  std::error_code fallo;
+  // A second name for the file, which is not given where the name is taken.
+  std::filesystem::create_hard_link(origen, destino, fallo);
+  if (!fallo) return true;
+  if (std::filesystem::exists(std::filesystem::symlink_status(destino))) return false;
+  std::filesystem::rename(origen, destino, fallo);  // a disk without second names
+  if (fallo) throw HostError("No se puede crear " + destino_ + ": " + fallo.message());
+  return true;
 }
 
 }  // namespace zuvi::host
