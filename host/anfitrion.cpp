@@ -36,6 +36,16 @@ bool EstaVisible(Object& ventana) {
   }
 }
 
+/// Runs what opens or makes a database; its errors come out in the user's words.
+template <class Cuerpo>
+decltype(auto) AlAbrir(const Ubicacion& lugar, Cuerpo&& cuerpo) {
+  try {
+    return cuerpo();
+  } catch (const HostError& error) {
+    throw lugar.Explica(error);
+  }
+}
+
 /// Counts itself among the open progress displays.
 class ProgresoContado final : public Progreso {
  public:
@@ -75,10 +85,8 @@ void Anfitrion::PonOpciones(Opciones opciones) {
   anterior->Cierra();
 }
 
-std::shared_ptr<BaseDatos> Anfitrion::Conecta(bool nueva) {
-  const Ubicacion lugar(opciones_);
+std::shared_ptr<BaseDatos> Anfitrion::Conecta(const Ubicacion& lugar) const {
   using Modo = Ubicacion::Modo;
-  if (nueva) return BaseDatos::Abre(lugar.Cadena(Modo::Nueva), traza_);
   lugar.ExigeBase();
   if (opciones_.solo_lee && lugar.EsDeSoloLectura() && !lugar.TieneCambiosAlLado())
     return BaseDatos::Abre(lugar.Cadena(Modo::Congelada), traza_);
@@ -108,47 +116,59 @@ const std::shared_ptr<BaseDatos>& Anfitrion::Adopta(std::shared_ptr<BaseDatos> b
 const std::shared_ptr<BaseDatos>& Anfitrion::Base() {
   if (base_) return base_;
   const Ubicacion lugar(opciones_);
-  const bool nueva = lugar.EnMemoria() || (opciones_.crea_archivo && lugar.Falta());
-  if (!nueva) lugar.ExigeBase();
-  if (const auto esquema = ExaminaIntacta(lugar)) ExigeListo(*esquema);
-  auto base = Conecta(nueva);
-  recien_creada_ = nueva && CreaEsquema(*base, Contenido::Tienda);
-  if (!nueva) {
-    Esquema esquema = Examina(*base);
-    // Another station may be making it right now; whoever waits for its lock sees it whole.
-    if (opciones_.crea_archivo && lugar.EsArchivo() && esquema.estado == EstadoEsquema::Falta) {
-      const Transaccion espera(*base);
-      esquema = Examina(*base);
-    }
-    ExigeListo(esquema);
-  }
-  return Adopta(std::move(base));
+  return AlAbrir(lugar, [&]() -> const std::shared_ptr<BaseDatos>& {
+    const bool crea = opciones_.crea_archivo && lugar.Falta();
+    recien_creada_ = crea && CreaArchivo(lugar, Contenido::Tienda);
+    lugar.ExigeBase();
+    if (const auto esquema = ExaminaIntacta(lugar)) ExigeListo(*esquema);
+    auto base = Conecta(lugar);
+    if (lugar.EnMemoria()) recien_creada_ = CreaEsquema(*base, Contenido::Tienda);
+    ExigeListo(Examina(*base));
+    return Adopta(std::move(base));
+  });
+}
+
+bool Anfitrion::CreaArchivo(const Ubicacion& lugar, Contenido contenido) const {
+  // Beside its place first, so that nobody ever finds it empty or half made, and a program that dies at it
+  // leaves nothing under that name.
+  const ArchivoAparte aparte(lugar);
+  CreaEsquema(*BaseDatos::Abre(aparte.Lugar().Cadena(Ubicacion::Modo::Nueva), traza_), contenido);
+  return aparte.Publica();
 }
 
 Esquema Anfitrion::ExaminaBase() {
   if (base_) return Examina(*base_);
   const Ubicacion lugar(opciones_);
   if (lugar.Falta() || lugar.EnMemoria()) return {};
-  lugar.ExigeBase();
-  const auto esquema = ExaminaIntacta(lugar);
-  return esquema ? *esquema : Examina(*Conecta(false));
+  return AlAbrir(lugar, [&] {
+    lugar.ExigeBase();
+    const auto esquema = ExaminaIntacta(lugar);
+    return esquema ? *esquema : Examina(*Conecta(lugar));
+  });
 }
 
 void Anfitrion::CreaBase(Contenido contenido) {
   const Ubicacion lugar(opciones_);
-  if (!base_) ExigeNuestraOVacia(lugar);
-  auto base = base_ ? base_ : Conecta(lugar.EnMemoria() || lugar.Falta());
-  if (!CreaEsquema(*base, contenido)) throw HostError("La base ya tiene las tablas de Zuvi; no se tocó nada");
-  recien_creada_ = true;
-  Adopta(std::move(base));
+  AlAbrir(lugar, [&] {
+    if (!base_) ExigeNuestraOVacia(lugar);
+    const bool hecha = !base_ && lugar.Falta() && CreaArchivo(lugar, contenido);
+    auto base = base_ ? base_ : Conecta(lugar);
+    if (!hecha && !CreaEsquema(*base, contenido))
+      throw HostError("La base ya tiene las tablas de Zuvi; no se tocó nada");
+    recien_creada_ = true;
+    Adopta(std::move(base));
+  });
 }
 
 std::int32_t Anfitrion::ActualizaBase() {
-  if (!base_) ExigeNuestraOVacia(Ubicacion(opciones_));
-  auto base = base_ ? base_ : Conecta(false);
-  const std::int32_t version = ActualizaEsquema(*base);
-  Adopta(std::move(base));
-  return version;
+  const Ubicacion lugar(opciones_);
+  return AlAbrir(lugar, [&] {
+    if (!base_) ExigeNuestraOVacia(lugar);
+    auto base = base_ ? base_ : Conecta(lugar);
+    const std::int32_t version = ActualizaEsquema(*base);
+    Adopta(std::move(base));
+    return version;
+  });
 }
 
 void Anfitrion::CompruebaReabierta(BaseDatos& base) {

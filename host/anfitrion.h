@@ -141,7 +141,9 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   void Registra(std::string linea);
   void LeeVetos(BaseDatos& base);
   /// A connection that is not the host's own yet.
-  std::shared_ptr<BaseDatos> Conecta(bool nueva);
+  std::shared_ptr<BaseDatos> Conecta(const Ubicacion& lugar) const;
+  /// Makes a file with its tables. False when another program was faster.
+  bool CreaArchivo(const Ubicacion& lugar, Contenido contenido) const;
   /// What a file holds that a program left in the middle of writing, or has open. To open it for work is to
   /// finish that writing, which is not done before it is known whose the file is.
   std::optional<Esquema> ExaminaIntacta(const Ubicacion& lugar) const;

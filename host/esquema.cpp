@@ -18,12 +18,13 @@ void CreaFaltantes(BaseDatos& base, const std::set<std::string>& hay) {
       mariadb ? " ENGINE=InnoDB DEFAULT CHARSET=utf8mb4 COLLATE=utf8mb4_nopad_bin" : "";
   for (const Tabla& tabla : kTablas)
     if (!hay.contains(tabla.nombre))
-      base.Ejecuta(std::string("CREATE TABLE ") + tabla.nombre + " (" + tabla.columnas + ")" + opciones);
-  for (const char* indice : kIndices) base.Ejecuta(indice);
+      base.EjecutaEsquema(std::string("CREATE TABLE ") + tabla.nombre + " (" + tabla.columnas + ")" +
+                          opciones);
+  for (const char* indice : kIndices) base.EjecutaEsquema(indice);
   // The component spells this table in two ways, which are two tables to a server that tells capitals apart.
   // The view works with the rights of whoever uses it, and outlives the account that made it.
   if (mariadb && ANumero(base.Consulta("SELECT @@lower_case_table_names")->Campo(0)) == 0)
-    base.Ejecuta("CREATE OR REPLACE SQL SECURITY INVOKER VIEW Op AS SELECT * FROM op");
+    base.EjecutaEsquema("CREATE OR REPLACE SQL SECURITY INVOKER VIEW Op AS SELECT * FROM op");
 }
 
 /// Up to version 3 the average cost was kept by triggers, which a server that writes a binary log does not
@@ -32,7 +33,7 @@ void CreaFaltantes(BaseDatos& base, const std::set<std::string>& hay) {
 void QuitaDisparadores(BaseDatos& base) {
   for (const char* disparador : {"existencias_primera", "existencias_cambio"}) {
     try {
-      base.Ejecuta(std::string("DROP TRIGGER IF EXISTS ") + disparador);
+      base.EjecutaEsquema(std::string("DROP TRIGGER IF EXISTS ") + disparador);
     } catch (const HostError& error) {
       if (base.TraeMotor() == Motor::Sqlite || error.SqlState().starts_with("08")) throw;
     }
@@ -102,7 +103,7 @@ void PreparaArchivo(BaseDatos& base) {
   if (base.TraeMotor() != Motor::Sqlite) return;
   if (ANumero(base.Consulta("SELECT COUNT( * ) FROM sqlite_master")->Campo(0)) != 0) return;
   try {
-    base.Consulta("PRAGMA journal_mode=WAL");
+    base.EjecutaEsquema("PRAGMA journal_mode=WAL");
   } catch (const HostError&) {
     // Another program is at it: it does the same.
   }

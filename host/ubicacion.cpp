@@ -2,6 +2,7 @@
 
 #include <array>
 #include <fstream>
+#include <random>
 
 #ifndef _WIN32
 #include <fcntl.h>
@@ -145,6 +146,62 @@ std::string Ubicacion::Cadena(Modo modo) const {
   }
   return "DRIVER=" + controlador_ + ";Database=" + base + ";NoCreat=" + (modo == Modo::Nueva ? "0" : "1") +
          ";" + resto_;
+}
+
+HostError Ubicacion::Explica(const HostError& error) const {
+  const auto dice = [&](const std::string& texto) {
+    return HostError(texto + " (" + error.what() + ")", error.Number(), error.NativeCode(), error.SqlState());
+  };
+  const bool sin_conectar = error.what() == std::string_view("connect failed");
+  if (!EsArchivo())
+    return sin_conectar
+               ? dice(
+                     "No se pudo abrir el origen de datos; si es un archivo SQLite que no existe, se crea "
+                     "nombrando el archivo")
+               : error;
+  constexpr std::int32_t kSoloLectura = 8, kDanio = 11, kNoSeAbre = 14, kNoEsBase = 26;
+  switch (error.NativeCode()) {
+    case kSoloLectura:
+      return dice("No se puede escribir en " + archivo_ + " o en su carpeta");
+    case kDanio:
+    case kNoEsBase:
+      return dice(archivo_ + " está dañada; restaure un respaldo");
+    case kNoSeAbre:
+      return dice("No se puede abrir " + archivo_);
+    default:
+      if (!sin_conectar) return error;
+      return dice(Falta() ? "No se puede crear " + archivo_ + ": la carpeta no existe o falta permiso"
+                          : "No se puede abrir " + archivo_);
+  }
+}
+
+Ubicacion Ubicacion::Con(const std::string& archivo) const {
+  Ubicacion otra = *this;
+  otra.PonArchivo(archivo);
+  return otra;
+}
+
+ArchivoAparte::ArchivoAparte(const Ubicacion& lugar)
+    : aparte_(lugar.Con(lugar.Archivo() + ".nueva-" + std::to_string(std::random_device{}()))),
+      destino_(lugar.Archivo()) {}
+
+ArchivoAparte::~ArchivoAparte() {
+  for (const char* cola : {"", "-journal", "-wal", "-shm"}) {
+    std::error_code fallo;
+    std::filesystem::remove(Ruta(aparte_.Archivo() + cola), fallo);
+  }
+}
+
+bool ArchivoAparte::Publica() const {
+  const auto origen = Ruta(aparte_.Archivo()), destino = Ruta(destino_);
+  std::error_code fallo;
+  // A second name for the file, which is not given where the name is taken.
+  std::filesystem::create_hard_link(origen, destino, fallo);
+  if (!fallo) return true;
+  if (std::filesystem::exists(std::filesystem::symlink_status(destino))) return false;
+  std::filesystem::rename(origen, destino, fallo);  // a disk without second names
+  if (fallo) throw HostError("No se puede crear " + destino_ + ": " + fallo.message());
+  return true;
 }
 
 }  // namespace zuvi::host

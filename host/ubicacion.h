@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "base/error.h"
+
 namespace zuvi::host {
 
 struct Opciones;
@@ -31,6 +33,11 @@ class Ubicacion {
   /// Throws HostError when what is there is no SQLite database: a folder, a text, something unreadable.
   void ExigeBase() const;
   std::string Cadena(Modo modo) const;
+  /// Another file, opened the same way.
+  Ubicacion Con(const std::string& archivo) const;
+  /// The error with which opening or making the database failed, in the words of its user where the engine's
+  /// tell too little.
+  HostError Explica(const HostError& error) const;
 
  private:
   void LeeCadena(const std::string& texto);
@@ -43,6 +50,22 @@ class Ubicacion {
   bool en_memoria_ = false;
   std::string (*del_sistema_)(const std::string&) = nullptr;
   std::string (*del_controlador_)(const std::string&) = nullptr;
+};
+
+/// A file in the making, beside the place where it will be. Gone with this object.
+class ArchivoAparte {
+ public:
+  explicit ArchivoAparte(const Ubicacion& lugar);
+  ArchivoAparte(const ArchivoAparte&) = delete;
+  ArchivoAparte& operator=(const ArchivoAparte&) = delete;
+  ~ArchivoAparte();
+  const Ubicacion& Lugar() const { return aparte_; }
+  /// Puts the closed file in its place. False when there is one by now, which stays. Throws HostError.
+  bool Publica() const;
+
+ private:
+  Ubicacion aparte_;
+  std::string destino_;
 };
 
 }  // namespace zuvi::host

@@ -16,6 +16,7 @@
 #include "host/ordenes.h"
 #include "host/pila.h"
 #include "host/rutas.h"
+#include "host/ubicacion.h"
 #include "host/valuacion.h"
 #include "toolkit/form.h"
 
@@ -338,25 +339,17 @@ Salida SinBase(const std::string& texto) {
 }
 
 Salida Corre(const Comando& comando, const LineaDeOrdenes& linea, Sesion& sesion) {
+  bool abierta = false;
   try {
     if (comando.uso != Uso::Prepara) {
-      try {
-        sesion.Base();
-      } catch (const HostError& error) {
-        if (EsDanio(error)) throw;
-        return SinBase(error.what());
-      }
-      return comando.corre(sesion, linea);
+      sesion.Base();
+      abierta = true;
     }
-    try {
-      return comando.corre(sesion, linea);
-    } catch (const HostError& error) {
-      if (EsDanio(error)) throw;
-      return SinBase(error.what());
-    }
+    return comando.corre(sesion, linea);
   } catch (const HostError& error) {
+    if (!abierta) return SinBase(error.what());
     if (!EsDanio(error)) throw;
-    return SinBase("está dañada; restaure un respaldo (" + std::string(error.what()) + ")");
+    return SinBase(host::Ubicacion(sesion.TraeAnfitrion().TraeOpciones()).Explica(error).what());
   }
 }
 

@@ -11,6 +11,7 @@
 #include "host/odbc_cadena.h"
 #include "host/paginas.h"
 #include "host/revision.h"
+#include "host/ventanas/pregunta_base.h"
 #include "tests/host/procesos.h"
 #include "tests/host/tienda.h"
 #include "tests/host/zuvi.h"
@@ -212,6 +213,27 @@ TEST(Bases, UnaAnteriorSeActualizaCuandoSePideYNadaSePierde) {
   ahora->Ejecuta("UPDATE existencias SET cantidad = cantidad");
   EXPECT_TRUE(ahora->Consulta("SELECT articulo FROM prods WHERE costo = 99")->Eof())
       << "the triggers are gone";
+}
+
+TEST(Bases, LaVentanaPreguntaAntesDeCrearODeActualizar) {
+  const Archivo archivo("zuvi_pregunta.db");
+  const auto responde = [&](const std::string& respuestas) {
+    const auto anfitrion = AnfitrionEn(archivo.Texto(), "ADMIN", respuestas);
+    const bool sigue = AseguraBase(*anfitrion);
+    return std::pair(sigue, anfitrion);
+  };
+  EXPECT_FALSE(responde("no").first);
+  EXPECT_FALSE(std::filesystem::exists(archivo.Texto()));
+  const auto [sigue, vacia] = responde("si,no");
+  ASSERT_TRUE(sigue);
+  EXPECT_TRUE(vacia->Base()->Consulta("SELECT op FROM op")->Eof());
+  EXPECT_FALSE(vacia->Base()->Consulta("SELECT concepto FROM conceptos")->Eof());
+  EXPECT_EQ(responde("").second->TomaRegistro(), "") << "what is ready is not asked about";
+  vacia->Base()->Ejecuta("UPDATE esquema SET version = 2");
+  EXPECT_FALSE(responde("no").first);
+  EXPECT_THAT(responde("si").second->TomaRegistro(), HasSubstr("era de la versión 2 y quedó en la 4"));
+  vacia->Base()->Ejecuta("UPDATE esquema SET version = 5");
+  EXPECT_THAT(ErrorDe([&] { responde("si").second->Base(); }).what(), HasSubstr("más nueva"));
 }
 
 /// Tables and what is in them.

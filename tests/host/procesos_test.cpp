@@ -7,6 +7,7 @@
 
 #include "component/services/documento_inventario.h"
 #include "host/folios.h"
+#include "host/revision.h"
 #include "tests/host/procesos.h"
 #include "tests/host/tienda.h"
 #include "tests/host/zuvi.h"
@@ -82,6 +83,11 @@ TEST(DosProcesos, TampocoEnElServidor) {
   Tienda tienda(AnfitrionEn(servidor));
   EXPECT_EQ(tienda.Numero("SELECT SUM(cantidad) FROM existencias WHERE articulo = 'TRUFAS' AND almacen > 1"),
             400);
+  // No movement was explained by the cost before it: the last one left the average of them all.
+  EXPECT_TRUE(ExistenciasSinMovimientos(tienda.Base())->Eof());
+  EXPECT_DOUBLE_EQ(tienda.Numero("SELECT costo FROM prods WHERE articulo = 'TRUFAS'"),
+                   tienda.Numero("SELECT SUM(valor) / SUM(cantidad) / 100 FROM existencias WHERE articulo = "
+                                 "'TRUFAS'"));
 }
 
 TEST(LineaDeOrdenes, AyudaYMalUso) {
