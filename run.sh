@@ -80,8 +80,9 @@ run_windows() {
   new_shop "$base"
   export ZUVI_BASE=$base LC_ALL=${LC_ALL:-${LANG:-C.UTF-8}}
   if [ -n "${DISPLAY:-}" ]; then
-    title "Zuvi.exe: cierre su ventana para terminar"
     wine_start win64 visible
+    wine_shop "$bin/Zuvi.exe" || die "no se pudo crear la tienda de ejemplo"
+    title "Zuvi.exe: cierre su ventana para terminar"
     # Somebody works here: it takes as long as it takes.
     wine "$bin/Zuvi.exe" </dev/null 2> >(grep -v wine32 >&2) || die "Zuvi.exe terminó con código $?"
     return
@@ -89,6 +90,7 @@ run_windows() {
   need screenshots
   title "Sin pantalla: una jornada por teclado en una virtual"
   wine_start win64
+  wine_shop "$bin/Zuvi.exe" || die "no se pudo crear la tienda de ejemplo"
   work_a_day "$bin/Zuvi.exe" "$ZUVI_BUILD/jornada" || die "la jornada no terminó bien"
   say "Imágenes de la jornada: ${ZUVI_BUILD#"$ZUVI_ROOT"/}/jornada"
   say "Jornada terminada"

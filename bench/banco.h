@@ -46,8 +46,12 @@ class Banco {
     modulo_ = std::make_unique<Modulo>(*fabrica_, escritorio, [] { return false; });
     produccion_ = std::make_shared<Produccion>(*modulo_);
   }
-  /// Opens the database, which makes the shop in it.
-  void Abre() { produccion_->PonAmbiente(fabrica_->Crea(Ambiente::kProgId)); }
+  /// Opens the database, with the shop in it.
+  void Abre() {
+    if (anfitrion_->ExaminaBase().estado == host::EstadoEsquema::Falta)
+      anfitrion_->CreaBase(host::Contenido::Tienda);
+    produccion_->PonAmbiente(fabrica_->Crea(Ambiente::kProgId));
+  }
   host::BaseDatos& Base() { return *anfitrion_->Base(); }
   /// Does a piece of work; `oye` hears each of its statements.
   void Oye(std::function<void(const std::string&)> oye, auto&& trabajo) {

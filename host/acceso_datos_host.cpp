@@ -92,8 +92,9 @@ bool AccesoDatosHost::EstaVacio(const std::string& texto) {
 }
 
 std::string AccesoDatosHost::TextoDeMensaje(std::int32_t numero, const std::shared_ptr<Ambiente>&) {
-  return TextoMensaje(numero, anfitrion_->TraeOpciones().idioma,
-                      [this] { return TurnoDeQuienPregunta(anfitrion_->Ventanas()); });
+  return TextoMensaje(numero, anfitrion_->TraeOpciones().idioma, [this](std::string_view dato) {
+    return dato == "clave" ? no_hallada_ : TurnoDeQuienPregunta(anfitrion_->Ventanas());
+  });
 }
 
 void AccesoDatosHost::Mensaje(const std::string& texto, EstiloMensaje estilo,
@@ -142,9 +143,11 @@ bool AccesoDatosHost::ExisteClave(const std::string& valor, const std::string& t
                                   const std::string& columna, const std::shared_ptr<Conexion>& conexion) {
   anfitrion_->Llamada("ExisteClave", valor, tabla, columna);
   BaseDatos& base = BaseDe(conexion);
-  return !base.Consulta("SELECT 1 FROM " + tabla + " WHERE " + columna + " = " +
-                        Literal(base.TraeMotor(), valor) + " LIMIT 1")
-              ->Eof();
+  const bool existe = !base.Consulta("SELECT 1 FROM " + tabla + " WHERE " + columna + " = " +
+                                     Literal(base.TraeMotor(), valor) + " LIMIT 1")
+                           ->Eof();
+  no_hallada_ = existe ? "" : valor;
+  return existe;
 }
 
 bool AccesoDatosHost::ExisteClaveConBandera(const std::string& valor, const std::string& tabla,

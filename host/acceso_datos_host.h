@@ -64,6 +64,7 @@ class AccesoDatosHost final : public AccesoDatos {
   BaseDatos& BaseDe(const std::shared_ptr<Conexion>& conexion);
 
   std::shared_ptr<Anfitrion> anfitrion_;
+  std::string no_hallada_;  // key that `ExisteClave` looked for last, when there was none
 };
 
 }  // namespace zuvi::host

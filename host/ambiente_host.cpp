@@ -3,6 +3,7 @@
 #include "base/reloj.h"
 #include "component/services/by_name.h"
 #include "host/interaccion_respuestas.h"
+#include "host/odbc_cadena.h"
 
 namespace zuvi::host {
 
@@ -19,6 +20,8 @@ const MemberTable* AmbienteHost::Members() const {
           .Method<&AmbienteHost::ParametrosEstacion>("ParametrosEstacion")
           .Method<&AmbienteHost::ContenedorRutas>("ContenedorRutas")
           .Property<&AmbienteHost::CadenaConexion, &AmbienteHost::PonCadenaConexion>("CadenaConexion")
+          .Method<&AmbienteHost::CreaBase>("CreaBase", {"ejemplo"})
+          .Method<&AmbienteHost::ActualizaBase>("ActualizaBase")
           .Property<&AmbienteHost::UsuarioActual, &AmbienteHost::PonUsuario>("Usuario")
           .Property<&AmbienteHost::NoLegible, &AmbienteHost::PonRespuestas>("Respuestas")
           .Property<&AmbienteHost::Mensajes>("Mensajes")
@@ -61,10 +64,12 @@ std::shared_ptr<Recordset> AmbienteHost::ParametrosEstacion() {
 
 std::string AmbienteHost::CadenaConexion() const {
   const Opciones& opciones = anfitrion_->TraeOpciones();
-  return opciones.cadena.empty() ? opciones.archivo : opciones.cadena;
+  return opciones.cadena.empty() ? opciones.archivo : SinClave(opciones.cadena);
 }
 
 void AmbienteHost::PonCadenaConexion(const std::string& base) {
+  // What was read here names the same database, although the password was left out of it.
+  if (base == CadenaConexion()) return;
   Opciones opciones = anfitrion_->TraeOpciones();
   PonBase(opciones, base);
   anfitrion_->PonOpciones(std::move(opciones));

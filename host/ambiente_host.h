@@ -23,9 +23,14 @@ class AmbienteHost final : public Ambiente {
   std::shared_ptr<Recordset> ParametrosEstacion() override;
   ObjectPtr ContenedorRutas() override { return nullptr; }
 
-  /// Name of the SQLite file or ODBC connection string; setting it opens another database.
+  /// Name of the SQLite file, or ODBC connection string without its password; setting it opens another
+  /// database.
   std::string CadenaConexion() const;
   void PonCadenaConexion(const std::string& base);
+  /// Makes the tables in a database that has none, with the example shop or empty.
+  void CreaBase(bool ejemplo) { anfitrion_->CreaBase(ejemplo ? Contenido::Tienda : Contenido::Vacio); }
+  /// Brings a database of an earlier version up to date, and returns which it was.
+  std::int32_t ActualizaBase() { return anfitrion_->ActualizaBase(); }
   void PonUsuario(const std::string& usuario);
   /// Answers for the questions to come, like "si,no,si"; from then on messages are recorded, not shown.
   void PonRespuestas(const std::string& respuestas);

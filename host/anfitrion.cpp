@@ -8,18 +8,13 @@
 #include "host/constructor_sql_host.h"
 #include "host/control_procesos_host.h"
 #include "host/documento_inventario_host.h"
-#include "host/esquema.h"
 #include "host/folios.h"
+#include "host/odbc_cadena.h"
+#include "host/ubicacion.h"
 #include "host/ventanas_host.h"
 
 namespace zuvi::host {
 namespace {
-
-std::string CadenaDe(const Opciones& opciones) {
-  if (!opciones.cadena.empty()) return opciones.cadena;
-  if (opciones.archivo.empty()) throw HostError("No se ha indicado la base de datos");
-  return "DRIVER={SQLite3};Database=" + opciones.archivo;
-}
 
 /// Whether two references mean one window. Across the boundary of a DLL each call brings a reference of its
 /// own; the native handle then tells.
@@ -61,11 +56,10 @@ class ProgresoContado final : public Progreso {
 }  // namespace
 
 void PonBase(Opciones& opciones, const std::string& base) {
-  const std::string minusculas = Minusculas(Recorta(base));
-  const bool cadena = minusculas.starts_with("driver=") || minusculas.starts_with("dsn=") ||
-                      minusculas.starts_with("filedsn=");
+  const bool cadena = PareceCadena(base);
   opciones.cadena = cadena ? base : "";
   opciones.archivo = cadena ? "" : base;
+  opciones.archivo_por_omision = false;
 }
 
 Anfitrion::Anfitrion(Opciones opciones, std::unique_ptr<Interaccion> interaccion)
@@ -81,13 +75,100 @@ void Anfitrion::PonOpciones(Opciones opciones) {
   anterior->Cierra();
 }
 
+std::shared_ptr<BaseDatos> Anfitrion::Conecta(bool nueva) {
+  const Ubicacion lugar(opciones_);
+  using Modo = Ubicacion::Modo;
+  if (nueva) return BaseDatos::Abre(lugar.Cadena(Modo::Nueva), traza_);
+  lugar.ExigeBase();
+  if (opciones_.solo_lee && lugar.EsDeSoloLectura() && !lugar.TieneCambiosAlLado())
+    return BaseDatos::Abre(lugar.Cadena(Modo::Congelada), traza_);
+  return BaseDatos::Abre(lugar.Cadena(Modo::Existente), traza_);
+}
+
+std::optional<Esquema> Anfitrion::ExaminaIntacta(const Ubicacion& lugar) const {
+  if (!lugar.TieneCambiosAlLado()) return std::nullopt;
+  try {
+    return Examina(*BaseDatos::Abre(lugar.Cadena(Ubicacion::Modo::Intacta), traza_));
+  } catch (const HostError&) {
+    // What cannot be read without writing is told by opening it.
+    return std::nullopt;
+  }
+}
+
+const std::shared_ptr<BaseDatos>& Anfitrion::Adopta(std::shared_ptr<BaseDatos> base) {
+  LeeVetos(*base);
+  base->AlReabrir([this, otra = std::weak_ptr(base)] {
+    if (const auto abierta = otra.lock()) CompruebaReabierta(*abierta);
+  });
+  base_ = std::move(base);
+  return base_;
+}
+
 const std::shared_ptr<BaseDatos>& Anfitrion::Base() {
   if (base_) return base_;
-  const auto base = BaseDatos::Abre(CadenaDe(opciones_), traza_);
-  recien_creada_ = PreparaEsquema(*base);
-  LeeVetos(*base);
-  base_ = base;
-  return base_;
+  const Ubicacion lugar(opciones_);
+  const bool nueva = lugar.EnMemoria() || (opciones_.crea_archivo && lugar.Falta());
+  if (!nueva) lugar.ExigeBase();
+  if (const auto esquema = ExaminaIntacta(lugar)) ExigeListo(*esquema);
+  auto base = Conecta(nueva);
+  recien_creada_ = nueva && CreaEsquema(*base, Contenido::Tienda);
+  if (!nueva) {
+    Esquema esquema = Examina(*base);
+    // Another station may be making it right now; whoever waits for its lock sees it whole.
+    if (opciones_.crea_archivo && lugar.EsArchivo() && esquema.estado == EstadoEsquema::Falta) {
+      const Transaccion espera(*base);
+      esquema = Examina(*base);
+    }
+    ExigeListo(esquema);
+  }
+  return Adopta(std::move(base));
+}
+
+Esquema Anfitrion::ExaminaBase() {
+  if (base_) return Examina(*base_);
+  const Ubicacion lugar(opciones_);
+  if (lugar.Falta() || lugar.EnMemoria()) return {};
+  lugar.ExigeBase();
+  const auto esquema = ExaminaIntacta(lugar);
+  return esquema ? *esquema : Examina(*Conecta(false));
+}
+
+void Anfitrion::CreaBase(Contenido contenido) {
+  const Ubicacion lugar(opciones_);
+  if (!base_) ExigeNuestraOVacia(lugar);
+  auto base = base_ ? base_ : Conecta(lugar.EnMemoria() || lugar.Falta());
+  if (!CreaEsquema(*base, contenido)) throw HostError("La base ya tiene las tablas de Zuvi; no se tocó nada");
+  recien_creada_ = true;
+  Adopta(std::move(base));
+}
+
+std::int32_t Anfitrion::ActualizaBase() {
+  if (!base_) ExigeNuestraOVacia(Ubicacion(opciones_));
+  auto base = base_ ? base_ : Conecta(false);
+  const std::int32_t version = ActualizaEsquema(*base);
+  Adopta(std::move(base));
+  return version;
+}
+
+void Anfitrion::CompruebaReabierta(BaseDatos& base) {
+  // It may be another server by now, or the same one with an older copy: numbers kept here are not its.
+  siguiente_movimiento_ = fin_de_bloque_ = 0;
+  bool propia = false;
+  try {
+    propia = !base.Consulta("SELECT version FROM esquema")->Eof();
+  } catch (const HostError& error) {
+    if (error.SqlState().starts_with("08")) throw;
+  }
+  if (!propia)
+    throw HostError(
+        "La conexión se abrió de nuevo, pero la base de datos ya no es la de este programa; no se tocó "
+        "nada.");
+}
+
+void Anfitrion::ExigeNuestraOVacia(const Ubicacion& lugar) const {
+  const auto esquema = ExaminaIntacta(lugar);
+  if (esquema && (esquema->estado == EstadoEsquema::Ajeno || esquema->estado == EstadoEsquema::Nuevo))
+    ExigeListo(*esquema);
 }
 
 void Anfitrion::LeeVetos(BaseDatos& base) {
@@ -99,15 +180,20 @@ void Anfitrion::LeeVetos(BaseDatos& base) {
   vetadas_ = std::move(vetadas);
 }
 
-void Anfitrion::RehaceTienda() {
-  RehaceEsquema(*Base());
+void Anfitrion::RehaceTienda(Contenido contenido) {
+  RehaceEsquema(*Base(), contenido);
   siguiente_movimiento_ = fin_de_bloque_ = 0;
   LeeVetos(*base_);
 }
 
 void Anfitrion::TrazaEnArchivo(const std::string& ruta) {
   if (traza_en_archivo_ != 0) traza_.Deja(std::exchange(traza_en_archivo_, 0));
-  if (!ruta.empty()) traza_en_archivo_ = traza_.Escucha(OyenteDeArchivo(ruta));
+  archivo_de_traza_.reset();
+  if (ruta.empty()) return;
+  archivo_de_traza_ = std::make_shared<ArchivoDeTraza>(ruta);
+  traza_en_archivo_ = traza_.Escucha([archivo = archivo_de_traza_](Suceso suceso, const std::string& texto) {
+    archivo->Escribe(suceso, texto);
+  });
 }
 
 void Anfitrion::AnotaLlamada(const char* operacion, std::initializer_list<Value> argumentos) const {
@@ -153,7 +239,9 @@ std::string Anfitrion::TomaRegistro() {
 }
 
 void Anfitrion::NuevaOperacion() {
-  if (*progresos_ == 0) interaccion_->NuevaOperacion();
+  if (*progresos_ != 0) return;
+  interaccion_->NuevaOperacion();
+  if (base_) base_->OlvidaPerdida();
 }
 
 void Anfitrion::ExigeNoCancelado() {

@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -16,17 +17,30 @@
 #include "component/services/control_procesos.h"
 #include "component/services/fabrica.h"
 #include "host/base_datos.h"
+#include "host/esquema.h"
 #include "host/interaccion.h"
 #include "host/traza.h"
 
 namespace zuvi::host {
 
+class Ubicacion;
+
 /// Settings of one running host.
 struct Opciones {
   /// ODBC connection string; empty means the SQLite file `archivo`.
   std::string cadena;
-  /// SQLite file, created and filled with the example shop when it does not exist; ":memory:" is allowed.
+  /// SQLite file; ":memory:" is allowed, and begins as the example shop.
   std::string archivo;
+  /// A SQLite file that is not there is made, with the example shop.
+  bool crea_archivo = false;
+  /// The file is the one that is used when none is named.
+  bool archivo_por_omision = false;
+  /// Nothing will be written: what this account may only read is enough.
+  bool solo_lee = false;
+  /// What this system calls a file, and how the driver calls it, where the two part ways (a driver of another
+  /// system under an emulation).
+  std::string (*nombre_del_sistema)(const std::string&) = nullptr;
+  std::string (*nombre_para_controlador)(const std::string&) = nullptr;
   std::string usuario = "ADMIN";
   /// Folder of the application, without trailing separator.
   std::string ruta;
@@ -37,6 +51,7 @@ struct Opciones {
 };
 
 /// Sets the database of `opciones` from one text: an ODBC connection string, or the name of a SQLite file.
+/// What is wrong with it is told when it is opened.
 void PonBase(Opciones& opciones, const std::string& base);
 
 /// One per process: what all host objects of the process share.
@@ -49,17 +64,26 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   const Opciones& TraeOpciones() const { return opciones_; }
   /// Changes settings; an open connection is closed when its string changes.
   void PonOpciones(Opciones opciones);
-  /// The connection, opened on first use. An empty database gets the schema and the example shop.
+  /// The connection, opened on first use. Opening changes nothing: throws HostError for a database that
+  /// cannot be worked with, but for a file that is to be made (`Opciones::crea_archivo`).
   const std::shared_ptr<BaseDatos>& Base();
-  /// Whether the open database was empty and got the example shop.
+  /// What the database holds; a file that is not there holds nothing, and is not made.
+  Esquema ExaminaBase();
+  /// Makes the schema in a database that has none. Throws HostError for any other, and when it is there.
+  void CreaBase(Contenido contenido);
+  /// Brings a database of an earlier version up to date, and returns which it was.
+  std::int32_t ActualizaBase();
+  /// Whether this host made the tables of the open database.
   bool RecienCreada() const { return recien_creada_; }
-  /// Throws everything in the database away and makes the example shop anew.
-  void RehaceTienda();
+  /// Throws everything in the database away and fills it anew.
+  void RehaceTienda(Contenido contenido = Contenido::Tienda);
   Interaccion& Usuario() { return *interaccion_; }
   void PonInteraccion(std::unique_ptr<Interaccion> interaccion) { interaccion_ = std::move(interaccion); }
   Traza& TraeTraza() { return traza_; }
   /// Appends the trace to a file from now on; an empty name ends that.
   void TrazaEnArchivo(const std::string& ruta);
+  /// False when a line of it was lost.
+  bool TrazaEntera() const { return !archivo_de_traza_ || archivo_de_traza_->Entera(); }
   /// Notes a call of a host operation in the trace.
   template <class... A>
   void Llamada(const char* operacion, const A&... argumentos) const {
@@ -75,8 +99,11 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   std::string TomaRegistro();
 
   /// A method of the module has begun. An earlier cancellation is settled, unless work is still going on
-  /// behind an open progress display.
+  /// behind an open progress display; so is a lost connection.
   void NuevaOperacion();
+  /// Whether the connection was lost, or could not be opened again, since the running operation began: what
+  /// is left of it should not be tried.
+  bool SePerdioConexion() const { return base_ && base_->SePerdio(); }
   /// Throws HostError once the user wants running work to end.
   void ExigeNoCancelado();
   /// Opens the user's progress display. `Cancelado` keeps its answer while one is open.
@@ -113,11 +140,21 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   void AnotaLlamada(const char* operacion, std::initializer_list<Value> argumentos) const;
   void Registra(std::string linea);
   void LeeVetos(BaseDatos& base);
+  /// A connection that is not the host's own yet.
+  std::shared_ptr<BaseDatos> Conecta(bool nueva);
+  /// What a file holds that a program left in the middle of writing, or has open. To open it for work is to
+  /// finish that writing, which is not done before it is known whose the file is.
+  std::optional<Esquema> ExaminaIntacta(const Ubicacion& lugar) const;
+  void ExigeNuestraOVacia(const Ubicacion& lugar) const;
+  const std::shared_ptr<BaseDatos>& Adopta(std::shared_ptr<BaseDatos> base);
+  /// Throws HostError unless a database reached by connecting again is one of ours.
+  void CompruebaReabierta(BaseDatos& base);
 
   Opciones opciones_;
   std::unique_ptr<Interaccion> interaccion_;
   Traza traza_;
   std::size_t traza_en_archivo_ = 0;
+  std::shared_ptr<ArchivoDeTraza> archivo_de_traza_;
   std::shared_ptr<BaseDatos> base_;
   bool recien_creada_ = false;
   std::map<std::string, Gancho> ganchos_;

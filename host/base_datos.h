@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -15,8 +16,14 @@ enum class Motor { Sqlite, MariaDb };
 /// One open ODBC connection, shaped as an ADO connection for automation clients (members `Execute`, `Close`,
 /// `State`, `ConnectionString`, `BeginTrans`, `CommitTrans`, `RollbackTrans`). Every statement of the host
 /// passes `Consulta` or `Ejecuta`: they are the one funnel that the trace listens to. One call runs one
-/// statement: a text that holds a second one is refused. Failures are HostError with the database's own
-/// description, native code and SQLSTATE.
+/// statement: a text that holds a second one is refused, as is one that reaches files or native code.
+/// Failures are HostError with the database's own description, native code and SQLSTATE.
+///
+/// Every wait for the database has a limit (host/limites.h). Once the connection to a server is lost, the
+/// statement fails with ConexionPerdida and none of its handles is used again; the next statement opens a new
+/// one. Within a transaction nothing is opened: it is lost as a whole, and until its end every statement
+/// fails. Only what changes nothing, a query or a BEGIN, is repeated by itself, and only where the connection
+/// was found cut rather than silent.
 class BaseDatos : public Conexion {
  public:
   /// Opens by ODBC connection string ("DRIVER={SQLite3};Database=…" or "DRIVER={MariaDB
@@ -32,12 +39,27 @@ class BaseDatos : public Conexion {
   /// is not looked through for a second statement. Traced like the others.
   virtual void EjecutaEsquema(const std::string& sql) = 0;
   virtual void Cierra() = 0;
+
+  /// From now on the engine refuses every change by this connection, and texts that are no queries are not
+  /// sent at all.
+  virtual void SoloLectura() = 0;
+  /// Runs after each reopening, before the statement that caused it; what it throws, that statement throws,
+  /// and the connection is not open then.
+  virtual void AlReabrir(std::function<void()> comprobacion) = 0;
+  /// Whether the connection was lost, or could not be opened again, since `OlvidaPerdida`.
+  virtual bool SePerdio() const = 0;
+  /// A new piece of work begins: what was lost before does not concern it, and the next statement tries to
+  /// connect at once.
+  virtual void OlvidaPerdida() = 0;
 };
 
-/// A transaction: undone by the destructor unless confirmed. One at a time on a connection.
+/// A transaction that will write: undone by the destructor unless confirmed. One at a time on a connection.
+/// SQLite's takes its lock at once, for two that read first and write later would be in each other's way.
 class Transaccion {
  public:
-  explicit Transaccion(BaseDatos& base) : base_(base) { base_.Ejecuta("BEGIN"); }
+  explicit Transaccion(BaseDatos& base) : base_(base) {
+    base_.Ejecuta(base.TraeMotor() == Motor::Sqlite ? "BEGIN IMMEDIATE" : "BEGIN");
+  }
   Transaccion(const Transaccion&) = delete;
   Transaccion& operator=(const Transaccion&) = delete;
   ~Transaccion();

@@ -6,8 +6,9 @@
 
 namespace zuvi::host {
 
-/// Inventory movement document. One movement is one transaction of two statements: the movement's row and
-/// the stock row of its article and warehouse change together or not at all. Stock may become negative.
+/// Inventory movement document. One movement is one transaction: the movement's row, the stock row of its
+/// article and warehouse and the article's average cost change together or not at all. Stock may become
+/// negative.
 class DocumentoInventarioHost final : public DocumentoInventario {
  public:
   explicit DocumentoInventarioHost(std::shared_ptr<Anfitrion> anfitrion) : anfitrion_(std::move(anfitrion)) {}
@@ -31,6 +32,9 @@ class DocumentoInventarioHost final : public DocumentoInventario {
   const MemberTable* Members() const override;
 
  private:
+  /// Writes the movement down, inside a transaction.
+  void Asienta(BaseDatos& base, std::int32_t numero, double cantidad, std::int64_t importe) const;
+
   std::shared_ptr<Anfitrion> anfitrion_;
   Value documento_ = Null{};
   std::int32_t referencia_ = 0;

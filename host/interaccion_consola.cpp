@@ -5,12 +5,7 @@
 #include <cstdio>
 #include <iostream>
 
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
-
+#include "host/consola.h"
 #include "host/interaccion_respuestas.h"
 #include "host/pdf.h"
 
@@ -23,14 +18,6 @@ volatile std::sig_atomic_t cancelado = 0;
 extern "C" void AlInterrumpir(int senal) {
   cancelado = 1;
   std::signal(senal, SIG_DFL);
-}
-
-bool EsTerminal(std::FILE* archivo) {
-#ifdef _WIN32
-  return _isatty(_fileno(archivo)) != 0;
-#else
-  return isatty(fileno(archivo)) != 0;
-#endif
 }
 
 /// One line that is written over on a terminal; elsewhere one line a step.
@@ -46,8 +33,10 @@ class BarraDeConsola final : public Progreso {
   void Avanza(std::int32_t paso, const std::string& texto, const std::string& texto2) override {
     constexpr std::int64_t kAncho = 20;
     const auto llenos = static_cast<std::size_t>(std::clamp<std::int64_t>(kAncho * paso / total_, 0, kAncho));
-    std::cerr << (terminal_ ? "\r\033[K[" : "[") << std::string(llenos, '#')
-              << std::string(kAncho - llenos, '.') << "] " << paso << '/' << total_ << "  " << texto;
+    // Past the stream, which shows what would move the cursor instead of moving it.
+    if (terminal_) std::fputs("\r\033[K", stderr);
+    std::cerr << '[' << std::string(llenos, '#') << std::string(kAncho - llenos, '.') << "] " << paso << '/'
+              << total_ << "  " << texto;
     if (!texto2.empty()) std::cerr << "  " << texto2;
     if (terminal_)
       std::cerr << std::flush;

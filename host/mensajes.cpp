@@ -8,9 +8,8 @@
 namespace zuvi::host {
 namespace {
 
-// 75 and 756 are followed by the name of the user who holds the order, and that by 76.
-constexpr std::string_view kTurno = "{turno}";
-
+// 75 and 756 are followed by the name of the user who holds the order, and that by 76. What stands in braces
+// is asked of the host when the text is fetched.
 constexpr std::array kCatalogo{
     MensajeCatalogo{
         1, "¿Desea eliminar el turno {turno}, con su lista de empleados y todos sus horarios?",
@@ -24,11 +23,12 @@ constexpr std::array kCatalogo{
     MensajeCatalogo{224, "La fecha del documento no es válida. Por favor, revísela.",
                     "The document date is not valid. Please check it."},
     MensajeCatalogo{234, "Escriba la clave del artículo.", "Please enter the article code."},
-    MensajeCatalogo{235, "El artículo no existe en el catálogo.", "The article is not in the catalogue."},
+    MensajeCatalogo{235, "El artículo {clave} no existe en el catálogo.",
+                    "Article {clave} is not in the catalogue."},
     MensajeCatalogo{236, "La cantidad debe ser mayor que cero.", "The quantity must be greater than zero."},
     MensajeCatalogo{240, "Indique el almacén en que se entregará el producto.",
                     "Please enter the warehouse that will receive the product."},
-    MensajeCatalogo{241, "El almacén indicado no existe.", "That warehouse does not exist."},
+    MensajeCatalogo{241, "El almacén {clave} no existe.", "Warehouse {clave} does not exist."},
     MensajeCatalogo{343, "La orden no tiene partidas, por lo que se guardará como pendiente.",
                     "The order has no lines, so it will be saved as pending."},
     MensajeCatalogo{703, "Este artículo no puede manejarse en el almacén de la orden.",
@@ -67,20 +67,21 @@ static_assert(std::ranges::all_of(kMensajesDelModulo, Tiene), "the module asks f
 std::span<const MensajeCatalogo> CatalogoMensajes() { return kCatalogo; }
 
 std::string TextoMensaje(std::int32_t numero, std::string_view idioma,
-                         const std::function<std::string()>& turno) {
+                         const std::function<std::string(std::string_view)>& dato) {
   const bool ingles = idioma == "en";
   const auto hallado = std::ranges::find(kCatalogo, numero, &MensajeCatalogo::numero);
-  if (hallado != kCatalogo.end()) {
-    std::string texto(ingles ? hallado->en : hallado->es);
-    if (const auto lugar = texto.find(kTurno); lugar != std::string::npos) {
-      const std::string nombre = turno ? turno() : "";
-      texto.replace(lugar, kTurno.size(),
-                    nombre.empty() ? (ingles ? "selected" : "seleccionado") : '"' + nombre + '"');
-    }
-    return texto;
-  }
-  return (ingles ? "Message " : "Mensaje ") + std::to_string(numero) +
-         (ingles ? " is not in the catalogue." : " no está en el catálogo.");
+  if (hallado == kCatalogo.end())
+    return (ingles ? "Message " : "Mensaje ") + std::to_string(numero) +
+           (ingles ? " is not in the catalogue." : " no está en el catálogo.");
+  std::string texto(ingles ? hallado->en : hallado->es);
+  const auto abre = texto.find('{');
+  if (abre == std::string::npos) return texto;
+  const auto cierra = texto.find('}', abre);
+  const std::string valor = dato ? dato(std::string_view(texto).substr(abre + 1, cierra - abre - 1)) : "";
+  if (!valor.empty()) return texto.replace(abre, cierra + 1 - abre, '"' + valor + '"');
+  // Without it the text stands as if it spoke of what everybody sees.
+  const auto blanco = abre > 0 && texto[abre - 1] == ' ' ? abre - 1 : abre;
+  return texto.erase(blanco, cierra + 1 - blanco);
 }
 
 }  // namespace zuvi::host

@@ -18,9 +18,9 @@ struct MensajeCatalogo {
 /// The whole catalogue, in the order of its numbers.
 std::span<const MensajeCatalogo> CatalogoMensajes();
 /// Text of a message in "es" or "en" (any other language is taken as "es"). An unknown number gives a text
-/// that names it. A message on a shift asks `turno` for its name; without one it speaks of the selected
-/// shift.
+/// that names it. `dato` is asked for what the text speaks of: "turno", the selected shift, or "clave", the
+/// key that was looked up last and not found; without it the text leaves it out.
 std::string TextoMensaje(std::int32_t numero, std::string_view idioma,
-                         const std::function<std::string()>& turno = {});
+                         const std::function<std::string(std::string_view)>& dato = {});
 
 }  // namespace zuvi::host

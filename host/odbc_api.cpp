@@ -4,13 +4,12 @@
 #include <cstdint>
 #include <cstring>
 
-#include "base/error.h"
 #include "base/text.h"
 
 namespace zuvi::host {
 namespace {
 
-struct Diagnostico {
+struct Registro {
   std::string estado;
   std::int32_t codigo = 0;
   std::string texto;
@@ -30,8 +29,8 @@ std::basic_string<Unidad> TextoDe(Get get) {
   return texto;
 }
 
-Diagnostico Lee(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {
-  Diagnostico diagnostico;
+Registro Lee(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {
+  Registro diagnostico;
   SQLINTEGER codigo = 0;
   if (forma == Forma::Utf16) {
     std::array<SQLWCHAR, 6> estado{};
@@ -64,12 +63,16 @@ std::string_view SinPrefijos(std::string_view texto) {
 
 }  // namespace
 
-void LanzaDiagnostico(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {
-  const Diagnostico diagnostico = Lee(tipo, handle, forma);
+HostError Diagnostico(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {
+  const Registro diagnostico = Lee(tipo, handle, forma);
   const std::string_view texto = SinPrefijos(diagnostico.texto);
-  throw HostError(
+  return HostError(
       texto.empty() ? std::string("La base de datos falló sin dar explicación.") : std::string(texto),
       ErrorNumber::AutomationFailure, diagnostico.codigo, diagnostico.estado);
+}
+
+void LanzaDiagnostico(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {
+  throw Diagnostico(tipo, handle, forma);
 }
 
 bool EsAscii(std::string_view texto) {

@@ -15,6 +15,8 @@
 #include <string_view>
 #include <utility>
 
+#include "base/error.h"
+
 namespace zuvi::host {
 
 /// In which form texts go through ODBC: UTF-16 by the W functions, or UTF-8 by the plain ones where that is
@@ -44,6 +46,9 @@ class OdbcHandle {
   }
   SQLHANDLE Get() const { return handle_; }
   SQLHANDLE* Out() { return &handle_; }
+  /// Forgets the handle without freeing it. For those of a lost connection: drivers have been seen to crash
+  /// when one of them is used again, be it to free it. The few kilobytes stay behind.
+  void Abandona() { handle_ = nullptr; }
 
  private:
   SQLHANDLE handle_ = nullptr;
@@ -52,7 +57,9 @@ class OdbcHandle {
 using Entorno = OdbcHandle<SQL_HANDLE_ENV>;
 using Enlace = OdbcHandle<SQL_HANDLE_DBC>;
 
-/// Throws the HostError of the first record of what the handle has to say.
+/// The first record of what the handle has to say.
+HostError Diagnostico(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma);
+/// Throws it.
 [[noreturn]] void LanzaDiagnostico(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma);
 /// Lets good results pass (SQL_NO_DATA among them); throws HostError with the diagnostics of the handle else.
 inline void Exige(SQLRETURN resultado, SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {

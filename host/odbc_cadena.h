@@ -7,18 +7,31 @@
 
 namespace zuvi::host {
 
-/// An ODBC connection string taken apart: "DRIVER={…};Server=…;PWD={a;b}". Names are compared without case.
+/// An ODBC connection string taken apart: "DRIVER={…};Server=…;PWD={a;b}". Names are compared without case,
+/// blanks around names and values do not count, and of a name given twice the first one holds.
 class CadenaOdbc {
  public:
   explicit CadenaOdbc(std::string_view cadena);
   /// Value without its braces; empty when there is none.
   std::string Trae(std::string_view nombre) const;
+  bool Tiene(std::string_view nombre) const;
   void Pon(std::string_view nombre, std::string_view valor);
   void Quita(std::string_view nombre);
   std::string Texto() const;
+  /// What of the text is no "name=value", in words; empty when all of it was understood.
+  const std::string& Defecto() const { return defecto_; }
+  /// Name of the first attribute; empty without one.
+  std::string Primero() const { return atributos_.empty() ? std::string() : atributos_.front().first; }
 
  private:
   std::vector<std::pair<std::string, std::string>> atributos_;  // values as they stand in the string
+  std::string defecto_;
 };
+
+/// Whether a text means a connection string rather than the name of a file: it begins with an attribute, and
+/// that or a later one is of the kind that only connection strings have.
+bool PareceCadena(std::string_view texto);
+/// The text as it may be shown: passwords are left out, also where the string is not well formed.
+std::string SinClave(std::string_view cadena);
 
 }  // namespace zuvi::host

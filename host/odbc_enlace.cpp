@@ -6,6 +6,7 @@
 #include "base/text.h"
 #include "host/odbc_cadena.h"
 #include "host/odbc_sentencia.h"
+#include "host/perdida.h"
 
 namespace zuvi::host {
 namespace {
@@ -17,10 +18,21 @@ constexpr unsigned kVariasSentencias = 1u << 26;
 
 bool EsSqlite(std::string_view nombre) { return Minusculas(nombre).find("sqlite") != std::string::npos; }
 
-/// The string with what our statements rely on, whatever the user wrote.
-std::string ConAjustes(const std::string& cadena) {
+/// Adds an attribute that the user may have set otherwise.
+void PonSiFalta(CadenaOdbc& atributos, std::string_view nombre, int valor) {
+  if (atributos.Trae(nombre).empty()) atributos.Pon(nombre, std::to_string(valor));
+}
+
+/// The string with what our statements rely on, whatever the user wrote, and the limits where he did not
+/// write any. A string that names no driver may mean either engine; each ignores what is the other's.
+std::string ConAjustes(const std::string& cadena, const Limites& limites) {
   CadenaOdbc atributos(cadena);
-  if (EsSqlite(atributos.Trae("DRIVER"))) return cadena;
+  // In milliseconds; SQLite's driver waits so long twice, once inside the engine and once around it.
+  PonSiFalta(atributos, "Timeout", limites.candado * 1000 / 2);
+  if (EsSqlite(atributos.Trae("DRIVER"))) return atributos.Texto();
+  PonSiFalta(atributos, "CONN_TIMEOUT", limites.conexion);
+  PonSiFalta(atributos, "READ_TIMEOUT", limites.lectura);
+  PonSiFalta(atributos, "WRITE_TIMEOUT", limites.escritura);
   const std::string dada = atributos.Trae("OPTION");
   unsigned opciones = 0;
   std::from_chars(dada.data(), dada.data() + dada.size(), opciones);
@@ -29,27 +41,49 @@ std::string ConAjustes(const std::string& cadena) {
   return atributos.Texto();
 }
 
+/// The limit of reading that the string names, else that of the settings.
+int LecturaDe(const std::string& cadena, const Limites& limites) {
+  const std::string dada = CadenaOdbc(cadena).Trae("READ_TIMEOUT");
+  int segundos = limites.lectura;
+  std::from_chars(dada.data(), dada.data() + dada.size(), segundos);
+  return segundos;
+}
+
+ConexionPerdida NoConecta(const HostError& error) {
+  return ConexionPerdida("No se pudo conectar con el servidor de la base de datos" + EntreParentesis(error),
+                         error.NativeCode());
+}
+
 }  // namespace
 
-EnlaceOdbc::EnlaceOdbc(const std::string& cadena) {
+EnlaceOdbc::EnlaceOdbc(const std::string& cadena, const Limites& limites) : limites_(limites) {
   Exige(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, entorno_.Out()), SQL_HANDLE_ENV, nullptr, forma_);
   // The version is handed over in the pointer itself.
   Exige(SQLSetEnvAttr(entorno_.Get(), SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0),
         SQL_HANDLE_ENV, entorno_.Get(), forma_);
   Exige(SQLAllocHandle(SQL_HANDLE_DBC, entorno_.Get(), enlace_.Out()), SQL_HANDLE_ENV, entorno_.Get(),
         forma_);
+  limites_.lectura = LecturaDe(cadena, limites_);
   forma_ = FormaInicial(cadena);
-  Abre(ConAjustes(cadena));
+  Abre(ConAjustes(cadena, limites_));
 }
 
-EnlaceOdbc::~EnlaceOdbc() { SQLDisconnect(enlace_.Get()); }
+EnlaceOdbc::~EnlaceOdbc() {
+  if (enlace_.Get()) SQLDisconnect(enlace_.Get());
+}
+
+void EnlaceOdbc::Abandona() {
+  enlace_.Abandona();
+  entorno_.Abandona();
+}
 
 /// The form to connect in, which a driver manager may hold on to for all that follows.
-Forma EnlaceOdbc::FormaInicial(const std::string& cadena) {
+Forma EnlaceOdbc::FormaInicial(const std::string& cadena) const {
   const std::string driver = CadenaOdbc(cadena).Trae("DRIVER");
   if (EsAscii(cadena)) return EsSqlite(driver) || !kAngostosIntactos ? Forma::Utf16 : Forma::Utf8;
   // The file's name has to go in the form the driver understands, which only a connection can tell.
-  return EsSqlite(driver) ? EnlaceOdbc("DRIVER={" + driver + "};Database=:memory:").forma_ : Forma::Utf16;
+  return EsSqlite(driver) ? EnlaceOdbc("DRIVER={" + driver + "};Database=:memory:", limites_).forma_
+                          : Forma::Utf16;
 }
 
 void EnlaceOdbc::Abre(const std::string& cadena) {
@@ -59,9 +93,13 @@ void EnlaceOdbc::Abre(const std::string& cadena) {
       motor_ = PreguntaMotor();
       lista = EligeForma();
       if (lista) PreparaSesion();
-    } catch (...) {
-      SQLDisconnect(enlace_.Get());
-      throw;
+    } catch (const HostError& error) {
+      if (!EsPerdida(motor_, error)) {
+        SQLDisconnect(enlace_.Get());
+        throw;
+      }
+      Abandona();
+      throw NoConecta(error);
     }
     if (!lista) SQLDisconnect(enlace_.Get());
   }
@@ -80,7 +118,12 @@ void EnlaceOdbc::Conecta(const std::string& cadena) {
         SQLDriverConnect(enlace_.Get(), nullptr, Angosto(cadena), static_cast<SQLSMALLINT>(cadena.size()),
                          nullptr, 0, &largo, SQL_DRIVER_NOPROMPT);
   }
-  Exige(resultado, SQL_HANDLE_DBC, enlace_.Get(), forma_);
+  if (SQL_SUCCEEDED(resultado)) return;
+  const HostError error = Diagnostico(SQL_HANDLE_DBC, enlace_.Get(), forma_);
+  // What is not a file of SQLite's is a server's.
+  if (EsSqlite(CadenaOdbc(cadena).Trae("DRIVER"))) throw Explicado(Motor::Sqlite, error);
+  if (!EsPerdida(Motor::MariaDb, error)) throw error;
+  throw NoConecta(error);
 }
 
 Motor EnlaceOdbc::PreguntaMotor() const {
@@ -106,7 +149,8 @@ bool EnlaceOdbc::Conserva(Forma forma) const {
     }
     const Resultado leido = sentencia.Lee("SELECT hex('é€🎂')");
     return leido.celdas.size() == 1 && ATexto(leido.celdas[0]) == "C3A9E282ACF09F8E82";
-  } catch (const HostError&) {
+  } catch (const HostError& error) {
+    if (EsPerdida(motor_, error)) throw;
     return false;
   }
 }
@@ -127,20 +171,26 @@ bool EnlaceOdbc::EligeForma() {
   throw HostError("El controlador ODBC de SQLite no conserva los acentos.");
 }
 
+void EnlaceOdbc::SoloLectura() {
+  Sentencia sentencia(enlace_.Get(), motor_, forma_);
+  sentencia.Corre(motor_ == Motor::MariaDb ? "SET SESSION TRANSACTION READ ONLY" : "PRAGMA query_only=ON");
+}
+
 void EnlaceOdbc::PreparaSesion() {
   Sentencia sentencia(enlace_.Get(), motor_, forma_);
   if (motor_ == Motor::MariaDb) {
     // How texts are quoted must not depend on the server's settings.
     sentencia.Corre(
         "SET SESSION sql_mode='STRICT_TRANS_TABLES,ERROR_FOR_DIVISION_BY_ZERO,NO_ENGINE_SUBSTITUTION'");
+    // The server gives up before we do: that costs a statement, where our own limit costs the connection.
+    const std::string candado = std::to_string(limites_.candado);
+    sentencia.Corre("SET SESSION innodb_lock_wait_timeout=" + candado + ", lock_wait_timeout=" + candado +
+                    " /*M!100101 , max_statement_time=" + std::to_string(limites_.lectura * 9 / 10) + "." +
+                    std::to_string(limites_.lectura * 9 % 10) + " */");
     return;
   }
-  sentencia.Lee("PRAGMA busy_timeout=10000");
   sentencia.Corre("PRAGMA foreign_keys=ON");
-  const Resultado archivos = sentencia.Lee("PRAGMA database_list");
-  const bool en_memoria = archivos.celdas.size() < 3 || ATexto(archivos.celdas[2]).empty();
-  if (en_memoria) return;
-  sentencia.Lee("PRAGMA journal_mode=WAL");
+  // For this connection; how the file keeps its journal is left as whoever made it has it.
   sentencia.Corre("PRAGMA synchronous=FULL");
 }
 

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "host/base_datos.h"
+#include "host/limites.h"
 #include "host/odbc_api.h"
 
 namespace zuvi::host {
@@ -11,8 +12,8 @@ namespace zuvi::host {
 /// Disconnected by the destructor.
 class EnlaceOdbc {
  public:
-  /// Throws HostError when the database cannot be reached or is none of the engines.
-  explicit EnlaceOdbc(const std::string& cadena);
+  /// Throws HostError when the database cannot be reached within its limit or is none of the engines.
+  EnlaceOdbc(const std::string& cadena, const Limites& limites);
   EnlaceOdbc(const EnlaceOdbc&) = delete;
   EnlaceOdbc& operator=(const EnlaceOdbc&) = delete;
   ~EnlaceOdbc();
@@ -20,10 +21,14 @@ class EnlaceOdbc {
   SQLHANDLE Get() const { return enlace_.Get(); }
   Motor TraeMotor() const { return motor_; }
   Forma TraeForma() const { return forma_; }
+  /// From now on nothing changes in the database by this connection: the engine refuses it.
+  void SoloLectura();
+  /// Forgets a lost connection without touching it again.
+  void Abandona();
 
  private:
   void Abre(const std::string& cadena);
-  static Forma FormaInicial(const std::string& cadena);
+  Forma FormaInicial(const std::string& cadena) const;
   void Conecta(const std::string& cadena);
   Motor PreguntaMotor() const;
   /// True when a text with more than one byte a character arrives whole in that form.
@@ -32,6 +37,7 @@ class EnlaceOdbc {
   bool EligeForma();
   void PreparaSesion();
 
+  Limites limites_;
   Entorno entorno_;
   Enlace enlace_;
   Motor motor_ = Motor::Sqlite;

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "base/text.h"
+#include "host/perdida.h"
 
 namespace zuvi::host {
 namespace {
@@ -64,20 +65,32 @@ Value ValorDe(std::string_view texto, Clase clase) {
 
 }  // namespace
 
-/// Closes the cursor whichever way a statement ends; the bound columns stay.
+/// Closes the cursor whichever way a statement ends, but for a lost connection; the bound columns stay.
 class Sentencia::Cierre {
  public:
-  explicit Cierre(Sentencia& sentencia) : handle_(sentencia.handle_.Get()) {}
+  explicit Cierre(Sentencia& sentencia) : sentencia_(sentencia) {}
   Cierre(const Cierre&) = delete;
   Cierre& operator=(const Cierre&) = delete;
-  ~Cierre() { SQLFreeStmt(handle_, SQL_CLOSE); }
+  ~Cierre() {
+    if (!sentencia_.perdida_) SQLFreeStmt(sentencia_.handle_.Get(), SQL_CLOSE);
+  }
 
  private:
-  SQLHANDLE handle_;
+  Sentencia& sentencia_;
 };
 
 Sentencia::Sentencia(SQLHANDLE enlace, Motor motor, Forma forma) : motor_(motor), forma_(forma) {
   host::Exige(SQLAllocHandle(SQL_HANDLE_STMT, enlace, handle_.Out()), SQL_HANDLE_DBC, enlace, forma);
+}
+
+Sentencia::~Sentencia() {
+  if (perdida_) handle_.Abandona();
+}
+
+void Sentencia::Falla() const {
+  HostError error = Diagnostico(SQL_HANDLE_STMT, handle_.Get(), forma_);
+  perdida_ = EsPerdida(motor_, error);
+  throw error;
 }
 
 std::int64_t Sentencia::Corre(std::string_view sql) {

@@ -23,6 +23,9 @@ class Sentencia {
   Sentencia(SQLHANDLE enlace, Motor motor, Forma forma);
   Sentencia(const Sentencia&) = delete;
   Sentencia& operator=(const Sentencia&) = delete;
+  ~Sentencia();
+  /// Its connection is lost: the handle is not used again, not even to free it.
+  void Abandona() { perdida_ = true; }
 
   /// Runs a statement and drops its rows, if it gives any; returns the number of rows it touched.
   std::int64_t Corre(std::string_view sql);
@@ -38,7 +41,11 @@ class Sentencia {
     SQLLEN largo = 0;
     SQLSMALLINT tipo = 0;  // as it is bound
   };
-  void Exige(SQLRETURN resultado) const { host::Exige(resultado, SQL_HANDLE_STMT, handle_.Get(), forma_); }
+  /// Passes good results; an error that means a lost connection is remembered.
+  void Exige(SQLRETURN resultado) const {
+    if (!SQL_SUCCEEDED(resultado) && resultado != SQL_NO_DATA) Falla();
+  }
+  [[noreturn]] void Falla() const;
   /// False when no row was touched or found.
   bool Ejecuta(std::string_view sql);
   std::int64_t Tocadas() const;
@@ -53,6 +60,7 @@ class Sentencia {
   OdbcHandle<SQL_HANDLE_STMT> handle_;
   Motor motor_;
   Forma forma_;
+  mutable bool perdida_ = false;
   std::deque<Bufer> ligadas_;
   std::string texto_;  // the cell being read, in UTF-8
   std::string figura_;

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <chrono>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <thread>
@@ -44,18 +45,30 @@ bool Corre(std::vector<std::string> orden) {
   return WIFEXITED(estado) && WEXITSTATUS(estado) == 0;
 }
 
-}  // namespace
-
-bool HazPdf(const std::string& pagina) {
-  const std::filesystem::path html = Ruta(pagina);
-  const std::string pdf = TextoDeRuta(std::filesystem::path(html).replace_extension(".pdf"));
+bool Imprime(const std::string& pagina, const std::string& pdf, const std::string& carpeta) {
   for (const char* navegador : {"chromium", "chromium-browser", "google-chrome"})
     if (Corre({navegador, "--headless", "--disable-gpu", "--no-pdf-header-footer", "--print-to-pdf=" + pdf,
                "file://" + pagina}))
       return true;
   return Corre({"wkhtmltopdf", "-q", pagina, pdf}) ||
-         Corre({"soffice", "--headless", "--convert-to", "pdf", "--outdir", TextoDeRuta(html.parent_path()),
-                pagina});
+         Corre({"soffice", "--headless", "--convert-to", "pdf", "--outdir", carpeta, pagina});
+}
+
+}  // namespace
+
+bool HazPdf(const std::string& pagina) {
+  const std::filesystem::path html = Ruta(pagina);
+  // In a folder of its own first: a printer that breaks off leaves no half page behind, and writes through no
+  // link.
+  std::string carpeta = TextoDeRuta(html.parent_path() / ".pdf-XXXXXX");
+  if (!mkdtemp(carpeta.data())) return false;
+  const std::filesystem::path hecho = Ruta(carpeta) / html.filename().replace_extension(".pdf");
+  std::error_code fallo;
+  const bool bien = Imprime(pagina, TextoDeRuta(hecho), carpeta) && std::filesystem::exists(hecho, fallo);
+  if (bien) std::filesystem::rename(hecho, std::filesystem::path(html).replace_extension(".pdf"), fallo);
+  const bool movido = bien && !fallo;
+  std::filesystem::remove_all(Ruta(carpeta), fallo);
+  return movido;
 }
 
 }  // namespace zuvi::host

@@ -429,15 +429,8 @@ void LlenaTurnos(BaseDatos& base, const Fecha& hoy) {
                 {4, "Matutino", manana, "E01", "06:00", "10:00", "14:00"}});
 }
 
-}  // namespace
-
-void LlenaTienda(BaseDatos& base, const Fecha& hoy) {
-  InsertaFilas(base, "almacen", "(almacen, nombre)",
-               {{1, "Tienda"}, {2, "Bodega de materia prima"}, {3, "Taller de repostería"}});
-  InsertaFilas(base, "monedas", "(moneda, descrip, Tc, Base)",
-               {{"MXN", "Peso mexicano", 1.0, 1}, {"USD", "Dólar", 17.25, 0}, {"EUR", "Euro", 18.9, 0}});
-  InsertaFilas(base, "vends", "(vend, Nombre)",
-               {{"V01", "Ana Sofía Torres"}, {"V02", "Ernesto Peña"}, {"V03", "Mostrador"}});
+/// What every shop has, the example and an empty one.
+void LlenaCatalogos(BaseDatos& base) {
   InsertaFilas(base, "conceptos", "(concepto, descrip)",
                {{"OP", "Orden de producción"},
                 {"COP", "Cancelación de orden de producción"},
@@ -448,6 +441,25 @@ void LlenaTienda(BaseDatos& base, const Fecha& hoy) {
                 {"INI", "Inventario inicial"}});
   InsertaFilas(base, "impuestos", "(impuesto, descrip, porcentaje)",
                {{"IVA16", "IVA 16 %", 16.0}, {"IVA8", "IVA frontera 8 %", 8.0}, {"EXENTO", "Exento", 0.0}});
+}
+
+}  // namespace
+
+void LlenaVacia(BaseDatos& base) {
+  LlenaCatalogos(base);
+  InsertaFilas(base, "almacen", "(almacen, nombre)", {{1, "Almacén general"}});
+  InsertaFilas(base, "monedas", "(moneda, descrip, Tc, Base)", {{"MXN", "Peso mexicano", 1.0, 1}});
+  InsertaFilas(base, "parametros", "(estacion, Almacen, Lector)", {{1, 1, 0}});
+}
+
+void LlenaTienda(BaseDatos& base, const Fecha& hoy) {
+  InsertaFilas(base, "almacen", "(almacen, nombre)",
+               {{1, "Tienda"}, {2, "Bodega de materia prima"}, {3, "Taller de repostería"}});
+  InsertaFilas(base, "monedas", "(moneda, descrip, Tc, Base)",
+               {{"MXN", "Peso mexicano", 1.0, 1}, {"USD", "Dólar", 17.25, 0}, {"EUR", "Euro", 18.9, 0}});
+  InsertaFilas(base, "vends", "(vend, Nombre)",
+               {{"V01", "Ana Sofía Torres"}, {"V02", "Ernesto Peña"}, {"V03", "Mostrador"}});
+  LlenaCatalogos(base);
   InsertaFilas(base, "parametros", "(estacion, Almacen, Lector)", {{1, 1, 0}, {2, 3, 1}});
   // What has to be kept cold may not be delivered into the store room.
   InsertaFilas(base, "restricciones", "(ubicacion, almacen)", {{"O-FRIO", 2}, {"T-FRIO", 2}});

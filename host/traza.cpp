@@ -1,8 +1,5 @@
 #include "host/traza.h"
 
-#include <fstream>
-#include <memory>
-
 #include "base/error.h"
 #include "host/rutas.h"
 
@@ -24,23 +21,24 @@ const char* NombreDe(Suceso suceso) {
   return "";
 }
 
-Traza::Oyente OyenteDeArchivo(const std::string& ruta) {
-  auto archivo = std::make_shared<std::ofstream>(Ruta(ruta), std::ios::app | std::ios::binary);
-  if (!*archivo) throw HostError("No se puede escribir la traza en " + ruta);
-  return [archivo](Suceso suceso, const std::string& texto) {
-    // One event is one line: line ends inside it are written as \n.
-    std::string linea = NombreDe(suceso);
-    linea += '\t';
-    for (const char c : texto) {
-      if (c == '\r') continue;
-      if (c == '\n')
-        linea += "\\n";
-      else
-        linea += c;
-    }
-    linea += '\n';
-    *archivo << linea << std::flush;
-  };
+ArchivoDeTraza::ArchivoDeTraza(const std::string& ruta)
+    : archivo_(Ruta(ruta), std::ios::app | std::ios::binary) {
+  if (!archivo_) throw HostError("No se puede escribir la traza en " + ruta);
+}
+
+void ArchivoDeTraza::Escribe(Suceso suceso, const std::string& texto) {
+  // One event is one line: line ends inside it are written as \n.
+  std::string linea = NombreDe(suceso);
+  linea += '\t';
+  for (const char c : texto) {
+    if (c == '\r') continue;
+    if (c == '\n')
+      linea += "\\n";
+    else
+      linea += c;
+  }
+  linea += '\n';
+  archivo_ << linea << std::flush;
 }
 
 }  // namespace zuvi::host

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <fstream>
 #include <functional>
 #include <string>
 #include <utility>
@@ -36,7 +37,17 @@ class Traza {
 
 /// The word that stands for a kind of event in a trace file, for example "sentencia".
 const char* NombreDe(Suceso suceso);
-/// A listener that appends "kind<TAB>text" lines to a file. Throws HostError when it cannot be opened.
-Traza::Oyente OyenteDeArchivo(const std::string& ruta);
+/// A trace file: appends "kind<TAB>text" lines. A line that cannot be written fails nothing of the work; it
+/// is remembered.
+class ArchivoDeTraza {
+ public:
+  /// Throws HostError when the file cannot be opened.
+  explicit ArchivoDeTraza(const std::string& ruta);
+  void Escribe(Suceso suceso, const std::string& texto);
+  bool Entera() const { return archivo_.good(); }
+
+ private:
+  std::ofstream archivo_;
+};
 
 }  // namespace zuvi::host

@@ -34,6 +34,11 @@ void VentanaProgresoHost::Inicia(std::int32_t total, const std::string& titulo,
 void VentanaProgresoHost::Avanza(std::int32_t paso, const std::string& texto, const std::string& texto2) {
   anfitrion_->Llamada("Avanza", paso, texto, texto2);
   if (progreso_) progreso_->Avanza(paso, texto, texto2);
+  // Else a delivery that was cancelled, or whose server is gone, would go on to every line left, each with an
+  // error of its own.
+  anfitrion_->ExigeNoCancelado();
+  if (anfitrion_->SePerdioConexion())
+    throw HostError("Se perdió la conexión con la base de datos; lo que quedaba no se intentó");
 }
 
 void VentanaProgresoHost::Cierra() {

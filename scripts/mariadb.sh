@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# A private MariaDB server for one run: own data folder, own port on the loopback, general log to a file,
-# ended with the run. Sourced after comun.sh.
+# A private MariaDB server for one run: own data folder, own port on the loopback, general log to a file, binary
+# log as on a server that is backed up or replicated, ended with the run. Sourced after comun.sh.
 
 free_port() {
   local port
@@ -13,13 +13,14 @@ free_port() {
 
 mariadb_root() { mariadb --no-defaults --socket="$ZUVI_MARIADB_DIR/my.sock" -u root --batch --skip-column-names "$@"; }
 
-mariadb_try_start() {
+mariadb_try_start() { # [port]
   local tries user_option=()
-  ZUVI_MARIADB_PORT=$(free_port)
+  ZUVI_MARIADB_PORT=${1:-$(free_port)}
   [ "$(id -u)" -eq 0 ] && user_option=(--user="$ZUVI_MARIADB_ACCOUNT")
   mariadbd --no-defaults "${user_option[@]}" --datadir="$ZUVI_MARIADB_DIR/data" \
     --socket="$ZUVI_MARIADB_DIR/my.sock" --pid-file="$ZUVI_MARIADB_DIR/pid" \
     --bind-address=127.0.0.1 --port="$ZUVI_MARIADB_PORT" --skip-name-resolve \
+    --log-bin="$ZUVI_MARIADB_DIR/bin" --server-id=1 --sync-binlog=0 \
     --general-log --general-log-file="$ZUVI_MARIADB_LOG" --log-output=FILE \
     --innodb-buffer-pool-size=64M --character-set-server=utf8mb4 \
     >>"$ZUVI_LOGS/mariadb.log" 2>&1 </dev/null &
@@ -50,8 +51,12 @@ mariadb_start() {
   at_exit mariadb_stop
   for attempt in 1 2 3; do
     if mariadb_try_start; then
+      # The rights that docs/servidores.md tells: one account makes the tables (and ALTER, for the tests), one works.
       mariadb_root -e "CREATE USER zuvi@127.0.0.1 IDENTIFIED BY 'zuvi';
-                       GRANT ALL ON \`zuvi%\`.* TO zuvi@127.0.0.1;"
+                       GRANT SELECT, INSERT, UPDATE, DELETE, CREATE, DROP, INDEX, ALTER, CREATE VIEW
+                         ON \`zuvi%\`.* TO zuvi@127.0.0.1;
+                       CREATE USER taller@127.0.0.1 IDENTIFIED BY 'p;{a}b';
+                       GRANT SELECT, INSERT, UPDATE, DELETE ON \`zuvi%\`.* TO taller@127.0.0.1;"
       export ZUVI_MARIADB_PORT ZUVI_MARIADB_LOG ZUVI_MARIADB_DIR
       return 0
     fi
@@ -76,6 +81,15 @@ mariadb_stop() {
   wait "$ZUVI_MARIADB_PID" 2>/dev/null || true
   ZUVI_MARIADB_PID=
 }
+
+# What happens to servers: it dies without a word, freezes, goes on, comes back where it was.
+mariadb_die() {
+  kill -9 "$ZUVI_MARIADB_PID"
+  wait "$ZUVI_MARIADB_PID" 2>/dev/null
+}
+mariadb_freeze() { kill -STOP "$ZUVI_MARIADB_PID"; }
+mariadb_thaw() { kill -CONT "$ZUVI_MARIADB_PID"; }
+mariadb_come_back() { mariadb_try_start "$ZUVI_MARIADB_PORT"; }
 
 # Makes an empty database and prints the connection string to it.
 mariadb_database() { # name

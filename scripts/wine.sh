@@ -54,6 +54,17 @@ run_wine() {
 # The name a file of this system has on the Windows side.
 windows_path() { printf 'Z:%s\n' "${1//\//\\}"; }
 
+# The example shop in the database that ZUVI_BASE names and that has no tables yet: opening one does not make them.
+wine_shop() { # Zuvi.exe
+  local script
+  script=$(mktemp "${TMPDIR:-/tmp}/zuvi-crea.XXXXXX.vbs")
+  printf 'Ambiente.CreaBase True\r\n' >"$script"
+  run_wine 120 "$1" "$(windows_path "$script")"
+  local status=$?
+  rm -f "$script"
+  return "$status"
+}
+
 # Registers the two DLLs of a build in the prefix, or with /u takes them away.
 wine_register() { # folder with the DLLs, [/u]
   local dll

@@ -1,6 +1,8 @@
 #include "host/cli/comandos.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <filesystem>
 #include <iostream>
 #include <sstream>
@@ -14,6 +16,7 @@
 #include "host/ordenes.h"
 #include "host/pila.h"
 #include "host/rutas.h"
+#include "host/valuacion.h"
 #include "toolkit/form.h"
 
 namespace zuvi::cli {
@@ -50,17 +53,29 @@ std::int32_t Entero(const std::string& texto, const char* que) {
 
 double Real(const std::string& texto, const char* que) {
   try {
-    return NumeroDeTexto(texto);
+    if (const double numero = NumeroDeTexto(texto); std::isfinite(numero)) return numero;
   } catch (const HostError&) {
-    throw MalUso(std::string(que) + " debe ser un número con punto decimal, no \"" + texto + "\"");
+    // Told below.
   }
+  throw MalUso(std::string(que) + " debe ser un número con punto decimal, no \"" + texto + "\"");
+}
+
+/// Refuses what the shop cannot count out: the operations would post it.
+void ExigePositiva(double cantidad, const std::string& texto, const char* que) {
+  bool contable = false;
+  try {
+    contable = host::RedondeaCantidad(cantidad) > 0;
+  } catch (const HostError&) {
+    // Too large to be kept exactly.
+  }
+  if (!contable) throw MalUso(std::string(que) + " debe ser mayor que cero y contable, no \"" + texto + "\"");
 }
 
 /// One run of the program: the host with its database, and the component.
 class Sesion {
  public:
-  explicit Sesion(const LineaDeOrdenes& linea)
-      : argumentos_(linea.argumentos), anfitrion_(NuevoAnfitrion(linea)), fabrica_(anfitrion_) {
+  Sesion(const LineaDeOrdenes& linea, bool solo_lee)
+      : argumentos_(linea.argumentos), anfitrion_(NuevoAnfitrion(linea, solo_lee)), fabrica_(anfitrion_) {
     anfitrion_->TraeTraza().Escucha([this](host::Suceso suceso, const std::string& texto) {
       if (suceso == host::Suceso::Llamada && texto.starts_with("AplicaMovimiento")) ++movimientos_;
     });
@@ -80,9 +95,10 @@ class Sesion {
   int Movimientos() const { return movimientos_; }
 
  private:
-  static std::shared_ptr<host::Anfitrion> NuevoAnfitrion(const LineaDeOrdenes& linea) {
+  static std::shared_ptr<host::Anfitrion> NuevoAnfitrion(const LineaDeOrdenes& linea, bool solo_lee) {
     host::Opciones opciones;
     host::PonBase(opciones, linea.base);
+    opciones.solo_lee = solo_lee;
     opciones.usuario = linea.usuario;
     opciones.idioma = linea.idioma;
     std::error_code fallo;
@@ -119,7 +135,18 @@ Salida Resultado(const Sesion& sesion) {
   return Salida::Hecho;
 }
 
+/// Nothing is posted for a key that is no article's: a component would be taken from stock for nobody.
+bool HayArticulo(Sesion& sesion, const std::string& articulo) {
+  host::BaseDatos& base = sesion.Base();
+  return !base.Consulta("SELECT articulo FROM prods WHERE articulo = " +
+                        host::Literal(base.TraeMotor(), articulo))
+              ->Eof();
+}
+
+Salida NoHayArticulo(const std::string& articulo) { return Falla("El artículo " + articulo + " no existe"); }
+
 Salida Ensambla(Sesion& sesion) {
+  if (!HayArticulo(sesion, sesion.Texto(0))) return NoHayArticulo(sesion.Texto(0));
   const std::int32_t almacen = Entero(sesion.Texto(1), "El almacén");
   const std::int32_t cantidad = Entero(sesion.Texto(2), "La cantidad");
   sesion.TraeProduccion().Ensamble(sesion.Texto(0), almacen, cantidad, sesion.Orden(3));
@@ -127,6 +154,7 @@ Salida Ensambla(Sesion& sesion) {
 }
 
 Salida Desensambla(Sesion& sesion) {
+  if (!HayArticulo(sesion, sesion.Texto(0))) return NoHayArticulo(sesion.Texto(0));
   const double cantidad = Real(sesion.Texto(1), "La cantidad");
   const std::int32_t almacen = Entero(sesion.Texto(2), "El almacén");
   sesion.TraeProduccion().Desensamble(sesion.Texto(0), cantidad, almacen, sesion.Orden(3));
@@ -207,8 +235,14 @@ Salida Libera(Sesion& sesion) {
   return Salida::Hecho;
 }
 Salida Consulta(Sesion& sesion) {
+  sesion.Base().SoloLectura();
   EscribeConsulta(std::cout, sesion.Base(), sesion.Texto(0));
   return Salida::Hecho;
+}
+
+Salida Revisa(Sesion& sesion) {
+  const bool cuadra = EscribeRevision(std::cout, sesion.Base());
+  return cuadra ? Salida::Hecho : Falla("Las existencias no cuadran con los movimientos");
 }
 
 /// Refuses arguments that are no numbers where the command wants numbers, before anything is opened.
@@ -219,58 +253,111 @@ void ExigeNumeros(const std::string& forma, const std::vector<std::string>& argu
     nombres >> nombre;
     if (nombre == "OP" || nombre == "[OP]") Entero(argumento, "La orden");
     if (nombre == "ALMACEN") Entero(argumento, "El almacén");
-    if (nombre == "CANTIDAD") Real(argumento, "La cantidad");
-    if (nombre == "KITS") Entero(argumento, "La cantidad de kits");
+    if (nombre == "CANTIDAD") ExigePositiva(Real(argumento, "La cantidad"), argumento, "La cantidad");
+    if (nombre == "KITS")
+      ExigePositiva(Entero(argumento, "La cantidad de kits"), argumento, "La cantidad de kits");
   }
 }
+
+/// What a command does with the database; the makers of one may find none.
+enum class Uso { Lee, Escribe, Prepara };
 
 struct Comando {
   const char* nombre;
   const char* argumentos;
   std::size_t minimo;
   std::size_t maximo;
+  Uso uso;
   const char* que;
-  Salida (*corre)(Sesion&);
+  Salida (*corre)(Sesion&, const LineaDeOrdenes&);
 };
 
-// `crea` is on its own: it is the one command that may find no database.
-constexpr const char* kCrea = "crea";
-constexpr std::array kComandos{
-    Comando{"ensambla", "ARTICULO ALMACEN KITS [OP]", 3, 4, "arma kits y los da de alta en el almacén",
-            Ensambla},
-    Comando{"desensambla", "ARTICULO CANTIDAD ALMACEN [OP]", 3, 4, "desarma kits del almacén", Desensambla},
-    Comando{"entrega", "OP", 1, 1, "entrega el producto terminado de una orden", Entrega},
-    Comando{"cancela", "OP", 1, 1, "cancela una orden, o la cierra si está confirmada", Cancela},
-    Comando{"folio", "CLAVE", 1, 1, "toma el siguiente folio de una clave", Folio},
-    Comando{"existencias", "[ARTICULO]", 0, 1, "existencias, costos y valor", Existencias},
-    Comando{"ordenes", "", 0, 0, "lista de órdenes", Ordenes},
-    Comando{"orden", "OP", 1, 1, "una orden con sus partidas", UnaOrden},
-    Comando{"imprime", "OP", 1, 1, "escribe la página imprimible de una orden", Imprime},
-    Comando{"kit", "ARTICULO", 1, 1, "receta de un kit con sus costos", Kit},
-    Comando{"ocupadas", "", 0, 0, "órdenes marcadas como ocupadas", Ocupadas},
-    Comando{"libera", "OP", 1, 1, "quita la marca de ocupada a una orden", Libera},
-    Comando{"consulta", "SQL", 1, 1, "muestra el resultado de una consulta", Consulta},
-    Comando{kCrea, "", 0, 0, "crea la tienda de ejemplo, o la rehace", nullptr},
-};
-
-/// A database kept in a file that is not there yet.
-bool FaltaArchivo(const LineaDeOrdenes& linea) {
-  host::Opciones opciones;
-  host::PonBase(opciones, linea.base);
-  std::error_code fallo;
-  return opciones.cadena.empty() && opciones.archivo != ":memory:" &&
-         !std::filesystem::exists(host::Ruta(opciones.archivo), fallo);
+template <Salida (*corre)(Sesion&)>
+Salida Sola(Sesion& sesion, const LineaDeOrdenes&) {
+  return corre(sesion);
 }
 
-Salida Crea(Sesion& sesion) {
-  if (!sesion.TraeAnfitrion().RecienCreada()) {
-    if (!sesion.TraeAnfitrion().Pregunta(
-            "La base ya existe. ¿Rehacer la tienda de ejemplo? Se perderá todo lo capturado."))
+Salida Crea(Sesion& sesion, const LineaDeOrdenes& linea) {
+  host::Anfitrion& anfitrion = sesion.TraeAnfitrion();
+  const host::Contenido contenido = linea.vacia ? host::Contenido::Vacio : host::Contenido::Tienda;
+  const std::string nombre = linea.vacia ? "Base vacía" : "Tienda de ejemplo";
+  const auto estado = anfitrion.ExaminaBase().estado;
+  if (estado == host::EstadoEsquema::Falta || estado == host::EstadoEsquema::AMedias) {
+    anfitrion.CreaBase(contenido);
+  } else {
+    sesion.Base();
+    if (!anfitrion.Pregunta("La base ya existe. ¿Rehacerla (" + nombre + ")? Se perderá todo lo capturado."))
       return Falla("No se tocó nada");
-    sesion.TraeAnfitrion().RehaceTienda();
+    anfitrion.RehaceTienda(contenido);
   }
-  std::cout << "Tienda de ejemplo lista\n";
+  std::cout << nombre << " lista\n";
   return Salida::Hecho;
+}
+
+Salida Actualiza(Sesion& sesion, const LineaDeOrdenes&) {
+  const std::string actual = Decimal(host::kVersionEsquema);
+  const std::int32_t version = sesion.TraeAnfitrion().ActualizaBase();
+  std::cout << (version == host::kVersionEsquema
+                    ? "La base ya es de la versión " + actual + "\n"
+                    : "La base era de la versión " + Decimal(version) + " y quedó en la " + actual + "\n");
+  return Salida::Hecho;
+}
+
+constexpr std::array kComandos{
+    Comando{"ensambla", "ARTICULO ALMACEN KITS [OP]", 3, 4, Uso::Escribe,
+            "arma kits y los da de alta en el almacén", Sola<Ensambla>},
+    Comando{"desensambla", "ARTICULO CANTIDAD ALMACEN [OP]", 3, 4, Uso::Escribe, "desarma kits del almacén",
+            Sola<Desensambla>},
+    Comando{"entrega", "OP", 1, 1, Uso::Escribe, "entrega el producto terminado de una orden", Sola<Entrega>},
+    Comando{"cancela", "OP", 1, 1, Uso::Escribe, "cancela una orden, o la cierra si está confirmada",
+            Sola<Cancela>},
+    Comando{"folio", "CLAVE", 1, 1, Uso::Escribe, "toma el siguiente folio de una clave", Sola<Folio>},
+    Comando{"existencias", "[ARTICULO]", 0, 1, Uso::Lee, "existencias, costos y valor", Sola<Existencias>},
+    Comando{"ordenes", "", 0, 0, Uso::Lee, "lista de órdenes", Sola<Ordenes>},
+    Comando{"orden", "OP", 1, 1, Uso::Lee, "una orden con sus partidas", Sola<UnaOrden>},
+    Comando{"imprime", "OP", 1, 1, Uso::Lee, "escribe la página imprimible de una orden", Sola<Imprime>},
+    Comando{"kit", "ARTICULO", 1, 1, Uso::Lee, "receta de un kit con sus costos", Sola<Kit>},
+    Comando{"ocupadas", "", 0, 0, Uso::Lee, "órdenes marcadas como ocupadas", Sola<Ocupadas>},
+    Comando{"libera", "OP", 1, 1, Uso::Escribe, "quita la marca de ocupada a una orden", Sola<Libera>},
+    Comando{"consulta", "SQL", 1, 1, Uso::Lee, "muestra el resultado de una consulta", Sola<Consulta>},
+    Comando{"revisa", "", 0, 0, Uso::Lee, "compara existencias y costos con los movimientos", Sola<Revisa>},
+    Comando{"crea", "[--vacia]", 0, 0, Uso::Prepara,
+            "crea la tienda de ejemplo, o una base vacía; o la rehace", Crea},
+    Comando{"actualiza", "", 0, 0, Uso::Prepara, "pone al día una base de una versión anterior", Actualiza},
+};
+
+/// A SQLite file that the engine finds broken on the way.
+bool EsDanio(const HostError& error) {
+  constexpr std::int32_t kCorrupta = 11, kNoEsBase = 26;
+  return error.NativeCode() == kCorrupta || error.NativeCode() == kNoEsBase;
+}
+
+Salida SinBase(const std::string& texto) {
+  std::cerr << "No se pudo abrir la base de datos: " << texto << '\n';
+  return Salida::SinBase;
+}
+
+Salida Corre(const Comando& comando, const LineaDeOrdenes& linea, Sesion& sesion) {
+  try {
+    if (comando.uso != Uso::Prepara) {
+      try {
+        sesion.Base();
+      } catch (const HostError& error) {
+        if (EsDanio(error)) throw;
+        return SinBase(error.what());
+      }
+      return comando.corre(sesion, linea);
+    }
+    try {
+      return comando.corre(sesion, linea);
+    } catch (const HostError& error) {
+      if (EsDanio(error)) throw;
+      return SinBase(error.what());
+    }
+  } catch (const HostError& error) {
+    if (!EsDanio(error)) throw;
+    return SinBase("está dañada; restaure un respaldo (" + std::string(error.what()) + ")");
+  }
 }
 
 }  // namespace
@@ -292,13 +379,16 @@ std::string Ayuda() {
          "  --idioma es|en          idioma de los mensajes; si falta, ZUVI_IDIOMA, y si no es\n"
          "  --traza ARCHIVO         agrega a ese archivo cada sentencia, llamada y mensaje\n"
          "  --si, --no              responde así a todas las preguntas\n"
+         "  --vacia                 con crea: sin la tienda de ejemplo\n"
          "  --help, --version       esta ayuda; la versión\n"
-         "\nLos números llevan punto decimal. Ctrl-C cancela el trabajo en curso: lo ya hecho se queda.\n"
+         "\nSólo crea, actualiza y las operaciones cambian la base; las demás órdenes la leen.\n"
+         "Los números llevan punto decimal. Ctrl-C cancela el trabajo en curso: lo ya hecho se queda.\n"
          "\nCódigos de salida:\n"
          "  0  hecho\n"
-         "  1  la operación falló, fue rechazada o no había nada que hacer\n"
+         "  1  la operación falló, fue rechazada o no había nada que hacer; o no se pudo escribir\n"
+         "     la salida o la traza\n"
          "  2  línea de órdenes incorrecta\n"
-         "  3  no hay base de datos, o no se pudo abrir\n";
+         "  3  no hay base de datos, no es de Zuvi, está dañada o no se pudo abrir\n";
 }
 
 Salida Corre(const LineaDeOrdenes& linea) {
@@ -309,19 +399,11 @@ Salida Corre(const LineaDeOrdenes& linea) {
     throw MalUso("Uso: zuvi " + linea.comando + " " + comando->argumentos);
 
   ExigeNumeros(comando->argumentos, linea.argumentos);
-  const bool crea = comando->corre == nullptr;
-  if (!crea && FaltaArchivo(linea)) {
-    std::cerr << "No existe la base de datos " << linea.base << "; se crea con: zuvi crea\n";
-    return Salida::SinBase;
-  }
-  Sesion sesion(linea);
-  try {
-    sesion.Base();
-  } catch (const HostError& error) {
-    std::cerr << "No se pudo abrir la base de datos: " << error.what() << '\n';
-    return Salida::SinBase;
-  }
-  return crea ? Crea(sesion) : comando->corre(sesion);
+  Sesion sesion(linea, comando->uso == Uso::Lee);
+  const Salida salida = Corre(*comando, linea, sesion);
+  if (sesion.TraeAnfitrion().TrazaEntera()) return salida;
+  const Salida con_traza = Falla("No se pudo escribir la traza en " + linea.traza);
+  return salida == Salida::Hecho ? con_traza : salida;
 }
 
 }  // namespace zuvi::cli

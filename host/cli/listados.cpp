@@ -6,6 +6,7 @@
 #include "host/cli/tabla.h"
 #include "host/ocupadas.h"
 #include "host/ordenes.h"
+#include "host/revision.h"
 #include "host/valuacion.h"
 
 namespace zuvi::cli {
@@ -131,6 +132,33 @@ void EscribeKit(std::ostream& salida, BaseDatos& base, const std::string& articu
   }
   tabla.Agrega({"Total de la receta", "", "", "", "", "", TextoImporte(total)});
   tabla.Escribe(salida);
+}
+
+bool EscribeRevision(std::ostream& salida, BaseDatos& base) {
+  const auto existencias = host::ExistenciasSinMovimientos(base);
+  Tabla diferencias(
+      {"Artículo", ">Almacén", ">Cantidad", ">Según movimientos", ">Valor", ">Según movimientos"});
+  for (; !existencias->Eof(); existencias->MoveNext())
+    diferencias.Agrega({TextoDe(existencias->Campo("articulo")), TextoDe(existencias->Campo("almacen")),
+                        TextoDeNumero(host::RedondeaCantidad(NumeroDe(existencias->Campo("cantidad")))),
+                        TextoDeNumero(host::RedondeaCantidad(NumeroDe(existencias->Campo("movida")))),
+                        TextoImporte(Centavos(existencias->Campo("valor"))),
+                        TextoImporte(Centavos(existencias->Campo("importe")))});
+  Tabla costos({"Artículo", ">Costo", ">Promedio"});
+  for (const auto filas = host::CostosSinExplicar(base); !filas->Eof(); filas->MoveNext())
+    costos.Agrega({TextoDe(filas->Campo("articulo")),
+                   TextoDeNumero(host::RedondeaCantidad(NumeroDe(filas->Campo("costo")))),
+                   TextoDeNumero(host::RedondeaCantidad(NumeroDe(filas->Campo("promedio"))))});
+  const bool cuadra = diferencias.Vacia();
+  if (cuadra)
+    salida << "Las existencias cuadran con los movimientos\n";
+  else
+    diferencias.Escribe(salida);
+  if (!costos.Vacia()) {
+    salida << "Costos que no son el promedio de las existencias:\n";
+    costos.Escribe(salida);
+  }
+  return cuadra;
 }
 
 void EscribeOcupadas(std::ostream& salida, BaseDatos& base) {

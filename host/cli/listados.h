@@ -17,6 +17,9 @@ void EscribeOrdenes(std::ostream& salida, host::BaseDatos& base);
 void EscribeOrden(std::ostream& salida, host::BaseDatos& base, std::int32_t op);
 /// Recipe of a kit with the present costs. Throws HostError when the article has none.
 void EscribeKit(std::ostream& salida, host::BaseDatos& base, const std::string& articulo);
+/// Stock that is not the sum of its movements, and costs that the stock's value does not explain. True when
+/// all stock is.
+bool EscribeRevision(std::ostream& salida, host::BaseDatos& base);
 void EscribeOcupadas(std::ostream& salida, host::BaseDatos& base);
 
 }  // namespace zuvi::cli

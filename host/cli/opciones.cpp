@@ -58,6 +58,8 @@ LineaDeOrdenes LeeLinea(int argc, char** argv) {
       linea.respuesta = true;
     else if (opcion == "--no")
       linea.respuesta = false;
+    else if (opcion == "--vacia")
+      linea.vacia = true;
     else if (opcion == "--help" || opcion == "-h")
       linea.ayuda = true;
     else if (opcion == "--version")
@@ -67,6 +69,7 @@ LineaDeOrdenes LeeLinea(int argc, char** argv) {
     else
       throw MalUso("No se conoce la opción " + opcion);
   }
+  if (linea.vacia && linea.comando != "crea") throw MalUso("La opción --vacia es del comando crea");
   if (linea.idioma != "es" && linea.idioma != "en") throw MalUso("El idioma debe ser es o en");
   return linea;
 }

@@ -25,6 +25,7 @@ struct LineaDeOrdenes {
   std::string idioma;
   std::string traza;
   std::optional<bool> respuesta;
+  bool vacia = false;
   bool ayuda = false;
   bool version = false;
 };

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "host/consola.h"
+
 namespace zuvi::cli {
 namespace {
 
@@ -22,10 +24,23 @@ Tabla::Tabla(std::vector<std::string> encabezados) {
 }
 
 void Tabla::Escribe(std::ostream& salida) const {
+  // On a terminal a line end inside a cell would look like another row.
+  if (dynamic_cast<const host::SalidaVisible*>(salida.rdbuf())) return EscribeFilas(salida, Visibles());
+  EscribeFilas(salida, filas_);
+}
+
+Tabla::Filas Tabla::Visibles() const {
+  Filas visibles = filas_;
+  for (auto& fila : visibles)
+    for (std::string& celda : fila) celda = host::Visible(celda, false);
+  return visibles;
+}
+
+void Tabla::EscribeFilas(std::ostream& salida, const Filas& filas) const {
   std::vector<std::size_t> anchos(a_la_derecha_.size());
-  for (const auto& fila : filas_)
+  for (const auto& fila : filas)
     for (std::size_t i = 0; i < fila.size(); ++i) anchos[i] = std::max(anchos[i], Largo(fila[i]));
-  for (const auto& fila : filas_) {
+  for (const auto& fila : filas) {
     std::string linea;
     for (std::size_t i = 0; i < fila.size(); ++i) {
       const std::string relleno(anchos[i] - Largo(fila[i]), ' ');

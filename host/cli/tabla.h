@@ -16,8 +16,12 @@ class Tabla {
   void Escribe(std::ostream& salida) const;
 
  private:
+  using Filas = std::vector<std::vector<std::string>>;
+  Filas Visibles() const;
+  void EscribeFilas(std::ostream& salida, const Filas& filas) const;
+
   std::vector<bool> a_la_derecha_;
-  std::vector<std::vector<std::string>> filas_;  // the headings first
+  Filas filas_;  // the headings first
 };
 
 }  // namespace zuvi::cli

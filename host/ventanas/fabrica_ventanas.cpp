@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "host/ventanas/frm_busca.h"
 #include "host/ventanas/frm_captura.h"
+#include "host/ventanas/pregunta_base.h"
 
 namespace zuvi::host {
 namespace {
@@ -45,7 +46,7 @@ void Principal::Abre() {
     abierta->Call("SetFocus");
     return;
   }
-  std::make_shared<frmMaster>(escena_)->Show();
+  if (AseguraBase(*escena_.anfitrion)) std::make_shared<frmMaster>(escena_)->Show();
 }
 
 const MemberTable* Principal::Members() const {

@@ -35,8 +35,8 @@ class Principal final : public Object {
   static constexpr const char* kProgId = "ZuviQuery.Principal";
 
   explicit Principal(const Escena& escena) : escena_(escena) {}
-  /// Opens it, or brings it to the front. Throws what keeps it from opening, such as a database that cannot
-  /// be reached.
+  /// Opens it, or brings it to the front; not when the user declines to have the database made ready. Throws
+  /// what keeps it from opening, such as a database that cannot be reached.
   void Abre();
   bool Abierta() const { return escena_.anfitrion->VentanaPrincipal() != nullptr; }
   /// The window; null while it is not open.

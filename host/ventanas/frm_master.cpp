@@ -53,7 +53,7 @@ void frmMaster::Form_Load() {
   const Opciones& opciones = ElAnfitrion().TraeOpciones();
   SetCaption("Zuvi: órdenes de producción (" + opciones.usuario + ")");
   Lee();
-  Dice(ElAnfitrion().RecienCreada() ? "La base estaba vacía: se creó la tienda de ejemplo." : "");
+  Dice(ElAnfitrion().RecienCreada() ? "La base es nueva: se crearon sus tablas." : "");
   ElAnfitrion().PonVentanaPrincipal(shared_from_this());
   lv->SetFocus();
 }

@@ -20,7 +20,7 @@ ModuloHost::ModuloHost(HINSTANCE instancia)
 FabricaVentanas& ModuloHost::Fabrica() {
   if (!fabrica_) {
     Opciones opciones = OpcionesDeWindows();
-    auto interaccion = std::make_unique<VentanasInteraccion>(ImpresionDeWindows());
+    auto interaccion = std::make_unique<VentanasInteraccion>(ImpresionDeWindows(), escritorio_);
     anfitrion_ = std::make_shared<Anfitrion>(std::move(opciones), std::move(interaccion));
     fabrica_ = std::make_unique<FabricaVentanas>(anfitrion_, escritorio_, otras_, [this] {
       return std::make_shared<ModuleHold>(modulo_, HoldKind::Window);

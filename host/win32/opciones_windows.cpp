@@ -48,29 +48,46 @@ Impresion ImpresionDeWindows() {
   return impresion == "no" ? Impresion::No : impresion == "imprime" ? Impresion::Imprime : Impresion::Abre;
 }
 
+namespace {
+
+/// A function that only an emulation has; null elsewhere.
+template <class Funcion>
+Funcion DelEmulador(const char* nombre) {
+  return reinterpret_cast<Funcion>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32"), nombre)));
+}
+
+/// The file by the name that the system under the emulation has for it.
 std::string RutaParaControlador(const std::string& archivo) {
-  using NombreUnix = char*(CDECL*)(LPCWSTR);
-  const auto convierte = reinterpret_cast<NombreUnix>(
-      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32"), "wine_get_unix_file_name")));
-  const bool de_windows =
-      archivo.size() > 2 && (archivo[1] == ':' || archivo.find('\\') != std::string::npos);
-  if (!convierte || !de_windows) return archivo;
+  const auto convierte = DelEmulador<char*(CDECL*)(LPCWSTR)>("wine_get_unix_file_name");
   const std::u16string ancho = Utf16(archivo);
-  char* ruta = convierte(reinterpret_cast<const wchar_t*>(ancho.c_str()));
+  char* ruta = convierte ? convierte(reinterpret_cast<const wchar_t*>(ancho.c_str())) : nullptr;
   if (!ruta) return archivo;
   const std::string resultado = ruta;
   HeapFree(GetProcessHeap(), 0, ruta);
   return resultado;
 }
 
+/// The other way round, for a name that begins at the root of that system.
+std::string RutaDeWindows(const std::string& archivo) {
+  const auto convierte = DelEmulador<wchar_t*(CDECL*)(LPCSTR)>("wine_get_dos_file_name");
+  wchar_t* ruta = convierte && archivo.starts_with('/') ? convierte(archivo.c_str()) : nullptr;
+  if (!ruta) return archivo;
+  const std::string resultado = DeAncho(ruta);
+  HeapFree(GetProcessHeap(), 0, ruta);
+  return resultado;
+}
+
+}  // namespace
+
 Opciones OpcionesDeWindows() {
   Opciones opciones;
   const std::string base = Variable(L"ZUVI_BASE");
-  if (base.find('=') != std::string::npos) {
-    opciones.cadena = base;
-  } else {
-    opciones.archivo = RutaParaControlador(base.empty() ? ArchivoPropio() : base);
-  }
+  PonBase(opciones, base.empty() ? ArchivoPropio() : base);
+  opciones.archivo_por_omision = base.empty();
+  opciones.crea_archivo = true;
+  opciones.nombre_del_sistema = RutaDeWindows;
+  opciones.nombre_para_controlador = RutaParaControlador;
   opciones.ruta = CarpetaDelModulo();
   if (const std::string idioma = Variable(L"ZUVI_IDIOMA"); !idioma.empty()) opciones.idioma = idioma;
   opciones.usuario = Variable(L"ZUVI_USUARIO");

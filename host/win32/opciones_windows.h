@@ -15,8 +15,4 @@ Opciones OpcionesDeWindows();
 enum class Impresion { Abre, Imprime, No };
 Impresion ImpresionDeWindows();
 
-/// A file name as the database driver wants it: where the driver belongs to another system under an
-/// emulation, that system's own name of the file; else unchanged.
-std::string RutaParaControlador(const std::string& archivo);
-
 }  // namespace zuvi::host

@@ -16,8 +16,9 @@ constexpr int kAncho = 420;
 constexpr int kAlto = 150;
 constexpr int kMargen = 14;
 constexpr int kAnimacion = 48;
-constexpr UINT_PTR kRelojQuieto = 1;
-constexpr UINT kMilisegundosQuieto = 1200;
+constexpr int kTeclaCancela = 1;
+/// Milliseconds after which a click can have been meant for this window.
+constexpr DWORD kSinEfecto = 700;
 
 const wchar_t* Ancho(const std::u16string& texto) { return reinterpret_cast<const wchar_t*>(texto.c_str()); }
 
@@ -51,17 +52,15 @@ struct VentanaTrabajo::Partes {
   HWND texto = nullptr;
   HWND texto2 = nullptr;
   HWND barra = nullptr;
+  DWORD aparecio = 0;
   bool cancelado = false;
-  bool se_oculta_sola = false;
 
   static LRESULT CALLBACK Procedimiento(HWND ventana, UINT mensaje, WPARAM w, LPARAM l) {
     auto* partes = reinterpret_cast<Partes*>(GetWindowLongPtrW(ventana, GWLP_USERDATA));
-    if (partes && mensaje == WM_TIMER && w == kRelojQuieto) {
-      KillTimer(ventana, kRelojQuieto);
-      ShowWindow(ventana, SW_HIDE);
-      return 0;
-    }
-    const bool cancela = mensaje == WM_CLOSE || (mensaje == WM_COMMAND && LOWORD(w) == IDCANCEL);
+    if (partes && mensaje == WM_MOUSEACTIVATE && GetTickCount() - partes->aparecio < kSinEfecto)
+      return MA_NOACTIVATEANDEAT;
+    const bool cancela =
+        mensaje == WM_CLOSE || mensaje == WM_HOTKEY || (mensaje == WM_COMMAND && LOWORD(w) == IDCANCEL);
     if (partes && cancela) {
       partes->cancelado = true;
       SetWindowTextW(partes->texto2, L"Cancelando…");
@@ -96,14 +95,12 @@ VentanaTrabajo::VentanaTrabajo(const OpcionesTrabajo& opciones) : partes_(std::m
   const int ancho = marco.right - marco.left;
   const int alto = marco.bottom - marco.top;
   Partes& p = *partes_;
-  p.ventana = CreateWindowExW(
-      WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT, kClase, Ancho(Utf16(opciones.titulo)), kEstilo,
-      (GetSystemMetrics(SM_CXSCREEN) - ancho) / 2, (GetSystemMetrics(SM_CYSCREEN) - alto) / 2, ancho, alto,
-      GetActiveWindow(), nullptr, Modulo(), nullptr);
+  p.ventana =
+      CreateWindowExW(WS_EX_DLGMODALFRAME, kClase, Ancho(Utf16(opciones.titulo)), kEstilo,
+                      (GetSystemMetrics(SM_CXSCREEN) - ancho) / 2, (GetSystemMetrics(SM_CYSCREEN) - alto) / 2,
+                      ancho, alto, GetActiveWindow(), nullptr, Modulo(), nullptr);
   if (!p.ventana) return;  // no desktop to show it on: the work goes on without
   SetWindowLongPtrW(p.ventana, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&p));
-
-  p.se_oculta_sola = opciones.se_oculta_sola;
 
   int izquierda = kMargen;
   if (!opciones.animacion.empty()) {
@@ -122,17 +119,23 @@ VentanaTrabajo::VentanaTrabajo(const OpcionesTrabajo& opciones) : partes_(std::m
       p.Hijo(PROGRESS_CLASSW, L"", opciones.total > 0 ? 0 : PBS_MARQUEE, {kMargen, 72, kAncho - kMargen, 90});
   SendMessageW(p.barra, PBM_SETRANGE32, 0, opciones.total);
   if (opciones.total <= 0) SendMessageW(p.barra, PBM_SETMARQUEE, TRUE, 40);
-  HWND cancelar = p.Hijo(L"BUTTON", L"&Cancelar", BS_DEFPUSHBUTTON | WS_TABSTOP,
-                         {kAncho - kMargen - 96, 108, kAncho - kMargen, 136}, IDCANCEL);
-  ShowWindow(p.ventana, SW_SHOW);
-  SetFocus(cancelar);
+  p.Hijo(L"BUTTON", L"&Cancelar", BS_PUSHBUTTON, {kAncho - kMargen - 96, 108, kAncho - kMargen, 136},
+         IDCANCEL);
+  // While another program has taken that key only the mouse cancels.
+  const bool tecla = RegisterHotKey(p.ventana, kTeclaCancela, MOD_SHIFT, VK_ESCAPE) != 0;
+  if (tecla) p.Hijo(L"STATIC", L"o Mayús+Esc", SS_RIGHT, {kMargen, 114, kAncho - kMargen - 104, 134});
+  p.aparecio = GetTickCount();
+  ShowWindow(p.ventana, SW_SHOWNOACTIVATE);
   UpdateWindow(p.ventana);
 }
 
 VentanaTrabajo::~VentanaTrabajo() {
   if (!partes_->ventana) return;
   SetWindowLongPtrW(partes_->ventana, GWLP_USERDATA, 0);
+  UnregisterHotKey(partes_->ventana, kTeclaCancela);
   DestroyWindow(partes_->ventana);
+  // The class must not outlive the DLL; another window of it keeps it.
+  UnregisterClassW(kClase, Modulo());
 }
 
 void VentanaTrabajo::Avanza(std::int32_t paso, const std::string& texto, const std::string& texto2) {
@@ -140,17 +143,12 @@ void VentanaTrabajo::Avanza(std::int32_t paso, const std::string& texto, const s
   SendMessageW(partes_->barra, PBM_SETPOS, static_cast<WPARAM>(paso), 0);
   SetWindowTextW(partes_->texto, Ancho(Utf16(texto)));
   if (!partes_->cancelado) SetWindowTextW(partes_->texto2, Ancho(Utf16(texto2)));
-  if (partes_->se_oculta_sola) {
-    ShowWindow(partes_->ventana, SW_SHOWNA);
-    SetTimer(partes_->ventana, kRelojQuieto, kMilisegundosQuieto, nullptr);
-  }
   Atiende();
 }
 
 bool VentanaTrabajo::Atiende() {
   MSG mensaje;
   while (partes_->ventana && PeekMessageW(&mensaje, partes_->ventana, 0, 0, PM_REMOVE)) {
-    if (IsDialogMessageW(partes_->ventana, &mensaje)) continue;
     TranslateMessage(&mensaje);
     DispatchMessageW(&mensaje);
   }

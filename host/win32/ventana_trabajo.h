@@ -11,13 +11,13 @@ struct OpcionesTrabajo {
   std::string titulo{};
   std::int32_t total = 0;
   std::string animacion{};
-  /// Hides itself when nothing has moved it for a while: for work whose end nobody tells.
-  bool se_oculta_sola = false;
 };
 
-/// The progress window: animation, two text lines, bar, "Cancelar" (also Escape). It never takes part in the
-/// host's message loop: `Atiende` handles what is pending for this window alone, so that nothing else of the
-/// host runs in the middle of a job.
+/// The progress window: animation, two text lines, bar, "Cancelar". It comes up in the middle of somebody's
+/// typing: it does not take the keyboard, and a click that was under way when it appeared does nothing.
+/// Shift+Escape cancels from wherever the keyboard is. It never takes part in the host's message loop:
+/// `Atiende` handles what is pending for this window alone, so that nothing else of the host runs in the
+/// middle of a job.
 class VentanaTrabajo {
  public:
   explicit VentanaTrabajo(const OpcionesTrabajo& opciones);

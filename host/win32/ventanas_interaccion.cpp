@@ -11,13 +11,8 @@ namespace zuvi::host {
 namespace {
 
 constexpr auto kPacienciaSinVentana = std::chrono::seconds(3);
-constexpr auto kPausaEntreTrabajos = std::chrono::milliseconds(800);
-
-int Caja(const std::string& texto, UINT estilo) {
-  const std::u16string ancho = Utf16(texto);
-  return MessageBoxW(GetActiveWindow(), reinterpret_cast<const wchar_t*>(ancho.c_str()), L"Zuvi",
-                     estilo | MB_SETFOREGROUND);
-}
+/// The box after so many of one job asks whether to go on.
+constexpr int kCajasSeguidas = 2;
 
 }  // namespace
 
@@ -33,8 +28,13 @@ class ProgresoEnVentana final : public Progreso {
   std::shared_ptr<VentanaTrabajo> ventana_;
 };
 
-VentanasInteraccion::VentanasInteraccion(Impresion impresion) : impresion_(impresion) {}
+VentanasInteraccion::VentanasInteraccion(Impresion impresion, Win32Desktop& escritorio)
+    : impresion_(impresion), escritorio_(escritorio) {}
 VentanasInteraccion::~VentanasInteraccion() = default;
+
+int VentanasInteraccion::Caja(const std::string& texto, unsigned estilo) {
+  return escritorio_.Box(texto, L"Zuvi", estilo | MB_SETFOREGROUND);
+}
 
 void VentanasInteraccion::Mensaje(const std::string& texto, EstiloMensaje estilo) {
   Caja(texto, estilo == EstiloMensaje::Error ? MB_OK | MB_ICONERROR : MB_OK | MB_ICONINFORMATION);
@@ -68,46 +68,43 @@ void VentanasInteraccion::MuestraDocumento(const std::string& archivo) {
 
 bool VentanasInteraccion::Cancelado() {
   if (cancelado_) return true;
-  if (const auto abierta = progreso_.lock()) {
+  const auto lleva = vigia_.Llamada();
+  if (const auto abierta = progreso_.lock())
     cancelado_ = abierta->Atiende();
-    return cancelado_;
-  }
-  const auto ahora = Reloj::now();
-  if (ahora - ultima_ > kPausaEntreTrabajos) {
-    inicio_ = ahora;
-    espera_.reset();
-  }
-  if (!espera_ && ahora - inicio_ > kPacienciaSinVentana)
-    espera_ = std::make_unique<VentanaTrabajo>(
-        OpcionesTrabajo{.titulo = "Operación en curso", .se_oculta_sola = true});
-  if (espera_) {
-    // The timer of the window is renewed now and then, not for every statement.
-    if (ahora - mostrada_ > kPausaEntreTrabajos / 2) {
-      espera_->Avanza(0, "El trabajo sigue; puede terminarlo con Cancelar.", "");
-      mostrada_ = ahora;
-    }
-    cancelado_ = espera_->Atiende();
-    if (cancelado_) espera_.reset();
-  }
-  ultima_ = Reloj::now();
+  else
+    cancelado_ = AtiendeEspera(lleva);
+  if (!cancelado_ && vigia_.Cajas() >= kCajasSeguidas) cancelado_ = PreguntaSiTermina();
+  if (cancelado_) espera_.reset();
   return cancelado_;
 }
 
-bool VentanasInteraccion::AtiendeVentanas() {
-  constexpr ULONGLONG kMilisegundos = 100;  // timers could keep the queue from ever being empty
-  const ULONGLONG inicio = GetTickCount64();
-  MSG mensaje;
-  while (PeekMessageW(&mensaje, nullptr, 0, 0, PM_REMOVE)) {
-    if (mensaje.message == WM_QUIT) {
-      // The loop that runs the program is to see it.
-      PostQuitMessage(static_cast<int>(mensaje.wParam));
-      return false;
-    }
-    TranslateMessage(&mensaje);
-    DispatchMessageW(&mensaje);
-    if (GetTickCount64() - inicio > kMilisegundos) break;
+bool VentanasInteraccion::AtiendeEspera(std::chrono::milliseconds lleva) {
+  if (!espera_ && lleva > kPacienciaSinVentana) {
+    espera_ = std::make_unique<VentanaTrabajo>(OpcionesTrabajo{.titulo = "Operación en curso"});
+    espera_->Avanza(0, "El trabajo sigue.", "");
   }
-  return true;
+  return espera_ && espera_->Atiende();
+}
+
+bool VentanasInteraccion::PreguntaSiTermina() {
+  const bool termina = Pregunta(
+      "El trabajo en curso ha mostrado ya varios avisos y puede que siga mostrándolos.\n\n"
+      "¿Terminarlo aquí? Lo que ya hizo se queda.");
+  vigia_.OlvidaCajas();
+  return termina;
+}
+
+void VentanasInteraccion::AlTerminarTrabajo() {
+  espera_.reset();
+  // A progress display keeps its answer as long as it is open.
+  if (progreso_.expired()) cancelado_ = false;
+}
+
+bool VentanasInteraccion::AtiendeVentanas() {
+  escritorio_.PumpEvents();
+  // The loop that runs the program is to see its end, and soon.
+  MSG fin;
+  return !PeekMessageW(&fin, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE);
 }
 
 }  // namespace zuvi::host

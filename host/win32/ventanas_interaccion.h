@@ -8,16 +8,19 @@
 
 #include "host/interaccion.h"
 #include "host/win32/opciones_windows.h"
+#include "host/win32/vigia_trabajo.h"
+#include "toolkit/win32/win32_desktop.h"
 
 namespace zuvi::host {
 
 class VentanaTrabajo;
 
 /// Talks to the user through windows: message boxes, a progress window with a "Cancelar" button, and, for
-/// work that shows no progress of its own and goes on for seconds, a small window that can end it.
+/// work that shows no progress of its own and goes on for seconds, a small window that can end it. Work that
+/// brings up one message box after the other is asked about.
 class VentanasInteraccion final : public Interaccion {
  public:
-  explicit VentanasInteraccion(Impresion impresion);
+  VentanasInteraccion(Impresion impresion, Win32Desktop& escritorio);
   ~VentanasInteraccion() override;
 
   void Mensaje(const std::string& texto, EstiloMensaje estilo) override;
@@ -31,14 +34,18 @@ class VentanasInteraccion final : public Interaccion {
 
  private:
   friend class ProgresoEnVentana;
-  using Reloj = std::chrono::steady_clock;
+
+  int Caja(const std::string& texto, unsigned estilo);
+  /// A job that goes on behind one box after the other: whether it is to end.
+  bool PreguntaSiTermina();
+  bool AtiendeEspera(std::chrono::milliseconds lleva);
+  void AlTerminarTrabajo();
 
   Impresion impresion_;
+  Win32Desktop& escritorio_;
+  VigiaTrabajo vigia_{[this] { AlTerminarTrabajo(); }};
   std::unique_ptr<VentanaTrabajo> espera_;  // shown by ourselves when work takes long
   std::weak_ptr<VentanaTrabajo> progreso_;  // the one a progress object has open
-  Reloj::time_point inicio_{};
-  Reloj::time_point ultima_{};
-  Reloj::time_point mostrada_{};
   bool cancelado_ = false;
 };
 

@@ -295,6 +295,7 @@ compare_statements() {
 
 export ZUVI_BASE=$base ZUVI_USUARIO=ADMIN ZUVI_IMPRIME=no
 rm -f "$bin/Reportes/ORDENP-111.html"
+wine_shop "$bin/Zuvi.exe" >"$temp/out" 2>&1 || cat "$temp/out"
 run_wine 400 "$bin/Zuvi.exe" >"$temp/out" 2>&1 &
 program=$!
 at_exit "kill $program 2>/dev/null"

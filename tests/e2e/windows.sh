@@ -16,6 +16,8 @@ cp "$here/datos.sql" "$temp/"
 cat "$here/comprueba.vbs" "$script" >"$temp/entero.vbs"
 arguments=("$(windows_path "$temp/datos.sql")" ${log:+marcas})
 status=0
+# A file is made when the script opens it; tables on a server are not.
+case $ZUVI_BASE in *=*) wine_shop "$bin/Zuvi.exe" || status=$? ;; esac
 if [ "$runner" = cscript ]; then
   for_cscript "$temp/entero.vbs" >"$temp/guion.vbs"
   run_wine 120 cscript //nologo "$(windows_path "$temp/guion.vbs")" "${arguments[@]}" >"$temp/raw" || status=$?

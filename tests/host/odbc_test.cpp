@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "host/base_datos.h"
+#include "host/compuerta.h"
 #include "host/odbc_cadena.h"
-#include "host/unica_sentencia.h"
 #include "tests/support/errores.h"
 
 namespace zuvi::host {
@@ -137,10 +137,26 @@ TEST_P(Odbc, UnaSolaSentenciaPorLlamada) {
   EXPECT_EQ(Uno("SELECT t FROM odbc_t WHERE n = 2"), Value(clave));
 }
 
-TEST(UnicaSentencia, CadaMotorConSusComillasYComentarios) {
+TEST_P(Odbc, SoloLecturaLaImponeElMotor) {
+  Agrega(1);
+  base_->SoloLectura();
+  for (const char* sql : {"DELETE FROM odbc_t", "UPDATE odbc_t SET n = 2", "DROP TABLE odbc_t", "COMMIT",
+                          "PRAGMA query_only = 0", "PRAGMA journal_mode(delete)",
+                          "SET SESSION TRANSACTION READ WRITE", "BEGIN", "VACUUM"})
+    EXPECT_THAT(ErrorDe([&] { base_->Ejecuta(sql); }).what(), HasSubstr("solo lectura")) << sql;
+  // These look like queries; the engine refuses them.
+  for (const char* sql : {"WITH x AS (SELECT 1 AS n) DELETE FROM odbc_t",
+                          "WITH x AS (SELECT 1 AS n) INSERT INTO odbc_t (n) SELECT n FROM x"})
+    EXPECT_THROW(base_->Ejecuta(sql), HostError) << sql;
+  EXPECT_EQ(Filas(), 1);
+  EXPECT_EQ(base_->Consulta("WITH x AS (SELECT 3 AS n) SELECT n FROM x")->Campo(0), Value(3));
+  base_ = BaseDatos::Abre(GetParam(), traza_);
+}
+
+TEST(Compuerta, CadaMotorConSusComillasYComentarios) {
   const auto pasa = [](Motor motor, std::string_view sql) {
     try {
-      ExigeUnaSentencia(motor, sql);
+      Revisa(motor, sql);
       return true;
     } catch (const HostError&) {
       return false;
@@ -271,7 +287,7 @@ TEST_P(Odbc, UnaTransaccionAbiertaNoSeVeDesdeOtraConexion) {
   EXPECT_EQ(otra->Consulta("SELECT COUNT( * ) FROM odbc_t")->Campo(0), Value(1));
   if (base_->TraeMotor() != Motor::Sqlite) return;
   EXPECT_TRUE(std::filesystem::exists(Archivo()));
-  EXPECT_EQ(Uno("PRAGMA journal_mode"), Value("wal"));
+  EXPECT_EQ(Uno("PRAGMA journal_mode"), Value("delete")) << "opening leaves the file as it was made";
   EXPECT_EQ(ATexto(Uno("PRAGMA synchronous")), "2");
 }
 

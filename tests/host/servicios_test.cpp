@@ -89,13 +89,14 @@ TEST_P(Servicios, ElValorSeConservaHastaElUltimoCentavoEnKitsAlAzar) {
   }
 }
 
-TEST_P(Servicios, ElCostoPromedioSigueALasEntradasYNoAlRedondeo) {
-  tienda.Prod("P", 0);
+/// Movements of one article, and the average cost that each leaves.
+void MueveYMiraElCosto(Tienda& tienda, const std::string& articulo) {
+  tienda.Prod(articulo, 0);
   const auto documento = tienda.Nuevo<DocumentoInventario>();
   const auto mueve = [&](const char* tipo, double almacen, double cantidad, double costo) {
     documento->PonTipo(tipo);
     documento->PonConcepto("AJ");
-    documento->PonArticulo("P");
+    documento->PonArticulo(articulo);
     documento->PonAlmacen(almacen);
     documento->PonCantidad(cantidad);
     documento->PonCosto(costo);
@@ -104,7 +105,9 @@ TEST_P(Servicios, ElCostoPromedioSigueALasEntradasYNoAlRedondeo) {
     EXPECT_EQ(tienda.Numero("SELECT MAX(id) FROM movimientos"), numero);
     return importe;
   };
-  const auto costo = [&] { return tienda.Numero("SELECT costo FROM prods WHERE articulo = 'P'"); };
+  const auto costo = [&] {
+    return tienda.Numero("SELECT costo FROM prods WHERE articulo = '" + articulo + "'");
+  };
   EXPECT_EQ(mueve("E", 1, 3, 10), 30);
   EXPECT_EQ(costo(), 10);
   EXPECT_EQ(mueve("E", 2, 1, 20), 20) << "another warehouse counts too";
@@ -117,8 +120,26 @@ TEST_P(Servicios, ElCostoPromedioSigueALasEntradasYNoAlRedondeo) {
   EXPECT_EQ(costo(), 12.5) << "and then keeps its last cost";
   EXPECT_EQ(mueve("E", 1, 0, 0), 0) << "nothing moved is a movement too";
   EXPECT_EQ(mueve("E", 1, 14.999999, 13.5), 202.5);
-  EXPECT_EQ(tienda.Numero("SELECT SUM(valor) FROM existencias WHERE articulo = 'P'"), 14000);
+  EXPECT_EQ(tienda.Numero("SELECT SUM(valor) FROM existencias WHERE articulo = '" + articulo + "'"), 14000);
   EXPECT_EQ(costo(), 14);
+}
+
+TEST_P(Servicios, ElCostoPromedioSigueALasEntradasYNoAlRedondeo) {
+  MueveYMiraElCosto(tienda, "P");
+  if (tienda.Base().TraeMotor() != Motor::Sqlite) return;
+  // A database of version 3 keeps its triggers as long as nobody upgrades it: the same figures.
+  const std::string total = " FROM existencias WHERE articulo = NEW.articulo)";
+  const std::string pone =
+      " ON existencias FOR EACH ROW BEGIN UPDATE prods SET costo = (SELECT SUM(valor) / "
+      "SUM(cantidad) / 100" +
+      total + " WHERE articulo = NEW.articulo AND (SELECT SUM(cantidad)" + total +
+      " > 0 AND (SELECT SUM(valor)" + total + " >= 0 AND ABS(";
+  tienda.Base().EjecutaEsquema("CREATE TRIGGER existencias_primera AFTER INSERT" + pone +
+                               "NEW.valor - NEW.cantidad * costo * 100) > 0.51; END");
+  tienda.Base().EjecutaEsquema(
+      "CREATE TRIGGER existencias_cambio AFTER UPDATE" + pone +
+      "(NEW.valor - OLD.valor) - (NEW.cantidad - OLD.cantidad) * costo * 100) > 0.51; END");
+  MueveYMiraElCosto(tienda, "Q");
 }
 
 TEST_P(Servicios, UnMovimientoEsTodoONada) {
@@ -208,20 +229,37 @@ TEST_P(Servicios, UnGanchoYLaTablaDeProcesosVetan) {
   EXPECT_EQ(tienda.UltimoMovimiento(), desde + 6);
 }
 
-TEST_P(Servicios, CancelarTerminaUnDesensambleQueNoTendriaFin) {
-  class Impaciente final : public Interaccion {
-   public:
-    void Mensaje(const std::string&, EstiloMensaje) override {}
-    bool Pregunta(const std::string&) override { return false; }
-    std::unique_ptr<Progreso> AbreProgreso(std::int32_t, const std::string&, const std::string&) override {
-      return std::make_unique<ProgresoMudo>();
-    }
-    bool Cancelado() override { return ++consultas_ > 100; }
+/// A user who cancels at the n-th time the host asks.
+class Impaciente final : public Interaccion {
+ public:
+  explicit Impaciente(int paciencia) : paciencia_(paciencia) {}
+  void Mensaje(const std::string&, EstiloMensaje) override {}
+  bool Pregunta(const std::string&) override { return false; }
+  std::unique_ptr<Progreso> AbreProgreso(std::int32_t, const std::string&, const std::string&) override {
+    return std::make_unique<ProgresoMudo>();
+  }
+  bool Cancelado() override { return --paciencia_ < 0; }
 
-   private:
-    int consultas_ = 0;
-  };
-  tienda.anfitrion->PonInteraccion(std::make_unique<Impaciente>());
+ private:
+  int paciencia_;
+};
+
+TEST_P(Servicios, UnaEntregaCanceladaTerminaEnLaPartidaSiguienteConUnAvisoALoMas) {
+  for (int i = 0; i < 40; ++i)
+    InsertaFilas(tienda.Base(), "oppart", "(id_entrada, op, articulo, cantidad)",
+                 {{9000 + i, 104, "TRUFAS", 1}});
+  for (int paciencia = 0; paciencia < 40; ++paciencia) {
+    const std::size_t avisos = tienda.escritorio.Avisos().size();
+    tienda.anfitrion->PonInteraccion(std::make_unique<Impaciente>(paciencia));
+    tienda.produccion->EntregaProductoTerminado(104);
+    EXPECT_LE(tienda.escritorio.Avisos().size(), avisos + 1) << paciencia;
+    EXPECT_EQ(tienda.Numero("SELECT SUM(terminado) FROM oppart WHERE op = 104"), 0) << paciencia;
+  }
+  EXPECT_GT(tienda.escritorio.Avisos().size(), 0U) << "some were cancelled within a line";
+}
+
+TEST_P(Servicios, CancelarTerminaUnDesensambleQueNoTendriaFin) {
+  tienda.anfitrion->PonInteraccion(std::make_unique<Impaciente>(100));
   const double total = tienda.ValorTotal();
   tienda.produccion->Desensamble("PQ-EMPRESA", 1, 1, 0);
   const auto cancelada = HasSubstr("Operación cancelada por el usuario");
@@ -272,6 +310,7 @@ TEST_P(Servicios, ConversionesClavesYFolios) {
   EXPECT_THROW(datos->ComponeFecha(20230229, 0), HostError);
   EXPECT_TRUE(datos->ExisteClave("MOÑO", "prods", "articulo", conexion));
   EXPECT_FALSE(datos->ExisteClave("x' OR '1'='1", "prods", "articulo", conexion));
+  EXPECT_EQ(datos->TraeMensaje(235, nullptr), "El artículo \"x' OR '1'='1\" no existe en el catálogo.");
   EXPECT_TRUE(datos->ExisteClave("1", "almacen", "almacen", nullptr));
   EXPECT_TRUE(datos->UbicacionRestringida("JAMON-SER", 2, conexion));
   EXPECT_FALSE(datos->UbicacionRestringida("JAMON-SER", 1, conexion));

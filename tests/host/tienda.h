@@ -38,6 +38,7 @@ inline std::shared_ptr<Anfitrion> AnfitrionEn(const std::string& base, const std
   PonBase(opciones, base);
   opciones.ruta = testing::TempDir() + "zuvi_tienda";
   opciones.usuario = usuario;
+  opciones.crea_archivo = true;
   return std::make_shared<Anfitrion>(opciones, std::make_unique<RespuestasInteraccion>(respuestas));
 }
 
@@ -47,12 +48,19 @@ struct Parte {
   std::int32_t almacen;
 };
 
+/// The same host with the example shop as it was made, whatever the tests before have left.
+inline std::shared_ptr<Anfitrion> Preparado(std::shared_ptr<Anfitrion> anfitrion) {
+  if (anfitrion->ExaminaBase().estado == EstadoEsquema::Falta)
+    anfitrion->CreaBase(Contenido::Tienda);
+  else
+    anfitrion->RehaceTienda();
+  return anfitrion;
+}
+
 class Tienda {
  public:
   explicit Tienda(const std::string& base, const std::string& respuestas = "")
-      : Tienda(AnfitrionEn(base, "ADMIN", respuestas)) {
-    if (base != ":memory:" && !anfitrion->RecienCreada()) anfitrion->RehaceTienda();
-  }
+      : Tienda(Preparado(AnfitrionEn(base, "ADMIN", respuestas))) {}
   /// On what the host's database holds.
   explicit Tienda(std::shared_ptr<Anfitrion> en) : anfitrion(std::move(en)) {
     Base();

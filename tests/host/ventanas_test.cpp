@@ -335,19 +335,5 @@ TEST_F(Mostrador, LosCodigosDeUnaOrdenSeDanUnaVez) {
   EXPECT_THROW(Barras("a"), HostError);
 }
 
-TEST(Esquema, UnaBaseAnteriorRecibeLoQueLeFalta) {
-  const Archivo archivo("zuvi_anterior.db");
-  {
-    const auto antes = AnfitrionEn(archivo.Texto());
-    antes->Base()->EjecutaEsquema("DROP TABLE codigos");
-    antes->Base()->Ejecuta("UPDATE esquema SET version = 1");
-    antes->Base()->Ejecuta("DELETE FROM op WHERE op = 108");
-  }
-  const auto ahora = AnfitrionEn(archivo.Texto());
-  EXPECT_TRUE(ahora->Base()->Consulta("SELECT * FROM codigos")->Eof());
-  EXPECT_FALSE(ahora->RecienCreada());
-  EXPECT_TRUE(ahora->Base()->Consulta("SELECT op FROM op WHERE op = 108")->Eof());
-}
-
 }  // namespace
 }  // namespace zuvi::host

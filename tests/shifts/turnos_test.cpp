@@ -119,13 +119,13 @@ TEST_P(Turnos, LaPreguntaDeEliminarNombraElTurnoDeLaVentanaQuePregunta) {
   t.escritorio.Post([&] { Control<Button>(*otra, "cmdEliminar").Click(); });
   Control<Button>(*una, "cmdEliminar").Click();
   const auto pregunta = [](const std::string& turno) {
-    return TextoMensaje(1, "es", [&] { return turno; }) + " -> si";
+    return TextoMensaje(1, "es", [&](std::string_view) { return turno; }) + " -> si";
   };
   EXPECT_THAT(mensajes, ElementsAre(pregunta("Matutino"), pregunta("Reparto")));
   EXPECT_THAT(pregunta("Matutino"), HasSubstr("el turno \"Matutino\""));
   EXPECT_EQ(Cuenta("turnos"), 1);
   // Asked for by nobody's window it names none.
-  EXPECT_THAT(t.Nuevo<AccesoDatos>()->TraeMensaje(1, nullptr), HasSubstr("el turno seleccionado"));
+  EXPECT_THAT(t.Nuevo<AccesoDatos>()->TraeMensaje(1, nullptr), HasSubstr("el turno, con"));
 }
 
 TEST_P(Turnos, GeneraHorariosParaDiaSemanaYMes) {

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "base/reloj.h"
+#include "toolkit/win32/message_box.h"
 #include "toolkit/win32/native_form.h"
 
 namespace zuvi {
@@ -40,13 +41,19 @@ HWND HandleOf(const Form& form) {
 
 }  // namespace
 
-void Win32Desktop::Avisa(const std::string& text) noexcept {
+Win32Desktop::Win32Desktop(HINSTANCE__* instance)
+    : instance_(instance), boxes_(std::make_unique<native::MessageBoxes>()) {}
+Win32Desktop::~Win32Desktop() = default;
+
+int Win32Desktop::Box(const std::string& text, const wchar_t* title, unsigned style) noexcept {
   try {
-    ::MessageBoxW(::GetActiveWindow(), native::Wide(text).c_str(), L"ZuviProduccion", MB_OK);
+    return boxes_->Show(native::Wide(text), title, style);
   } catch (...) {
-    ::MessageBoxW(nullptr, L"Out of memory", L"ZuviProduccion", MB_OK);
+    return ::MessageBoxW(nullptr, L"Out of memory", title, MB_OK);
   }
 }
+
+void Win32Desktop::Avisa(const std::string& text) noexcept { Box(text, L"ZuviProduccion", MB_OK); }
 
 void Win32Desktop::PumpEvents() {
   const DWORD start = ::GetTickCount();

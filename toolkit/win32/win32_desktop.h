@@ -12,16 +12,21 @@ struct HINSTANCE__;
 namespace zuvi {
 
 namespace native {
+class MessageBoxes;
 class NativeModule;
-}
+}  // namespace native
 
 /// The real screen. Belongs to one thread.
 class Win32Desktop : public Desktop {
  public:
   /// `instance` is the program file the windows belong to: their classes, manifest (resource 2) and icon
   /// (resource 1) are that file's.
-  explicit Win32Desktop(HINSTANCE__* instance) : instance_(instance) {}
+  explicit Win32Desktop(HINSTANCE__* instance);
+  ~Win32Desktop() override;
 
+  /// Shows a message box over the active window; result and `style` are those of the system's MessageBox.
+  /// What is typed meanwhile is neither an answer nor lost.
+  int Box(const std::string& text, const wchar_t* title, unsigned style) noexcept;
   void Avisa(const std::string& text) noexcept override;
   void PumpEvents() override;
   void Breathe() override;
@@ -33,6 +38,7 @@ class Win32Desktop : public Desktop {
 
  private:
   HINSTANCE__* instance_;
+  std::unique_ptr<native::MessageBoxes> boxes_;
   unsigned long breathed_ = 0;                    // milliseconds of the system, at the end of the last pump
   std::shared_ptr<native::NativeModule> module_;  // made with the first window
 };

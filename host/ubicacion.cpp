@@ -1,0 +1,150 @@
+#include "host/ubicacion.h"
+
+#include <array>
+#include <fstream>
+
+#ifndef _WIN32
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+#include "base/text.h"
+#include "host/anfitrion.h"
+#include "host/odbc_cadena.h"
+#include "host/rutas.h"
+
+namespace zuvi::host {
+namespace {
+
+constexpr const char* kMemoria = ":memory:";
+
+/// SQLite also takes a file's name as an address; that is how a name gets through to it in which the driver
+/// would see the end of the attribute.
+std::string Direccion(const std::string& archivo) {
+  constexpr char kHex[] = "0123456789ABCDEF";
+  std::string direccion = "file:";
+  for (const char c : archivo) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte > ' ' && byte != 127 && c != ';' && c != '%' && c != '?' && c != '#' && c != '{' && c != '}') {
+      direccion += c;
+    } else {
+      direccion += '%';
+      direccion += kHex[byte >> 4];
+      direccion += kHex[byte & 15];
+    }
+  }
+  return direccion;
+}
+
+bool PasaTalCual(const std::string& archivo) {
+  return archivo.find(';') == std::string::npos && Recorta(archivo).size() == archivo.size();
+}
+
+}  // namespace
+
+Ubicacion::Ubicacion(const Opciones& opciones)
+    : del_sistema_(opciones.nombre_del_sistema), del_controlador_(opciones.nombre_para_controlador) {
+  if (!opciones.cadena.empty())
+    LeeCadena(opciones.cadena);
+  else if (opciones.archivo.empty())
+    throw HostError("No se ha indicado la base de datos");
+  else
+    PonArchivo(opciones.archivo);
+}
+
+void Ubicacion::LeeCadena(const std::string& texto) {
+  CadenaOdbc cadena(texto);
+  const auto no_se_entiende = [&](const std::string& por_que) {
+    throw HostError("No se entiende la cadena de conexión \"" + SinClave(texto) + "\": " + por_que);
+  };
+  if (!cadena.Defecto().empty()) no_se_entiende(cadena.Defecto());
+  if (cadena.Trae("DRIVER").empty() && cadena.Trae("DSN").empty() && cadena.Trae("FILEDSN").empty())
+    no_se_entiende("falta DRIVER=… o DSN=…");
+  const std::string controlador = cadena.Trae("DRIVER");
+  if (Minusculas(controlador).find("sqlite") == std::string::npos) {
+    // A data source may turn out to be a file: it is not made by opening it.
+    if (controlador.empty()) cadena.Pon("NoCreat", "1");
+    resto_ = cadena.Texto();
+    return;
+  }
+  const std::string archivo = cadena.Trae("Database");
+  if (archivo.empty()) no_se_entiende("falta el archivo, Database=…");
+  controlador_ = "{" + controlador + "}";
+  for (const char* nombre : {"DRIVER", "Database", "NoCreat"}) cadena.Quita(nombre);
+  resto_ = cadena.Texto();
+  PonArchivo(archivo);
+}
+
+void Ubicacion::PonArchivo(const std::string& archivo) {
+  en_memoria_ = archivo == kMemoria;
+  if (en_memoria_) return;
+  if (archivo.find("://") != std::string::npos)
+    throw HostError("No se entiende la base de datos \"" + SinClave("=" + archivo).substr(1) +
+                    "\": se indica un archivo o una cadena de conexión ODBC");
+  if (archivo.find('\0') != std::string::npos) throw HostError("El nombre de la base tiene un carácter nulo");
+  std::error_code fallo;
+  const auto completa =
+      std::filesystem::absolute(Ruta(del_sistema_ ? del_sistema_(archivo) : archivo), fallo);
+  archivo_ = fallo ? archivo : TextoDeRuta(completa);
+  para_controlador_ = del_controlador_ ? del_controlador_(archivo_) : archivo_;
+}
+
+bool Ubicacion::Falta() const {
+  std::error_code fallo;
+  return EsArchivo() && !std::filesystem::exists(Ruta(archivo_), fallo) && !fallo;
+}
+
+bool Ubicacion::TieneCambiosAlLado() const {
+  std::error_code fallo;
+  const auto bytes = std::filesystem::file_size(Ruta(archivo_ + "-wal"), fallo);
+  return EsArchivo() && !fallo && bytes > 0;
+}
+
+bool Ubicacion::EsDeSoloLectura() const {
+#ifdef _WIN32
+  return false;
+#else
+  const auto negada = [](const std::string& ruta) {
+    return faccessat(AT_FDCWD, ruta.c_str(), W_OK, AT_EACCESS) != 0;
+  };
+  return EsArchivo() && negada(archivo_) && negada(TextoDeRuta(Ruta(archivo_).parent_path()));
+#endif
+}
+
+void Ubicacion::ExigeBase() const {
+  if (!EsArchivo()) return;
+  const auto ruta = Ruta(archivo_);
+  std::error_code fallo;
+  const auto estado = std::filesystem::status(ruta, fallo);
+  if (!std::filesystem::exists(estado))
+    throw HostError(fallo && fallo != std::errc::no_such_file_or_directory
+                        ? "No se puede leer " + archivo_ + ": falta permiso"
+                        : "No existe la base de datos " + archivo_ +
+                              "; se crea con zuvi crea o con Zuvi.exe");
+  if (std::filesystem::is_directory(estado))
+    throw HostError(archivo_ + " es una carpeta, no una base de datos");
+  if (!std::filesystem::is_regular_file(estado)) throw HostError(archivo_ + " no es un archivo");
+  std::ifstream archivo(ruta, std::ios::binary);
+  if (!archivo) throw HostError("No se puede leer " + archivo_ + ": falta permiso");
+  constexpr std::string_view kMarca("SQLite format 3\0", 16);
+  std::array<char, kMarca.size()> inicio{};
+  archivo.read(inicio.data(), inicio.size());
+  const auto leidos = static_cast<std::size_t>(archivo.gcount());
+  if (leidos > 0 && std::string_view(inicio.data(), leidos) != kMarca)
+    throw HostError(archivo_ + " no es una base de datos SQLite, o está dañada");
+}
+
+std::string Ubicacion::Cadena(Modo modo) const {
+  if (en_memoria_) return "DRIVER=" + controlador_ + ";Database=:memory:;" + resto_;
+  if (!EsArchivo()) return resto_;
+  std::string base = para_controlador_;
+  if (modo == Modo::Intacta || modo == Modo::Congelada || !PasaTalCual(base)) {
+    base = Direccion(base);
+    if (modo == Modo::Intacta) base += "?mode=ro";
+    if (modo == Modo::Congelada) base += "?immutable=1";
+  }
+  return "DRIVER=" + controlador_ + ";Database=" + base + ";NoCreat=" + (modo == Modo::Nueva ? "0" : "1") +
+         ";" + resto_;
+}
+
+}  // namespace zuvi::host

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+
+namespace zuvi::host {
+
+struct Opciones;
+
+/// Where the data of a host are: a SQLite file, a database in memory, or what an ODBC connection string
+/// names. The connection strings it makes are spelled as the drivers read them: in one order, without braces
+/// where a driver knows none, a file under its full name.
+class Ubicacion {
+ public:
+  /// How a file is opened. `Nueva` may create it; `Intacta` only reads, and leaves beside it what is there;
+  /// `Congelada` reads a file that nobody can be writing, without the files that go with one being written.
+  enum class Modo { Existente, Nueva, Intacta, Congelada };
+
+  /// Throws HostError for settings that name no database, without showing a password.
+  explicit Ubicacion(const Opciones& opciones);
+
+  bool EsArchivo() const { return !archivo_.empty(); }
+  bool EnMemoria() const { return en_memoria_; }
+  /// Name of the file, in full; empty when it is none.
+  const std::string& Archivo() const { return archivo_; }
+  /// A file that is not there.
+  bool Falta() const;
+  /// Whether a program that has the file open, or had it open when it died, left changes beside it.
+  bool TieneCambiosAlLado() const;
+  /// Whether this account may write neither the file nor beside it.
+  bool EsDeSoloLectura() const;
+  /// Throws HostError when what is there is no SQLite database: a folder, a text, something unreadable.
+  void ExigeBase() const;
+  std::string Cadena(Modo modo) const;
+
+ private:
+  void LeeCadena(const std::string& texto);
+  void PonArchivo(const std::string& archivo);
+
+  std::string controlador_ = "{SQLite3}";
+  std::string resto_;  // attributes besides driver and file, or the whole string
+  std::string archivo_;
+  std::string para_controlador_;  // the file as the driver calls it
+  bool en_memoria_ = false;
+  std::string (*del_sistema_)(const std::string&) = nullptr;
+  std::string (*del_controlador_)(const std::string&) = nullptr;
+};
+
+}  // namespace zuvi::host

@@ -1,0 +1,108 @@
+#!/usr/bin/env bash
+# A server that dies, freezes and comes back under an order that is being captured in Zuvi.exe: what was typed
+# stays, every message says what happened, and the order is finished in the same window.
+# Usage: reinicio.sh BIN   in the Wine prefix and on the display of the environment; the server is one of its own.
+set -u
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+for part in comun setup mariadb wine teclas; do
+  # shellcheck disable=SC1090
+  . "$here/../../scripts/$part.sh"
+done
+bin=$1
+mariadb_start
+base=$(mariadb_database zuvi_reinicio)
+# shellcheck source=../../scripts/comprueba.sh
+. "$here/../../scripts/comprueba.sh"
+make_temp temp
+export ZUVI_BASE=$base ZUVI_USUARIO=ADMIN ZUVI_IMPRIME=no ZUVI_ESPERA_CONEXION=2 ZUVI_ESPERA_LECTURA=2 ZUVI_ESPERA_ESCRITURA=2
+
+give_up() {
+  [ -z "${ZUVI_CAPTURAS:-}" ] || import -window root "$ZUVI_CAPTURAS/error.png"
+  check "$1" no sí
+  finish
+}
+value() { mariadb_root zuvi_reinicio -e "$1" | tr '\t\n' '|;'; }
+becomes() { # what query expected
+  local tries got=
+  for ((tries = 0; tries < 200; tries++)); do
+    got=$(value "$2")
+    [ "$got" != "$3" ] || break
+    sleep 0.1
+  done
+  check "$1" "$got" "$3"
+}
+window() { await_window "$1" || give_up "ventana $1"; }
+# Closes the messages that stand, one after the other; there has to be one at least, and few.
+read_boxes() { # name
+  local boxes=0 quiet=0
+  for ((quiet = 0; quiet < 30; quiet++)); do
+    ZUVI_WINDOW=$(timeout 5 xdotool search --onlyvisible --name '^Zuvi(Produccion)?$' 2>/dev/null | tail -n 1)
+    if [ -n "$ZUVI_WINDOW" ]; then
+      sleep 0.3
+      picture "$1-$boxes"
+      keys Return
+      boxes=$((boxes + 1)) quiet=0
+    elif [ "$boxes" -gt 0 ] && [ "$quiet" -gt 10 ]; then
+      break
+    fi
+    sleep 0.3
+  done
+  check "avisos: $1" "$((boxes >= 1 && boxes <= 4))" 1
+}
+line() { # article quantity
+  typed "$1"
+  keys Return
+  typed "$2"
+  keys Return
+}
+
+start_shop
+run_wine 300 "$bin/Zuvi.exe" >"$temp/out" 2>&1 &
+program=$!
+at_exit "kill $program 2>/dev/null"
+window '^Zuvi: '
+keys Insert
+window '^Orden de fabricaci'
+typed 9001
+keys Return Return
+line CAN-GOURMET 2
+window '^Op: '
+op=$(value "SELECT MAX(op) FROM op" | tr -d ';')
+lines="SELECT articulo, cantidad FROM oppart WHERE op = $op ORDER BY id_entrada"
+becomes "la primera partida" "$lines" 'CAN-GOURMET|2;'
+
+mariadb_die
+line TRUFAS 6
+read_boxes muerto
+mariadb_come_back
+picture vuelto
+# The article was left where it was typed.
+keys F9
+becomes "la partida tecleada sigue ahí" "$lines" 'CAN-GOURMET|2;TRUFAS|6;'
+
+mariadb_freeze
+line TRUFAS 7
+read_boxes helado
+mariadb_thaw
+picture deshelado
+window '^Op: '
+keys F5
+answer_yes pregunta || give_up pregunta
+window '^Zuvi: '
+becomes "la orden se finaliza" "SELECT estado, ocupado, ordencompra FROM op WHERE op = $op" 'CO|0|9001;'
+check "con lo tecleado y sin repetir" "$(value "$lines" | grep -c '^CAN-GOURMET|2;TRUFAS|6;\(TRUFAS|7;\)\?$')" 1
+
+mariadb_die
+keys F5
+sleep 3
+picture lista-sin-servidor
+mariadb_come_back
+keys F5
+window '^Zuvi: '
+sleep 1
+picture lista
+keys alt+s
+status=0
+wait "$program" || status=$?
+check "el programa termina" "$status" 0
+finish

@@ -1,0 +1,385 @@
+// Databases of every kind under the commands of `zuvi`: what is somebody else's, newer, broken or only to be
+// read is as before after every one of them; and what the schema may and may not do on a server.
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <sstream>
+
+#include "host/consola.h"
+#include "host/odbc_cadena.h"
+#include "host/paginas.h"
+#include "host/revision.h"
+#include "tests/host/procesos.h"
+#include "tests/host/tienda.h"
+#include "tests/host/zuvi.h"
+
+namespace zuvi::host {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr std::array kLeen{"ordenes",  "existencias", "orden 101", "kit CAN-GOURMET",
+                           "ocupadas", "imprime 101", "revisa",    "consulta 'SELECT * FROM op'"};
+constexpr std::array kCambian{"ensambla MASA-GALLETA 3 1", "folio Op", "libera 106", "entrega 103",
+                              "actualiza"};
+
+class Carpeta {
+ public:
+  explicit Carpeta(const char* nombre) : ruta_(std::filesystem::temp_directory_path() / nombre) {
+    std::filesystem::remove_all(ruta_);
+    std::filesystem::create_directories(ruta_);
+  }
+  ~Carpeta() { std::filesystem::remove_all(ruta_); }
+  std::string En(const std::string& nombre) const { return (ruta_ / nombre).string(); }
+  /// Every file in it with its bytes; pages apart. What the engine shares among those who have a file open is
+  /// no data: whoever reads after a crash makes it anew.
+  std::map<std::string, std::string> Contenido() const {
+    std::map<std::string, std::string> archivos;
+    for (const auto& entrada : std::filesystem::directory_iterator(ruta_)) {
+      if (!entrada.is_regular_file()) continue;
+      std::ostringstream bytes;
+      const bool compartido = entrada.path().string().ends_with("-shm");
+      if (!compartido) bytes << std::ifstream(entrada.path(), std::ios::binary).rdbuf();
+      archivos[entrada.path().filename().string()] = bytes.str();
+    }
+    return archivos;
+  }
+
+ private:
+  std::filesystem::path ruta_;
+};
+
+void Escribe(const std::string& archivo, const std::string& texto) {
+  std::ofstream(archivo, std::ios::binary) << texto;
+}
+std::shared_ptr<BaseDatos> Suelta(const std::string& cadena) {
+  static const Traza traza;
+  return BaseDatos::Abre(cadena, traza);
+}
+std::shared_ptr<BaseDatos> Archivada(const std::string& archivo) {
+  return Suelta("DRIVER={SQLite3};Database=" + archivo);
+}
+std::shared_ptr<BaseDatos> EnTienda(const std::string& archivo) { return AnfitrionEn(archivo)->Base(); }
+
+struct Caso {
+  const char* nombre;
+  std::function<void(const std::string&)> prepara;
+  const char* dice;
+  bool se_crea;  // by `zuvi crea`
+};
+
+TEST(Bases, LoAjenoLoNuevoYLoRotoQuedanComoEstaban) {
+  const Caso casos[] = {
+      {"vacía", [](const std::string& a) { Escribe(a, ""); }, "zuvi crea", true},
+      {"de otro", [](const std::string& a) { Archivada(a)->Ejecuta("CREATE TABLE clientes (n INTEGER)"); },
+       "zuvi crea", true},
+      {"con empleados",
+       [](const std::string& a) { Archivada(a)->Ejecuta("CREATE TABLE Empleados (n INTEGER)"); }, "Empleados",
+       false},
+      {"con vista op",
+       [](const std::string& a) { Archivada(a)->Ejecuta("CREATE VIEW op AS SELECT 1 AS op"); }, "op", false},
+      {"otro esquema",
+       [](const std::string& a) {
+         Archivada(a)->Ejecuta("CREATE TABLE esquema (version TEXT, nota TEXT)");
+         Archivada(a)->Ejecuta("INSERT INTO esquema VALUES ('x', 'y')");
+       },
+       "esquema", false},
+      {"de otro, en WAL",
+       [](const std::string& a) {
+         Archivada(a)->Consulta("PRAGMA journal_mode=WAL");
+         Archivada(a)->Ejecuta("CREATE TABLE oppart (n INTEGER)");
+       },
+       "oppart", false},
+      {"de otro, que murió escribiendo",
+       [](const std::string& a) {
+         Espera(Hijo([&] {
+           const auto base = Archivada(a);
+           base->Consulta("PRAGMA journal_mode=WAL");
+           base->Ejecuta("CREATE TABLE oppart (n INTEGER)");
+           _exit(0);
+           return 0;
+         }));
+         EXPECT_GT(std::filesystem::file_size(a + "-wal"), 0u);
+       },
+       "oppart", false},
+      {"nueva", [](const std::string& a) { EnTienda(a)->Ejecuta("UPDATE esquema SET version = 5"); },
+       "más nueva", false},
+      {"antigua",
+       [](const std::string& a) {
+         EnTienda(a)->Ejecuta("UPDATE esquema SET version = 1");
+         Archivada(a)->EjecutaEsquema("DROP TABLE codigos");
+       },
+       "zuvi actualiza", false},
+      {"texto", [](const std::string& a) { Escribe(a, "Estimado cliente:\n"); }, "no es una base", false},
+      {"cabeza sin cuerpo",
+       [](const std::string& a) { Escribe(a, std::string("SQLite format 3\0", 16) + "basura"); }, "dañada",
+       false},
+      {"dañada",
+       [](const std::string& a) {
+         EnTienda(a);
+         std::fstream archivo(a, std::ios::in | std::ios::out | std::ios::binary);
+         archivo.seekp(100);
+         archivo << std::string(3000, 'x');
+       },
+       "dañada", false},
+      {"cortada",
+       [](const std::string& a) {
+         EnTienda(a);
+         std::filesystem::resize_file(a, 5000);
+       },
+       "dañada", false},
+      {"carpeta", [](const std::string& a) { std::filesystem::create_directory(a); }, "es una carpeta",
+       false},
+  };
+  for (const Caso& caso : casos) {
+    SCOPED_TRACE(caso.nombre);
+    const Carpeta carpeta("zuvi_bases");
+    const std::string archivo = carpeta.En("b.db");
+    caso.prepara(archivo);
+    const auto antes = carpeta.Contenido();
+    std::vector<std::string> ordenes(kLeen.begin(), kLeen.end());
+    for (const char* cambia : kCambian)
+      if (std::string(caso.nombre) != "antigua" || cambia != std::string("actualiza"))
+        ordenes.emplace_back(cambia);
+    if (!caso.se_crea) ordenes.emplace_back("crea --si");
+    for (const std::string& orden : ordenes) {
+      if (std::string(caso.nombre) == "antigua" && orden == "crea --si") continue;
+      const Corrida corrida = Zuvi("--base '" + archivo + "' " + orden);
+      EXPECT_EQ(corrida.codigo, 3) << orden << "\n" << corrida.texto;
+      EXPECT_THAT(corrida.texto, HasSubstr(caso.dice)) << orden;
+      ASSERT_TRUE(carpeta.Contenido() == antes) << orden;
+    }
+    if (caso.se_crea) {
+      EXPECT_EQ(Zuvi("--base '" + archivo + "' crea --vacia").codigo, 0);
+      EXPECT_EQ(Zuvi("--base '" + archivo + "' ordenes").codigo, 0);
+    }
+  }
+}
+
+TEST(Bases, UnaPropiaSeLeeSinCambiarlaYDondeNoSePuedeEscribir) {
+  const Carpeta carpeta("zuvi_lectura");
+  const std::string archivo = carpeta.En("b.db");
+  AnfitrionEn(archivo)->Base();
+  const auto antes = carpeta.Contenido();
+  for (const char* orden : kLeen) {
+    EXPECT_EQ(Zuvi("--base '" + archivo + "' " + orden).codigo, 0) << orden;
+    EXPECT_TRUE(carpeta.Contenido() == antes) << orden;
+  }
+  std::filesystem::permissions(archivo, std::filesystem::perms(0444));
+  std::filesystem::permissions(carpeta.En(""), std::filesystem::perms(0555));
+  const pid_t lector = Hijo([&] {
+    if (geteuid() == 0 && seteuid(65534) != 0) return 2;
+    Opciones opciones;
+    PonBase(opciones, archivo);
+    opciones.solo_lee = true;
+    Anfitrion anfitrion(opciones, std::make_unique<RespuestasInteraccion>(""));
+    if (anfitrion.Base()->Consulta("SELECT op FROM op")->Eof()) return 3;
+    try {
+      anfitrion.Base()->Ejecuta("DELETE FROM op");
+      return 4;
+    } catch (const HostError&) {
+      return 0;
+    }
+  });
+  EXPECT_EQ(Espera(lector), 0);
+  std::filesystem::permissions(carpeta.En(""), std::filesystem::perms(0755));
+  EXPECT_TRUE(carpeta.Contenido() == antes);
+}
+
+TEST(Bases, UnaAnteriorSeActualizaCuandoSePideYNadaSePierde) {
+  const Archivo archivo("zuvi_anterior.db");
+  {
+    const auto antes = EnTienda(archivo.Texto());
+    antes->EjecutaEsquema("DROP TABLE codigos");
+    antes->EjecutaEsquema(
+        "CREATE TRIGGER existencias_cambio AFTER UPDATE ON existencias FOR EACH ROW BEGIN UPDATE prods SET "
+        "costo "
+        "= 99; END");
+    antes->Ejecuta("UPDATE esquema SET version = 1");
+    antes->Ejecuta("DELETE FROM op WHERE op = 108");
+  }
+  EXPECT_THAT(ErrorDe([&] { AnfitrionEn(archivo.Texto())->Base(); }).what(), HasSubstr("versión 1"));
+  const Corrida corrida = Zuvi("--base " + archivo.Texto() + " actualiza");
+  EXPECT_EQ(corrida.codigo, 0);
+  EXPECT_THAT(corrida.texto, HasSubstr("era de la versión 1 y quedó en la 4"));
+  const auto ahora = EnTienda(archivo.Texto());
+  EXPECT_TRUE(ahora->Consulta("SELECT * FROM codigos")->Eof());
+  EXPECT_TRUE(ahora->Consulta("SELECT op FROM op WHERE op = 108")->Eof());
+  ahora->Ejecuta("UPDATE existencias SET cantidad = cantidad");
+  EXPECT_TRUE(ahora->Consulta("SELECT articulo FROM prods WHERE costo = 99")->Eof())
+      << "the triggers are gone";
+}
+
+/// Tables and what is in them.
+std::vector<std::string> Huella(BaseDatos& base) {
+  std::vector<std::string> huella;
+  const auto tablas = base.Consulta(
+      "SELECT table_name, create_time FROM information_schema.tables WHERE table_schema = DATABASE() ORDER "
+      "BY 1");
+  for (; !tablas->Eof(); tablas->MoveNext()) {
+    const std::string tabla = ATexto(tablas->Campo(0));
+    const auto suma = base.Consulta("CHECKSUM TABLE `" + tabla + "`");
+    huella.push_back(tabla + " " + (suma->Campo(1).IsNull() ? "" : ATexto(suma->Campo(1))));
+  }
+  return huella;
+}
+
+TEST(Bases, EnElServidorTampocoYConCuentasCorrientes) {
+  const char* servidor = std::getenv("ZUVI_MARIADB");
+  if (!servidor || !*servidor) GTEST_SKIP() << "ZUVI_MARIADB is not set";
+  const std::string cadena = servidor;
+  const auto zuvi = [&](const std::string& orden) { return Zuvi("--base '" + cadena + "' " + orden); };
+  const auto base = Suelta(cadena);
+  const auto vacia = [&] {
+    while (true) {
+      const auto filas = base->Consulta(
+          "SELECT table_name, table_type FROM information_schema.tables WHERE table_schema = DATABASE() "
+          "LIMIT 1");
+      if (filas->Eof()) return;
+      base->Ejecuta((ATexto(filas->Campo(1)) == "VIEW" ? "DROP VIEW `" : "DROP TABLE `") +
+                    ATexto(filas->Campo(0)) + "`");
+    }
+  };
+  const struct {
+    const char* sql;
+    const char* dice;
+    bool se_crea;
+  } casos[] = {{"", "zuvi crea", true},
+               {"CREATE TABLE clientes (n INTEGER)", "zuvi crea", true},
+               {"CREATE TABLE EMPLEADOS (n INTEGER)", "EMPLEADOS", false},
+               {"CREATE TABLE esquema (version INTEGER NOT NULL PRIMARY KEY)", "a medio crear", true}};
+  for (const auto& caso : casos) {
+    SCOPED_TRACE(caso.sql);
+    vacia();
+    if (*caso.sql) base->Ejecuta(caso.sql);
+    const auto antes = Huella(*base);
+    for (const char* orden : kLeen) {
+      const Corrida corrida = zuvi(orden);
+      EXPECT_EQ(corrida.codigo, 3) << orden;
+      EXPECT_THAT(corrida.texto, HasSubstr(caso.dice)) << orden;
+    }
+    EXPECT_EQ(Huella(*base), antes);
+    EXPECT_EQ(zuvi("crea").codigo, caso.se_crea ? 0 : 3);
+    if (!caso.se_crea) {
+      EXPECT_EQ(Huella(*base), antes);
+    }
+  }
+  // The shop that the last case made, for one who may only work in it.
+  const auto tienda = Huella(*base);
+  for (const char* orden : kLeen) EXPECT_EQ(zuvi(orden).codigo, 0) << orden;
+  EXPECT_EQ(Huella(*base), tienda);
+  CadenaOdbc taller(cadena);
+  taller.Pon("User", "taller");
+  taller.Pon("Password", "{p;{a}}b}");
+  const auto del_taller = [&](const std::string& orden) {
+    return Zuvi("--base '" + taller.Texto() + "' " + orden);
+  };
+  for (const char* orden : {"ensambla CAN-GOURMET 1 4", "desensambla CAN-GOURMET 1 1", "entrega 103",
+                            "folio NUEVA", "libera 106", "cancela 108 --si", "revisa"}) {
+    const Corrida corrida = del_taller(orden);
+    EXPECT_EQ(corrida.codigo, 0) << orden << "\n" << corrida.texto;
+  }
+  base->Ejecuta("UPDATE esquema SET version = 2");
+  EXPECT_THAT(del_taller("ordenes").texto, HasSubstr("versión 2"));
+  base->Ejecuta("DROP TABLE fracciones");
+  const Corrida sin_derecho = del_taller("actualiza");
+  EXPECT_EQ(sin_derecho.codigo, 3);
+  EXPECT_THAT(sin_derecho.texto, AllOf(HasSubstr("versión 2"), HasSubstr("dueño")));
+  EXPECT_EQ(zuvi("actualiza").codigo, 0);
+  EXPECT_EQ(del_taller("ordenes").codigo, 0);
+}
+
+class Revision : public testing::TestWithParam<std::string> {
+ protected:
+  Tienda tienda{GetParam()};
+};
+ZUVI_EN_CADA_BASE(Revision);
+
+TEST_P(Revision, HallaLoQueOtroProgramaEscribioPorFuera) {
+  BaseDatos& base = tienda.Base();
+  const auto filas = [](const std::shared_ptr<Recordset>& rs) { return AEntero32(rs->Call("RecordCount")); };
+  tienda.produccion->Ensamble("CAN-GOURMET", 1, 7, 0);
+  tienda.produccion->Desensamble("TRUFAS", 1.5, 1, 0);
+  EXPECT_EQ(filas(ExistenciasSinMovimientos(base)), 0);
+  EXPECT_EQ(filas(CostosSinExplicar(base)), 0);
+  base.Ejecuta("UPDATE existencias SET cantidad = cantidad + 0.5 WHERE articulo = 'HARINA' AND almacen = 2");
+  base.Ejecuta("UPDATE existencias SET valor = valor - 1 WHERE articulo = 'NUEZ'");
+  base.Ejecuta("DELETE FROM existencias WHERE articulo = 'ATE'");
+  base.Ejecuta("INSERT INTO existencias (articulo, almacen, cantidad, valor) VALUES ('ATE', 3, 25, 0)");
+  EXPECT_EQ(filas(ExistenciasSinMovimientos(base)), 4);
+  base.Ejecuta("UPDATE prods SET costo = costo * 1.01 WHERE articulo = 'SIDRA'");
+  const auto costos = CostosSinExplicar(base);
+  std::vector<std::string> articulos;
+  for (; !costos->Eof(); costos->MoveNext()) articulos.push_back(ATexto(costos->Campo(0)));
+  EXPECT_THAT(articulos, testing::IsSupersetOf({"HARINA", "SIDRA"}));
+}
+
+TEST(Cadenas, UnArchivoEsUnArchivoYUnaCadenaSeLeeComoOdbc) {
+  const Carpeta carpeta("zuvi_cadenas");
+  const std::string fea = carpeta.En(" a;DRIVER=x;PWD={b} %41#?.db ");
+  EnTienda(fea);
+  EXPECT_EQ(carpeta.Contenido().size(), 1u) << "under exactly that name";
+  const struct {
+    std::string base;
+    const char* dice;  // nothing: it opens
+  } casos[] = {
+      {fea, nullptr},
+      {"Database = {" + carpeta.En(" a;DRIVER=x;PWD={b}} %41#?.db ") + "} ; dRiVeR = {SQLite3};;", nullptr},
+      {"DRIVER={SQLite3};database=" + carpeta.En("no.db"), "No existe"},
+      {"file:" + fea, "No existe"},
+      {"DRIVER={SQLite3};Timeout=1", "falta el archivo"},
+      {"Server=x;PWD=secreto", "falta DRIVER"},
+      {"DRIVER={SQLite3;Database=x;PWD=secreto", "llaves"},
+      {"DRIVER={MariaDB Unicode};suelto;PWD=secreto", "sin «=»"},
+      {"DRIVER={MariaDB Unicode};Server=x;PWD={secreto}}", "llaves"},
+      {"mariadb://zuvi:secreto@x/zuvi", "mariadb://…"},
+      {"DSN=zuvi_no_hay;PWD=secreto", ""}};
+  for (const auto& caso : casos) {
+    SCOPED_TRACE(caso.base);
+    Opciones opciones;
+    PonBase(opciones, caso.base);
+    const auto anfitrion = std::make_shared<Anfitrion>(opciones, std::make_unique<RespuestasInteraccion>(""));
+    if (!caso.dice) {
+      EXPECT_FALSE(anfitrion->Base()->Consulta("SELECT op FROM op")->Eof());
+      continue;
+    }
+    EXPECT_THAT(ErrorDe([&] { anfitrion->Base(); }).what(),
+                AllOf(HasSubstr(caso.dice), Not(HasSubstr("secreto"))));
+  }
+  const auto ambiente = FabricaAnfitrion(AnfitrionEn("DRIVER={MariaDB Unicode};Server=x;PWD={s;}}ecreto}"))
+                            .Crea(Ambiente::kProgId);
+  const std::string visible = ATexto(ambiente->Call("CadenaConexion"));
+  EXPECT_THAT(visible, AllOf(HasSubstr("Server=x"), Not(HasSubstr("ecreto"))));
+}
+
+TEST(Salidas, UnaTerminalNoObedeceALosDatosYUnaPaginaNoSigueLigas) {
+  EXPECT_EQ(Visible("a\x1B[2J\x7F\xC2\x9B\xE2\x80\xAE\x9B ñ€🎂\t\n", true),
+            "a\\x1B[2J\\x7F\\u009B\\u202E\\x9B ñ€🎂\t\n");
+  EXPECT_EQ(Visible("\n\xE2\x82", false), "\\x0A\\xE2\\x82");
+  std::stringbuf destino;
+  SalidaVisible visible(destino);
+  std::ostream salida(&visible);
+  for (const char c : std::string("ñ\x1B€\xC2\x9B\xFF🎂")) salida << c << std::flush;
+  EXPECT_EQ(destino.str(), "ñ\\x1B€\\u009B\\xFF🎂") << "byte by byte as well";
+
+  const Carpeta carpeta("zuvi_paginas");
+  const std::string ajeno = carpeta.En("ajeno.txt"), pagina = carpeta.En("Reportes/P.html");
+  Escribe(ajeno, "no se toca");
+  std::filesystem::create_directory(carpeta.En("Reportes"));
+  std::filesystem::create_symlink(ajeno, pagina);
+  EXPECT_EQ(EscribePagina("P.html", "<p>", carpeta.En("")), pagina);
+  EXPECT_FALSE(std::filesystem::is_symlink(pagina));
+  EXPECT_EQ(carpeta.Contenido()["ajeno.txt"], "no se toca");
+  std::filesystem::remove(pagina);
+  std::filesystem::create_directory(pagina);
+  EXPECT_THAT(ErrorDe([&] { EscribePagina("P.html", "<p>", carpeta.En("")); }).what(), HasSubstr("P.html"));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(carpeta.En("Reportes")), {}), 1)
+      << "no attempt is left behind";
+}
+
+}  // namespace
+}  // namespace zuvi::host

@@ -1,0 +1,319 @@
+// Servers that die, freeze, cut and come back, under the command line and under an open editor. Needs
+// ZUVI_MARIADB, in front of which a doorkeeper stands. Every place of every operation takes some minutes:
+// with ZUVI_BARRIDO set all are tried, else one in a few.
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <memory>
+
+#include "host/odbc_cadena.h"
+#include "host/perdida.h"
+#include "tests/host/portero.h"
+#include "tests/host/procesos.h"
+#include "tests/host/tienda.h"
+
+namespace zuvi::host {
+namespace {
+
+using testing::AnyOf;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using Reloj = std::chrono::steady_clock;
+
+// Cancelling an order ends without a word by contract, and the program says only that it was not done.
+constexpr const char* kSeDice =
+    "Se perdió la conexión|dejó de responder|No se pudo conectar|se perdió con la conexión|no se canceló";
+
+struct Trabajo {
+  const char* argumentos;
+  const char* prepara;
+  /// A figure whose change tells how much was done.
+  const char* mide;
+};
+
+constexpr std::array kTrabajos{
+    Trabajo{"ensambla MASA-GALLETA 3 1", "", "SELECT COUNT( * ) FROM movimientos"},
+    Trabajo{"desensambla MASA-GALLETA 1 3", "", "SELECT COUNT( * ) FROM movimientos"},
+    Trabajo{
+        "--si entrega 105", "UPDATE oppart SET terminado = 0 WHERE op = 105",
+        "SELECT COUNT( * ) + 1000 * (SELECT COUNT( * ) FROM oppart WHERE op = 105 AND terminado >= cantidad) "
+        "FROM movimientos"},
+    Trabajo{"--si cancela 990", "REPLACE INTO op (op, estado) VALUES (990, 'PE')",
+            "SELECT COUNT( * ) FROM op WHERE op = 990"},
+    Trabajo{"folio PRUEBA", "", "SELECT COALESCE(MAX(ultimo), 0) FROM folios WHERE clave = 'PRUEBA'"}};
+
+struct Clase {
+  Averia averia;
+  const char* nombre;
+  /// How many places are tried where not all are.
+  int muestras;
+};
+constexpr std::array kClases{Clase{Averia::Corte, "corte", 8}, Clase{Averia::Mitad, "mitad de un paquete", 4},
+                             Clase{Averia::Muerte, "muerte", 4}, Clase{Averia::Silencio, "silencio", 1},
+                             Clase{Averia::Pasmo, "pasmo", 1}};
+
+struct Corrida {
+  int codigo = -1;
+  std::string texto;
+  double segundos = 0;
+};
+
+Corrida Zuvi(const std::string& base, const std::string& argumentos) {
+  const auto inicio = Reloj::now();
+  // A hang is ended, and told apart from all codes of the program.
+  const std::string orden =
+      "ZUVI_LIMITE_CONEXION=1 ZUVI_LIMITE_LECTURA=1 ZUVI_LIMITE_ESCRITURA=1 ZUVI_LIMITE_CANDADO=1 timeout -s "
+      "KILL "
+      "40 '" ZUVI_PROGRAMA "' --base '" +
+      base + "' " + argumentos + " 2>&1 </dev/null";
+  Corrida corrida;
+  std::FILE* tubo = popen(orden.c_str(), "r");
+  if (!tubo) return corrida;
+  std::array<char, 4096> bloque{};
+  for (std::size_t n; (n = fread(bloque.data(), 1, bloque.size(), tubo)) > 0;)
+    corrida.texto.append(bloque.data(), n);
+  const int estado = pclose(tubo);
+  corrida.codigo = WIFEXITED(estado) ? WEXITSTATUS(estado) : -1;
+  corrida.segundos = std::chrono::duration<double>(Reloj::now() - inicio).count();
+  return corrida;
+}
+
+class Servidores : public testing::Test {
+ protected:
+  void SetUp() override {
+    const char* servidor = std::getenv("ZUVI_MARIADB");
+    if (!servidor || !*servidor) GTEST_SKIP() << "ZUVI_MARIADB is not set";
+    AnfitrionEn(servidor)->RehaceTienda();
+    CadenaOdbc cadena(servidor);
+    portero = std::make_unique<Portero>(static_cast<std::uint16_t>(std::stoi(cadena.Trae("PORT"))));
+    cadena.Quita("SOCKET");
+    cadena.Pon("PORT", std::to_string(portero->Puerto()));
+    base = cadena.Texto();
+    directa = BaseDatos::Abre(servidor, traza_);
+  }
+  double Numero(const std::string& sql) {
+    const Value valor = directa->Consulta(sql)->Campo(0);
+    return valor.IsNull() ? 0 : ANumero(valor);
+  }
+  /// What stock holds beyond what movements brought: no failure may change it.
+  std::pair<double, double> Desvio() {
+    const std::string signo = "CASE tipo WHEN 'E' THEN 1 ELSE -1 END";
+    return {
+        Numero("SELECT (SELECT SUM(valor) FROM existencias) - (SELECT COALESCE(SUM(" + signo +
+               " * importe), 0) FROM movimientos)"),
+        std::round(1000 * Numero("SELECT (SELECT SUM(cantidad) FROM existencias) - (SELECT COALESCE(SUM(" +
+                                 signo + " * cantidad), 0) FROM movimientos)"))};
+  }
+
+  std::unique_ptr<Portero> portero;
+  std::string base;
+  std::shared_ptr<BaseDatos> directa;
+
+ private:
+  Traza traza_;
+};
+
+TEST_F(Servidores, NingunaFallaTumbaCuelgaNiDaPorHechoLoQueNoSeHizo) {
+  const char* barrido = std::getenv("ZUVI_BARRIDO");
+  const bool todo = barrido != nullptr;
+  const auto desvio = Desvio();
+  int corridas = 0, calladas = 0;
+  for (const Trabajo& trabajo : kTrabajos) {
+    SCOPED_TRACE(trabajo.argumentos);
+    const auto corre = [&](Averia averia, int trozo, double& hecho) {
+      if (*trabajo.prepara) directa->Ejecuta(trabajo.prepara);
+      const double antes = Numero(trabajo.mide);
+      portero->Prepara(averia, trozo);
+      const Corrida corrida = Zuvi(base, trabajo.argumentos);
+      // What the broken run left open on the server is undone before anything is measured.
+      portero->Repara();
+      hecho = Numero(trabajo.mide) - antes;
+      return corrida;
+    };
+    double entero = 0;
+    const Corrida sana = corre(Averia::Ninguna, 0, entero);
+    ASSERT_EQ(sana.codigo, 0) << sana.texto;
+    ASSERT_NE(entero, 0);
+    const int trozos = [&] {
+      double otra_vez = 0;
+      if (*trabajo.prepara) directa->Ejecuta(trabajo.prepara);
+      portero->Prepara(Averia::Ninguna, 0);
+      Zuvi(base, trabajo.argumentos);
+      otra_vez = portero->Trozos();
+      return static_cast<int>(otra_vez);
+    }();
+    for (const Clase& clase : kClases) {
+      if (todo && std::string(barrido).find(clase.nombre) == std::string::npos) continue;
+      const int paso = todo ? 1 : std::max(1, trozos / clase.muestras);
+      // Not the same place each time, where only a few are tried.
+      for (int trozo = todo ? 1 : 1 + (corridas * 7) % paso; trozo <= trozos; trozo += paso) {
+        SCOPED_TRACE(std::string(clase.nombre) + " en el trozo " + std::to_string(trozo) + " de " +
+                     std::to_string(trozos));
+        double hecho = 0;
+        const Corrida corrida = corre(clase.averia, trozo, hecho);
+        ++corridas;
+        EXPECT_THAT(corrida.codigo, AnyOf(0, 1, 3)) << corrida.texto;
+        EXPECT_LT(corrida.segundos, 15);
+        if (corrida.codigo == 0) {
+          EXPECT_EQ(hecho, entero) << corrida.texto;
+          ++calladas;
+        } else {
+          EXPECT_THAT(corrida.texto, ContainsRegex(kSeDice));
+        }
+        EXPECT_EQ(Desvio(), desvio) << corrida.texto;
+      }
+    }
+  }
+  RecordProperty("corridas", corridas);
+  std::printf("%d corridas, %d de ellas terminaron lo suyo\n", corridas, calladas);
+}
+
+/// Waits are short for the host in this process.
+class Plazos {
+ public:
+  Plazos() { Pon("1"); }
+  ~Plazos() { Pon(nullptr); }
+  Plazos(const Plazos&) = delete;
+  Plazos& operator=(const Plazos&) = delete;
+
+ private:
+  static void Pon(const char* valor) {
+    for (const char* nombre :
+         {"ZUVI_LIMITE_CONEXION", "ZUVI_LIMITE_LECTURA", "ZUVI_LIMITE_ESCRITURA", "ZUVI_LIMITE_CANDADO"})
+      valor ? setenv(nombre, valor, 1) : unsetenv(nombre);
+  }
+};
+
+TEST_F(Servidores, ElEditorConservaLoEscritoYTerminaSuOrden) {
+  const Plazos plazos;
+  Tienda tienda(AnfitrionEn(base, "ADMIN", "si,si,si,si,si"));
+  const auto& avisos = tienda.escritorio.Avisos();
+  tienda.produccion->NuevaOp();
+  ASSERT_FALSE(tienda.escritorio.Forms().empty());
+  Form& editor = *tienda.escritorio.Forms().back();
+  const auto caja = [&](std::int32_t i) -> TextBox& { return Control<TextBox>(editor, "txtFields", i); };
+  const auto agrega = [&](const char* articulo, const char* cantidad) {
+    caja(4).SetText(articulo);
+    caja(5).SetText(cantidad);
+    caja(5).SetFocus();
+    editor.Press(key::kEnter);
+  };
+  caja(14).SetText("1");
+  agrega("HARINA", "2");
+  ASSERT_THAT(avisos, IsEmpty());
+
+  // Each time the same line, until the server takes it.
+  double lineas = 1;
+  for (const Averia averia : {Averia::Corte, Averia::Muerte, Averia::Pasmo}) {
+    SCOPED_TRACE(static_cast<int>(averia));
+    portero->Rompe(averia);
+    agrega("NUEZ", "3");
+    if (averia != Averia::Corte) {
+      // The first key found out; what was typed is still there, and what happened was said in Spanish.
+      ASSERT_FALSE(avisos.empty());
+      EXPECT_THAT(avisos.back(), ContainsRegex(kSeDice));
+      EXPECT_EQ(caja(4).Text(), "NUEZ");
+      EXPECT_EQ(caja(5).Text(), "3");
+      tienda.escritorio.Olvida();
+      // F5 while the server is away leaves the order open for the next try.
+      editor.Press(key::kF5);
+      EXPECT_FALSE(avisos.empty());
+      EXPECT_FALSE(editor.Closed());
+      portero->Repara();
+      std::this_thread::sleep_for(std::chrono::milliseconds(1100));
+      tienda.escritorio.Olvida();
+      caja(5).SetFocus();
+      editor.Press(key::kEnter);
+    }
+    EXPECT_THAT(avisos, IsEmpty());
+    EXPECT_EQ(caja(4).Text(), "");
+    ++lineas;
+    EXPECT_EQ(Numero("SELECT COUNT( * ) FROM oppart WHERE op = (SELECT MAX(op) FROM op)"), lineas);
+  }
+  portero->Rompe(Averia::Corte);
+  editor.Press(key::kF5);
+  EXPECT_THAT(avisos, IsEmpty());
+  EXPECT_TRUE(editor.Closed());
+  EXPECT_EQ(Numero("SELECT ocupado FROM op ORDER BY op DESC LIMIT 1"), 0);
+}
+
+TEST_F(Servidores, UnaTransaccionNoSigueEnOtraConexionNiSeRepite) {
+  const Plazos plazos;
+  const auto anfitrion = AnfitrionEn(base);
+  BaseDatos& b = *anfitrion->Base();
+  const auto cuenta = [&] { return Numero("SELECT COUNT( * ) FROM bitacora"); };
+  const auto anota = [&](int id) {
+    return "INSERT INTO bitacora (id, suceso) VALUES (" + std::to_string(id) + ", 'x')";
+  };
+  const double antes = cuenta();
+  {
+    Transaccion transaccion(b);
+    b.Ejecuta(anota(901));
+    portero->Rompe(Averia::Corte);
+    EXPECT_THAT(ErrorDe([&] { b.Ejecuta(anota(902)); }).what(), HasSubstr("se deshizo entero"));
+    EXPECT_THAT(ErrorDe([&] { b.Ejecuta(anota(903)); }).what(), HasSubstr("La transacción se perdió"));
+    EXPECT_THROW(b.Consulta("SELECT 1"), ConexionPerdida);
+    EXPECT_TRUE(anfitrion->SePerdioConexion());
+  }
+  EXPECT_EQ(cuenta(), antes);
+  anfitrion->NuevaOperacion();
+  EXPECT_FALSE(anfitrion->SePerdioConexion());
+  EXPECT_EQ(b.Consulta("SELECT 7")->Campo(0), Value(7));
+
+  // The answer to a COMMIT, or to a statement alone, gets lost: it is done, once, and nobody claims to know.
+  const struct {
+    std::vector<std::string> textos;
+    int trozo;
+  } casos[] = {{{"BEGIN", anota(904), "COMMIT"}, 6}, {{anota(905)}, 2}};
+  for (const auto& caso : casos) {
+    const double al_empezar = cuenta();
+    b.Consulta("SELECT 1");
+    portero->Prepara(Averia::Corte, caso.trozo);
+    try {
+      for (const auto& texto : caso.textos) b.Ejecuta(texto);
+      ADD_FAILURE();
+    } catch (const ConexionPerdida& error) {
+      EXPECT_TRUE(error.EnDuda());
+      EXPECT_THAT(error.what(), HasSubstr("No se sabe si"));
+    }
+    EXPECT_EQ(cuenta(), al_empezar + 1);
+  }
+  // A server that is gone is not waited for by every statement.
+  portero->Rompe(Averia::Pasmo);
+  const auto inicio = Reloj::now();
+  for (int i = 0; i < 200; ++i) EXPECT_THROW(b.Consulta("SELECT 1"), ConexionPerdida);
+  EXPECT_LT(Reloj::now() - inicio, std::chrono::seconds(8));
+  portero->Repara();
+  anfitrion->NuevaOperacion();
+  EXPECT_EQ(b.Consulta("SELECT 8")->Campo(0), Value(8));
+
+  // An endless statement costs itself, not the connection; and the way back leads to our own database only.
+  EXPECT_THAT(ErrorDe([&] { b.Consulta("SELECT SLEEP(20)"); }).what(), HasSubstr("límite"));
+  EXPECT_FALSE(anfitrion->SePerdioConexion());
+  directa->Ejecuta("RENAME TABLE esquema TO otro");
+  portero->Rompe(Averia::Corte);
+  EXPECT_THAT(ErrorDe([&] { b.Consulta("SELECT 1"); }).what(), HasSubstr("ya no es la de este programa"));
+  directa->Ejecuta("RENAME TABLE otro TO esquema");
+}
+
+TEST(Candado, SqliteEsperaLoQueDiceElLimite) {
+  const Archivo archivo("zuvi_candado.db");
+  const Plazos plazos;
+  const Traza traza;
+  const std::string cadena = "DRIVER={SQLite3};Database=" + archivo.Texto();
+  const auto una = BaseDatos::Abre(cadena, traza), otra = BaseDatos::Abre(cadena, traza);
+  una->Ejecuta("CREATE TABLE t (n INTEGER)");
+  una->Ejecuta("BEGIN IMMEDIATE");
+  const auto inicio = Reloj::now();
+  EXPECT_THAT(ErrorDe([&] { otra->Ejecuta("INSERT INTO t VALUES (1)"); }).what(), HasSubstr("Otro programa"));
+  const std::chrono::duration<double> tardo = Reloj::now() - inicio;
+  EXPECT_GT(tardo.count(), 0.7);
+  EXPECT_LT(tardo.count(), 3);
+}
+
+}  // namespace
+}  // namespace zuvi::host
