@@ -44,6 +44,11 @@ Value Lee(const ObjectPtr& objeto, std::initializer_list<const char*> camino) {
   return valor;
 }
 
+bool SigueAbierta(Object& ventana) {
+  // One of another make may not tell.
+  return !ventana.Find("Visible") || ABooleano(ventana.Call("Visible"));
+}
+
 /// Which members of which shifts; the same part of every statement.
 struct Alcance {
   std::string miembros, del_turno;
@@ -126,7 +131,8 @@ Periodo PeriodoDe(const std::string& nombre, const Fecha& desde) {
   throw HostError("No hay un periodo \"" + nombre + "\"");
 }
 
-Generados GeneraHorarios(Anfitrion& anfitrion, const std::string& turno, const Periodo& periodo) {
+Generados GeneraHorarios(Anfitrion& anfitrion, const std::string& turno, const Periodo& periodo,
+                         const std::function<bool()>& sigue) {
   // Held: while windows answer, the host may turn to another database.
   const std::shared_ptr<BaseDatos> base = anfitrion.Base();
   const Alcance alcance = AlcanceDe(*base, turno);
@@ -138,7 +144,8 @@ Generados GeneraHorarios(Anfitrion& anfitrion, const std::string& turno, const P
   while (generados.dias < periodo.dias) {
     const Fecha fecha = MasDias(periodo.desde, generados.dias);
     progreso->Avanza(generados.dias + 1, fecha.Formatea("dd-MM-yyyy"), DiaDeLaSemana(fecha));
-    if (!anfitrion.Usuario().AtiendeVentanas() || anfitrion.Usuario().Cancelado()) break;
+    if (!anfitrion.Usuario().AtiendeVentanas() || anfitrion.Usuario().Cancelado() || (sigue && !sigue()))
+      break;
     generados.renglones += GeneraDia(*base, alcance, cuantos, fecha);
     ++generados.dias;
   }
@@ -168,8 +175,9 @@ void ProcesoHorarios(Anfitrion& anfitrion, PeticionProceso& peticion) {
                           "los turnos, " +
                           DelAl(periodo.desde, periodo.dias) + "?"))
     return;
-  anfitrion.Mensaje(Resumen(turno, periodo, GeneraHorarios(anfitrion, turno, periodo)),
-                    EstiloMensaje::Informacion);
+  const Generados generados =
+      GeneraHorarios(anfitrion, turno, periodo, [&ventana] { return SigueAbierta(*ventana); });
+  anfitrion.Mensaje(Resumen(turno, periodo, generados), EstiloMensaje::Informacion);
 }
 
 }  // namespace zuvi::host

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "component/services/control_procesos.h"
 #include "host/anfitrion.h"
 
@@ -24,13 +26,14 @@ struct Generados {
 
 /// Writes the rows of `horarios` for every member of a shift (of all shifts when `turno` is empty) and every
 /// day of the period that is not the shift's rest day; rows that exist are left as they are. Each day is one
-/// transaction, and between days windows answer: what the user ends, or an error, leaves whole days, and the
-/// same again adds the others.
-Generados GeneraHorarios(Anfitrion& anfitrion, const std::string& turno, const Periodo& periodo);
+/// transaction, and between days windows answer: when the user ends it there, when `sigue` says no, or after
+/// an error, whole days are left, and the same again adds the others.
+Generados GeneraHorarios(Anfitrion& anfitrion, const std::string& turno, const Periodo& periodo,
+                         const std::function<bool()>& sigue = {});
 
 /// The process "TURNOS003": generates for the selected shift, the period and the date of the window, and
 /// tells the user how many rows there are more. Without a selection it asks before it takes all shifts. While
-/// it runs, another one is refused.
+/// it runs, another one is refused; it ends with the window.
 void ProcesoHorarios(Anfitrion& anfitrion, PeticionProceso& peticion);
 
 }  // namespace zuvi::host

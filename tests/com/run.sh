@@ -30,11 +30,13 @@ mkdir "$folder"
 cp "$build/bin/ZuviProduccion.dll" "$folder/"
 dll=$(wine winepath -w "$folder/ZuviProduccion.dll" | tr -d '\r')
 
-only_system_dlls() {
+# Those that the loader takes from the system's folder, whatever lies beside the program. Any other is to be
+# loaded by its full path.
+only_known_dlls() {
   imports=$(LC_ALL=C x86_64-w64-mingw32-objdump -p "$build/bin/$1" | sed -n 's/.*DLL Name: //p' | tr 'A-Z' 'a-z' | sort -u)
   echo "$imports"
   [ -n "$imports" ] && ! echo "$imports" |
-    grep -vxE 'advapi32.dll|comctl32.dll|comdlg32.dll|gdi32.dll|kernel32.dll|msvcrt.dll|odbc32.dll|ole32.dll|oleaut32.dll|shell32.dll|user32.dll|version.dll'
+    grep -vxE 'advapi32.dll|comctl32.dll|comdlg32.dll|gdi32.dll|kernel32.dll|msvcrt.dll|ole32.dll|oleaut32.dll|shell32.dll|user32.dll'
 }
 
 only_entry_points() {
@@ -70,7 +72,9 @@ script() {  # script FILE: run by the system's script host; its last line is the
   [ "$(echo "$out" | tail -1)" = "bien" ]
 }
 
-check "imports of ZuviProduccion.dll" only_system_dlls ZuviProduccion.dll
+for file in ZuviProduccion.dll ZuviHost.dll Zuvi.exe; do
+  check "imports of $file" only_known_dlls $file
+done
 check "exports of ZuviProduccion.dll" only_entry_points ZuviProduccion.dll
 check "registration per machine" registers_and_removes HKLM
 check "registration per user" registers_and_removes HKCU /n /i:user
