@@ -115,7 +115,14 @@ class Hostiles : public testing::TestWithParam<std::string> {
     fracciones->Show();
     cebo.Tocado();
   }
-  ~Hostiles() override { t.Base().Ejecuta("DROP TABLE IF EXISTS canario"); }
+  ~Hostiles() override {
+    t.Base().Ejecuta("DROP TABLE IF EXISTS canario");
+    // Windows close by their own rules, which may take two tries.
+    t.anfitrion->PonInteraccion(std::make_unique<RespuestasInteraccion>("si,si,si,si"));
+    editor.reset();
+    while (!t.escritorio.Forms().empty() && t.escritorio.Forms().back()->Unload()) continue;
+    t.modulo.Suelta();
+  }
 
   TextBox& Campo(std::int32_t i) { return Control<TextBox>(*editor, "txtFields", i); }
   /// The key of the database itself: what stands in a table hits as hard as what is typed.

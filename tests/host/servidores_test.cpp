@@ -244,6 +244,7 @@ TEST_F(Servidores, ElEditorConservaLoEscritoYTerminaSuOrden) {
   EXPECT_THAT(avisos, IsEmpty());
   EXPECT_TRUE(editor.Closed());
   EXPECT_EQ(Numero("SELECT ocupado FROM op ORDER BY op DESC LIMIT 1"), 0);
+  tienda.modulo.Suelta();
 }
 
 TEST_F(Servidores, LaListaVuelveConF5) {
