@@ -95,13 +95,18 @@ check "con lo tecleado y sin repetir" "$(value "$lines" | grep -c '^CAN-GOURMET|
 
 mariadb_die
 keys F5
-sleep 3
-picture lista-sin-servidor
+read_boxes lista
 mariadb_come_back
-keys F5
+value "UPDATE op SET estado = 'PE' WHERE op = $op"
 window '^Zuvi: '
-sleep 1
-picture lista
+# The list works again: the order is found by it and opens.
+keys F5 alt+b ctrl+a
+typed "$op"
+keys Return
+window "$op\$"
+keys alt+F4
+window '^Zuvi: '
+becomes "y queda libre" "SELECT estado, ocupado FROM op WHERE op = $op" 'PE|0;'
 keys alt+s
 status=0
 wait "$program" || status=$?
