@@ -199,7 +199,8 @@ TEST_F(Servidores, ElEditorConservaLoEscritoYTerminaSuOrden) {
   const auto& avisos = tienda.escritorio.Avisos();
   tienda.produccion->NuevaOp();
   ASSERT_FALSE(tienda.escritorio.Forms().empty());
-  Form& editor = *tienda.escritorio.Forms().back();
+  const auto ventana = tienda.escritorio.Forms().back();
+  Form& editor = *ventana;
   const auto caja = [&](std::int32_t i) -> TextBox& { return Control<TextBox>(editor, "txtFields", i); };
   const auto agrega = [&](const char* articulo, const char* cantidad) {
     caja(4).SetText(articulo);
@@ -255,7 +256,8 @@ TEST_F(Servidores, LaListaVuelveConF5) {
   } sin_componente;
   FabricaVentanas ventanas{tienda.anfitrion, tienda.escritorio, sin_componente};
   ventanas.Crea(Principal::kProgId)->Call("Abre");
-  Form& lista = *tienda.escritorio.Forms().back();
+  const auto ventana = tienda.escritorio.Forms().back();
+  Form& lista = *ventana;
   const auto cuantas = [&] { return Control<ListView>(lista, "lv").Items().Count(); };
   const auto antes = cuantas();
   for (const Averia averia : {Averia::Muerte, Averia::Pasmo}) {
