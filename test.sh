@@ -49,11 +49,17 @@ in_background() {
   jobs_of_ours+=($!)
 }
 in_background format_suite
-if build_preset linux; then in_background native_suites; fi
+if build_preset linux; then
+  in_background native_suites
+  in_background server_suites
+fi
 if [ "$windows" = yes ]; then
   if [ "$wine32" = yes ]; then in_background wine32_root; fi
   win32=no
-  if build_preset win64; then in_background windows_suites; fi
+  if build_preset win64; then
+    in_background windows_suites
+    in_background hands_suites
+  fi
   if build_preset win32; then win32=yes; fi
 fi
 # Beside the 32-bit Wine, which mostly waits.

@@ -95,12 +95,12 @@ void Sentencia::Falla() const {
 
 std::int64_t Sentencia::Corre(std::string_view sql) {
   const Cierre cierre(*this);
-  return Ejecuta(sql) ? Tocadas() : 0;
+  return Ejecuta(sql, false) ? Tocadas() : 0;
 }
 
 Resultado Sentencia::Lee(std::string_view sql, std::int64_t* tocadas) {
   const Cierre cierre(*this);
-  const bool alguna = Ejecuta(sql);
+  const bool alguna = Ejecuta(sql, motor_ == Motor::MariaDb);
   SQLSMALLINT cuantas = 0;
   Exige(SQLNumResultCols(handle_.Get(), &cuantas));
   if (tocadas) *tocadas = alguna && cuantas == 0 ? Tocadas() : 0;
@@ -119,16 +119,33 @@ Resultado Sentencia::Lee(std::string_view sql, std::int64_t* tocadas) {
   }
 }
 
-bool Sentencia::Ejecuta(std::string_view sql) {
+bool Sentencia::Ejecuta(std::string_view sql, bool por_partes) {
+  // Sent in one go, a query whose reply breaks off within the description of its columns makes MariaDB's
+  // driver crash, and the program with it; prepared first, it is an error like others. The price is a round
+  // trip.
+  constexpr std::int32_t kNoSePrepara = 1295;
   SQLRETURN resultado;
   if (forma_ == Forma::Utf16) {
     const std::u16string ancha = Utf16(sql);
-    resultado = SQLExecDirectW(handle_.Get(), Ancho(ancha), static_cast<SQLINTEGER>(ancha.size()));
+    const auto largo = static_cast<SQLINTEGER>(ancha.size());
+    resultado = por_partes ? SQLPrepareW(handle_.Get(), Ancho(ancha), largo)
+                           : SQLExecDirectW(handle_.Get(), Ancho(ancha), largo);
   } else {
     // What is broken in the text becomes U+FFFD in this form as well.
     const std::string limpia = EsAscii(sql) ? std::string() : Utf8(Utf16(sql));
     const std::string_view texto = limpia.empty() ? sql : std::string_view(limpia);
-    resultado = SQLExecDirect(handle_.Get(), Angosto(texto), static_cast<SQLINTEGER>(texto.size()));
+    const auto largo = static_cast<SQLINTEGER>(texto.size());
+    resultado = por_partes ? SQLPrepare(handle_.Get(), Angosto(texto), largo)
+                           : SQLExecDirect(handle_.Get(), Angosto(texto), largo);
+  }
+  if (por_partes) {
+    if (!SQL_SUCCEEDED(resultado)) {
+      const HostError error = Diagnostico(SQL_HANDLE_STMT, handle_.Get(), forma_);
+      // Nothing was run by that.
+      if (error.NativeCode() == kNoSePrepara) return Ejecuta(sql, false);
+      Falla();
+    }
+    resultado = SQLExecute(handle_.Get());
   }
   Exige(resultado);
   return resultado != SQL_NO_DATA;

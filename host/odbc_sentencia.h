@@ -46,8 +46,8 @@ class Sentencia {
     if (!SQL_SUCCEEDED(resultado) && resultado != SQL_NO_DATA) Falla();
   }
   [[noreturn]] void Falla() const;
-  /// False when no row was touched or found.
-  bool Ejecuta(std::string_view sql);
+  /// False when no row was touched or found. `por_partes` prepares the text before it runs it.
+  bool Ejecuta(std::string_view sql, bool por_partes);
   std::int64_t Tocadas() const;
   std::shared_ptr<const Columnas> Describe(std::size_t cuantas);
   Clase ClaseDe(SQLUSMALLINT columna, SQLSMALLINT tipo) const;

@@ -20,10 +20,8 @@
 
 namespace zuvi::host {
 
-/// How the connection fails: cut off; cut off in the middle of a statement; one connection that never answers
-/// again; the server dead; the whole server frozen, its port open. Replies are lost whole: on one that ends
-/// within the description of its columns MariaDB's driver itself crashes, however it is called, unless every
-/// query is prepared apart, which would cost a round trip each.
+/// How the connection fails: cut off; cut off in the middle of a statement or of a reply; one connection that
+/// never answers again; the server dead; the whole server frozen, its port open.
 enum class Averia { Ninguna, Corte, Mitad, Silencio, Muerte, Pasmo };
 
 class Portero {
@@ -165,7 +163,7 @@ class Portero {
     const ssize_t n = par.mudo ? 0 : recv(par.lados[lado], bloque.data(), bloque.size(), 0);
     if (n <= 0) return Cierra(par);
     const bool ahora = ++trozos_ == trozo_;
-    const ssize_t pasan = !ahora ? n : averia_ == Averia::Mitad && lado == 0 ? n / 2 : 0;
+    const ssize_t pasan = !ahora ? n : averia_ == Averia::Mitad ? n / 2 : 0;
     for (ssize_t hechos = 0; hechos < pasan;) {
       const ssize_t k = send(par.lados[1 - lado], bloque.data() + hechos,
                              static_cast<std::size_t>(pasan - hechos), MSG_NOSIGNAL);

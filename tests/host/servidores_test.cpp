@@ -92,7 +92,7 @@ class Servidores : public testing::Test {
   void SetUp() override {
     const char* servidor = std::getenv("ZUVI_MARIADB");
     if (!servidor || !*servidor) GTEST_SKIP() << "ZUVI_MARIADB is not set";
-    AnfitrionEn(servidor)->RehaceTienda();
+    const Tienda de_nuevo{std::string(servidor)};
     CadenaOdbc cadena(servidor);
     portero = std::make_unique<Portero>(static_cast<std::uint16_t>(std::stoi(cadena.Trae("PORT"))));
     cadena.Quita("SOCKET");
