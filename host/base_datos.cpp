@@ -178,6 +178,7 @@ void BaseDatosOdbc::AntesDeEscribir() {
 void BaseDatosOdbc::Reabre() {
   const auto inicio = Reloj::now();
   if (reabriendo_ || inicio < siguiente_intento_) throw ConexionPerdida(fallo_);
+  const std::shared_ptr<void> al_salir(nullptr, [this](void*) { reabriendo_ = false; });
   reabriendo_ = true;
   try {
     sesion_.emplace(cadena_);
@@ -190,10 +191,8 @@ void BaseDatosOdbc::Reabre() {
     se_perdio_ = true;
     fallo_ = error.what();
     siguiente_intento_ = Reloj::now() + (Reloj::now() - inicio);
-    reabriendo_ = false;
     throw ConexionPerdida(fallo_, error.NativeCode());
   }
-  reabriendo_ = false;
 }
 
 void BaseDatosOdbc::AnotaFin(Genero genero) {
@@ -207,7 +206,6 @@ void BaseDatosOdbc::AnotaFin(Genero genero) {
 void BaseDatosOdbc::Abandona() {
   sesion_->Abandona();
   sesion_.reset();
-  se_perdio_ = true;
 }
 
 void BaseDatosOdbc::Atiende(const HostError& error, Genero genero, Reloj::time_point inicio, bool repetida) {
@@ -223,6 +221,8 @@ void BaseDatosOdbc::Atiende(const HostError& error, Genero genero, Reloj::time_p
   std::string texto = tardo < kCorte ? "Se perdió la conexión con el servidor de la base de datos."
                                      : "El servidor de la base de datos dejó de responder.";
   bool en_duda = false;
+  // What was healed unnoticed does not count: the work goes on.
+  se_perdio_ = true;
   transaccion_ = Estado::Ninguna;
   if (genero == Genero::Confirmacion) {
     en_duda = true;
@@ -244,7 +244,6 @@ void BaseDatosOdbc::Atiende(const HostError& error, Genero genero, Reloj::time_p
 void BaseDatosOdbc::OlvidaPerdida() {
   se_perdio_ = false;
   siguiente_intento_ = {};
-  if (transaccion_ == Estado::Perdida) transaccion_ = Estado::Ninguna;
 }
 
 std::shared_ptr<Recordset> BaseDatosOdbc::Abre(const std::string& sql, Resultado resultado) {

@@ -30,6 +30,9 @@ bool EstaEn(const Lista& lista, std::string_view palabra) {
                   ", que alcanza archivos o código fuera de la base, y no se ejecutó.");
 }
 
+/// To SQLite a blank where a word begins, and part of it further on.
+constexpr std::string_view kMarcaDeOrden = "\xEF\xBB\xBF";
+
 bool EsBlanco(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 bool EsLetra(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '$' ||
@@ -45,6 +48,10 @@ class Lector {
     bool terminada = false;
     while (pos_ < sql_.size()) {
       if (SaltaComentario()) continue;
+      if (!maria_ && Empieza(kMarcaDeOrden)) {
+        pos_ += kMarcaDeOrden.size();
+        continue;
+      }
       const char c = sql_[pos_];
       if (EsBlanco(c)) {
         ++pos_;
@@ -69,8 +76,8 @@ class Lector {
   }
 
   bool SaltaComentario() {
-    if (Empieza("--") &&
-        (!maria_ || pos_ + 2 == sql_.size() || sql_[pos_ + 2] <= ' ' || sql_[pos_ + 2] == 127)) {
+    if (Empieza("--") && (!maria_ || pos_ + 2 == sql_.size() ||
+                          static_cast<unsigned char>(sql_[pos_ + 2]) <= ' ' || sql_[pos_ + 2] == 127)) {
       SaltaHasta("\n", pos_ + 2);
     } else if (maria_ && Empieza("#")) {
       SaltaHasta("\n", pos_ + 1);
@@ -101,7 +108,14 @@ class Lector {
     } else if (EsLetra(c)) {
       const std::size_t inicio = pos_;
       while (pos_ < sql_.size() && EsLetra(sql_[pos_])) ++pos_;
-      Palabra(sql_.substr(inicio, pos_ - inicio));
+      const std::string_view palabra = sql_.substr(inicio, pos_ - inicio);
+      // A variable of SQLite's goes on to the closing parenthesis, quotes included.
+      const bool variable =
+          palabra.find('$') != std::string_view::npos ||
+          (inicio > 0 && std::string_view(":@#").find(sql_[inicio - 1]) != std::string_view::npos);
+      if (!maria_ && variable && pos_ < sql_.size() && sql_[pos_] == '(')
+        Rechaza("una variable con paréntesis");
+      Palabra(palabra);
     } else {
       if (c == '(' && EstaEn(kFunciones, anterior_)) Rechaza(anterior_);
       anterior_ = {};
@@ -177,17 +191,36 @@ bool HayFile(std::string_view sql) {
 bool Sospechosa(Motor motor, std::string_view sql) {
   if (sql.find(';') != std::string_view::npos) return true;
   if (motor == Motor::MariaDb && sql.find("/*") != std::string_view::npos) return true;
+  if (motor == Motor::Sqlite && sql.find(kMarcaDeOrden) != std::string_view::npos) return true;
   for (std::size_t i = sql.find('_'); i != std::string_view::npos; i = sql.find('_', i + 1))
     for (const std::string_view prefijo : {"load", "blob", "fts3", "sys", "pragma"})
       if (Acaba(sql.substr(0, i), prefijo)) return true;
   return HayFile(sql);
 }
 
+/// Without what may stand in front of a statement: blanks, comments, opening parentheses.
+std::string_view SinPreambulo(std::string_view sql) {
+  for (;;) {
+    const auto tras = [&](std::string_view fin) {
+      const std::size_t hallado = sql.find(fin);
+      sql.remove_prefix(hallado == std::string_view::npos ? sql.size() : hallado + fin.size());
+    };
+    if (!sql.empty() && (EsBlanco(sql.front()) || sql.front() == '('))
+      sql.remove_prefix(1);
+    else if (sql.starts_with(kMarcaDeOrden))
+      sql.remove_prefix(kMarcaDeOrden.size());
+    else if (sql.starts_with("/*") && !sql.starts_with("/*!") && !sql.starts_with("/*M!"))
+      tras("*/");
+    else if (sql.starts_with("-- "))
+      tras("\n");
+    else
+      return sql;
+  }
+}
+
 /// The first word in small letters; empty when the text starts with something else than a word.
 std::string PrimeraPalabra(std::string_view sql) {
-  const auto inicio =
-      std::min(static_cast<std::size_t>(std::ranges::find_if_not(sql, EsBlanco) - sql.begin()), sql.size());
-  sql.remove_prefix(inicio);
+  sql = SinPreambulo(sql);
   const auto fin = static_cast<std::size_t>(std::ranges::find_if_not(sql, EsLetra) - sql.begin());
   std::string palabra(sql.substr(0, std::min<std::size_t>(fin, 12)));
   std::ranges::transform(palabra, palabra.begin(), Minuscula);
@@ -220,15 +253,15 @@ void ExigeSoloLee(std::string_view sql) {
   const std::string palabra = PrimeraPalabra(sql);
   if (palabra == "with" || GeneroDe(palabra, sql) == Genero::Lectura) return;
   if (palabra == "pragma") {
-    const std::string pragma = Minusculas(sql);
-    // Those that only tell; with "=" even they would set something.
-    constexpr std::array<std::string_view, 9> kCuentan{"table_info",    "table_xinfo",     "table_list",
-                                                       "index_list",    "index_info",      "index_xinfo",
-                                                       "database_list", "integrity_check", "foreign_key"};
-    const bool cuenta = std::ranges::any_of(
-        kCuentan, [&](std::string_view una) { return pragma.find(una) != std::string::npos; });
-    if (cuenta && pragma.find('=') == std::string::npos && pragma.find("foreign_keys") == std::string::npos)
-      return;
+    std::string_view resto = SinPreambulo(sql).substr(palabra.size());
+    resto.remove_prefix(std::min(resto.find_first_not_of(" \t\r\n"), resto.size()));
+    std::string pragma = Minusculas(resto.substr(0, resto.find_first_of(" \t\r\n(=;")));
+    if (const auto punto = pragma.find('.'); punto != std::string::npos) pragma.erase(0, punto + 1);
+    // Those that only tell, with an argument or without.
+    constexpr std::array<std::string_view, 10> kCuentan{
+        "table_info",  "table_xinfo",   "table_list",      "index_list",       "index_info",
+        "index_xinfo", "database_list", "integrity_check", "foreign_key_list", "foreign_key_check"};
+    if (EstaEn(kCuentan, pragma) && resto.find('=') == std::string_view::npos) return;
   }
   throw HostError(
       "Esta conexión es de solo lectura: se admiten SELECT, WITH, VALUES, SHOW, DESCRIBE y EXPLAIN. No se "

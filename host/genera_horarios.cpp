@@ -81,7 +81,8 @@ std::int64_t GeneraDia(BaseDatos& base, const Alcance& alcance, std::int32_t cua
         ") AND (turnos.descanso IS NULL OR turnos.descanso <> " +
         Literal(base.TraeMotor(), std::string(DiaDeLaSemana(fecha))) + ")" + alcance.del_turno);
     if (nuevos == 0) return 0;
-    if (nuevos < cuantos) TomaFoliosEn(transaccion, "horarios", static_cast<std::int32_t>(nuevos) - cuantos);
+    // Members may have come or gone since they were counted; nobody else takes numbers meanwhile.
+    if (nuevos != cuantos) TomaFoliosEn(transaccion, "horarios", static_cast<std::int32_t>(nuevos) - cuantos);
     transaccion.Confirma();
     return nuevos;
   });

@@ -17,6 +17,8 @@ namespace {
 // several statements in one text, which we never allow.
 constexpr unsigned kFilasHalladas = 2;
 constexpr unsigned kVariasSentencias = 1u << 26;
+// Its own reconnection would go on in the middle of a transaction, without our settings.
+constexpr unsigned kReconecta = 1u << 22;
 
 bool EsSqlite(std::string_view nombre) { return Minusculas(nombre).find("sqlite") != std::string::npos; }
 
@@ -38,7 +40,8 @@ std::string ConAjustes(const std::string& cadena, const Limites& limites) {
   const std::string dada = atributos.Trae("OPTION");
   unsigned opciones = 0;
   std::from_chars(dada.data(), dada.data() + dada.size(), opciones);
-  atributos.Pon("OPTION", std::to_string((opciones | kFilasHalladas) & ~kVariasSentencias));
+  atributos.Pon("OPTION", std::to_string((opciones | kFilasHalladas) & ~(kVariasSentencias | kReconecta)));
+  atributos.Quita("AUTO_RECONNECT");
   atributos.Pon("CHARSET", "utf8mb4");
   return atributos.Texto();
 }

@@ -7,7 +7,8 @@ std::string TurnoElegido(Object& ventana) {
   const Value elegido = AObjeto(ventana.Call("lv", std::span(&indice, 1)))->Call("SelectedItem");
   if (!elegido.IsObject() || !AObjeto(elegido)) return {};
   // The list puts a letter before each key.
-  return ATexto(AObjeto(elegido)->Call("Key")).substr(1);
+  const std::string clave = ATexto(AObjeto(elegido)->Call("Key"));
+  return clave.empty() ? clave : clave.substr(1);
 }
 
 std::string TurnoDeQuienPregunta(const std::vector<ObjectPtr>& ventanas) {

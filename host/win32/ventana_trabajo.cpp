@@ -37,6 +37,17 @@ struct FuenteSistema {
   HFONT fuente = nullptr;
 };
 
+bool EsDeEsteProceso(HWND ventana) {
+  DWORD proceso = 0;
+  // The desktop in front, or nobody, is no other program.
+  return !ventana || ventana == GetDesktopWindow() || (GetWindowThreadProcessId(ventana, &proceso) && proceso == GetCurrentProcessId());
+}
+
+bool EsPulsacion(UINT mensaje) {
+  return mensaje == WM_LBUTTONDOWN || mensaje == WM_LBUTTONUP || mensaje == WM_LBUTTONDBLCLK ||
+         mensaje == WM_NCLBUTTONDOWN;
+}
+
 HINSTANCE Modulo() {
   HMODULE modulo = nullptr;
   GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
@@ -57,10 +68,27 @@ struct VentanaTrabajo::Partes {
 
   static LRESULT CALLBACK Procedimiento(HWND ventana, UINT mensaje, WPARAM w, LPARAM l) {
     auto* partes = reinterpret_cast<Partes*>(GetWindowLongPtrW(ventana, GWLP_USERDATA));
-    if (partes && mensaje == WM_MOUSEACTIVATE && GetTickCount() - partes->aparecio < kSinEfecto)
-      return MA_NOACTIVATEANDEAT;
-    const bool cancela =
-        mensaje == WM_CLOSE || mensaje == WM_HOTKEY || (mensaje == WM_COMMAND && LOWORD(w) == IDCANCEL);
+    switch (mensaje) {
+      case WM_MOUSEACTIVATE:
+        return MA_NOACTIVATE;
+      case WM_NCLBUTTONDOWN:
+        // The rest of the frame would run a loop of the system's, and the whole program in it.
+        if (w == HTCLOSE) PostMessageW(ventana, WM_CLOSE, 0, 0);
+        return 0;
+      case WM_NCLBUTTONDBLCLK:
+      case WM_NCRBUTTONDOWN:
+      case WM_NCRBUTTONUP:
+      case WM_CONTEXTMENU:
+        return 0;
+      case WM_SYSCOMMAND:
+        if ((w & 0xFFF0) != SC_CLOSE) return 0;
+        break;
+      default:
+        break;
+    }
+    // The key is the system's: pressed in another program it means that one.
+    const bool tecla = mensaje == WM_HOTKEY && EsDeEsteProceso(GetForegroundWindow());
+    const bool cancela = mensaje == WM_CLOSE || tecla || (mensaje == WM_COMMAND && LOWORD(w) == IDCANCEL);
     if (partes && cancela) {
       partes->cancelado = true;
       SetWindowTextW(partes->texto2, L"Cancelando…");
@@ -149,6 +177,8 @@ void VentanaTrabajo::Avanza(std::int32_t paso, const std::string& texto, const s
 bool VentanaTrabajo::Atiende() {
   MSG mensaje;
   while (partes_->ventana && PeekMessageW(&mensaje, partes_->ventana, 0, 0, PM_REMOVE)) {
+    // Pressed before anybody could have seen this window, however late it is handled.
+    if (EsPulsacion(mensaje.message) && mensaje.time - partes_->aparecio < kSinEfecto) continue;
     TranslateMessage(&mensaje);
     DispatchMessageW(&mensaje);
   }

@@ -67,8 +67,8 @@ void VentanasInteraccion::MuestraDocumento(const std::string& archivo) {
 }
 
 bool VentanasInteraccion::Cancelado() {
-  if (cancelado_) return true;
   const auto lleva = vigia_.Llamada();
+  if (cancelado_) return true;
   if (const auto abierta = progreso_.lock())
     cancelado_ = abierta->Atiende();
   else
@@ -80,10 +80,12 @@ bool VentanasInteraccion::Cancelado() {
 
 bool VentanasInteraccion::AtiendeEspera(std::chrono::milliseconds lleva) {
   if (!espera_ && lleva > kPacienciaSinVentana) {
-    espera_ = std::make_unique<VentanaTrabajo>(OpcionesTrabajo{.titulo = "Operación en curso"});
+    espera_ = std::make_shared<VentanaTrabajo>(OpcionesTrabajo{.titulo = "Operación en curso"});
     espera_->Avanza(0, "El trabajo sigue.", "");
   }
-  return espera_ && espera_->Atiende();
+  // A message of its own may end the job it belongs to.
+  const auto abierta = espera_;
+  return abierta && abierta->Atiende();
 }
 
 bool VentanasInteraccion::PreguntaSiTermina() {

@@ -44,7 +44,7 @@ class VentanasInteraccion final : public Interaccion {
   Impresion impresion_;
   Win32Desktop& escritorio_;
   VigiaTrabajo vigia_{[this] { AlTerminarTrabajo(); }};
-  std::unique_ptr<VentanaTrabajo> espera_;  // shown by ourselves when work takes long
+  std::shared_ptr<VentanaTrabajo> espera_;  // shown by ourselves when work takes long
   std::weak_ptr<VentanaTrabajo> progreso_;  // the one a progress object has open
   bool cancelado_ = false;
 };

@@ -18,8 +18,9 @@ class VigiaTrabajo {
 
   /// Notes a call of the host; returns how long its job has been going on.
   std::chrono::milliseconds Llamada();
-  /// Message boxes that the present job has brought up since it began or since `OlvidaCajas`.
-  int Cajas() const { return cajas_; }
+  /// Message boxes that the present job has brought up since it began or since `OlvidaCajas`; none for a call
+  /// from behind one of them, which is somebody else's work.
+  int Cajas() const { return ajena_ ? 0 : cajas_; }
   void OlvidaCajas() { cajas_ = 0; }
 
  private:
@@ -31,10 +32,11 @@ class VigiaTrabajo {
   std::function<void()> al_terminar_;
   native::LoopTimer reposo_{[this] { AlReposo(); }};
   bool en_curso_ = false;
-  bool hay_ciclo_ = false;         // the thread has handled messages while it was watched
-  bool llamada_tras_caja_ = true;  // what box comes next is another one
+  bool hay_ciclo_ = false;  // the thread has handled messages while it was watched
+  bool ajena_ = false;      // the last call came while a box of the job stands
   int cajas_ = 0;
-  std::vector<HWND> de_antes_;  // dialogs that stood when the job began: the program's own
+  HWND contada_ = nullptr;      // the box counted last, while it stands
+  std::vector<HWND> de_antes_;  // boxes that stood when the job began
   Reloj::time_point inicio_{}, ultima_{};
 };
 

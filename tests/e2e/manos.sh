@@ -37,10 +37,10 @@ window() { await_window "$1" || give_up "ventana $1"; }
 
 # every STEP COMMAND…: runs it once and waits for the rest of the step.
 every() {
-  local step=$1 start=$EPOCHREALTIME
+  local step=$1 start=${EPOCHREALTIME/,/.}
   shift
   "$@"
-  sleep "$(awk -v a="$start" -v b="$EPOCHREALTIME" -v s="$step" 'BEGIN {d = s - (b - a); print (d > 0 ? d : 0)}')"
+  sleep "$(LC_ALL=C awk -v a="$start" -v b="${EPOCHREALTIME/,/.}" -v s="$step" 'BEGIN {d = s - (b - a); print (d > 0 ? d : 0)}')"
 }
 # A code as a reader sends it, with its Enter.
 scan() { timeout 20 xdotool key --delay 4 $(sed 's/./& /g' <<<"$1") Return; }
@@ -122,6 +122,12 @@ grid() { # order step
   sleep 0.3
   for ((i = 0; i < 40; i++)); do every "$2" number_down "$((11 + i))"; done
   becomes "rejilla cada $2 s, $program" "SELECT cantidad FROM oppart WHERE op = $1 ORDER BY id_entrada" "$expected"
+  # A number that can be read in two ways is refused; what is typed while that is said goes on from there.
+  keys Up Up Up Up Up 1 comma 6 9 0 Return
+  await_box '^ZuviProduccion$' || give_up "cantidad rechazada"
+  for i in 71 72 73; do every "$2" number_down "$i"; done
+  keys Return
+  becomes "rejilla tras un aviso" "SELECT cantidad FROM oppart WHERE op = $1 AND cantidad > 60 ORDER BY id_entrada" '71;72;73;'
   picture "rejilla-$2"
   stop
 }

@@ -140,9 +140,10 @@ TEST_P(Odbc, UnaSolaSentenciaPorLlamada) {
 TEST_P(Odbc, SoloLecturaLaImponeElMotor) {
   Agrega(1);
   base_->SoloLectura();
-  for (const char* sql : {"DELETE FROM odbc_t", "UPDATE odbc_t SET n = 2", "DROP TABLE odbc_t", "COMMIT",
-                          "PRAGMA query_only = 0", "PRAGMA journal_mode(delete)",
-                          "SET SESSION TRANSACTION READ WRITE", "BEGIN", "VACUUM"})
+  for (const char* sql :
+       {"DELETE FROM odbc_t", "UPDATE odbc_t SET n = 2", "DROP TABLE odbc_t", "COMMIT",
+        "PRAGMA query_only = 0", "PRAGMA journal_mode(delete)", "PRAGMA journal_mode(DELETE) -- table_info",
+        "/* SELECT */ DELETE FROM odbc_t", "SET SESSION TRANSACTION READ WRITE", "BEGIN", "VACUUM"})
     EXPECT_THAT(ErrorDe([&] { base_->Ejecuta(sql); }).what(), HasSubstr("solo lectura")) << sql;
   // These look like queries; the engine refuses them.
   for (const char* sql : {"WITH x AS (SELECT 1 AS n) DELETE FROM odbc_t",
@@ -150,6 +151,7 @@ TEST_P(Odbc, SoloLecturaLaImponeElMotor) {
     EXPECT_THROW(base_->Ejecuta(sql), HostError) << sql;
   EXPECT_EQ(Filas(), 1);
   EXPECT_EQ(base_->Consulta("WITH x AS (SELECT 3 AS n) SELECT n FROM x")->Campo(0), Value(3));
+  EXPECT_EQ(base_->Consulta("/* una */ SELECT 4")->Campo(0), Value(4));
   base_ = BaseDatos::Abre(GetParam(), traza_);
 }
 

@@ -296,6 +296,19 @@ TEST_F(Servidores, UnaTransaccionNoSigueEnOtraConexionNiSeRepite) {
   EXPECT_FALSE(anfitrion->SePerdioConexion());
   EXPECT_EQ(b.Consulta("SELECT 7")->Campo(0), Value(7));
 
+  // A cut that a query healed does not end the work that is going on.
+  portero->Rompe(Averia::Corte);
+  EXPECT_EQ(b.Consulta("SELECT 6")->Campo(0), Value(6));
+  EXPECT_FALSE(anfitrion->SePerdioConexion());
+  // A transaction of a script's is lost until it ends it, whatever begins meanwhile.
+  b.Ejecuta("BEGIN");
+  portero->Rompe(Averia::Corte);
+  EXPECT_THROW(b.Ejecuta(anota(906)), ConexionPerdida);
+  anfitrion->NuevaOperacion();
+  EXPECT_THROW(b.Ejecuta(anota(907)), ConexionPerdida);
+  b.Ejecuta("ROLLBACK");
+  EXPECT_EQ(cuenta(), antes);
+
   // The answer to a COMMIT, or to a statement alone, gets lost: it is done, once, and nobody claims to know.
   const struct {
     std::vector<std::string> textos;

@@ -214,6 +214,15 @@ TEST_P(Turnos, MientrasGeneraLasVentanasContestan) {
   EXPECT_EQ(otra_vez.renglones, 0);
   EXPECT_EQ(otra_vez.dias, 7);
   EXPECT_EQ(t.Numero(ultimo), folio);
+  // Somebody joins while it runs: from the next day on there is one more, and the numbers still fit.
+  int dias = 0;
+  GeneraHorarios(*t.anfitrion, "Matutino", {Fecha::DesdeCivil({2026, 12, 14}), 3}, [&] {
+    if (++dias == 1)
+      t.Base().Ejecuta("INSERT INTO turnoempleado (turno, empleado) VALUES ('Matutino', 'E99')");
+    return true;
+  });
+  EXPECT_EQ(t.Numero("SELECT COUNT( * ) FROM horarios WHERE Empleado = 'E99'"), 2);
+  EXPECT_EQ(t.Numero("SELECT MAX(id) FROM horarios"), t.Numero(ultimo));
   // Closing the window ends it.
   t.anfitrion->PonInteraccion(std::make_unique<Manos>([&] { return ventana->Unload(); }));
   generar.Click();

@@ -2,23 +2,30 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <utility>
 
 namespace zuvi::native {
 namespace {
 
 constexpr UINT kLook = 60;           // milliseconds between two looks for the moment to type
-constexpr DWORD kQuiet = 200;        // a reader that is sending leaves shorter gaps
+constexpr int kPatience = 333;       // looks: twenty seconds
 constexpr UINT kSingleLetter = 150;  // after which a letter stands for itself
-constexpr auto kPatience = std::chrono::seconds(20);
 
 bool IsDown(int key) { return ::GetKeyState(key) < 0; }
 
-/// Time since the user last touched keyboard or mouse.
-DWORD Quiet() {
-  LASTINPUTINFO last{sizeof last, 0};
-  return ::GetLastInputInfo(&last) ? ::GetTickCount() - last.dwTime : kQuiet;
+/// Whether a key ends what was typed before it.
+bool EndsEntry(WPARAM key) {
+  constexpr std::array<WPARAM, 4> kEnds{VK_RETURN, VK_TAB, VK_DOWN, VK_UP};
+  return std::ranges::find(kEnds, key) != kEnds.end();
+}
+/// Whether a key can be the beginning of a text.
+bool Types(WPARAM key) { return key == VK_SPACE || key >= '0'; }
+
+/// What a hook of this thread is to reach: the system hands it nothing of ours.
+template <class T>
+T*& OfThisThread() {
+  thread_local T* current = nullptr;
+  return current;
 }
 
 struct Button {
@@ -44,7 +51,7 @@ BOOL CALLBACK HasLetter(HWND child, LPARAM param) {
 /// Hears the keys of one box before the box does.
 class MessageBoxes::Guard {
  public:
-  Guard() : outer_(std::exchange(Current(), this)) {
+  explicit Guard(HWND owner) : owner_(owner), outer_(std::exchange(OfThisThread<Guard>(), this)) {
     hook_ = ::SetWindowsHookExW(WH_MSGFILTER, &Filter, nullptr, ::GetCurrentThreadId());
   }
   Guard(const Guard&) = delete;
@@ -52,25 +59,23 @@ class MessageBoxes::Guard {
   ~Guard() {
     if (hook_) ::UnhookWindowsHookEx(hook_);
     if (timer_) ::KillTimer(nullptr, timer_);
-    Current() = outer_;
+    OfThisThread<Guard>() = outer_;
   }
 
-  static bool Standing() { return Current() != nullptr; }
+  static bool Standing() { return OfThisThread<Guard>() != nullptr; }
   std::vector<Entry> Take() {
     if (!open_.text.empty()) entries_.push_back(std::exchange(open_, {}));
+    for (Entry& entry : entries_) entry.window = owner_;
     return std::move(entries_);
   }
 
  private:
-  // The system hands a hook nothing of ours: the box that stands on this thread is found here.
-  static Guard*& Current() {
-    thread_local Guard* current = nullptr;
-    return current;
-  }
-
   static LRESULT CALLBACK Filter(int code, WPARAM w, LPARAM l) {
     try {
-      if (code >= 0 && Current() && Current()->Takes(*reinterpret_cast<const MSG*>(l))) return 1;
+      Guard* const guard = OfThisThread<Guard>();
+      if ((code == MSGF_DIALOGBOX || code == MSGF_MESSAGEBOX) && guard &&
+          guard->Takes(*reinterpret_cast<const MSG*>(l)))
+        return 1;
     } catch (...) {
       // Out of memory: the key goes where it would have gone.
     }
@@ -78,37 +83,46 @@ class MessageBoxes::Guard {
   }
   static void CALLBACK Single(HWND, UINT, UINT_PTR timer, DWORD) {
     ::KillTimer(nullptr, timer);
-    if (Current() && Current()->timer_ == timer) Current()->Answer();
+    Guard* const guard = OfThisThread<Guard>();
+    if (guard && guard->timer_ == timer) guard->Answer();
   }
 
+  /// The windows of the thread that the box does not block are nobody's business here.
+  bool IsInBox(HWND window) {
+    const HWND root = ::GetAncestor(window, GA_ROOT);
+    if (root == box_) return root != nullptr;
+    wchar_t name[8] = L"";
+    ::GetClassNameW(root, name, static_cast<int>(std::size(name)));
+    if (std::wstring_view(name) != L"#32770" || ::GetWindow(root, GW_OWNER) != owner_) return false;
+    box_ = root;
+    return true;
+  }
   bool Takes(const MSG& message) {
+    if ((message.message != WM_KEYDOWN && message.message != WM_CHAR) || !IsInBox(message.hwnd)) return false;
     if (message.message == WM_KEYDOWN) return TakesKey(message);
-    if (message.message != WM_CHAR) return false;
     const auto character = static_cast<wchar_t>(message.wParam);
     if (character == L'\b' && !open_.text.empty()) open_.text.pop_back();
     if (character < L' ' || character == 0x7F) return true;
     open_.text += character;
-    if (open_.text.size() == 1 && entries_.empty()) {
-      box_ = ::GetAncestor(message.hwnd, GA_ROOT);
-      timer_ = ::SetTimer(nullptr, 0, kSingleLetter, &Single);
-    }
+    if (open_.text.size() == 1 && entries_.empty()) timer_ = ::SetTimer(nullptr, 0, kSingleLetter, &Single);
     return true;
   }
   bool TakesKey(const MSG& message) {
-    constexpr std::array<WPARAM, 4> kEnds{VK_RETURN, VK_TAB, VK_DOWN, VK_UP};
-    if (std::ranges::find(kEnds, message.wParam) != kEnds.end()) {
+    if (EndsEntry(message.wParam)) {
       if (open_.text.empty()) return false;
       open_.end = message.wParam;
       entries_.push_back(std::exchange(open_, {}));
       ::MessageBeep(MB_ICONWARNING);
       return true;
     }
+    // Who leaves by Escape gives up what he was in the middle of.
+    if (message.wParam == VK_ESCAPE) open_.text.clear();
     const bool shortcut = IsDown(VK_CONTROL) && !IsDown(VK_MENU);
     if (shortcut || message.wParam == VK_ESCAPE || (message.wParam == VK_SPACE && open_.text.empty()))
       return false;
     // Whether it is a character is the keyboard's to say; then that comes here as well.
     ::TranslateMessage(&message);
-    return message.wParam == VK_BACK || message.wParam == VK_SPACE || message.wParam >= '0';
+    return message.wParam == VK_BACK || Types(message.wParam);
   }
   /// A letter alone presses its button.
   void Answer() {
@@ -121,6 +135,7 @@ class MessageBoxes::Guard {
     ::PostMessageW(button.found, BM_CLICK, 0, 0);
   }
 
+  HWND owner_;
   Guard* outer_;
   HHOOK hook_ = nullptr;
   HWND box_ = nullptr;
@@ -129,12 +144,14 @@ class MessageBoxes::Guard {
   std::vector<Entry> entries_;
 };
 
+MessageBoxes::~MessageBoxes() { Stop(); }
+
 int MessageBoxes::Show(const std::wstring& text, const wchar_t* title, UINT style) noexcept {
   const HWND owner = ::GetActiveWindow();
   std::vector<Entry> entries;
   int answer = 0;
   {
-    Guard guard;
+    Guard guard(owner);
     ::MessageBeep(style & MB_ICONMASK);
     answer = ::MessageBoxW(owner, text.c_str(), title, style);
     try {
@@ -144,45 +161,95 @@ int MessageBoxes::Show(const std::wstring& text, const wchar_t* title, UINT styl
     }
   }
   try {
-    if (!entries.empty()) Keep(std::move(entries), owner);
+    if (!entries.empty()) Keep(std::move(entries));
   } catch (...) {
     ::MessageBeep(MB_ICONERROR);
   }
   return answer;
 }
 
-void MessageBoxes::Keep(std::vector<Entry> entries, HWND window) {
+void MessageBoxes::Keep(std::vector<Entry> entries) {
   // What still waits was read before these.
   for (Entry& entry : entries) waiting_.push_back(std::move(entry));
-  destination_ = window;
-  since_ = std::chrono::steady_clock::now();
+  in_entry_ = false;
+  elsewhere_ = 0;
+  // Timer and hook point into this program file, which must not go while they are set; how long that is, the
+  // user decides.
+  HMODULE pinned = nullptr;
+  ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                       reinterpret_cast<LPCWSTR>(&Hear), &pinned);
+  OfThisThread<MessageBoxes>() = this;
+  if (!ear_) ear_ = ::SetWindowsHookExW(WH_KEYBOARD, &Hear, nullptr, ::GetCurrentThreadId());
   if (!clock_.Start(kLook)) GiveUp();
 }
 
-void MessageBoxes::Deliver() {
-  if (Guard::Standing()) return;
-  const HWND focus = ::GetFocus();
-  const bool there =
-      focus && ::GetAncestor(focus, GA_ROOT) == destination_ && ::IsWindowEnabled(destination_);
-  if (there && Quiet() >= kQuiet) return TypeNext(focus);
-  if (!::IsWindowVisible(destination_) || std::chrono::steady_clock::now() - since_ > kPatience) GiveUp();
+LRESULT CALLBACK MessageBoxes::Hear(int code, WPARAM key, LPARAM flags) {
+  MessageBoxes* const self = OfThisThread<MessageBoxes>();
+  const bool pressed = (static_cast<DWORD>(flags) & 0x80000000u) == 0;
+  if (code == HC_ACTION && self && pressed && !Guard::Standing()) {
+    if (EndsEntry(key) || key == VK_ESCAPE)
+      self->in_entry_ = false;
+    else if (Types(key))
+      self->in_entry_ = true;
+  }
+  return ::CallNextHookEx(nullptr, code, key, flags);
 }
 
-void MessageBoxes::TypeNext(HWND focus) {
-  const Entry entry = std::move(waiting_.front());
+void MessageBoxes::Deliver() {
+  const HWND window = waiting_.front().window;
+  if (!::IsWindowVisible(window)) return GiveUp();
+  if (Guard::Standing() || !::IsWindowEnabled(window)) {
+    elsewhere_ = 0;
+    return;
+  }
+  const HWND focus = ::GetFocus();
+  if (!focus || ::GetAncestor(focus, GA_ROOT) != window) {
+    if (++elsewhere_ > kPatience) GiveUp();
+    return;
+  }
+  elsewhere_ = 0;
+  if (in_entry_) return;
+  Entry entry = std::move(waiting_.front());
   waiting_.pop_front();
-  if (waiting_.empty()) clock_.Stop();
-  since_ = std::chrono::steady_clock::now();
-  for (const wchar_t character : entry.text) ::SendMessageW(focus, WM_CHAR, character, 1);
-  // Posted: what it sets off may open a box of its own, and belongs to the loop.
-  if (entry.end != 0) ::PostMessageW(focus, WM_KEYDOWN, entry.end, 1);
+  if (waiting_.empty()) Stop();
+  Type(std::move(entry));
+}
+
+void MessageBoxes::Type(Entry entry) {
+  // The first character may open an editor that takes the keyboard.
+  const auto there = [&entry] {
+    const HWND focus = ::GetFocus();
+    return !Guard::Standing() && focus && ::GetAncestor(focus, GA_ROOT) == entry.window ? focus : nullptr;
+  };
+  while (!entry.text.empty()) {
+    const HWND focus = there();
+    if (!focus) break;
+    const wchar_t character = entry.text.front();
+    entry.text.erase(0, 1);
+    ::SendMessageW(focus, WM_CHAR, character, 1);
+  }
+  const HWND focus = there();
+  if (entry.text.empty() && entry.end == 0) return;
+  if (entry.text.empty() && focus) {
+    // Posted: what it sets off may open a box of its own, and belongs to the loop.
+    ::PostMessageW(focus, WM_KEYDOWN, entry.end, 1);
+    return;
+  }
+  waiting_.push_front(std::move(entry));
+  clock_.Start(kLook);
 }
 
 void MessageBoxes::GiveUp() {
   std::wstring text = L"Mientras había un mensaje en pantalla se leyó lo siguiente, que no se usó:\r\n";
   for (const Entry& entry : std::exchange(waiting_, {})) text += L"\r\n" + entry.text;
-  clock_.Stop();
+  Stop();
   Show(text, L"Zuvi", MB_OK | MB_ICONWARNING);
+}
+
+void MessageBoxes::Stop() {
+  clock_.Stop();
+  if (ear_) ::UnhookWindowsHookEx(std::exchange(ear_, nullptr));
+  if (OfThisThread<MessageBoxes>() == this) OfThisThread<MessageBoxes>() = nullptr;
 }
 
 }  // namespace zuvi::native
