@@ -14,9 +14,6 @@ make_temp temp
 cd "$temp" || exit 1
 run_zuvi() { timeout 60 "$zuvi" --base "$base" --usuario E2E "$@" </dev/null; }
 
-run_isql() { timeout 60 isql -k "$source_string" -b "$@"; }
-value() { printf '%s\n' "$1" | run_isql -x0x7c 2>/dev/null | tr -d '\r' | awk 'NF' | sed 's/\.0*\(|\|$\)/\1/g' | tr '\n' ';'; }
-
 statements() { # from this many on
   if [ -n "$log" ]; then
     awk -v base="$database" -f "$here/bitacora.awk" "$log" | tail -n "+$(($1 + 1))"
@@ -48,7 +45,7 @@ operation() { # name expected-exit-code arguments…
 }
 
 run_zuvi crea >out 2>&1 || { cat out; check "crear la tienda" no sí; finish; }
-run_isql <"$here/datos.sql" >out 2>&1 || cat out
+sql "$(cat "$here/datos.sql")" >out || cat out
 check "datos puestos" "$(value "SELECT COUNT(*) FROM oppart WHERE op > 9000")" "6;"
 
 figures="SELECT articulo, almacen, ROUND(cantidad * 1000), valor FROM existencias WHERE articulo LIKE 'E2E-%' ORDER BY articulo"
