@@ -65,12 +65,12 @@ class Fallas : public testing::TestWithParam<Parametros> {};
 
 TEST_P(Fallas, LoEjecutadoEsUnComienzoDeLoLimpio) {
   const auto& [operacion, modo] = GetParam();
-  const auto& [por_nombre, clase, persistente] = modo;
+  const auto& [clase, persistente] = modo;
   std::vector<Marco> limpios;
   int n = 0;
   for (int fallas = 1; fallas > 0; ++n) {
     SCOPED_TRACE(n);
-    Taller t(por_nombre);
+    Taller t;
     t.PonMesa();
     operacion.prepara(t);
     t.mundo.respuestas = {true, true};

@@ -58,10 +58,10 @@ bool EsError(Clase clase) { return clase <= Clase::SinMiembro; }
 
 class Puesto : public Mesa {
  public:
-  explicit Puesto(bool por_nombre) : Mesa(por_nombre) {
+  Puesto() {
     t.mundo.parametros = {{"Almacen", std::int32_t{9}}, {"Lector", std::int16_t{0}}};
     PonOrden({}, {Linea(71), Linea(72)});
-    t.prod->PonParent(Entrega(t.mundo, std::make_shared<Padre>(t.mundo)));
+    t.prod->PonParent(NuevoPadre(t.mundo));
   }
   Pasos TomaPasos() { return PasosDe(std::exchange(t.mundo.bitacora, {})); }
   /// Lets everything go; what is left of the host then.
@@ -88,10 +88,10 @@ class FallasDeCarga : public testing::TestWithParam<ParametrosDeCarga> {};
 
 TEST_P(FallasDeCarga, CallaYNoMuestraNadaAMedias) {
   const auto& [carga, modo] = GetParam();
-  const auto& [por_nombre, clase, persistente] = modo;
+  const auto& [clase, persistente] = modo;
   const char* const metodo = carga.nombre;
   const bool consulta = metodo == std::string("ConsultaOp");
-  Puesto sano(por_nombre);
+  Puesto sano;
   ASSERT_TRUE(sano.Abre(metodo));
   const Pasos limpio = sano.TomaPasos();
   constexpr std::size_t kSaltables = 3;
@@ -100,7 +100,7 @@ TEST_P(FallasDeCarga, CallaYNoMuestraNadaAMedias) {
   int n = 0;
   for (int fallas = 1; fallas > 0;) {
     SCOPED_TRACE(++n);
-    Puesto p(por_nombre);
+    Puesto p;
     p.t.mundo.falla = {n, persistente, clase};
     p.Abre(metodo);
     fallas = std::exchange(p.t.mundo.fallas_dadas, 0);
@@ -230,12 +230,12 @@ class FallasDeUso : public testing::TestWithParam<ParametrosDeUso> {};
 
 TEST_P(FallasDeUso, SeInformanYSePuedeSeguir) {
   const auto& [trabajo, modo] = GetParam();
-  const auto& [por_nombre, clase, persistente] = modo;
+  const auto& [clase, persistente] = modo;
   Pasos limpio;
   int n = 0;
   for (int fallas = 1; fallas > 0; ++n) {
     SCOPED_TRACE(n);
-    Puesto p(por_nombre);
+    Puesto p;
     ASSERT_TRUE(p.Abre(trabajo.metodo));
     trabajo.prepara(p);
     const Pasos antes = p.TomaPasos();

@@ -98,11 +98,11 @@ class FallasDeTurnos : public testing::TestWithParam<Parametros> {};
 
 TEST_P(FallasDeTurnos, SeInformanYNadaQueda) {
   const auto& [escena, modo] = GetParam();
-  const auto& [por_nombre, clase, persistente] = modo;
+  const auto& [clase, persistente] = modo;
   std::vector<std::string> limpio;
   for (int n = 0, fallas = 1; fallas > 0; ++n) {
     SCOPED_TRACE(n);
-    Taller t(por_nombre);
+    Taller t;
     t.escritorio.SetNow(Fecha::DesdeTexto("2026-11-21"));
     PonTurnos(t);
     t.mundo.respuestas = {true, true};

@@ -46,17 +46,13 @@ inline std::string Reporte(const std::string& funcion, const std::string& descri
 }
 
 struct Taller {
-  explicit Taller(bool por_nombre = false) {
-    mundo.por_nombre = por_nombre;
-    ambiente = AmbienteMemoria(mundo);
-    prod->PonAmbiente(ambiente);
-  }
+  Taller() { prod->PonAmbiente(ambiente); }
 
   Mundo mundo;
   FabricaMemoria fabrica{mundo};
   HeadlessDesktop escritorio;
   Modulo modulo{fabrica, escritorio, &PilaCasiAgotada};
-  ObjectPtr ambiente;
+  ObjectPtr ambiente = AmbienteMemoria(mundo);
   std::shared_ptr<Produccion> prod = std::make_shared<ProduccionAnotada>(modulo, mundo);
 
   void PonArticulo(const std::string& codigo, const Value& costo, const Value& kit = std::int16_t{0}) {
@@ -107,8 +103,7 @@ struct Taller {
   }
 };
 
-/// Every story is told twice: by a host of the services' own types and by one that is called by name.
-class EnTaller : public testing::TestWithParam<bool> {
+class EnTaller : public testing::Test {
  protected:
   EnTaller() { t.PonMesa(); }
   std::vector<std::string> Avisos() {
@@ -122,12 +117,7 @@ class EnTaller : public testing::TestWithParam<bool> {
     for (auto& valor : valores) valor = valor.substr(comienzo.size() + 1, valor.size() - comienzo.size() - 2);
     return valores;
   }
-  Taller t{GetParam()};
+  Taller t;
 };
 
 }  // namespace zuvi::pruebas
-
-/// Runs the tests of a suite on a host reached by type, and on one reached by name.
-#define ZUVI_AMBOS_ANFITRIONES(suite)                         \
-  INSTANTIATE_TEST_SUITE_P(Anfitrion, suite, testing::Bool(), \
-                           [](const auto& info) { return info.param ? "PorNombre" : "Directo"; })
