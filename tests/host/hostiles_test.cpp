@@ -55,19 +55,19 @@ class Cebo {
 
 /// 500 texts: a way out of the quotes, something to do there, a way to silence the rest.
 std::vector<std::string> Textos(const std::string& carpeta) {
-  const std::vector<std::string> salidas{"",
-                                         "x'",
-                                         "x\"",
-                                         "x`",
-                                         "x')",
-                                         "x\\'",
-                                         "x''",
-                                         "x' /*",
-                                         "x' /*!",
-                                         "x'--\n",
-                                         "x\xC3'",
-                                         "[x'",
-                                         "x' /*!999999 ' */"};
+  constexpr std::array salidas{"",
+                               "x'",
+                               "x\"",
+                               "x`",
+                               "x')",
+                               "x\\'",
+                               "x''",
+                               "x' /*",
+                               "x' /*!",
+                               "x'--\n",
+                               "x\xC3'",
+                               "[x'",
+                               "x' /*!999999 ' */"};
   const std::string a = "'" + carpeta + "/";
   const std::vector<std::string> cargas{
       " OR load_extension(" + a + "lib.so')",
