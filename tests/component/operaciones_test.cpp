@@ -204,10 +204,7 @@ TEST_F(Operaciones, ElAnfitrionPuedeReentrarYSoltarloTodoEnCualquierLlamada) {
       }
       EXPECT_EQ(otro.Lineas("Documento 1."), limpias);
       EXPECT_THAT(otro.escritorio.Avisos(), IsEmpty());
-      otro.prod.reset();
-      otro.modulo.Suelta();
-      otro.ambiente.reset();
-      EXPECT_EQ(otro.mundo.vivos, 0);
+      EXPECT_EQ(otro.Despide(), 0);
     }
   }
 }

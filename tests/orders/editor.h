@@ -97,11 +97,7 @@ struct Mesa {
     F(0).SetFocus();
     v->Press(key::kF5);
   }
-  std::vector<std::string> Avisos() {
-    auto avisos = t.escritorio.Avisos();
-    t.escritorio.Olvida();
-    return avisos;
-  }
+  std::vector<std::string> Avisos() { return t.Avisos(); }
 
   /// What the component called since the last time, one call a line. Reading the connection, fetching a
   /// message and creating an object are left out.

@@ -10,8 +10,6 @@
 namespace zuvi::pruebas {
 namespace {
 
-using Pasos = std::vector<std::string>;
-
 /// Steps that leave the component: statements (a built one as a whole), numbers, processes, questions, paper.
 Pasos PasosDe(const std::vector<std::string>& bitacora) {
   constexpr std::array kPasos{"Consulta(",     "EjecutaSQL(", "Open(",          "ExisteClave(",
@@ -49,10 +47,6 @@ Pasos SinSoltar(Pasos pasos) {
   return pasos;
 }
 
-bool EsComienzo(const Pasos& hecho, const Pasos& limpio) {
-  return hecho.size() <= limpio.size() && std::equal(hecho.begin(), hecho.end(), limpio.begin());
-}
-
 /// Whether the failure is an error of the call; the others spoil what a call gives back.
 bool EsError(Clase clase) { return clase <= Clase::SinMiembro; }
 
@@ -69,10 +63,7 @@ class Puesto : public Mesa {
     if (v) v->Unload();
     EXPECT_TRUE(t.escritorio.Forms().empty());
     v.reset();
-    t.prod.reset();
-    t.ambiente.reset();
-    t.modulo.Suelta();
-    return t.mundo.vivos;
+    return t.Despide();
   }
 };
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -14,6 +15,13 @@ namespace zuvi::pruebas {
 inline constexpr std::array kClases{Clase::Texto,        Clase::SinTexto,       Clase::SinMemoria,
                                     Clase::SinMiembro,   Clase::TextoPorNumero, Clase::NumeroPorObjeto,
                                     Clase::NadaPorObjeto};
+
+/// What an operation did, step by step.
+using Pasos = std::vector<std::string>;
+
+inline bool EsComienzo(const Pasos& hecho, const Pasos& limpio) {
+  return hecho.size() <= limpio.size() && std::equal(hecho.begin(), hecho.end(), limpio.begin());
+}
 
 /// For the names of tests.
 inline std::string NombreDe(Clase clase) {

@@ -94,6 +94,19 @@ struct Taller {
          "op.op = " +
          op] = filas;
   }
+  /// Reports since the last time.
+  std::vector<std::string> Avisos() {
+    auto avisos = escritorio.Avisos();
+    escritorio.Olvida();
+    return avisos;
+  }
+  /// Lets everything go; how much of the host is left then.
+  int Despide() {
+    prod.reset();
+    ambiente.reset();
+    modulo.Suelta();
+    return mundo.vivos;
+  }
   /// Lines of the log that begin so.
   std::vector<std::string> Lineas(const std::string& comienzo) const {
     std::vector<std::string> lineas;
@@ -106,11 +119,7 @@ struct Taller {
 class EnTaller : public testing::Test {
  protected:
   EnTaller() { t.PonMesa(); }
-  std::vector<std::string> Avisos() {
-    auto avisos = t.escritorio.Avisos();
-    t.escritorio.Olvida();
-    return avisos;
-  }
+  std::vector<std::string> Avisos() { return t.Avisos(); }
   /// Lines of the log that begin so, without the beginning and the closing parenthesis.
   std::vector<std::string> Valores(const std::string& comienzo) const {
     auto valores = t.Lineas(comienzo + "(");
