@@ -228,18 +228,13 @@ Value Tienda::Consulta(const std::string& sql) {
   const auto tiene = [&](const char* text) { return sql.find(text) != std::string::npos; };
   if (tiene("FROM comppart")) {
     if (kit_de_si_mismo) return Filas({{"componente", "K", "cantidad", 1.0, "almacen", 1}});
-    std::vector<Renglon> lineas{{"componente", "C1", "cantidad", 2.0, "almacen", 3},
-                                {"componente", "C2", "cantidad", 1.0, "almacen", 4}};
-    lineas.resize(componentes);
-    return Filas(std::move(lineas));
+    return Filas({{"componente", "C1", "cantidad", 2.0, "almacen", 3},
+                  {"componente", "C2", "cantidad", 1.0, "almacen", 4}});
   }
   const std::int16_t es_kit = kit_de_si_mismo;
   if (tiene("FROM componen")) return Filas({{"minimo", 4.0}});
   if (tiene("FROM prods")) return Filas({{"articulo", "K", "kit", es_kit, "costo", 2.5}});
   if (tiene("COUNT( * )")) return Filas({{"n", 2}});
-  if (tiene("oppart INNER JOIN"))
-    return Filas(
-        {{"articulo", "K", "cantidad", 2.5, "almacen", 1}, {"articulo", "L", "cantidad", 3.5, "almacen", 1}});
   if (tiene("FROM oppart WHERE Op = ("))
     return Filas({{"articulo", "K", "cantidad", 2.5, "precio", 10.0, "observ", "urge", "id_entrada", 71}});
   if (tiene("FROM op "))

@@ -80,7 +80,6 @@ class Tienda {
   bool veta = false;
   bool kit_de_si_mismo = false;
   bool confirma = true;
-  std::size_t componentes = 2;
   std::string estado = "PE";
   int llamadas = 0;
   /// No run needs more; past it every call fails, so that a lying host cannot keep the module busy for ever.

@@ -206,12 +206,6 @@ bool EsPrefijo(const std::vector<std::string>& parte, const std::vector<std::str
   return parte.size() <= todo.size() && std::equal(parte.begin(), parte.end(), todo.begin());
 }
 
-bool EsSubsecuencia(const std::vector<std::string>& parte, const std::vector<std::string>& todo) {
-  std::size_t vistos = 0;
-  for (const auto& paso : todo) vistos += vistos < parte.size() && parte[vistos] == paso;
-  return vistos == parte.size();
-}
-
 /// The kinds of failure that are this run's share. A box under Wine takes its time and there are thousands:
 /// runs that differ in the region only take turns, by ZUVI_BARRIDO="share/shares"; without it a run does them
 /// all.
@@ -227,26 +221,14 @@ std::vector<Modo> ModosDeEstaCorrida() {
 TEST_F(Produccion, CadaLlamadaAlAnfitrionPuedeFallarDeCadaManera) {
   const std::vector<Modo> modos = ModosDeEstaCorrida();
   ASSERT_FALSE(modos.empty());
-  LONG op = 12;
-  VARIANT_BOOL cancelada = 0;
-  const struct {
-    std::string nombre;
-    std::function<HRESULT()> corre;
-    bool informa;  // and ends for good
-  } operaciones[] = {
-      {"Ensamble", [&] { return Ensambla(L"K", 2, 6); }, true},
-      {"Desensamble", [&] { return Desensambla(6); }, true},
-      {"EntregaProductoTerminado", [&] { return produccion->EntregaProductoTerminado(&op); }, false},
-      {"CancelaOp", [&] { return produccion->CancelaOp(&op, &cancelada); }, false}};
+  const std::pair<std::string, std::function<HRESULT()>> operaciones[] = {
+      {"Ensamble", [&] { return Ensambla(L"K", 2, 6); }}, {"Desensamble", [&] { return Desensambla(6); }}};
   int corridas = 0;
-  for (const auto& [nombre, corre, informa] : operaciones) {
-    const bool entrega = nombre == "EntregaProductoTerminado";
-    const std::string encabezado = Informe(entrega ? "Ensamble" : nombre, "");
+  for (const auto& [nombre, corre] : operaciones) {
     std::vector<std::string> limpia;
     int llamadas = 0;
     const auto corrida = [&](int nth, Modo modo, bool siempre) {
       Abre();
-      tienda->componentes = entrega ? 1 : 2;
       if (nth > 0) tienda->limite = 3 * llamadas;
       tienda->Rompe(nth, modo, siempre);
       EXPECT_EQ(corre(), S_OK);
@@ -263,16 +245,12 @@ TEST_F(Produccion, CadaLlamadaAlAnfitrionPuedeFallarDeCadaManera) {
                        (siempre ? " siempre " : " una vez ") + std::to_string(nth));
           const auto textos = corrida(nth, modo, siempre);
           ++corridas;
-          EXPECT_LE(textos.size(), informa ? 1u : entrega ? textos.size() : 0u);
-          for (const auto& texto : textos) EXPECT_TRUE(texto.starts_with(encabezado)) << texto;
+          EXPECT_LE(textos.size(), 1u);
+          for (const auto& texto : textos) EXPECT_TRUE(texto.starts_with(Informe(nombre, ""))) << texto;
           if (modo >= Modo::Vacio) continue;  // what a lying host makes of it is its own affair
-          EXPECT_TRUE(entrega ? EsSubsecuencia(tienda->hechos, limpia) : EsPrefijo(tienda->hechos, limpia));
-          // Closing the progress window comes after everything else; every other failure leaves something
-          // undone.
-          EXPECT_TRUE(tienda->hechos != limpia || (entrega && nth == llamadas));
-          if (informa) {
-            EXPECT_EQ(textos, std::vector<std::string>{encabezado + kDescripciones.at(modo)});
-          }
+          EXPECT_TRUE(EsPrefijo(tienda->hechos, limpia));
+          EXPECT_NE(tienda->hechos, limpia);
+          EXPECT_EQ(textos, std::vector<std::string>{Informe(nombre, kDescripciones.at(modo))});
           produccion = {};
           tienda.reset();
           ASSERT_EQ(Tienda::Vivos(), 0);
@@ -313,20 +291,6 @@ TEST_F(Produccion, TextosRotosLleganConElSignoDeReemplazo) {
                                    "\xEF\xBF\xBD\xF0\x9F\x98\x80\xC3\xB1'");
   texto = nullptr;
   EXPECT_EQ(produccion->Ensamble(&texto, &almacen, &cantidad, nullptr), S_OK);
-}
-
-TEST_F(Produccion, SinAmbienteInformaOCalla) {
-  produccion = dll.Crea();
-  LONG op = 3;
-  VARIANT_BOOL cancelada = VARIANT_TRUE;
-  EXPECT_EQ(produccion->CancelaOp(&op, &cancelada), S_OK);
-  EXPECT_EQ(cancelada, VARIANT_FALSE);
-  EXPECT_EQ(produccion->EntregaProductoTerminado(&op), S_OK);
-  EXPECT_EQ(produccion->MuestraTurnos(), S_OK);
-  EXPECT_EQ(produccion->MuestraCapturaDeFracciones(), S_OK);
-  EXPECT_EQ(Ensambla(L"K", 1, 1, &op), S_OK);
-  EXPECT_EQ(cajas.Toma(),
-            std::vector<std::string>{Informe("Ensamble", "Object variable or With block variable not set")});
 }
 
 /// Without registration: the manifest beside the DLL alone makes the class known.

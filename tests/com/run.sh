@@ -79,7 +79,6 @@ check "exports of ZuviProduccion.dll" only_entry_points ZuviProduccion.dll
 check "registration per machine" registers_and_removes HKLM
 check "registration per user" registers_and_removes HKCU /n /i:user
 timeout 60 wine regsvr32 /s "$dll"
-check "VBScript" script cliente.vbs
 check "JScript" script cliente.js
 timeout 60 wine regsvr32 /s /u "$dll"
 

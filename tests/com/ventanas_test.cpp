@@ -130,30 +130,6 @@ TEST_F(Ventanas, SeLeenYSeCambianPorNombreDondeElAnfitrionLasRecibe) {
   }
 }
 
-TEST_F(Ventanas, LasListasYLosCombosSeUsanPorNombre) {
-  Abre();
-  const auto ventana = VentanaDe(turnos);
-  ASSERT_TRUE(ventana);
-  EXPECT_EQ(Lee(ventana, "lv(0).ListItems.Count"), "2");
-  EXPECT_EQ(Lee(ventana, "lv(0).SelectedItem"), "nada");
-  Respuesta r;
-  Sigue(ventana, "lv(0).ListItems.Item(2)", r);
-  EXPECT_EQ(Pon(ventana, "lv(0).SelectedItem", r.valor.get()), S_OK);
-  EXPECT_EQ(Lee(ventana, "lv(0).SelectedItem.Key"), "PNocturno");
-  EXPECT_EQ(Lee(ventana, "lv(0).ListItems(1).SubItems(4)"), "14:00");
-  EXPECT_EQ(Codigo(ventana, "lv(0).ListItems(3)"), DISP_E_EXCEPTION);
-  EXPECT_EQ(Pon(ventana, "lv(1).SelectedItem", r.valor.get()), DISP_E_EXCEPTION);  // a row of the other list
-  EXPECT_EQ(Pon(ventana, "Combo1.ListIndex", V(1)), S_OK);
-  EXPECT_EQ(Lee(ventana, "Combo1.Text") + Lee(ventana, "Combo1.ListCount"), "Semana3");
-  EXPECT_EQ(Pon(ventana, "Combo1.ListIndex", V(3)), DISP_E_EXCEPTION);
-  EXPECT_EQ(Pon(ventana, "ProgressBar1.Value", V(1)), S_OK);
-  EXPECT_EQ(Codigo(ventana, "Unload"), S_OK);
-  // Whoever keeps a row, a list or the window keeps what it said.
-  EXPECT_EQ(Lee(ventana, "lv(0).ListItems(2).Text") + Lee(ventana, "Combo1.ListIndex"), "Nocturno1");
-  EXPECT_EQ(Codigo(ventana, "lv(0).SetFocus"), DISP_E_EXCEPTION);
-  EXPECT_EQ(Codigo(ventana, "Unload"), S_OK);
-}
-
 TEST_F(Ventanas, VivenSinQuienLasAbrioYNoDejanNada) {
   int ventanas = 0;
   for (int vuelta = 0; vuelta < 4; ++vuelta)

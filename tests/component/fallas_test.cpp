@@ -7,8 +7,6 @@
 namespace zuvi::pruebas {
 namespace {
 
-using Marco = std::vector<std::string>;
-
 /// A batch operation on a prepared shop; `reporta` is the procedure that its reports name, null for silence.
 struct Operacion {
   const char* nombre;
@@ -42,8 +40,8 @@ const Operacion kOperaciones[] = {
 };
 
 /// Statements and movements by the call of Ensamble or Desensamble that made them, in order; 0 is outside.
-std::vector<Marco> Marcos(const std::vector<std::string>& bitacora) {
-  std::vector<Marco> marcos(1);
+std::vector<Pasos> Marcos(const std::vector<std::string>& bitacora) {
+  std::vector<Pasos> marcos(1);
   std::vector<std::size_t> abiertos{0};
   for (const auto& linea : bitacora) {
     if (linea.starts_with("{")) {
@@ -65,12 +63,12 @@ class Fallas : public testing::TestWithParam<Parametros> {};
 
 TEST_P(Fallas, LoEjecutadoEsUnComienzoDeLoLimpio) {
   const auto& [operacion, modo] = GetParam();
-  const auto& [por_nombre, clase, persistente] = modo;
-  std::vector<Marco> limpios;
+  const auto& [clase, persistente] = modo;
+  std::vector<Pasos> limpios;
   int n = 0;
   for (int fallas = 1; fallas > 0; ++n) {
     SCOPED_TRACE(n);
-    Taller t(por_nombre);
+    Taller t;
     t.PonMesa();
     operacion.prepara(t);
     t.mundo.respuestas = {true, true};
@@ -78,10 +76,7 @@ TEST_P(Fallas, LoEjecutadoEsUnComienzoDeLoLimpio) {
     const bool resultado = operacion.corre(*t.prod);
     const auto marcos = Marcos(t.mundo.bitacora);
     const auto avisos = t.escritorio.Avisos();
-    t.prod.reset();
-    t.ambiente.reset();
-    t.modulo.Suelta();
-    EXPECT_EQ(t.mundo.vivos, 0);
+    EXPECT_EQ(t.Despide(), 0);
     if (n == 0) {
       limpios = marcos;
       EXPECT_TRUE(resultado && avisos.empty());
@@ -91,9 +86,8 @@ TEST_P(Fallas, LoEjecutadoEsUnComienzoDeLoLimpio) {
     ASSERT_LE(marcos.size(), limpios.size());
     std::size_t cortados = 0;
     for (std::size_t i = 0; i < marcos.size(); ++i) {
-      const Marco &marco = marcos[i], &completo = limpios[i];
-      ASSERT_LE(marco.size(), completo.size());
-      EXPECT_TRUE(std::equal(marco.begin(), marco.end(), completo.begin()));
+      const Pasos &marco = marcos[i], &completo = limpios[i];
+      ASSERT_TRUE(EsComienzo(marco, completo));
       cortados += marco.size() < completo.size();
     }
     // Once: one call is cut short and says so, the rest goes on. The outside (0) always is silent.

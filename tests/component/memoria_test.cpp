@@ -44,18 +44,18 @@ class SinPantalla final : public Desktop {
 
 using Operacion = void (*)(Produccion&);
 
-class SinMemoria : public testing::TestWithParam<std::tuple<Operacion, bool, bool>> {};
+class SinMemoria : public testing::TestWithParam<std::tuple<Operacion, bool>> {};
 INSTANTIATE_TEST_SUITE_P(
     Operaciones, SinMemoria,
     testing::Combine(testing::Values<Operacion>([](Produccion& p) { p.Ensamble("MESA", 9, 6, 0); },
                                                 [](Produccion& p) { p.Desensamble("MESA", 1.5, 9, 0); },
                                                 [](Produccion& p) { p.EntregaProductoTerminado(7); },
                                                 [](Produccion& p) { p.CancelaOp(8); }),
-                     testing::Bool(), testing::Bool()));
+                     testing::Bool()));
 
 TEST_P(SinMemoria, NiSeCaeNiPierdeObjetos) {
-  const auto& [operacion, por_nombre, persistente] = GetParam();
-  Taller t(por_nombre);
+  const auto& [operacion, persistente] = GetParam();
+  Taller t;
   t.PonMesa();
   t.PonOrden("7", "PE", {{"MESA", 1.0}, {"MESA", 2.0}}, 2);
   t.PonOrden("8", "PE", {}, 0);

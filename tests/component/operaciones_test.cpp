@@ -10,9 +10,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 using Operaciones = EnTaller;
-ZUVI_AMBOS_ANFITRIONES(Operaciones);
 
-TEST_P(Operaciones, EnsamblarSinOrdenNumeraYValuaElKitPorLoQueSalio) {
+TEST_F(Operaciones, EnsamblarSinOrdenNumeraYValuaElKitPorLoQueSalio) {
   t.prod->Ensamble("MESA", 9, 6, 0);
   EXPECT_EQ(t.mundo.Bitacora(), R"(
 { Ensamble MESA 9 6 0
@@ -75,7 +74,7 @@ Documento 1.AplicaMovimiento(0)
   EXPECT_THAT(Avisos(), IsEmpty());
 }
 
-TEST_P(Operaciones, DesensamblarEsElReversoConProporcionesExactas) {
+TEST_F(Operaciones, DesensamblarEsElReversoConProporcionesExactas) {
   t.prod->Desensamble("MESA", 1.5, 9, 0);
   EXPECT_EQ(t.mundo.bitacora.at(4),
             "IniciaProceso(DESEM007, Produccion, Ambiente, , Nothing, True, 0, , Null, , Nothing)");
@@ -105,7 +104,7 @@ TEST_P(Operaciones, DesensamblarEsElReversoConProporcionesExactas) {
   EXPECT_THAT(Avisos(), IsEmpty());
 }
 
-TEST_P(Operaciones, ConVetoOSinComponentesNoSeMueveNadaNiSeAvisa) {
+TEST_F(Operaciones, ConVetoOSinComponentesNoSeMueveNadaNiSeAvisa) {
   // A kit without components makes no document.
   t.prod->Ensamble("NADA", 9, 1, 0);
   t.prod->Desensamble("NADA", 1, 9, 0);
@@ -123,7 +122,7 @@ TEST_P(Operaciones, ConVetoOSinComponentesNoSeMueveNadaNiSeAvisa) {
   EXPECT_THAT(Avisos(), IsEmpty());
 }
 
-TEST_P(Operaciones, ElProcesoPuedeCambiarElDocumentoYQuitarElVeto) {
+TEST_F(Operaciones, ElProcesoPuedeCambiarElDocumentoYQuitarElVeto) {
   t.mundo.proceso = [this](PeticionProceso& p) {
     p.objeto = DocumentoMemoria(t.mundo);
     p.bandera = false;
@@ -138,7 +137,7 @@ TEST_P(Operaciones, ElProcesoPuedeCambiarElDocumentoYQuitarElVeto) {
   EXPECT_THAT(Avisos(), ElementsAre(Reporte("Ensamble", "Object variable or With block variable not set")));
 }
 
-TEST_P(Operaciones, UnErrorAMediasSeReportaYLoAplicadoQueda) {
+TEST_F(Operaciones, UnErrorAMediasSeReportaYLoAplicadoQueda) {
   const struct {
     Value minimo, costo;
     const char* descripcion;
@@ -177,7 +176,7 @@ TEST_P(Operaciones, UnErrorAMediasSeReportaYLoAplicadoQueda) {
   EXPECT_EQ(t.mundo.bitacora.size(), 4u) << t.mundo.Bitacora();
 }
 
-TEST_P(Operaciones, ElAnfitrionPuedeReentrarYSoltarloTodoEnCualquierLlamada) {
+TEST_F(Operaciones, ElAnfitrionPuedeReentrarYSoltarloTodoEnCualquierLlamada) {
   void (*const operaciones[])(Produccion&) = {[](Produccion& p) { p.Ensamble("MESA", 9, 6, 0); },
                                               [](Produccion& p) { p.Desensamble("MESA", 6, 9, 0); }};
   for (const auto operacion : operaciones) {
@@ -187,7 +186,7 @@ TEST_P(Operaciones, ElAnfitrionPuedeReentrarYSoltarloTodoEnCualquierLlamada) {
     // included.
     for (std::size_t n = 0, llamadas = 0; n <= llamadas; ++n) {
       SCOPED_TRACE(n);
-      Taller otro(GetParam());
+      Taller otro;
       otro.PonMesa();
       std::size_t vista = 0;
       otro.mundo.gancho = [&](const std::string&) {
@@ -205,15 +204,12 @@ TEST_P(Operaciones, ElAnfitrionPuedeReentrarYSoltarloTodoEnCualquierLlamada) {
       }
       EXPECT_EQ(otro.Lineas("Documento 1."), limpias);
       EXPECT_THAT(otro.escritorio.Avisos(), IsEmpty());
-      otro.prod.reset();
-      otro.modulo.Suelta();
-      otro.ambiente.reset();
-      EXPECT_EQ(otro.mundo.vivos, 0);
+      EXPECT_EQ(otro.Despide(), 0);
     }
   }
 }
 
-TEST_P(Operaciones, UnSubKitSeRepiteHastaQueElAnfitrionFalla) {
+TEST_F(Operaciones, UnSubKitSeRepiteHastaQueElAnfitrionFalla) {
   t.PonArticulo("PATA", 10.5, std::int16_t{-1});
   t.PonArticulo("TORNILLO", 1.0);
   t.PonKit("PATA", 1.0, {{"TORNILLO", 8, 2}});
@@ -231,7 +227,7 @@ TEST_P(Operaciones, UnSubKitSeRepiteHastaQueElAnfitrionFalla) {
   EXPECT_EQ(t.Lineas("Documento 2.Aplica").size(), 2u);
 }
 
-TEST_P(Operaciones, UnKitQueSeContieneTerminaEnUnReporte) {
+TEST_F(Operaciones, UnKitQueSeContieneTerminaEnUnReporte) {
   t.PonArticulo("MESA", 1.0, std::int16_t{-1});
   t.PonKit("MESA", 1.0, {{"SILLA", 1, 1}});
   t.PonArticulo("SILLA", 1.0, std::int16_t{-1});
@@ -255,7 +251,7 @@ TEST_P(Operaciones, UnKitQueSeContieneTerminaEnUnReporte) {
   pthread_attr_destroy(&atributos);
 }
 
-TEST_P(Operaciones, LaEntregaEnsamblaCadaLineaYTermina) {
+TEST_F(Operaciones, LaEntregaEnsamblaCadaLineaYTermina) {
   // Half quantities go to the even neighbour; texts are numbers too.
   t.PonOrden("7", "PE", {{"MESA", 2.5}, {"MESA", 3.5}, {"NADA", "4"}}, 3);
   t.prod->EntregaProductoTerminado(7);
@@ -282,7 +278,7 @@ TEST_P(Operaciones, LaEntregaEnsamblaCadaLineaYTermina) {
   EXPECT_THAT(Avisos(), IsEmpty());
 }
 
-TEST_P(Operaciones, UnaEntregaQueFallaCallaYNoMarca) {
+TEST_F(Operaciones, UnaEntregaQueFallaCallaYNoMarca) {
   const struct {
     const char* nombre;
     Value cuenta, articulo, cantidad;
@@ -310,7 +306,7 @@ TEST_P(Operaciones, UnaEntregaQueFallaCallaYNoMarca) {
   EXPECT_THAT(Avisos(), IsEmpty());
 }
 
-TEST_P(Operaciones, CancelarBorraOCierraSegunElEstado) {
+TEST_F(Operaciones, CancelarBorraOCierraSegunElEstado) {
   const std::string pregunta = "Pregunta(mensaje 757, 2)";
   const std::string cerrar =
       "Pregunta(Esta orden de producción ya fue confirmada, Desea cerrar esta order de producción, 2)";

@@ -17,24 +17,6 @@ make_temp temp
 today=$(date +%F)
 export ZUVI_BASE=$base ZUVI_USUARIO=ADMIN ZUVI_IMPRIME=no
 
-give_up() {
-  [ -z "${ZUVI_CAPTURAS:-}" ] || import -window root "$ZUVI_CAPTURAS/error.png"
-  check "$1" no sí
-  finish
-}
-sql() { printf '%s\n' "$@" | timeout 60 isql -k "$source_string" -b -x0x7c 2>/dev/null; }
-value() { sql "$1" | tr -d '\r' | awk 'NF' | sed -E 's/\.0*(\||$)/\1/g' | tr '\n' ';'; }
-becomes() { # what query expected
-  local tries got=
-  for ((tries = 0; tries < 300; tries++)); do
-    got=$(value "$2")
-    [ "$got" != "$3" ] || break
-    sleep 0.1
-  done
-  check "$1" "$got" "$3"
-}
-window() { await_window "$1" || give_up "ventana $1"; }
-
 # every STEP COMMAND…: runs it once and waits for the rest of the step.
 every() {
   local step=$1 start=${EPOCHREALTIME/,/.}
@@ -188,7 +170,6 @@ unending() {
   check "Mayús+Esc la termina" "$(grep -c fin "$temp/out")" 1
   stop
 }
-picture_of_all() { [ -z "${ZUVI_CAPTURAS:-}" ] || import -window root "$ZUVI_CAPTURAS/$1.png"; }
 
 # The shop is there before anybody works.
 wine_shop "$bin/Zuvi.exe" || give_up tienda

@@ -16,22 +16,6 @@ base=$(mariadb_database zuvi_reinicio)
 make_temp temp
 export ZUVI_BASE=$base ZUVI_USUARIO=ADMIN ZUVI_IMPRIME=no ZUVI_LIMITE_CONEXION=2 ZUVI_LIMITE_LECTURA=2 ZUVI_LIMITE_ESCRITURA=2
 
-give_up() {
-  [ -z "${ZUVI_CAPTURAS:-}" ] || import -window root "$ZUVI_CAPTURAS/error.png"
-  check "$1" no sí
-  finish
-}
-value() { mariadb_root zuvi_reinicio -e "$1" | tr '\t\n' '|;'; }
-becomes() { # what query expected
-  local tries got=
-  for ((tries = 0; tries < 200; tries++)); do
-    got=$(value "$2")
-    [ "$got" != "$3" ] || break
-    sleep 0.1
-  done
-  check "$1" "$got" "$3"
-}
-window() { await_window "$1" || give_up "ventana $1"; }
 # Closes the messages that stand, one after the other; there has to be one at least, and few.
 read_boxes() { # name
   local boxes=0 quiet=0

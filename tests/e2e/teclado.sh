@@ -17,32 +17,9 @@ make_temp temp
 seen=$temp/seen
 today=$(date +%F)
 
-# A step that never happens leaves nothing to go on with.
-give_up() {
-  [ -z "${ZUVI_CAPTURAS:-}" ] || import -window root "$ZUVI_CAPTURAS/error.png"
-  check "$1" no sí
-  finish
-}
-
-# What this script asks is marked, to be told from the program's statements. Zero decimals are not shown.
-value() {
-  printf '%s\n' "${1/#SELECT/SELECT \/* mira *\/}" | timeout 20 isql -k "$source_string" -b -x0x7c 2>/dev/null |
-    tr -d '\r' | awk 'NF' | sed -E 's/\.0*(\||$)/\1/g' | tr '\n' ';'
-}
-# Waits for the tables to be as a person expects them.
-becomes() { # what query expected
-  local tries got=
-  for ((tries = 0; tries < 100; tries++)); do
-    got=$(value "$2")
-    [ "$got" != "$3" ] || break
-    sleep 0.1
-  done
-  check "$1" "$got" "$3"
-}
-window() { await_window "$1" || give_up "ventana $1"; }
 box() { await_box '^Zuvi$' || give_up "mensaje"; }
 confirm() { answer_yes "$1" || give_up "$1"; } # name of its picture
-mark() { [ -z "$log" ] || printf "SELECT '%s'\n" "$1" | timeout 20 isql -k "$source_string" -b >/dev/null 2>&1; }
+mark() { [ -z "$log" ] || sql "SELECT '$1'" >/dev/null; }
 # The lists are filled anew after the tables were written.
 settled() { [ -z "$log" ] || sleep 2; }
 lines_of() { printf 'SELECT id_entrada, articulo, cantidad, observ FROM oppart WHERE op = %d ORDER BY id_entrada' "$1"; }
@@ -56,9 +33,8 @@ choose() {
 # A code as long as the field: a reader that sends no Enter after it.
 long_code=LARGO-$(printf '%054d' 7)
 fixtures() {
-  printf '%s\n' "INSERT INTO prods (articulo, descrip, unidad, kit, costo) VALUES ('$long_code', 'Clave larga', 'PZA', 0, 1)" \
-    "INSERT INTO empleados (empleado, nombre) VALUES ('E07', 'Inés Cano'), ('E08', 'Hugo Peña'), ('E09', 'Eva Ríos')" |
-    timeout 20 isql -k "$source_string" -b >/dev/null
+  sql "INSERT INTO prods (articulo, descrip, unidad, kit, costo) VALUES ('$long_code', 'Clave larga', 'PZA', 0, 1)" \
+    "INSERT INTO empleados (empleado, nombre) VALUES ('E07', 'Inés Cano'), ('E08', 'Hugo Peña'), ('E09', 'Eva Ríos')" >/dev/null
 }
 
 new_order() {

@@ -74,32 +74,40 @@ struct Caso {
 };
 
 TEST(Bases, LoAjenoLoNuevoYLoRotoQuedanComoEstaban) {
+  // Statements on a file of somebody else, and on a shop of ours; and what is no database.
+  const auto sql = [](std::vector<const char*> textos) {
+    return [textos](const std::string& a) {
+      for (const char* texto : textos)
+        if (std::string_view(texto).starts_with("PRAGMA"))
+          Archivada(a)->Consulta(texto);
+        else
+          Archivada(a)->EjecutaEsquema(texto);
+    };
+  };
+  const auto tienda = [](auto&& despues) {
+    return [despues](const std::string& a) {
+      EnTienda(a);
+      despues(a);
+    };
+  };
+  const auto texto = [](std::string bytes) {
+    return [bytes](const std::string& a) { std::ofstream(a, std::ios::binary) << bytes; };
+  };
+  const char* const wal = "PRAGMA journal_mode=WAL";
   const Caso casos[] = {
-      {"vacía", [](const std::string& a) { Escribe(a, ""); }, "zuvi crea", true},
-      {"de otro", [](const std::string& a) { Archivada(a)->Ejecuta("CREATE TABLE clientes (n INTEGER)"); },
-       "zuvi crea", true},
-      {"con empleados",
-       [](const std::string& a) { Archivada(a)->Ejecuta("CREATE TABLE Empleados (n INTEGER)"); }, "Empleados",
-       false},
-      {"con vista op",
-       [](const std::string& a) { Archivada(a)->Ejecuta("CREATE VIEW op AS SELECT 1 AS op"); }, "op", false},
+      {"vacía", texto(""), "zuvi crea", true},
+      {"de otro", sql({"CREATE TABLE clientes (n INTEGER)"}), "zuvi crea", true},
+      {"con empleados", sql({"CREATE TABLE Empleados (n INTEGER)"}), "Empleados", false},
+      {"con vista op", sql({"CREATE VIEW op AS SELECT 1 AS op"}), "op", false},
       {"otro esquema",
-       [](const std::string& a) {
-         Archivada(a)->Ejecuta("CREATE TABLE esquema (version TEXT, nota TEXT)");
-         Archivada(a)->Ejecuta("INSERT INTO esquema VALUES ('x', 'y')");
-       },
+       sql({"CREATE TABLE esquema (version TEXT, nota TEXT)", "INSERT INTO esquema VALUES ('x', 'y')"}),
        "esquema", false},
-      {"de otro, en WAL",
-       [](const std::string& a) {
-         Archivada(a)->Consulta("PRAGMA journal_mode=WAL");
-         Archivada(a)->Ejecuta("CREATE TABLE oppart (n INTEGER)");
-       },
-       "oppart", false},
+      {"de otro, en WAL", sql({wal, "CREATE TABLE oppart (n INTEGER)"}), "oppart", false},
       {"de otro, que murió escribiendo",
-       [](const std::string& a) {
+       [&](const std::string& a) {
          Espera(Hijo([&] {
            const auto base = Archivada(a);
-           base->Consulta("PRAGMA journal_mode=WAL");
+           base->Consulta(wal);
            base->Ejecuta("CREATE TABLE oppart (n INTEGER)");
            _exit(0);
            return 0;
@@ -107,32 +115,19 @@ TEST(Bases, LoAjenoLoNuevoYLoRotoQuedanComoEstaban) {
          EXPECT_GT(std::filesystem::file_size(a + "-wal"), 0u);
        },
        "oppart", false},
-      {"nueva", [](const std::string& a) { EnTienda(a)->Ejecuta("UPDATE esquema SET version = 5"); },
-       "más nueva", false},
-      {"antigua",
-       [](const std::string& a) {
-         EnTienda(a)->Ejecuta("UPDATE esquema SET version = 1");
-         Archivada(a)->EjecutaEsquema("DROP TABLE codigos");
-       },
-       "zuvi actualiza", false},
-      {"texto", [](const std::string& a) { Escribe(a, "Estimado cliente:\n"); }, "no es una base", false},
-      {"cabeza sin cuerpo",
-       [](const std::string& a) { Escribe(a, std::string("SQLite format 3\0", 16) + "basura"); }, "dañada",
+      {"nueva", tienda(sql({"UPDATE esquema SET version = 5"})), "más nueva", false},
+      {"antigua", tienda(sql({"UPDATE esquema SET version = 1", "DROP TABLE codigos"})), "zuvi actualiza",
        false},
-      {"dañada",
-       [](const std::string& a) {
-         EnTienda(a);
+      {"texto", texto("Estimado cliente:\n"), "no es una base", false},
+      {"cabeza sin cuerpo", texto(std::string("SQLite format 3\0", 16) + "basura"), "dañada", false},
+      {"dañada", tienda([](const std::string& a) {
          std::fstream archivo(a, std::ios::in | std::ios::out | std::ios::binary);
          archivo.seekp(100);
          archivo << std::string(3000, 'x');
-       },
+       }),
        "dañada", false},
-      {"cortada",
-       [](const std::string& a) {
-         EnTienda(a);
-         std::filesystem::resize_file(a, 5000);
-       },
-       "dañada", false},
+      {"cortada", tienda([](const std::string& a) { std::filesystem::resize_file(a, 5000); }), "dañada",
+       false},
       {"carpeta", [](const std::string& a) { std::filesystem::create_directory(a); }, "es una carpeta",
        false},
   };

@@ -155,7 +155,7 @@ TEST_P(Odbc, SoloLecturaLaImponeElMotor) {
   base_ = BaseDatos::Abre(GetParam(), traza_);
 }
 
-TEST(Compuerta, CadaMotorConSusComillasYComentarios) {
+TEST(Compuerta, CadaMotorConSusComillasYComentariosYSinAlcanzarArchivos) {
   const auto pasa = [](Motor motor, std::string_view sql) {
     try {
       Revisa(motor, sql);
@@ -180,7 +180,26 @@ TEST(Compuerta, CadaMotorConSusComillasYComentarios) {
                {"SELECT 1 /*! ; DELETE FROM t */", true, false},
                {"SELECT 1; /*M!100000 DELETE FROM t */", true, false},
                {"SELECT 1 /* abierto ; ", true, true},
-               {"SELECT 'abierto ; ", true, true}};
+               {"SELECT 'abierto ; ", true, true},
+               // What reaches files, and what only names it.
+               {"SELECT 'load_extension(1)', \"blob_export\" FROM t", true, true},
+               {"SELECT load_extension, load_file FROM t", true, true},
+               {"SELECT descarga_file (1), mi_load_file(1), profile(1) FROM t", true, true},
+               {"SELECT 1 -- load_file(1)\n", true, true},
+               {"SELECT 1 /* load_file(1) */", true, true},
+               {"SELECT LOAD_file\n(1)", false, false},
+               {"SELECT \"load_extension\"(1)", false, true},
+               {"SELECT [blob_import] (1)", false, true},
+               {"SELECT 1 INTO OUTFILE 'x'", false, false},
+               {"INSERT INTO outfile VALUES (1)", false, false},
+               {"SELECT outfile FROM t", true, true},
+               {"attach 'x' AS y", false, false},
+               {"/* */ ATTACH 'x' AS y", false, false},
+               {"VACUUM INTO 'x'", false, false},
+               {"VACUUM", true, true},
+               {"LOAD DATA LOCAL INFILE 'x' INTO TABLE t", false, false},
+               {"EXECUTE IMMEDIATE 'SELECT 1'", false, false},
+               {"SELECT /*!50000 1 */", true, false}};
   for (const auto& caso : casos) {
     EXPECT_EQ(pasa(Motor::Sqlite, caso.sql), caso.sqlite) << caso.sql;
     EXPECT_EQ(pasa(Motor::MariaDb, caso.sql), caso.mariadb) << caso.sql;

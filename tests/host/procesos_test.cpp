@@ -137,6 +137,7 @@ TEST(LineaDeOrdenes, UnDiaDeTrabajo) {
                {"orden 108", 1, "no existe"},
                {"ordenes", 0, "PE ocupada"},
                {"libera 106 --usuario RAUL", 0, "liberada"},
+               {"libera 106", 1, "no está ocupada"},
                {"ocupadas", 0, "No hay"},
                {"kit CAN-GOURMET", 0, "rinde 4"},
                {"consulta 'SELECT 1.5 AS uno, NULL AS dos'", 0, "1.5"},

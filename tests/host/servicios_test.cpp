@@ -230,14 +230,9 @@ TEST_P(Servicios, UnGanchoYLaTablaDeProcesosVetan) {
 }
 
 /// A user who cancels at the n-th time the host asks.
-class Impaciente final : public Interaccion {
+class Impaciente final : public Manos {
  public:
-  explicit Impaciente(int paciencia) : paciencia_(paciencia) {}
-  void Mensaje(const std::string&, EstiloMensaje) override {}
-  bool Pregunta(const std::string&) override { return false; }
-  std::unique_ptr<Progreso> AbreProgreso(std::int32_t, const std::string&, const std::string&) override {
-    return std::make_unique<ProgresoMudo>();
-  }
+  explicit Impaciente(int paciencia) : Manos([] { return true; }), paciencia_(paciencia) {}
   bool Cancelado() override { return --paciencia_ < 0; }
 
  private:

@@ -1,8 +1,6 @@
 // Servers that die, freeze, cut and come back, under the command line and under an open editor. Needs
 // ZUVI_MARIADB, in front of which a doorkeeper stands. Every place of every operation takes some minutes:
 // with ZUVI_BARRIDO set all are tried, else one in a few.
-#include <sys/wait.h>
-
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -16,6 +14,7 @@
 #include "tests/host/portero.h"
 #include "tests/host/procesos.h"
 #include "tests/host/tienda.h"
+#include "tests/host/zuvi.h"
 #include "toolkit/list_view.h"
 
 namespace zuvi::host {
@@ -61,29 +60,13 @@ constexpr std::array kClases{Clase{Averia::Corte, "corte", 8}, Clase{Averia::Mit
                              Clase{Averia::Muerte, "muerte", 4}, Clase{Averia::Silencio, "silencio", 1},
                              Clase{Averia::Pasmo, "pasmo", 1}};
 
-struct Corrida {
-  int codigo = -1;
-  std::string texto;
-  double segundos = 0;
-};
-
-Corrida Zuvi(const std::string& base, const std::string& argumentos) {
+/// A run that ends if it hangs, by a code that is none of the program's, and how long it took.
+Corrida Zuvi(const std::string& base, const std::string& argumentos, double& segundos) {
   const auto inicio = Reloj::now();
-  // A hang is ended, and told apart from all codes of the program.
-  const std::string orden =
-      "ZUVI_LIMITE_CONEXION=1 ZUVI_LIMITE_LECTURA=1 ZUVI_LIMITE_ESCRITURA=1 ZUVI_LIMITE_CANDADO=1 timeout -s "
-      "KILL "
-      "40 '" ZUVI_PROGRAMA "' --base '" +
-      base + "' " + argumentos + " 2>&1 </dev/null";
-  Corrida corrida;
-  std::FILE* tubo = popen(orden.c_str(), "r");
-  if (!tubo) return corrida;
-  std::array<char, 4096> bloque{};
-  for (std::size_t n; (n = fread(bloque.data(), 1, bloque.size(), tubo)) > 0;)
-    corrida.texto.append(bloque.data(), n);
-  const int estado = pclose(tubo);
-  corrida.codigo = WIFEXITED(estado) ? WEXITSTATUS(estado) : -1;
-  corrida.segundos = std::chrono::duration<double>(Reloj::now() - inicio).count();
+  const Corrida corrida = host::Zuvi("--base '" + base + "' " + argumentos,
+                                     "ZUVI_LIMITE_CONEXION=1 ZUVI_LIMITE_LECTURA=1 ZUVI_LIMITE_ESCRITURA=1 "
+                                     "ZUVI_LIMITE_CANDADO=1 timeout -s KILL 40 ");
+  segundos = std::chrono::duration<double>(Reloj::now() - inicio).count();
   return corrida;
 }
 
@@ -127,13 +110,14 @@ TEST_F(Servidores, NingunaFallaTumbaCuelgaNiDaPorHechoLoQueNoSeHizo) {
   const bool todo = barrido != nullptr;
   const auto desvio = Desvio();
   int corridas = 0, calladas = 0;
+  double segundos = 0;
   for (const Trabajo& trabajo : kTrabajos) {
     SCOPED_TRACE(trabajo.argumentos);
     const auto corre = [&](Averia averia, int trozo, double& hecho) {
       if (*trabajo.prepara) directa->Ejecuta(trabajo.prepara);
       const double antes = Numero(trabajo.mide);
       portero->Prepara(averia, trozo);
-      const Corrida corrida = Zuvi(base, trabajo.argumentos);
+      const Corrida corrida = Zuvi(base, trabajo.argumentos, segundos);
       // What the broken run left open on the server is undone before anything is measured.
       portero->Repara();
       hecho = Numero(trabajo.mide) - antes;
@@ -143,14 +127,10 @@ TEST_F(Servidores, NingunaFallaTumbaCuelgaNiDaPorHechoLoQueNoSeHizo) {
     const Corrida sana = corre(Averia::Ninguna, 0, entero);
     ASSERT_EQ(sana.codigo, 0) << sana.texto;
     ASSERT_NE(entero, 0);
-    const int trozos = [&] {
-      double otra_vez = 0;
-      if (*trabajo.prepara) directa->Ejecuta(trabajo.prepara);
-      portero->Prepara(Averia::Ninguna, 0);
-      Zuvi(base, trabajo.argumentos);
-      otra_vez = portero->Trozos();
-      return static_cast<int>(otra_vez);
-    }();
+    if (*trabajo.prepara) directa->Ejecuta(trabajo.prepara);
+    portero->Prepara(Averia::Ninguna, 0);
+    Zuvi(base, trabajo.argumentos, segundos);
+    const int trozos = portero->Trozos();
     for (const Clase& clase : kClases) {
       if (todo && std::string(barrido).find(clase.nombre) == std::string::npos) continue;
       const int paso = todo ? 1 : std::max(1, trozos / clase.muestras);
@@ -162,7 +142,7 @@ TEST_F(Servidores, NingunaFallaTumbaCuelgaNiDaPorHechoLoQueNoSeHizo) {
         const Corrida corrida = corre(clase.averia, trozo, hecho);
         ++corridas;
         EXPECT_THAT(corrida.codigo, AnyOf(0, 1, 3)) << corrida.texto;
-        EXPECT_LT(corrida.segundos, 15);
+        EXPECT_LT(segundos, 15);
         if (corrida.codigo == 0) {
           EXPECT_EQ(hecho, entero) << corrida.texto;
           ++calladas;

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -107,6 +108,28 @@ class Tienda {
   HeadlessDesktop escritorio;
   Modulo modulo{fabrica, escritorio, PilaCasiAgotada};
   std::shared_ptr<Produccion> produccion = std::make_shared<Produccion>(modulo);
+};
+
+/// A user who goes on working while the host is at it: what he does between two pieces of the work, and
+/// whether he ends it.
+class Manos : public Interaccion {
+ public:
+  explicit Manos(std::function<bool()> hace) : hace_(std::move(hace)) {}
+  void Mensaje(const std::string&, EstiloMensaje) override {}
+  bool Pregunta(const std::string&) override { return true; }
+  std::unique_ptr<Progreso> AbreProgreso(std::int32_t, const std::string&, const std::string&) override {
+    return std::make_unique<ProgresoMudo>();
+  }
+  bool Cancelado() override { return cancelado_; }
+  void NuevaOperacion() override { cancelado_ = false; }
+  bool AtiendeVentanas() override {
+    cancelado_ = !hace_();
+    return true;
+  }
+
+ private:
+  std::function<bool()> hace_;
+  bool cancelado_ = false;
 };
 
 /// A text box of nobody, in a window of its own.

@@ -14,8 +14,9 @@ struct Corrida {
   std::string texto;  // both outputs, in the order of writing
 };
 
-inline Corrida Zuvi(const std::string& argumentos) {
-  const std::string orden = "'" ZUVI_PROGRAMA "' " + argumentos + " 2>&1 </dev/null";
+/// With words before the program's name, such as variables.
+inline Corrida Zuvi(const std::string& argumentos, const std::string& antes = "") {
+  const std::string orden = antes + "'" ZUVI_PROGRAMA "' " + argumentos + " 2>&1 </dev/null";
   Corrida corrida;
   std::FILE* tubo = popen(orden.c_str(), "r");
   if (!tubo) return corrida;

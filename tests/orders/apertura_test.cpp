@@ -7,9 +7,8 @@ namespace zuvi::pruebas {
 namespace {
 
 class Apertura : public Editor {};
-ZUVI_AMBOS_ANFITRIONES(Apertura);
 
-TEST_P(Apertura, ElEstadoYLaMarcaDecidenElModo) {
+TEST_F(Apertura, ElEstadoYLaMarcaDecidenElModo) {
   struct Caso {
     const char* nombre;
     Fila cambios;
@@ -51,8 +50,8 @@ TEST_P(Apertura, ElEstadoYLaMarcaDecidenElModo) {
   for (const char* metodo : {"NuevaOp", "ModificaOp", "ConsultaOp"}) EXPECT_FALSE(Abre(metodo));
 }
 
-TEST_P(Apertura, CadaModoCargaHabilitaYSueltaLoSuyo) {
-  const auto padre = std::make_shared<Padre>(t.mundo);
+TEST_F(Apertura, CadaModoCargaHabilitaYSueltaLoSuyo) {
+  const auto padre = NuevoPadre(t.mundo);
   t.prod->PonParent(padre);
   t.mundo.con_rutas = true;
   const std::string abre =
@@ -103,7 +102,7 @@ TEST_P(Apertura, CadaModoCargaHabilitaYSueltaLoSuyo) {
   }
 }
 
-TEST_P(Apertura, ElEncabezadoYLasLineasSeMuestran) {
+TEST_F(Apertura, ElEncabezadoYLasLineasSeMuestran) {
   const auto encabezado = [this] {
     return C<DatePicker>("DTPicker1").Value().Texto() + " " + C<DatePicker>("DTPicker2").Value().Texto() +
            " " + F(14).Text() + " " + C<RichTextBox>("RichTextBox2").Text() + " " +
@@ -139,7 +138,7 @@ TEST_P(Apertura, ElEncabezadoYLasLineasSeMuestran) {
   EXPECT_EQ(encabezado(), "2025-10-01 2025-10-01 2  00");
 }
 
-TEST_P(Apertura, CadaControlTieneSuLugarYNombreParaElLectorDePantalla) {
+TEST_F(Apertura, CadaControlTieneSuLugarYNombreParaElLectorDePantalla) {
   ASSERT_TRUE(Abre("NuevaOp"));
   for (const std::int32_t mas : {0, Dip(300)}) {
     v->SetInside(v->DesignWidth() + mas, v->DesignHeight() + mas);
@@ -164,7 +163,7 @@ TEST_P(Apertura, CadaControlTieneSuLugarYNombreParaElLectorDePantalla) {
   }
 }
 
-TEST_P(Apertura, ElRechazoDeLaCargaImpideElPrimerCierre) {
+TEST_F(Apertura, ElRechazoDeLaCargaImpideElPrimerCierre) {
   ASSERT_TRUE(Abre("NuevaOp"));
   const auto otra = v;
   t.mundo.bitacora.clear();

@@ -18,9 +18,8 @@ class Campos : public Editor {
     });
   }
 };
-ZUVI_AMBOS_ANFITRIONES(Campos);
 
-TEST_P(Campos, EnterTabYF8LlevanAlCampoSiguiente) {
+TEST_F(Campos, EnterTabYF8LlevanAlCampoSiguiente) {
   const std::map<int, int> con_enter{{0, 14}, {4, 5}, {5, 4}, {14, 4}, {15, 16}, {28, 29}, {29, 6}};
   const std::map<int, int> con_f8{{4, 24}, {5, 24}, {6, 24}, {7, 24}, {24, 28}, {28, 29}, {29, 6}};
   AbreTodo();
@@ -51,7 +50,7 @@ TEST_P(Campos, EnterTabYF8LlevanAlCampoSiguiente) {
   EXPECT_EQ(Veces("Mensaje"), 0u);
 }
 
-TEST_P(Campos, F2YElDobleClicBuscanElCampoEnQueSePulsan) {
+TEST_F(Campos, F2YElDobleClicBuscanElCampoEnQueSePulsan) {
   AbreTodo();
   F(22).SetTag("N");
   t.mundo.eleccion = "12";
@@ -77,7 +76,7 @@ TEST_P(Campos, F2YElDobleClicBuscanElCampoEnQueSePulsan) {
   EXPECT_EQ(F(22).Text(), "12");
 }
 
-TEST_P(Campos, LaFlechaAbajoBuscaKitsYAbreListas) {
+TEST_F(Campos, LaFlechaAbajoBuscaKitsYAbreListas) {
   Nuevo();
   // A choice that fills the field moves on; the lookup of kits comes back to it.
   t.mundo.eleccion = "MESA";
@@ -96,7 +95,7 @@ TEST_P(Campos, LaFlechaAbajoBuscaKitsYAbreListas) {
   EXPECT_THAT(Avisos(), ElementsAre(testing::StartsWith(Informe("txtFields_KeyUp"))));
 }
 
-TEST_P(Campos, UnCampoLlenoAvanzaSolo) {
+TEST_F(Campos, UnCampoLlenoAvanzaSolo) {
   Nuevo();
   F(4).SetMaxLength(4);
   F(4).SetFocus();
@@ -125,7 +124,7 @@ TEST_P(Campos, UnCampoLlenoAvanzaSolo) {
   EXPECT_EQ(Veces("Mensaje"), 0u);
 }
 
-TEST_P(Campos, LaEtiquetaEligeElFiltro) {
+TEST_F(Campos, LaEtiquetaEligeElFiltro) {
   Nuevo();
   for (const std::string etiqueta : {"U", "N", "D", "SD", "SN", "u", "N ", ""}) {
     F(6).SetTag(etiqueta);
@@ -137,7 +136,7 @@ TEST_P(Campos, LaEtiquetaEligeElFiltro) {
   }
 }
 
-TEST_P(Campos, ElCodigoOLaClaveTraenElArticulo) {
+TEST_F(Campos, ElCodigoOLaClaveTraenElArticulo) {
   PonClave("K1", "MESA");
   PonClave("K2", "NADA");
   using Caso = std::tuple<int, const char*, const char*, std::size_t>;
@@ -169,7 +168,7 @@ TEST_P(Campos, ElCodigoOLaClaveTraenElArticulo) {
   EXPECT_THAT(Avisos(), ElementsAre(testing::StartsWith(Informe("TraeSegundaClave"))));
 }
 
-TEST_P(Campos, TipoDeCambioYVendedor) {
+TEST_F(Campos, TipoDeCambioYVendedor) {
   auto& tablas = t.mundo.tablas;
   tablas["SELECT * FROM monedas WHERE moneda = 'USD'"] = {{{"Tc", 17.25}, {"Base", std::int16_t{0}}}};
   tablas["SELECT * FROM monedas WHERE moneda = 'MXN'"] = {{{"Tc", 1.0}, {"Base", std::int16_t{1}}}};

@@ -14,19 +14,16 @@ inline const std::string kSuelta = "EjecutaSQL(UPDATE Op SET ocupado = 0 WHERE O
 inline const std::string kLibera = "LiberaVentana(frmOp, Ambiente)\n";
 
 /// The caller that opens orders and wants the focus back.
-class Padre final : public EnMemoria<Object> {
- public:
-  explicit Padre(Mundo& mundo) : EnMemoria(mundo, "Padre") {}
-  void SetFocus() { mundo_.Llama("Padre.SetFocus"); }
-  const MemberTable* Members() const override {
-    static const MemberTable tabla = MemberTable::Of<Padre>().Method<&Padre::SetFocus>("SetFocus");
-    return &tabla;
-  }
-};
+inline ObjectPtr NuevoPadre(Mundo& mundo) {
+  return std::make_shared<ObjetoMemoria>(mundo, "Padre",
+                                         [&mundo](const std::string& nombre, std::span<Value>) {
+                                           mundo.Llama("Padre." + nombre);
+                                           return Value();
+                                         });
+}
 
-/// With true the host can only be called by name.
 struct Mesa {
-  explicit Mesa(bool por_nombre) : t(por_nombre) {
+  Mesa() {
     t.escritorio.SetNow(Fecha::DesdeTexto("2026-03-05 14:07:09"));
     t.mundo.claves = {"almacen.almacen=9", "almacen.almacen=2", "prods.articulo=MESA"};
     t.mundo.tablas["SELECT ubicacion FROM prods WHERE articulo = 'MESA'"] = {{{"ubicacion", "A1"}}};
@@ -100,11 +97,7 @@ struct Mesa {
     F(0).SetFocus();
     v->Press(key::kF5);
   }
-  std::vector<std::string> Avisos() {
-    auto avisos = t.escritorio.Avisos();
-    t.escritorio.Olvida();
-    return avisos;
-  }
+  std::vector<std::string> Avisos() { return t.Avisos(); }
 
   /// What the component called since the last time, one call a line. Reading the connection, fetching a
   /// message and creating an object are left out.
@@ -129,9 +122,8 @@ struct Mesa {
 };
 
 /// Reports that a test does not take are a fault.
-class Editor : public testing::TestWithParam<bool>, public Mesa {
+class Editor : public testing::Test, public Mesa {
  protected:
-  Editor() : Mesa(GetParam()) {}
   ~Editor() override { Cierra(); }
 
   /// Opens an editor in place of those before. Its first lines are ART71, ART72 and so on.

@@ -10,8 +10,6 @@
 namespace zuvi::pruebas {
 namespace {
 
-using Pasos = std::vector<std::string>;
-
 /// Steps that leave the component: statements (a built one as a whole), numbers, processes, questions, paper.
 Pasos PasosDe(const std::vector<std::string>& bitacora) {
   constexpr std::array kPasos{"Consulta(",     "EjecutaSQL(", "Open(",          "ExisteClave(",
@@ -49,19 +47,15 @@ Pasos SinSoltar(Pasos pasos) {
   return pasos;
 }
 
-bool EsComienzo(const Pasos& hecho, const Pasos& limpio) {
-  return hecho.size() <= limpio.size() && std::equal(hecho.begin(), hecho.end(), limpio.begin());
-}
-
 /// Whether the failure is an error of the call; the others spoil what a call gives back.
 bool EsError(Clase clase) { return clase <= Clase::SinMiembro; }
 
 class Puesto : public Mesa {
  public:
-  explicit Puesto(bool por_nombre) : Mesa(por_nombre) {
+  Puesto() {
     t.mundo.parametros = {{"Almacen", std::int32_t{9}}, {"Lector", std::int16_t{0}}};
     PonOrden({}, {Linea(71), Linea(72)});
-    t.prod->PonParent(Entrega(t.mundo, std::make_shared<Padre>(t.mundo)));
+    t.prod->PonParent(NuevoPadre(t.mundo));
   }
   Pasos TomaPasos() { return PasosDe(std::exchange(t.mundo.bitacora, {})); }
   /// Lets everything go; what is left of the host then.
@@ -69,10 +63,7 @@ class Puesto : public Mesa {
     if (v) v->Unload();
     EXPECT_TRUE(t.escritorio.Forms().empty());
     v.reset();
-    t.prod.reset();
-    t.ambiente.reset();
-    t.modulo.Suelta();
-    return t.mundo.vivos;
+    return t.Despide();
   }
 };
 
@@ -88,10 +79,10 @@ class FallasDeCarga : public testing::TestWithParam<ParametrosDeCarga> {};
 
 TEST_P(FallasDeCarga, CallaYNoMuestraNadaAMedias) {
   const auto& [carga, modo] = GetParam();
-  const auto& [por_nombre, clase, persistente] = modo;
+  const auto& [clase, persistente] = modo;
   const char* const metodo = carga.nombre;
   const bool consulta = metodo == std::string("ConsultaOp");
-  Puesto sano(por_nombre);
+  Puesto sano;
   ASSERT_TRUE(sano.Abre(metodo));
   const Pasos limpio = sano.TomaPasos();
   constexpr std::size_t kSaltables = 3;
@@ -100,7 +91,7 @@ TEST_P(FallasDeCarga, CallaYNoMuestraNadaAMedias) {
   int n = 0;
   for (int fallas = 1; fallas > 0;) {
     SCOPED_TRACE(++n);
-    Puesto p(por_nombre);
+    Puesto p;
     p.t.mundo.falla = {n, persistente, clase};
     p.Abre(metodo);
     fallas = std::exchange(p.t.mundo.fallas_dadas, 0);
@@ -230,12 +221,12 @@ class FallasDeUso : public testing::TestWithParam<ParametrosDeUso> {};
 
 TEST_P(FallasDeUso, SeInformanYSePuedeSeguir) {
   const auto& [trabajo, modo] = GetParam();
-  const auto& [por_nombre, clase, persistente] = modo;
+  const auto& [clase, persistente] = modo;
   Pasos limpio;
   int n = 0;
   for (int fallas = 1; fallas > 0; ++n) {
     SCOPED_TRACE(n);
-    Puesto p(por_nombre);
+    Puesto p;
     ASSERT_TRUE(p.Abre(trabajo.metodo));
     trabajo.prepara(p);
     const Pasos antes = p.TomaPasos();

@@ -15,7 +15,6 @@ class Guarda : public Editor {
     Casilla("Check1").SetValue(0);
   }
 };
-ZUVI_AMBOS_ANFITRIONES(Guarda);
 
 const std::string kAlmacenBueno = "ExisteClave(9, almacen, almacen, Conexion)\n";
 const std::string kPregunta = "Pregunta(mensaje 759, 2)\n";
@@ -37,7 +36,7 @@ std::string SalvaOp(const std::string& op, const std::string& estado, const std:
 }
 const std::string kConfirmada = Columna("estado", "txt CO"), kPendiente = Columna("estado", "txt PE");
 
-TEST_P(Guarda, FinalizarGuardaProcesaImprimeYCierra) {
+TEST_F(Guarda, FinalizarGuardaProcesaImprimeYCierra) {
   using Caso = std::tuple<bool, bool, bool>;
   for (const auto& [pendiente, automatico, imprime] :
        {Caso{false, false, false}, Caso{false, true, true}, Caso{true, true, true}}) {
@@ -59,7 +58,7 @@ TEST_P(Guarda, FinalizarGuardaProcesaImprimeYCierra) {
   }
 }
 
-TEST_P(Guarda, FinalizarSeDetieneDondeDebe) {
+TEST_F(Guarda, FinalizarSeDetieneDondeDebe) {
   Nuevo("ModificaOp", 1);
   auto& dia = C<DatePicker>("DTPicker1");
   const auto intenta = [&](bool respuesta) {
@@ -96,7 +95,7 @@ TEST_P(Guarda, FinalizarSeDetieneDondeDebe) {
   EXPECT_TRUE(v->Closed());
 }
 
-TEST_P(Guarda, SinLineasSeGuardaPendienteYQuedaAbierta) {
+TEST_F(Guarda, SinLineasSeGuardaPendienteYQuedaAbierta) {
   for (const auto& [metodo, pendiente] :
        {std::pair("ModificaOp", false), std::pair("ModificaOp", true), std::pair("NuevaOp", false)}) {
     Nuevo(metodo);
@@ -121,7 +120,7 @@ TEST_P(Guarda, SinLineasSeGuardaPendienteYQuedaAbierta) {
   }
 }
 
-TEST_P(Guarda, FinalizarConservaElDineroYSumaElCosto) {
+TEST_F(Guarda, FinalizarConservaElDineroYSumaElCosto) {
   PonOrden({{"importe", 345.5}, {"costo", 1000.25}}, {Linea(71)});
   const auto agrega = [this](const char* cantidad) {
     F(4).SetFocus();
@@ -161,7 +160,7 @@ TEST_P(Guarda, FinalizarConservaElDineroYSumaElCosto) {
   }
 }
 
-TEST_P(Guarda, LaPrimeraLineaCreaElEncabezadoYConservaLaCasilla) {
+TEST_F(Guarda, LaPrimeraLineaCreaElEncabezadoYConservaLaCasilla) {
   Nuevo("NuevaOp");
   PonOrden({{"automatico", Null{}}, {"ordencompra", Null{}}});
   Casilla("Check1").SetValue(1);

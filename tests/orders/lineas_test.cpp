@@ -21,9 +21,8 @@ class Lineas : public Editor {
            (columna.empty() ? "" : "AgregaCampo(oppart, " + columna + ")\n") + "Genera(oppart)\nEjecuta()\n";
   }
 };
-ZUVI_AMBOS_ANFITRIONES(Lineas);
 
-TEST_P(Lineas, LaCapturaIncompletaSeRechazaYElFocoVaAlCampo) {
+TEST_F(Lineas, LaCapturaIncompletaSeRechazaYElFocoVaAlCampo) {
   t.mundo.claves.insert("prods.articulo=PROHIBIDO");
   t.mundo.restringidos = {"PROHIBIDO"};
   t.mundo.tablas["SELECT ubicacion FROM prods WHERE articulo = 'PROHIBIDO'"] = {{{"ubicacion", Null{}}}};
@@ -49,7 +48,7 @@ TEST_P(Lineas, LaCapturaIncompletaSeRechazaYElFocoVaAlCampo) {
   }
 }
 
-TEST_P(Lineas, UnaLineaSeGuardaYSeMuestra) {
+TEST_F(Lineas, UnaLineaSeGuardaYSeMuestra) {
   t.mundo.claves.insert("prods.articulo=MESA ");
   Nuevo("ModificaOp", 1);
   Agrega("MESA ", "1200");
@@ -92,7 +91,7 @@ Ejecuta()
   EXPECT_EQ(F(4).Text(), "");
 }
 
-TEST_P(Lineas, UnRechazoDelHostDetieneUnaSolaLinea) {
+TEST_F(Lineas, UnRechazoDelHostDetieneUnaSolaLinea) {
   Nuevo();
   for (const bool por_bandera : {true, false}) {
     t.mundo.proceso = [por_bandera](PeticionProceso& p) {
@@ -107,7 +106,7 @@ TEST_P(Lineas, UnRechazoDelHostDetieneUnaSolaLinea) {
   }
 }
 
-TEST_P(Lineas, LaQueNoSePudoGuardarSigueEnSusCampos) {
+TEST_F(Lineas, LaQueNoSePudoGuardarSigueEnSusCampos) {
   // Before a number is taken, when the order cannot be created, and when the line cannot be stored.
   for (const auto& [orden_compra, precio, fallan, procedimiento] :
        {std::tuple("COP", "2.5", "", "NuevaPartida"), std::tuple("", "1.2.3", "", "NuevaPartida"),
@@ -136,7 +135,7 @@ TEST_P(Lineas, LaQueNoSePudoGuardarSigueEnSusCampos) {
   }
 }
 
-TEST_P(Lineas, ConElLectorCadaCodigoAgregaUnaPieza) {
+TEST_F(Lineas, ConElLectorCadaCodigoAgregaUnaPieza) {
   PonClave("K1", "MESA");
   Nuevo();
   F(4).SetMaxLength(4);  // also the length of the code that the key turns into
@@ -155,7 +154,7 @@ TEST_P(Lineas, ConElLectorCadaCodigoAgregaUnaPieza) {
   EXPECT_EQ(Veces("Mensaje"), 0u);
 }
 
-TEST_P(Lineas, LaTeclaSuprimirBorraLaLineaActual) {
+TEST_F(Lineas, LaTeclaSuprimirBorraLaLineaActual) {
   // In an order that is only viewed neither a deletion nor an edit begins.
   Nuevo("ConsultaOp", 3);
   std::int16_t tecla = key::kDelete, digito = '7';
@@ -173,7 +172,7 @@ TEST_P(Lineas, LaTeclaSuprimirBorraLaLineaActual) {
   EXPECT_EQ(Celda(2, 0) + Celda(3, 0), "ART73");
 }
 
-TEST_P(Lineas, SoloSeEditanCantidadYPrecioDeUnaLinea) {
+TEST_F(Lineas, SoloSeEditanCantidadYPrecioDeUnaLinea) {
   constexpr std::int16_t kDobleClic = 0;  // in place of a character
   using Caso = std::tuple<int, int, std::int16_t, const char*, bool>;
   for (const auto& [fila, col, pulsado, texto, abre] :
@@ -206,7 +205,7 @@ TEST_P(Lineas, SoloSeEditanCantidadYPrecioDeUnaLinea) {
   }
 }
 
-TEST_P(Lineas, LasTeclasDelEditorEscribenODescartan) {
+TEST_F(Lineas, LasTeclasDelEditorEscribenODescartan) {
   // The row, the key, and the row after it.
   for (const auto& [fila, tecla, queda] :
        {std::tuple(2, key::kEnter, 2), std::tuple(2, key::kEscape, 2), std::tuple(2, key::kUp, 1),
@@ -229,7 +228,7 @@ TEST_P(Lineas, LasTeclasDelEditorEscribenODescartan) {
   }
 }
 
-TEST_P(Lineas, UnaEdicionAbiertaTieneUnaSolaSuerteAlDejarla) {
+TEST_F(Lineas, UnaEdicionAbiertaTieneUnaSolaSuerteAlDejarla) {
   // How the cell is left, where the focus is then, and whether that closes the window.
   struct Salida {
     std::function<void()> sale;
@@ -310,7 +309,7 @@ TEST_P(Lineas, UnaEdicionAbiertaTieneUnaSolaSuerteAlDejarla) {
   EXPECT_EQ(CajaDeCelda().Top(), Rejilla().CellBounds().top + Rejilla().Top());
 }
 
-TEST_P(Lineas, UnaCeldaEditadaEscribeSuColumna) {
+TEST_F(Lineas, UnaCeldaEditadaEscribeSuColumna) {
   // The editor is opened by code, as no user can in most columns. Column 5 holds the key itself: the new text
   // is the key by then.
   for (const auto& [col, entrada, columna] :

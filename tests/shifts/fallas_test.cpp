@@ -76,8 +76,8 @@ const Escena kEscenas[] = {
 };
 
 /// Statements and processes, in their order.
-std::vector<std::string> Pasos(const Taller& t) {
-  std::vector<std::string> pasos;
+Pasos PasosDe(const Taller& t) {
+  Pasos pasos;
   for (const auto& linea : t.mundo.bitacora)
     for (const char* paso : {"Consulta(", "EjecutaSQL(", "Ejecuta()", "IniciaProceso("})
       if (linea.starts_with(paso)) pasos.push_back(linea);
@@ -85,7 +85,7 @@ std::vector<std::string> Pasos(const Taller& t) {
 }
 
 /// Whether `menos` is what is left of `todo` when some steps are left out.
-bool EsParteDe(const std::vector<std::string>& menos, const std::vector<std::string>& todo) {
+bool EsParteDe(const Pasos& menos, const Pasos& todo) {
   auto at = todo.begin();
   return std::ranges::all_of(menos, [&](const std::string& paso) {
     at = std::find(at, todo.end(), paso);
@@ -98,11 +98,11 @@ class FallasDeTurnos : public testing::TestWithParam<Parametros> {};
 
 TEST_P(FallasDeTurnos, SeInformanYNadaQueda) {
   const auto& [escena, modo] = GetParam();
-  const auto& [por_nombre, clase, persistente] = modo;
-  std::vector<std::string> limpio;
+  const auto& [clase, persistente] = modo;
+  Pasos limpio;
   for (int n = 0, fallas = 1; fallas > 0; ++n) {
     SCOPED_TRACE(n);
-    Taller t(por_nombre);
+    Taller t;
     t.escritorio.SetNow(Fecha::DesdeTexto("2026-11-21"));
     PonTurnos(t);
     t.mundo.respuestas = {true, true};
@@ -111,13 +111,13 @@ TEST_P(FallasDeTurnos, SeInformanYNadaQueda) {
     ASSERT_EQ(t.escritorio.Forms().size(), 1u);
     fallas = n == 0 ? 1 : t.mundo.fallas_dadas;
     if (n == 0) {
-      limpio = Pasos(t);
+      limpio = PasosDe(t);
       EXPECT_THAT(limpio, testing::Contains(testing::StartsWith(escena.ultimo)));
       EXPECT_THAT(t.escritorio.Avisos(), testing::IsEmpty());
     } else if (fallas > 0 && clase <= Clase::SinMiembro) {
       EXPECT_FALSE(t.escritorio.Avisos().empty());
       // Procedures that run one after the other each have their own trap: a failed one is left out.
-      EXPECT_TRUE(EsParteDe(Pasos(t), limpio)) << testing::PrintToString(Pasos(t));
+      EXPECT_TRUE(EsParteDe(PasosDe(t), limpio)) << testing::PrintToString(PasosDe(t));
     }
     for (const auto& aviso : t.escritorio.Avisos())
       EXPECT_TRUE(aviso.starts_with("Error occured:\r\nModule: frm") &&
@@ -126,10 +126,7 @@ TEST_P(FallasDeTurnos, SeInformanYNadaQueda) {
     t.mundo.falla = {};
     EXPECT_TRUE(Ventana(t).Unload());
     EXPECT_TRUE(t.escritorio.Forms().empty());
-    t.prod.reset();
-    t.ambiente.reset();
-    t.modulo.Suelta();
-    EXPECT_EQ(t.mundo.vivos, 0);
+    EXPECT_EQ(t.Despide(), 0);
   }
 }
 

@@ -162,28 +162,6 @@ TEST_P(Turnos, GeneraHorariosParaDiaSemanaYMes) {
   EXPECT_THAT(mensajes, Contains(AllOf(HasSubstr("todos los turnos, del 04-01-2027"), HasSubstr("-> si"))));
 }
 
-/// A user who goes on working while the host is at it: what he does between two pieces of the work, and
-/// whether he ends it.
-class Manos final : public Interaccion {
- public:
-  explicit Manos(std::function<bool()> hace) : hace_(std::move(hace)) {}
-  void Mensaje(const std::string&, EstiloMensaje) override {}
-  bool Pregunta(const std::string&) override { return true; }
-  std::unique_ptr<Progreso> AbreProgreso(std::int32_t, const std::string&, const std::string&) override {
-    return std::make_unique<ProgresoMudo>();
-  }
-  bool Cancelado() override { return cancelado_; }
-  void NuevaOperacion() override { cancelado_ = false; }
-  bool AtiendeVentanas() override {
-    cancelado_ = !hace_();
-    return true;
-  }
-
- private:
-  std::function<bool()> hace_;
-  bool cancelado_ = false;
-};
-
 TEST_P(Turnos, MientrasGeneraLasVentanasContestan) {
   const auto ventana = Abre();
   auto& generar = Control<Button>(*ventana, "Command1");

@@ -1,479 +1,230 @@
 #include "tests/support/anfitrion_memoria.h"
 
+#include <array>
+
+#include "base/text.h"
 #include "component/services/acceso_datos.h"
 #include "component/services/control_procesos.h"
 #include "component/services/documento_inventario.h"
 #include "component/services/ventanas_host.h"
-#include "tests/support/recordset_memoria.h"
 
 namespace zuvi::pruebas {
 namespace {
 
-void Exige(bool cumple, const char* que) {
+using Args = std::span<Value>;
+
+void Exige(bool cumple, const std::string& que) {
   if (!cumple) throw HostError(que);
 }
 
-class ConexionMemoria final : public EnMemoria<Conexion> {
- public:
-  explicit ConexionMemoria(Mundo& mundo) : EnMemoria(mundo, "Conexion") {}
+/// A host object that answers by `responde(nombre, args)`.
+template <class Responde>
+ObjectPtr Nuevo(Mundo& mundo, const std::string& nombre, Responde responde) {
+  return std::make_shared<ObjetoMemoria>(mundo, nombre, std::move(responde));
+}
+
+struct Registros {
+  Filas filas;
+  std::size_t actual = 0;
+
+  Value Campo(const Value& indice) const {
+    Exige(actual < filas.size(), "Either BOF or EOF is True, or the current record has been deleted.");
+    const Fila& fila = filas[actual];
+    if (const auto* ordinal = std::get_if<std::int32_t>(&indice.Get()))
+      return fila.at(static_cast<std::size_t>(*ordinal)).second;
+    for (const auto& [columna, valor] : fila)
+      if (IgualSinCaso(columna, ATexto(indice))) return valor;
+    throw HostError("Item cannot be found: " + ATexto(indice));
+  }
 };
 
-/// What the environment hands out as the container of paths, and the collection in it.
-class RutasMemoria final : public EnMemoria<Object> {
- public:
-  explicit RutasMemoria(Mundo& mundo) : EnMemoria(mundo, "Rutas") {}
-  ObjectPtr Coleccion() { return shared_from_this(); }
-  const MemberTable* Members() const override {
-    static const MemberTable tabla =
-        MemberTable::Of<RutasMemoria>().Property<&RutasMemoria::Coleccion>("PathCollection");
-    return &tabla;
-  }
-};
-
-class AmbienteEnMemoria final : public EnMemoria<Ambiente> {
- public:
-  using EnMemoria::EnMemoria;
-  std::shared_ptr<Conexion> TraeConexion() override { return Da(nombre_ + ".Conexion", conexion_); }
-  std::string UsuarioActual() override { return Da("UsuarioActual", "ADMIN"); }
-  std::string RutaAplicacion() override { return Da("RutaAplicacion", "C:\\Tienda"); }
-  void EjecutaSQL(const std::string& sql) override { mundo_.Llama("EjecutaSQL", sql); }
-  std::int32_t DatoFechaA() override { return Da("DatoFechaA", 45); }
-  std::int32_t DatoFechaB() override { return Da("DatoFechaB", 931); }
-  Value DatoDocumento() override { return Da("DatoDocumento", "DD"); }
-  std::shared_ptr<Recordset> ParametrosEstacion() override {
-    mundo_.Llama("ParametrosEstacion");
-    return std::make_shared<RecordsetMemoria>(mundo_, Filas{mundo_.parametros});
-  }
-  ObjectPtr ContenedorRutas() override {
-    mundo_.Llama("ContenedorRutas");
-    return mundo_.con_rutas ? std::make_shared<RutasMemoria>(mundo_) : nullptr;
-  }
-  const MemberTable* Members() const override {
-    using Yo = AmbienteEnMemoria;
-    static const MemberTable tabla = MemberTable::Of<Yo>()
-                                         .Property<&Yo::TraeConexion>("Conexion")
-                                         .Method<&Yo::UsuarioActual>("UsuarioActual")
-                                         .Method<&Yo::RutaAplicacion>("RutaAplicacion")
-                                         .Method<&Yo::EjecutaSQL>("EjecutaSQL", {"sql"})
-                                         .Method<&Yo::DatoFechaA>("DatoFechaA")
-                                         .Method<&Yo::DatoFechaB>("DatoFechaB")
-                                         .Method<&Yo::DatoDocumento>("DatoDocumento")
-                                         .Method<&Yo::ParametrosEstacion>("ParametrosEstacion")
-                                         .Method<&Yo::ContenedorRutas>("ContenedorRutas");
-    return &tabla;
-  }
-
- private:
-  template <class T>
-  T Da(const std::string& llamada, T valor) {
-    mundo_.Llama(llamada);
-    return valor;
-  }
-  std::shared_ptr<Conexion> conexion_ = std::make_shared<ConexionMemoria>(mundo_);
-};
+/// ADO's record set, with its Fields and Field.
+ObjectPtr RecordsetMemoria(Mundo& m, Filas filas) {
+  const auto r = std::make_shared<Registros>(Registros{std::move(filas)});
+  return Nuevo(m, "Recordset", [&m, r](const std::string& n, Args a) -> Value {
+    const bool fin = r->actual >= r->filas.size();
+    if (n == "EOF") return fin;
+    if (n == "MoveNext") {
+      Exige(!fin, "MoveNext past the end");
+      ++r->actual;
+      return {};
+    }
+    if (n == "Fields")
+      return Nuevo(m, "Fields", [&m, r](const std::string&, Args item) -> Value {
+        return Nuevo(m, "Field", [valor = r->Campo(item[0])](const std::string&, Args) { return valor; });
+      });
+    m.Llama(n, a);
+    if (n == "Open") *r = {m.tablas[ATexto(a[0])]};
+    return {};
+  });
+}
 
 /// Logs the columns with the types of their values.
-class ConstructorMemoria final : public EnMemoria<ConstructorSql> {
- public:
-  explicit ConstructorMemoria(Mundo& mundo) : EnMemoria(mundo, "Constructor") {}
-  void PonConexion(const std::shared_ptr<Conexion>& c) override { mundo_.Llama("PonConexion", Value(c)); }
-  void PonRutas(const ObjectPtr& rutas) override { mundo_.Llama("PonRutas", rutas); }
-  void Limpia() override { mundo_.Llama("Limpia"); }
-  void Tipo(const std::string& tipo) override { mundo_.Llama("Tipo", tipo); }
-  void AgregaCampo(const std::string& tabla, const std::string& columna, const Value& valor) override {
-    mundo_.Llama("AgregaCampo", tabla, columna, Mundo::TextoConTipo(valor));
-  }
-  void Condicion(const std::string& condicion) override { mundo_.Llama("Condicion", condicion); }
-  void Genera(const std::string& tabla) override { mundo_.Llama("Genera", tabla); }
-  void Ejecuta() override { mundo_.Llama("Ejecuta"); }
-  const MemberTable* Members() const override {
-    using Yo = ConstructorMemoria;
-    static const MemberTable tabla =
-        MemberTable::Of<Yo>()
-            .Method<&Yo::PonConexion>("PonConexion", {"conexion"})
-            .Method<&Yo::PonRutas>("PonRutas", {"rutas"})
-            .Method<&Yo::Limpia>("Limpia")
-            .Method<&Yo::Tipo>("Tipo", {"tipo"})
-            .Method<&Yo::AgregaCampo>("AgregaCampo", {"tabla", "columna", "valor"})
-            .Method<&Yo::Condicion>("Condicion", {"condicion"})
-            .Method<&Yo::Genera>("Genera", {"tabla"})
-            .Method<&Yo::Ejecuta>("Ejecuta");
-    return &tabla;
-  }
-};
+ObjectPtr ConstructorMemoria(Mundo& m) {
+  return Nuevo(m, "Constructor", [&m](const std::string& n, Args a) -> Value {
+    if (n == "AgregaCampo") a[2] = Mundo::TextoConTipo(a[2]);
+    m.Llama(n, a);
+    return {};
+  });
+}
 
-class AccesoDatosMemoria final : public EnMemoria<AccesoDatos> {
-  using ConexionPtr = std::shared_ptr<Conexion>;
-  using AmbientePtr = std::shared_ptr<Ambiente>;
+/// Arguments that are the same in every call: where they stand, and what they are. The log leaves them out.
+const std::map<std::string, std::pair<std::ptrdiff_t, Value>> kFijos{{"Consulta", {2, true}},
+                                                                     {"ExisteClave", {4, true}},
+                                                                     {"FiltroTecla", {0, true}},
+                                                                     {"PreparaVentana", {2, ""}},
+                                                                     {"LiberaVentana", {2, "frmMaster"}}};
 
- public:
-  explicit AccesoDatosMemoria(Mundo& mundo) : EnMemoria(mundo, "AccesoDatos") {}
-  std::shared_ptr<Recordset> Consulta(const std::string& sql, const ConexionPtr& conexion) override {
-    mundo_.Llama("Consulta", sql);
-    Exige(conexion != nullptr, "sin conexión");
-    const auto filas = mundo_.tablas.find(sql);
-    return std::make_shared<RecordsetMemoria>(mundo_, filas == mundo_.tablas.end() ? Filas{} : filas->second);
-  }
-  double ValorNumerico(const Value& valor) override {
-    mundo_.LlamaCallada();
-    return valor == Value("") ? 0 : ANumero(valor);
-  }
-  std::string ValorTexto(const Value& valor) override {
-    mundo_.LlamaCallada();
-    return valor.IsNull() ? std::string() : ATexto(valor);
-  }
-  bool EstaVacio(const std::string& texto) override {
-    mundo_.LlamaCallada();
-    return Recorta(texto).empty();
-  }
-  std::string TextoDeMensaje(std::int32_t numero, const AmbientePtr& ambiente) override {
-    mundo_.Llama("TraeMensaje", numero, ambiente);
-    return "mensaje " + Decimal(numero);
-  }
-  void Mensaje(const std::string& texto, EstiloMensaje estilo, const AmbientePtr& ambiente) override {
-    mundo_.Llama("Mensaje", texto, static_cast<std::int16_t>(estilo), Value(ambiente));
-  }
-  bool Pregunta(const std::string& texto, std::int16_t modo) override {
-    mundo_.Llama("Pregunta", texto, modo);
-    if (mundo_.respuestas.empty()) return false;
-    const bool respuesta = mundo_.respuestas.front();
-    mundo_.respuestas.pop_front();
-    return respuesta;
-  }
-  std::int32_t SiguienteFolio(const std::string& clave, const ConexionPtr& conexion, std::int32_t& documento,
-                              const std::shared_ptr<ConstructorSql>& constructor) override {
-    mundo_.Llama("SiguienteFolio", clave, conexion, documento, constructor);
-    documento = 8801;
-    return ++folio_;
-  }
-  Fecha ComponeFecha(std::int32_t a, std::int32_t b) override {
-    mundo_.Llama("ComponeFecha", a, b);
-    return Fecha::DesdeSerie(a * 1000 + b);
-  }
-  std::string FechaSQL(const ConexionPtr&, const Fecha& fecha) override {
-    mundo_.LlamaCallada();
-    return "'" + fecha.Formatea("yyyy-MM-dd") + "'";
-  }
-  std::string TextoConCeros(std::int32_t numero, std::int32_t ancho) override {
-    mundo_.LlamaCallada();
-    const std::string cifras = Decimal(numero);
-    const auto largo = static_cast<std::size_t>(ancho);
+/// Capitals.
+std::int16_t Mayuscula(std::int16_t c) {
+  return c >= 'a' && c <= 'z' ? static_cast<std::int16_t>(c - 32) : c;
+}
+/// Digits, point and minus, and control characters.
+std::int16_t DeNumero(std::int16_t c) {
+  const bool pasa = (c >= 0 && c < ' ') || (c >= '0' && c <= '9') || c == '.' || c == '-';
+  return pasa ? c : std::int16_t{0};
+}
+
+/// What is asked for all the time is not worth a line of the log.
+std::optional<Value> Callado(const Mundo& m, const std::string& n, Args a) {
+  if (n == "ValorNumerico") return a[0] == Value("") ? 0 : ANumero(a[0]);
+  if (n == "ValorTexto") return a[0].IsNull() ? std::string() : ATexto(a[0]);
+  if (n == "EstaVacio") return Recorta(ATexto(a[0])).empty();
+  if (n == "FechaSQL") return "'" + AFecha(a[1]).Formatea("yyyy-MM-dd") + "'";
+  if (n == "TextoConCeros") {
+    const std::string cifras = Decimal(AEntero32(a[0]));
+    const auto largo = static_cast<std::size_t>(AEntero32(a[1]));
     return cifras.size() < largo ? std::string(largo - cifras.size(), '0') + cifras : cifras;
   }
-  bool ExisteClave(const std::string& valor, const std::string& tabla, const std::string& columna,
-                   const ConexionPtr& conexion) override {
-    mundo_.Llama("ExisteClave", valor, tabla, columna, Value(conexion));
-    return mundo_.claves.contains(tabla + "." + columna + "=" + valor);
-  }
-  bool UbicacionRestringida(const std::string& articulo, std::int16_t almacen,
-                            const ConexionPtr& conexion) override {
-    mundo_.Llama("UbicacionRestringida", articulo, almacen, Value(conexion));
-    return mundo_.restringidos.contains(articulo);
-  }
-  std::shared_ptr<ConstructorSql> NuevoConstructorSql() override {
-    mundo_.Llama("NuevoConstructorSql");
-    return std::make_shared<ConstructorMemoria>(mundo_);
-  }
-  void PreparaVentana(const ObjectPtr& ventana, const AmbientePtr& ambiente) override {
-    mundo_.Llama("PreparaVentana", ventana, Value(ambiente));
-  }
-  void LiberaVentana(const ObjectPtr& ventana, const AmbientePtr& ambiente) override {
-    mundo_.Llama("LiberaVentana", ventana, Value(ambiente));
-  }
-  std::string FormateaCampo(const ObjectPtr& caja, const AmbientePtr&) override {
-    mundo_.LlamaCallada();
-    const std::string texto = ATexto(caja->Call("Text"));
-    return mundo_.formato ? mundo_.formato(ATexto(caja->Call("Tag")), texto) : texto;
-  }
-  /// Capitals.
-  std::int16_t FiltroMayusculas(const ObjectPtr& caja, std::int16_t caracter) override {
-    mundo_.Llama("FiltroMayusculas", caja, caracter);
-    return caracter >= 'a' && caracter <= 'z' ? static_cast<std::int16_t>(caracter - 32) : caracter;
-  }
-  /// Takes digits, point and minus, and control characters.
-  std::int16_t FiltroTecla(const ObjectPtr& caja, std::int16_t caracter) override {
-    mundo_.Llama("FiltroTecla", caja, caracter);
-    const bool pasa = (caracter >= 0 && caracter < ' ') || (caracter >= '0' && caracter <= '9') ||
-                      caracter == '.' || caracter == '-';
-    return pasa ? caracter : std::int16_t{0};
-  }
-  const MemberTable* Members() const override {
-    using Yo = AccesoDatosMemoria;
-    static const MemberTable tabla =
-        MemberTable::Of<Yo>()
-            .Method<&Yo::ConsultaConBandera>("Consulta", {"sql", "conexion", "bandera"})
-            .Method<&Yo::ValorNumerico>("ValorNumerico", {"valor"})
-            .Method<&Yo::TextoDeMensaje>("TraeMensaje", {"numero", "ambiente"})
-            .Method<&Yo::Pregunta>("Pregunta", {"texto", "modo"})
-            .Method<&Yo::ValorTexto>("ValorTexto", {"valor"})
-            .Method<&Yo::EstaVacio>("EstaVacio", {"texto"})
-            .Method<&Yo::MensajePorNombre>("Mensaje", {"texto", "estilo", "ambiente"})
-            .Method<&Yo::FechaSQL>("FechaSQL", {"conexion", "fecha"})
-            .Method<&Yo::TextoConCeros>("TextoConCeros", {"numero", "ancho"})
-            .Method<&Yo::ExisteConBandera>("ExisteClave",
-                                           {"valor", "tabla", "columna", "conexion", "bandera"})
-            .Method<&Yo::UbicacionRestringida>("UbicacionRestringida", {"articulo", "almacen", "conexion"})
-            .Method<&Yo::NuevoConstructorSql>("NuevoConstructorSql")
-            .Method<&Yo::PreparaConTexto>("PreparaVentana", {"ventana", "ambiente", "texto"})
-            .Method<&Yo::LiberaConTexto>("LiberaVentana", {"ventana", "ambiente", "texto"})
-            .Method<&Yo::FormateaCampo>("FormateaCampo", {"caja", "ambiente"})
-            .Method<&Yo::MayusculasPorNombre>("FiltroMayusculas", {"caja", "caracter"})
-            .Method<&Yo::TeclaConBandera>("FiltroTecla", {"bandera", "caja", "caracter"})
-            .Method<&Yo::SiguienteFolio>("SiguienteFolio", {"clave", "conexion", "documento", "constructor"})
-            .Method<&Yo::ComponeFecha>("ComponeFecha", {"a", "b"});
-    return &tabla;
-  }
+  if (n != "FormateaCampo") return std::nullopt;
+  const ObjectPtr caja = AObjeto(a[0]);
+  const std::string texto = ATexto(caja->Call("Text"));
+  return m.formato ? m.formato(ATexto(caja->Call("Tag")), texto) : texto;
+}
 
- private:
-  // The same with the arguments that only travel by name.
-  std::shared_ptr<Recordset> ConsultaConBandera(const std::string& sql, const ConexionPtr& conexion,
-                                                bool bandera) {
-    Exige(bandera, "la bandera de Consulta no viaja en verdadero");
-    return Consulta(sql, conexion);
-  }
-  void MensajePorNombre(const std::string& texto, std::int16_t estilo, const AmbientePtr& ambiente) {
-    Mensaje(texto, static_cast<EstiloMensaje>(estilo), ambiente);
-  }
-  bool ExisteConBandera(const std::string& valor, const std::string& tabla, const std::string& columna,
-                        const ConexionPtr& conexion, bool bandera) {
-    Exige(bandera, "la bandera de ExisteClave no viaja en verdadero");
-    return ExisteClave(valor, tabla, columna, conexion);
-  }
-  void PreparaConTexto(const ObjectPtr& ventana, const AmbientePtr& ambiente, const std::string& texto) {
-    Exige(texto.empty(), "PreparaVentana lleva un texto vacío");
-    PreparaVentana(ventana, ambiente);
-  }
-  void LiberaConTexto(const ObjectPtr& ventana, const AmbientePtr& ambiente, const std::string& texto) {
-    Exige(texto == "frmMaster", "LiberaVentana nombra la ventana principal");
-    LiberaVentana(ventana, ambiente);
-  }
-  std::int16_t MayusculasPorNombre(const ObjectPtr& caja, std::int16_t& caracter) {
-    return caracter = FiltroMayusculas(caja, caracter);
-  }
-  std::int16_t TeclaConBandera(bool bandera, const ObjectPtr& caja, std::int16_t& caracter) {
-    Exige(bandera, "la bandera de FiltroTecla no viaja en verdadero");
-    return caracter = FiltroTecla(caja, caracter);
-  }
-  std::int32_t folio_ = 500;
-};
+ObjectPtr AccesoDatosMemoria(Mundo& m) {
+  return Nuevo(m, "AccesoDatos", [&m, folio = 500](const std::string& n, Args a) mutable -> Value {
+    if (const auto valor = Callado(m, n, a)) return *valor;
+    std::vector<Value> vistos(a.begin(), a.end());
+    if (const auto fijo = kFijos.find(n); fijo != kFijos.end()) {
+      const auto& [lugar, valor] = fijo->second;
+      Exige(vistos.at(static_cast<std::size_t>(lugar)) == valor, "lo fijo de " + n + " es otra cosa");
+      vistos.erase(vistos.begin() + lugar);
+    }
+    if (n == "Consulta") vistos.resize(1);
+    m.Llama(n, vistos);
+    if (n == "Consulta") {
+      Exige(AObjeto(a[1]) != nullptr, "sin conexión");
+      const auto filas = m.tablas.find(ATexto(a[0]));
+      return RecordsetMemoria(m, filas == m.tablas.end() ? Filas{} : filas->second);
+    }
+    if (n == "TraeMensaje") return "mensaje " + ATexto(a[0]);
+    if (n == "Pregunta") {
+      if (m.respuestas.empty()) return false;
+      const bool respuesta = m.respuestas.front();
+      m.respuestas.pop_front();
+      return respuesta;
+    }
+    if (n == "SiguienteFolio") {
+      a[2] = 8801;
+      return ++folio;
+    }
+    if (n == "ComponeFecha") return Fecha::DesdeSerie(AEntero32(a[0]) * 1000 + AEntero32(a[1]));
+    if (n == "ExisteClave") return m.claves.contains(ATexto(a[1]) + "." + ATexto(a[2]) + "=" + ATexto(a[0]));
+    if (n == "UbicacionRestringida") return m.restringidos.contains(ATexto(a[0]));
+    if (n == "NuevoConstructorSql") return ConstructorMemoria(m);
+    if (n == "FiltroMayusculas") return a[1] = Mayuscula(AEntero16(a[1]));
+    if (n == "FiltroTecla") return a[2] = DeNumero(AEntero16(a[2]));
+    return {};
+  });
+}
 
-class ControlProcesosMemoria final : public EnMemoria<ControlProcesos> {
- public:
-  explicit ControlProcesosMemoria(Mundo& mundo) : EnMemoria(mundo, "ControlProcesos") {}
-  void IniciaProceso(PeticionProceso& p) override {
-    mundo_.Llama("IniciaProceso", p.clave, p.objeto, p.ambiente, p.dato, p.objeto2, p.bandera, p.numero,
-                 p.texto, p.nulo, p.texto2, p.objeto3);
-    clave_ = p.clave;
-    if (mundo_.proceso) mundo_.proceso(p);
-  }
-  void ConsultaProceso(bool& bandera) override {
-    const bool veto = mundo_.vetos.contains(clave_);
-    mundo_.Llama("ConsultaProceso", bandera);
-    bandera = veto;
-  }
-  void CierraProceso(std::int32_t numero) override { mundo_.Llama("CierraProceso", numero); }
-  void ImprimeReporte(const std::string& clave, std::int32_t op, const std::shared_ptr<Ambiente>& ambiente,
-                      const ObjectPtr& ventana) override {
-    mundo_.Llama("ImprimeReporte", clave, op, Value(ambiente), ventana);
-  }
-  const MemberTable* Members() const override {
-    using Yo = ControlProcesosMemoria;
-    static const MemberTable tabla =
-        MemberTable::Of<Yo>()
-            .Method<&Yo::IniciaPorNombre>(
-                "IniciaProceso", {"clave", "objeto", "ambiente", "dato", "objeto2", "bandera", "numero",
-                                  "texto", "nulo", "texto2", "objeto3"})
-            .Method<&Yo::ConsultaProceso>("ConsultaProceso", {"bandera"})
-            .Method<&Yo::CierraProceso>("CierraProceso", {"numero"})
-            .Method<&Yo::ImprimeReporte>("ImprimeReporte", {"clave", "op", "ambiente", "ventana"});
-    return &tabla;
-  }
+ObjectPtr ControlProcesosMemoria(Mundo& m) {
+  return Nuevo(m, "ControlProcesos",
+               [&m, clave = std::string()](const std::string& n, Args a) mutable -> Value {
+                 const bool veto = m.vetos.contains(clave);
+                 m.Llama(n, a);
+                 if (n == "ConsultaProceso") a[0] = veto;
+                 if (n != "IniciaProceso") return {};
+                 PeticionProceso p;
+                 p.clave = clave = ATexto(a[0]);
+                 p.objeto = AObjeto(a[1]);
+                 p.bandera = ABooleano(a[5]);
+                 if (m.proceso) m.proceso(p);
+                 a[1] = p.objeto;
+                 a[5] = p.bandera;
+                 return {};
+               });
+}
 
- private:
-  void IniciaPorNombre(std::string& clave, ObjectPtr& objeto, ObjectPtr& ambiente, Value& dato,
-                       ObjectPtr& objeto2, bool& bandera, std::int32_t& numero, std::string& texto,
-                       Value& nulo, std::string& texto2, ObjectPtr& objeto3) {
-    PeticionProceso p{clave, objeto, ambiente, dato, objeto2, bandera, numero, texto, nulo, texto2, objeto3};
-    IniciaProceso(p);
-    objeto = p.objeto;
-    bandera = p.bandera;
-  }
-  std::string clave_;
-};
-
-class DocumentoEnMemoria final : public EnMemoria<DocumentoInventario> {
- public:
-  explicit DocumentoEnMemoria(Mundo& mundo)
-      : EnMemoria(mundo, "Documento " + std::to_string(++mundo.documentos)) {}
-  void PonAmbiente(const std::shared_ptr<Ambiente>& a) override { Llama("PonAmbiente", Value(a)); }
-  void PonDatoDocumento(const Value& dato) override { Llama("PonDatoDocumento", dato); }
-  void PonDatoFecha(std::int32_t dato) override { Llama("PonDatoFecha", dato); }
-  void PonFecha(const Fecha& fecha) override { Llama("PonFecha", fecha); }
-  void PonTipo(const std::string& tipo) override { Llama("PonTipo", tipo); }
-  void PonConcepto(const std::string& concepto) override { Llama("PonConcepto", concepto); }
-  void PonOrden(std::int32_t orden) override { Llama("PonOrden", orden); }
-  void PonFolio(const std::string& folio) override { Llama("PonFolio", folio); }
-  void PonUsuario(const std::string& usuario) override { Llama("PonUsuario", usuario); }
-  void PonAlmacen(double almacen) override { Llama("PonAlmacen", almacen); }
-  void PonArticulo(const std::string& articulo) override { Llama("PonArticulo", articulo); }
-  void PonCantidad(double cantidad) override {
-    Llama("PonCantidad", cantidad);
-    mundo_.cantidades.push_back(cantidad);
-    cantidad_ = cantidad;
-  }
-  void PonCosto(double costo) override {
-    Llama("PonCosto", costo);
-    costo_ = costo;
-  }
-  double AplicaMovimiento(std::int32_t& numero) override {
-    Llama("AplicaMovimiento", numero);
-    numero = 99;
-    return cantidad_ * costo_;
-  }
-  /// Called by name it numbers its movements in its own way.
-  double AplicaConSerie(Value& numero) {
-    std::int32_t n = AEntero32(numero);
-    const double importe = AplicaMovimiento(n);
-    numero = "M-" + Decimal(n);
-    return importe;
-  }
-  const MemberTable* Members() const override {
-    using Yo = DocumentoEnMemoria;
-    static const MemberTable tabla = MemberTable::Of<Yo>()
-                                         .Method<&Yo::PonAmbiente>("PonAmbiente", {"ambiente"})
-                                         .Method<&Yo::PonDatoDocumento>("PonDatoDocumento", {"dato"})
-                                         .Method<&Yo::PonDatoFecha>("PonDatoFecha", {"dato"})
-                                         .Method<&Yo::PonFecha>("PonFecha", {"fecha"})
-                                         .Method<&Yo::PonTipo>("PonTipo", {"tipo"})
-                                         .Method<&Yo::PonConcepto>("PonConcepto", {"concepto"})
-                                         .Method<&Yo::PonOrden>("PonOrden", {"orden"})
-                                         .Method<&Yo::PonFolio>("PonFolio", {"folio"})
-                                         .Method<&Yo::PonUsuario>("PonUsuario", {"usuario"})
-                                         .Method<&Yo::PonAlmacen>("PonAlmacen", {"almacen"})
-                                         .Method<&Yo::PonArticulo>("PonArticulo", {"articulo"})
-                                         .Method<&Yo::PonCantidad>("PonCantidad", {"cantidad"})
-                                         .Method<&Yo::PonCosto>("PonCosto", {"costo"})
-                                         .Method<&Yo::AplicaConSerie>("AplicaMovimiento", {"numero"});
-    return &tabla;
-  }
-
- private:
-  void Llama(const char* nombre, const Value& valor) { mundo_.Llama(nombre_ + "." + nombre, valor); }
-  double cantidad_ = 0;
-  double costo_ = 0;
-};
-
-class ProgresoMemoria final : public EnMemoria<VentanaProgreso> {
- public:
-  explicit ProgresoMemoria(Mundo& mundo) : EnMemoria(mundo, "Progreso") {}
-  void Inicia(std::int32_t total, const std::string& titulo, const std::string& animacion) override {
-    mundo_.Llama("Inicia", total, titulo, animacion);
-  }
-  void Avanza(std::int32_t paso, const std::string& texto, const std::string& texto2) override {
-    mundo_.Llama("Avanza", paso, texto, texto2);
-  }
-  void Cierra() override { mundo_.Llama("Cierra"); }
-  const MemberTable* Members() const override {
-    using Yo = ProgresoMemoria;
-    static const MemberTable tabla = MemberTable::Of<Yo>()
-                                         .Method<&Yo::Inicia>("Inicia", {"total", "titulo", "animacion"})
-                                         .Method<&Yo::Avanza>("Avanza", {"paso", "texto", "texto2"})
-                                         .Method<&Yo::Cierra>("Cierra");
-    return &tabla;
-  }
-};
+ObjectPtr ProgresoMemoria(Mundo& m) {
+  return Nuevo(m, "Progreso", [&m](const std::string& n, Args a) {
+    m.Llama(n, a);
+    return Value();
+  });
+}
 
 /// Host windows that fill a text box: they write what the script chooses, by name.
-template <class Servicio>
-class LlenaCaja : public EnMemoria<Servicio> {
- public:
-  using EnMemoria<Servicio>::EnMemoria;
-  void PonAmbiente(const std::shared_ptr<Ambiente>& a) override { Llama("PonAmbiente", Value(a)); }
-  void PonDestino(const ObjectPtr& caja) override {
-    Llama("PonDestino", caja);
-    caja_ = caja;
-  }
-
- protected:
-  template <class... A>
-  void Llama(const char* nombre, const A&... args) {
-    this->mundo_.Llama(this->nombre_ + "." + nombre, args...);
-  }
-  void Elige() {
-    if (this->mundo_.eleccion) caja_->Put("Text", *this->mundo_.eleccion);
-  }
-
- private:
-  ObjectPtr caja_;
-};
-
-class BuscaMemoria final : public LlenaCaja<BuscaCatalogo> {
- public:
-  explicit BuscaMemoria(Mundo& mundo) : LlenaCaja(mundo, "Busca") {}
-  void PonFiltro(const std::string& filtro) override { Llama("PonFiltro", filtro); }
-  void Muestra(const std::string& titulo) override {
-    Llama("Muestra", titulo);
-    Elige();
-  }
-  const MemberTable* Members() const override {
-    using Yo = BuscaMemoria;
-    static const MemberTable tabla =
-        MemberTable::Of<Yo>()
-            .Method<&Yo::PonAmbiente>("PonAmbiente", {"ambiente"})
-            .Method<&Yo::PonDestino>("PonDestino", {"caja"})
-            .Method<&Yo::PonFiltro>("PonFiltro", {"filtro"})
-            .Method<&Yo::MuestraPorNombre>("Muestra", {"titulo", "texto1", "texto2", "texto3"});
-    return &tabla;
-  }
-
- private:
-  void MuestraPorNombre(const std::string& titulo, const std::string& a, const std::string& b,
-                        const std::string& c) {
-    Exige((a + b + c).empty(), "los textos de Muestra van vacíos");
-    Muestra(titulo);
-  }
-};
-
-class CapturaMemoria final : public LlenaCaja<CapturaNumerica> {
- public:
-  explicit CapturaMemoria(Mundo& mundo) : LlenaCaja(mundo, "Captura") {}
-  void Muestra() override {
-    Llama("Muestra");
-    Elige();
-  }
-  const MemberTable* Members() const override {
-    using Yo = CapturaMemoria;
-    static const MemberTable tabla = MemberTable::Of<Yo>()
-                                         .Method<&Yo::PonAmbiente>("PonAmbiente", {"ambiente"})
-                                         .Method<&Yo::PonDestino>("PonDestino", {"caja"})
-                                         .Method<&Yo::Muestra>("Muestra");
-    return &tabla;
-  }
-};
+ObjectPtr LlenaCaja(Mundo& m, const std::string& nombre) {
+  return Nuevo(m, nombre, [&m, nombre, caja = ObjectPtr()](const std::string& n, Args a) mutable -> Value {
+    for (std::size_t i = 1; i < a.size(); ++i) Exige(a[i] == Value(""), "los textos de Muestra van vacíos");
+    m.Llama(nombre + "." + n, a.first(std::min<std::size_t>(a.size(), 1)));
+    if (n == "PonDestino") caja = AObjeto(a[0]);
+    if (n == "Muestra" && m.eleccion) caja->Put("Text", *m.eleccion);
+    return {};
+  });
+}
 
 }  // namespace
 
-ObjectPtr AmbienteMemoria(Mundo& mundo, const std::string& nombre) {
-  return Entrega(mundo, std::make_shared<AmbienteEnMemoria>(mundo, nombre));
+ObjectPtr AmbienteMemoria(Mundo& m, const std::string& nombre) {
+  const std::map<std::string, Value> datos{
+      {"Conexion", Nuevo(m, "Conexion", [](const std::string&, Args) { return Value(); })},
+      {"UsuarioActual", "ADMIN"},
+      {"RutaAplicacion", "C:\\Tienda"},
+      {"DatoFechaA", 45},
+      {"DatoFechaB", 931},
+      {"DatoDocumento", "DD"}};
+  return Nuevo(m, nombre, [&m, nombre, datos](const std::string& n, Args a) -> Value {
+    m.Llama(n == "Conexion" ? nombre + "." + n : n, a);
+    if (n == "ParametrosEstacion") return RecordsetMemoria(m, {m.parametros});
+    if (n == "ContenedorRutas" && m.con_rutas)
+      // The container of the paths, and the collection in it.
+      return Nuevo(m, "Rutas", [&m](const std::string&, Args) {
+        return Value(Nuevo(m, "Rutas", [](const std::string&, Args) { return Value(); }));
+      });
+    const auto dato = datos.find(n);
+    return dato == datos.end() ? Value() : dato->second;
+  });
 }
 
-ObjectPtr DocumentoMemoria(Mundo& mundo) { return std::make_shared<DocumentoEnMemoria>(mundo); }
+ObjectPtr DocumentoMemoria(Mundo& m) {
+  const std::string nombre = "Documento " + std::to_string(++m.documentos);
+  return Nuevo(m, nombre,
+               [&m, nombre, cantidad = 0.0, costo = 0.0](const std::string& n, Args a) mutable -> Value {
+                 m.Llama(nombre + "." + n, a);
+                 if (n == "PonCantidad") m.cantidades.push_back(cantidad = ANumero(a[0]));
+                 if (n == "PonCosto") costo = ANumero(a[0]);
+                 if (n != "AplicaMovimiento") return {};
+                 // It numbers its movements in its own way.
+                 a[0] = "M-99";
+                 return cantidad * costo;
+               });
+}
 
 ObjectPtr FabricaMemoria::Crea(std::string_view prog_id) {
-  mundo_.Llama("Crea", prog_id);
-  if (mundo_.por_nombre && mundo_.falla.clase <= Clase::SinMemoria && mundo_.Toca()) mundo_.Lanza();
+  mundo_.Llama("Crea", std::array{Value(std::string(prog_id))});
+  mundo_.FallaAntes();
   if (mundo_.falla.clase == Clase::NadaPorObjeto && mundo_.Toca()) return nullptr;
-  ObjectPtr objeto;
-  if (prog_id == AccesoDatos::kProgId) objeto = std::make_shared<AccesoDatosMemoria>(mundo_);
-  if (prog_id == ControlProcesos::kProgId) objeto = std::make_shared<ControlProcesosMemoria>(mundo_);
-  if (prog_id == DocumentoInventario::kProgId) objeto = DocumentoMemoria(mundo_);
-  if (prog_id == ConstructorSql::kProgId) objeto = std::make_shared<ConstructorMemoria>(mundo_);
-  if (prog_id == VentanaProgreso::kProgId) objeto = std::make_shared<ProgresoMemoria>(mundo_);
-  if (prog_id == Recordset::kProgId) objeto = std::make_shared<RecordsetMemoria>(mundo_, Filas{});
-  if (prog_id == BuscaCatalogo::kProgId) objeto = std::make_shared<BuscaMemoria>(mundo_);
-  if (prog_id == CapturaNumerica::kProgId) objeto = std::make_shared<CapturaMemoria>(mundo_);
-  if (!objeto) throw HostError(ErrorNumber::CannotCreateObject);
-  return Entrega(mundo_, std::move(objeto));
+  if (prog_id == AccesoDatos::kProgId) return AccesoDatosMemoria(mundo_);
+  if (prog_id == ControlProcesos::kProgId) return ControlProcesosMemoria(mundo_);
+  if (prog_id == DocumentoInventario::kProgId) return DocumentoMemoria(mundo_);
+  if (prog_id == ConstructorSql::kProgId) return ConstructorMemoria(mundo_);
+  if (prog_id == VentanaProgreso::kProgId) return ProgresoMemoria(mundo_);
+  if (prog_id == Recordset::kProgId) return RecordsetMemoria(mundo_, {});
+  if (prog_id == BuscaCatalogo::kProgId) return LlenaCaja(mundo_, "Busca");
+  if (prog_id == CapturaNumerica::kProgId) return LlenaCaja(mundo_, "Captura");
+  throw HostError(ErrorNumber::CannotCreateObject);
 }
 
 }  // namespace zuvi::pruebas

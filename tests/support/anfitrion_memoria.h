@@ -1,4 +1,4 @@
-// A host in memory: every service of the component's contract, played from a `Mundo`.
+// A host in memory: every service of the component's contract, played from a `Mundo` and called by name.
 #pragma once
 
 #include <string>
@@ -7,12 +7,6 @@
 #include "tests/support/mundo.h"
 
 namespace zuvi::pruebas {
-
-template <class Servicio>
-class EnMemoria : public Servicio, public ConNombre {
- public:
-  using ConNombre::ConNombre;
-};
 
 /// The environment that the component is bound to.
 ObjectPtr AmbienteMemoria(Mundo& mundo, const std::string& nombre = "Ambiente");

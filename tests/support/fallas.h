@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -11,16 +12,22 @@
 
 namespace zuvi::pruebas {
 
-inline constexpr std::array kClasesDirectas{Clase::Texto, Clase::SinTexto, Clase::SinMemoria};
-inline constexpr std::array kClasesPorNombre{
-    Clase::Texto,          Clase::SinTexto,        Clase::SinMemoria,   Clase::SinMiembro,
-    Clase::TextoPorNumero, Clase::NumeroPorObjeto, Clase::NadaPorObjeto};
+inline constexpr std::array kClases{Clase::Texto,        Clase::SinTexto,       Clase::SinMemoria,
+                                    Clase::SinMiembro,   Clase::TextoPorNumero, Clase::NumeroPorObjeto,
+                                    Clase::NadaPorObjeto};
+
+/// What an operation did, step by step.
+using Pasos = std::vector<std::string>;
+
+inline bool EsComienzo(const Pasos& hecho, const Pasos& limpio) {
+  return hecho.size() <= limpio.size() && std::equal(hecho.begin(), hecho.end(), limpio.begin());
+}
 
 /// For the names of tests.
 inline std::string NombreDe(Clase clase) {
-  static const char* const kClases[] = {"Texto",          "SinTexto",        "SinMemoria",   "SinMiembro",
-                                        "TextoPorNumero", "NumeroPorObjeto", "NadaPorObjeto"};
-  return kClases[static_cast<int>(clase)];
+  static const char* const kNombres[] = {"Texto",          "SinTexto",        "SinMemoria",   "SinMiembro",
+                                         "TextoPorNumero", "NumeroPorObjeto", "NadaPorObjeto"};
+  return kNombres[static_cast<int>(clase)];
 }
 
 /// What a report says of such a failure.
@@ -43,19 +50,16 @@ inline std::string Descripcion(Clase clase) {
   return "Object variable or With block variable not set";
 }
 
-/// One way of failing: on a host that is reached by type or by name, once or from then on.
+/// One way of failing: once or from then on.
 struct Modo {
-  bool por_nombre;
   Clase clase;
   bool persistente;
 };
 
 inline std::vector<Modo> Modos() {
   std::vector<Modo> modos;
-  for (const bool persistente : {false, true}) {
-    for (const Clase clase : kClasesDirectas) modos.push_back({false, clase, persistente});
-    for (const Clase clase : kClasesPorNombre) modos.push_back({true, clase, persistente});
-  }
+  for (const bool persistente : {false, true})
+    for (const Clase clase : kClases) modos.push_back({clase, persistente});
   return modos;
 }
 
@@ -63,8 +67,7 @@ inline std::vector<Modo> Modos() {
 template <class Parametros>
 std::string NombreDeCaso(const testing::TestParamInfo<Parametros>& info) {
   const auto& [caso, modo] = info.param;
-  return std::string(caso.nombre) + (modo.por_nombre ? "PorNombre" : "Directo") + NombreDe(modo.clase) +
-         (modo.persistente ? "Siempre" : "UnaVez");
+  return std::string(caso.nombre) + NombreDe(modo.clase) + (modo.persistente ? "Siempre" : "UnaVez");
 }
 
 }  // namespace zuvi::pruebas

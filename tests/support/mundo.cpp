@@ -37,24 +37,21 @@ bool Mundo::Toca() {
   return toca;
 }
 
-void Mundo::Lanza() const {
-  if (falla.clase == Clase::Texto) throw HostError(kTextoFalla);
-  if (falla.clase == Clase::SinTexto) throw HostError("");
+void Mundo::FallaAntes() {
+  if (falla.clase > Clase::SinMemoria || !Toca()) return;
   if (falla.clase == Clase::SinMemoria) throw std::bad_alloc();
+  throw HostError(falla.clase == Clase::Texto ? kTextoFalla : "");
 }
 
-void Mundo::FallaDirecta() {
-  if (falla.clase <= Clase::SinMemoria && Toca()) Lanza();
-}
-
-void Mundo::Linea(const std::string& nombre, std::initializer_list<std::string> args) {
+void Mundo::Llama(const std::string& nombre, std::span<const Value> args) {
   std::string linea = nombre + "(";
   const char* separador = "";
-  for (const auto& arg : args) {
-    linea += separador + arg;
+  for (const Value& arg : args) {
+    linea += separador + Texto(arg);
     separador = ", ";
   }
   Anota(linea + ")");
+  if (gancho) gancho(bitacora.back());
 }
 
 std::string Mundo::Bitacora() const {
@@ -66,9 +63,8 @@ std::string Mundo::Bitacora() const {
 std::string Mundo::Texto(const Value& valor) {
   if (valor.IsNull()) return "Null";
   if (!valor.IsObject()) return ATexto(valor);
-  ObjectPtr objeto = ReferenceOf(AObjeto(valor));
+  const ObjectPtr objeto = ReferenceOf(AObjeto(valor));
   if (!objeto) return "Nothing";
-  if (const auto* oculto = dynamic_cast<PorNombre*>(objeto.get())) objeto = oculto->Dentro();
   if (const auto* con_nombre = dynamic_cast<ConNombre*>(objeto.get())) return con_nombre->Nombre();
   if (const auto* ventana = dynamic_cast<Form*>(objeto.get())) return ventana->Name();
   if (const auto* control = dynamic_cast<Control*>(objeto.get()))
@@ -92,45 +88,32 @@ std::string Mundo::TextoConTipo(const Value& valor) {
   return std::visit(Tipo{}, valor.Get()) + Texto(valor);
 }
 
-ObjectPtr Entrega(Mundo& mundo, ObjectPtr objeto) {
-  if (!mundo.por_nombre || !dynamic_cast<ConNombre*>(objeto.get()) || dynamic_cast<PorNombre*>(objeto.get()))
-    return objeto;
-  return std::make_shared<PorNombre>(mundo, std::move(objeto));
-}
-
-std::optional<MemberId> PorNombre::Find(std::string_view name) {
+std::optional<MemberId> ObjetoMemoria::Find(std::string_view name) {
   if (mundo_.falla.clase == Clase::SinMiembro && mundo_.Toca()) return std::nullopt;
-  return dentro_->Find(name);
+  nombres_.emplace_back(name);
+  return static_cast<MemberId>(nombres_.size());
 }
 
-void PorNombre::FallaAntes() {
-  if (mundo_.falla.clase <= Clase::SinMemoria && mundo_.Toca()) mundo_.Lanza();
-}
-
-Value PorNombre::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
-  FallaAntes();
-  Value resultado = dentro_->Read(id, args, by_ref);
+Value ObjetoMemoria::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
+  mundo_.FallaAntes();
+  // Host code within the call may call this object again.
+  const std::string nombre = nombres_.at(static_cast<std::size_t>(id) - 1);
+  // What travels by value is not seen again.
+  std::vector<Value> locales(args.begin(), args.end());
+  Value resultado = responde_(nombre, locales);
+  for (std::size_t i = 0; i < args.size(); ++i)
+    if ((by_ref >> i) & 1u) args[i] = std::move(locales[i]);
   const Clase clase = mundo_.falla.clase;
-  bool aplicable = Aplicable(clase, resultado);
+  std::vector<Value*> estropeables;
+  if (Aplicable(clase, resultado)) estropeables.push_back(&resultado);
   for (std::size_t i = 0; i < args.size(); ++i)
-    aplicable |= ((by_ref >> i) & 1u) && Aplicable(clase, args[i]);
+    if (((by_ref >> i) & 1u) && Aplicable(clase, args[i])) estropeables.push_back(&args[i]);
   // The host has acted by now: what it gives back is wrong, not what it did.
-  const bool estropea = aplicable && mundo_.Toca();
-  const auto devuelve = [&](Value& v) {
-    if (estropea && Aplicable(clase, v))
-      v = Estropeado(clase);
-    else if (v.IsObject())
-      v = Entrega(mundo_, AObjeto(v));
-  };
-  for (std::size_t i = 0; i < args.size(); ++i)
-    if ((by_ref >> i) & 1u) devuelve(args[i]);
-  devuelve(resultado);
+  if (!estropeables.empty() && mundo_.Toca())
+    for (Value* const valor : estropeables) *valor = Estropeado(clase);
   return resultado;
 }
 
-void PorNombre::Write(MemberId id, std::span<Value> args) {
-  FallaAntes();
-  dentro_->Write(id, args);
-}
+void ObjetoMemoria::Write(MemberId id, std::span<Value> args) { Read(id, args, 0); }
 
 }  // namespace zuvi::pruebas

@@ -7,6 +7,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,7 +17,7 @@
 
 namespace zuvi::pruebas {
 
-/// How a host call fails. The ones from `SinMiembro` on exist only for a host that is called by name.
+/// How a host call fails.
 enum class Clase { Texto, SinTexto, SinMemoria, SinMiembro, TextoPorNumero, NumeroPorObjeto, NadaPorObjeto };
 
 /// Text of a `Clase::Texto` failure: line breaks and accents have to reach the user as they are.
@@ -36,8 +37,6 @@ using Filas = std::vector<Fila>;
 class Mundo {
  public:
   // Script.
-  /// Whether host objects are given out so that they can only be called by name.
-  bool por_nombre = false;
   /// Rows by the exact text of the statement; any other statement gives no rows.
   std::map<std::string, Filas> tablas;
   std::deque<bool> respuestas;
@@ -68,22 +67,13 @@ class Mundo {
   /// Host objects alive.
   int vivos = 0;
 
-  /// Logs "nombre(a, b, …)" and runs the hook. In a direct host this is where a call fails.
-  template <class... A>
-  void Llama(const std::string& nombre, const A&... args) {
-    if (!por_nombre) FallaDirecta();
-    Linea(nombre, {Texto(Value(args))...});
-    if (gancho) gancho(bitacora.back());
-  }
+  /// Logs "nombre(a, b, …)" and runs the hook.
+  void Llama(const std::string& nombre, std::span<const Value> args = {});
   void Anota(std::string linea) { bitacora.push_back(std::move(linea)); }
-  /// A call that is not worth a line of the log, but can fail.
-  void LlamaCallada() {
-    if (!por_nombre) FallaDirecta();
-  }
   /// Counts one call that can fail; true when it is to fail.
   bool Toca();
-  /// Fails the way the script says, when that is an exception.
-  void Lanza() const;
+  /// Fails the way the script says, when that is an exception and it is its turn.
+  void FallaAntes();
 
   std::string Bitacora() const;
   /// How a value shows in the log; objects by their name, controls of an array as "txtFields(4)".
@@ -92,8 +82,6 @@ class Mundo {
   static std::string TextoConTipo(const Value& valor);
 
  private:
-  void FallaDirecta();
-  void Linea(const std::string& nombre, std::initializer_list<std::string> args);
   int cuenta_ = 0;
 };
 
@@ -111,22 +99,19 @@ class ConNombre {
   std::string nombre_;
 };
 
-/// A host object that is of no service type: its members can only be called by name. What it hands out is
-/// hidden in the same way. By-name failures happen here.
-class PorNombre final : public Object, public ConNombre {
+/// A host object: whatever name it is called by, one function answers. Failures happen here.
+class ObjetoMemoria final : public Object, public ConNombre {
  public:
-  PorNombre(Mundo& mundo, ObjectPtr dentro) : ConNombre(mundo, "por nombre"), dentro_(std::move(dentro)) {}
-  const ObjectPtr& Dentro() const { return dentro_; }
+  using Responde = std::function<Value(const std::string& nombre, std::span<Value> args)>;
+  ObjetoMemoria(Mundo& mundo, std::string nombre, Responde responde)
+      : ConNombre(mundo, std::move(nombre)), responde_(std::move(responde)) {}
   std::optional<MemberId> Find(std::string_view name) override;
   Value Read(MemberId id, std::span<Value> args, ByRef by_ref) override;
   void Write(MemberId id, std::span<Value> args) override;
 
  private:
-  void FallaAntes();
-  ObjectPtr dentro_;
+  Responde responde_;
+  std::vector<std::string> nombres_;
 };
-
-/// The object in the form in which this world's host gives its objects out.
-ObjectPtr Entrega(Mundo& mundo, ObjectPtr objeto);
 
 }  // namespace zuvi::pruebas

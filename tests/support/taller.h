@@ -46,17 +46,13 @@ inline std::string Reporte(const std::string& funcion, const std::string& descri
 }
 
 struct Taller {
-  explicit Taller(bool por_nombre = false) {
-    mundo.por_nombre = por_nombre;
-    ambiente = AmbienteMemoria(mundo);
-    prod->PonAmbiente(ambiente);
-  }
+  Taller() { prod->PonAmbiente(ambiente); }
 
   Mundo mundo;
   FabricaMemoria fabrica{mundo};
   HeadlessDesktop escritorio;
   Modulo modulo{fabrica, escritorio, &PilaCasiAgotada};
-  ObjectPtr ambiente;
+  ObjectPtr ambiente = AmbienteMemoria(mundo);
   std::shared_ptr<Produccion> prod = std::make_shared<ProduccionAnotada>(modulo, mundo);
 
   void PonArticulo(const std::string& codigo, const Value& costo, const Value& kit = std::int16_t{0}) {
@@ -98,6 +94,19 @@ struct Taller {
          "op.op = " +
          op] = filas;
   }
+  /// Reports since the last time.
+  std::vector<std::string> Avisos() {
+    auto avisos = escritorio.Avisos();
+    escritorio.Olvida();
+    return avisos;
+  }
+  /// Lets everything go; how much of the host is left then.
+  int Despide() {
+    prod.reset();
+    ambiente.reset();
+    modulo.Suelta();
+    return mundo.vivos;
+  }
   /// Lines of the log that begin so.
   std::vector<std::string> Lineas(const std::string& comienzo) const {
     std::vector<std::string> lineas;
@@ -107,27 +116,17 @@ struct Taller {
   }
 };
 
-/// Every story is told twice: by a host of the services' own types and by one that is called by name.
-class EnTaller : public testing::TestWithParam<bool> {
+class EnTaller : public testing::Test {
  protected:
   EnTaller() { t.PonMesa(); }
-  std::vector<std::string> Avisos() {
-    auto avisos = t.escritorio.Avisos();
-    t.escritorio.Olvida();
-    return avisos;
-  }
+  std::vector<std::string> Avisos() { return t.Avisos(); }
   /// Lines of the log that begin so, without the beginning and the closing parenthesis.
   std::vector<std::string> Valores(const std::string& comienzo) const {
     auto valores = t.Lineas(comienzo + "(");
     for (auto& valor : valores) valor = valor.substr(comienzo.size() + 1, valor.size() - comienzo.size() - 2);
     return valores;
   }
-  Taller t{GetParam()};
+  Taller t;
 };
 
 }  // namespace zuvi::pruebas
-
-/// Runs the tests of a suite on a host reached by type, and on one reached by name.
-#define ZUVI_AMBOS_ANFITRIONES(suite)                         \
-  INSTANTIATE_TEST_SUITE_P(Anfitrion, suite, testing::Bool(), \
-                           [](const auto& info) { return info.param ? "PorNombre" : "Directo"; })
