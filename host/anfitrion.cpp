@@ -88,19 +88,29 @@ void Anfitrion::PonOpciones(Opciones opciones) {
 std::shared_ptr<BaseDatos> Anfitrion::Conecta(const Ubicacion& lugar) const {
   using Modo = Ubicacion::Modo;
   lugar.ExigeBase();
-  if (opciones_.solo_lee && lugar.EsDeSoloLectura() && !lugar.TieneCambiosAlLado())
-    return BaseDatos::Abre(lugar.Cadena(Modo::Congelada), traza_);
+  // What this account made beside another's file would keep its owner from writing.
+  if (opciones_.solo_lee && lugar.EsDeSoloLectura())
+    return BaseDatos::Abre(lugar.Cadena(lugar.TieneCambiosAlLado() ? Modo::Intacta : Modo::Congelada),
+                           traza_);
   return BaseDatos::Abre(lugar.Cadena(Modo::Existente), traza_);
 }
 
 std::optional<Esquema> Anfitrion::ExaminaIntacta(const Ubicacion& lugar) const {
   if (!lugar.TieneCambiosAlLado()) return std::nullopt;
-  try {
-    return Examina(*BaseDatos::Abre(lugar.Cadena(Ubicacion::Modo::Intacta), traza_));
-  } catch (const HostError&) {
-    // What cannot be read without writing is told by opening it.
-    return std::nullopt;
+  using Modo = Ubicacion::Modo;
+  for (const Modo modo : {Modo::Intacta, Modo::Congelada, Modo::Lectura}) {
+    try {
+      const Esquema esquema = Examina(*BaseDatos::Abre(lugar.Cadena(modo), traza_));
+      // Without what is beside it a file may lack what is ours; what is not ours stays so.
+      const EstadoEsquema estado = esquema.estado;
+      if (modo != Modo::Congelada || estado == EstadoEsquema::Ajeno || estado == EstadoEsquema::Nuevo ||
+          (estado == EstadoEsquema::Falta && !lugar.TieneWal()))
+        return esquema;
+    } catch (const HostError&) {
+      // What cannot be read without writing is told by opening it.
+    }
   }
+  return std::nullopt;
 }
 
 const std::shared_ptr<BaseDatos>& Anfitrion::Adopta(std::shared_ptr<BaseDatos> base) {
@@ -174,16 +184,14 @@ std::int32_t Anfitrion::ActualizaBase() {
 void Anfitrion::CompruebaReabierta(BaseDatos& base) {
   // It may be another server by now, or the same one with an older copy: numbers kept here are not its.
   siguiente_movimiento_ = fin_de_bloque_ = 0;
-  bool propia = false;
   try {
-    propia = !base.Consulta("SELECT version FROM esquema")->Eof();
+    ExigeListo(Examina(base));
   } catch (const HostError& error) {
     if (error.SqlState().starts_with("08")) throw;
-  }
-  if (!propia)
     throw HostError(
-        "La conexión se abrió de nuevo, pero la base de datos ya no es la de este programa; no se tocó "
-        "nada.");
+        std::string("La conexión se abrió de nuevo, pero la base de datos ya no es la de este programa: ") +
+        error.what());
+  }
 }
 
 void Anfitrion::ExigeNuestraOVacia(const Ubicacion& lugar) const {

@@ -21,9 +21,8 @@ void CreaFaltantes(BaseDatos& base, const std::set<std::string>& hay) {
       base.EjecutaEsquema(std::string("CREATE TABLE ") + tabla.nombre + " (" + tabla.columnas + ")" +
                           opciones);
   for (const char* indice : kIndices) base.EjecutaEsquema(indice);
-  // The component spells this table in two ways, which are two tables to a server that tells capitals apart.
   // The view works with the rights of whoever uses it, and outlives the account that made it.
-  if (mariadb && ANumero(base.Consulta("SELECT @@lower_case_table_names")->Campo(0)) == 0)
+  if (NecesitaVistaOp(base))
     base.EjecutaEsquema("CREATE OR REPLACE SQL SECURITY INVOKER VIEW Op AS SELECT * FROM op");
 }
 
@@ -47,9 +46,8 @@ class Exclusiva {
   explicit Exclusiva(BaseDatos& base) : base_(base) {
     if (base.TraeMotor() == Motor::Sqlite) {
       base.Ejecuta("BEGIN IMMEDIATE");
-    } else if (const Value logrado = base.Consulta("SELECT GET_LOCK('zuvi_esquema', 60)")->Campo(0);
-               logrado.IsNull() || ANumero(logrado) != 1) {
-      throw HostError("Otro programa está preparando la base de datos desde hace un minuto");
+    } else if (!TomaCandado()) {
+      throw HostError("Otro programa está preparando la base de datos; espere a que termine");
     }
   }
   Exclusiva(const Exclusiva&) = delete;
@@ -80,6 +78,13 @@ class Exclusiva {
   }
 
  private:
+  /// Waits twenty seconds in pieces, each shorter than the shortest limit of reading.
+  bool TomaCandado() {
+    for (int intento = 0; intento < 40; ++intento)
+      if (NumeroDe(base_.Consulta("SELECT GET_LOCK('zuvi_esquema', 0.5)")->Campo(0)) == 1) return true;
+    return false;
+  }
+
   BaseDatos& base_;
   bool confirmada_ = false;
 };

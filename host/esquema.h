@@ -40,6 +40,9 @@ enum class Contenido { Vacio, Tienda };
 
 /// Finds out by reading alone.
 Esquema Examina(BaseDatos& base);
+/// Whether table op needs a second name: the component spells it in two ways, which are two tables to a
+/// server that tells capitals apart.
+bool NecesitaVistaOp(BaseDatos& base);
 /// Throws HostError, which tells what to do, unless the database can be worked with.
 void ExigeListo(const Esquema& esquema);
 /// Makes the schema where there is none, also when several programs start on it at once or an earlier attempt

@@ -111,6 +111,11 @@ std::string TablaConDatos(BaseDatos& base, const std::set<std::string>& tablas) 
 
 }  // namespace
 
+bool NecesitaVistaOp(BaseDatos& base) {
+  return base.TraeMotor() == Motor::MariaDb &&
+         ANumero(base.Consulta("SELECT @@lower_case_table_names")->Campo(0)) == 0;
+}
+
 Esquema Examina(BaseDatos& base) {
   Esquema esquema;
   const auto es = [&](EstadoEsquema estado, const std::string& tabla = {}) {
@@ -120,6 +125,7 @@ Esquema Examina(BaseDatos& base) {
   };
   const auto homonimos = Homonimos(base);
   if (homonimos.empty()) return es(EstadoEsquema::Falta);
+  bool vista_op = false;
   std::string otro;  // called like a table of ours, and no table of ours
   for (const Objeto& objeto : homonimos) {
     const auto se_llama = [&](const Tabla& tabla) { return IgualSinCaso(objeto.nombre, tabla.nombre); };
@@ -129,6 +135,8 @@ Esquema Examina(BaseDatos& base) {
       esquema.tablas.insert(objeto.nombre);
     else if (objeto.tabla || objeto.nombre != "Op")
       otro = objeto.nombre;
+    else
+      vista_op = true;
   }
   if (!esquema.tablas.contains("esquema"))
     return es(EstadoEsquema::Ajeno,
@@ -155,6 +163,7 @@ Esquema Examina(BaseDatos& base) {
   if (esquema.version < kVersionMinima) return es(EstadoEsquema::Antiguo);
   for (const Tabla& tabla : kTablas)
     if (!esquema.tablas.contains(tabla.nombre)) return es(EstadoEsquema::Roto, tabla.nombre);
+  if (!vista_op && NecesitaVistaOp(base)) return es(EstadoEsquema::Roto, "Op");
   return es(EstadoEsquema::Listo);
 }
 
@@ -183,6 +192,8 @@ void ExigeListo(const Esquema& esquema) {
       throw HostError("La base tiene una tabla " + esquema.tabla +
                       " que no es de este anfitrión; no se tocó nada");
     case EstadoEsquema::Roto:
+      if (esquema.tabla == "Op")
+        throw HostError("A la base le falta la vista Op; la hace zuvi actualiza con la cuenta del dueño");
       throw HostError("A la base le falta la tabla " + esquema.tabla +
                       ": restaure un respaldo, o use zuvi actualiza para crearla vacía");
   }

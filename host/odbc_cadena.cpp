@@ -8,7 +8,10 @@
 namespace zuvi::host {
 namespace {
 
-constexpr std::array kClaves{"PWD", "PASSWORD"};
+/// In the name of whatever holds a password, misspelled and in Spanish too.
+constexpr std::array kSecretos{"pwd", "pass", "contrase", "clave", "secret"};
+/// What only a connection string has, wherever it stands in it.
+constexpr std::array kDelatan{"DRIVER", "DSN", "FILEDSN", "SERVER", "UID", "USER"};
 /// Names by which a string is known that lacks what to connect with.
 constexpr std::array kHabituales{"DRIVER", "DSN",      "FILEDSN", "SERVER",  "DATABASE", "UID",     "USER",
                                  "PWD",    "PASSWORD", "SOCKET",  "CHARSET", "OPTION",   "SAVEFILE"};
@@ -18,10 +21,17 @@ bool EsDe(const Lista& lista, std::string_view nombre) {
   return std::ranges::any_of(lista, [&](const char* uno) { return IgualSinCaso(uno, nombre); });
 }
 
+bool EsSecreto(std::string_view nombre) {
+  const std::string minusculas = Minusculas(nombre);
+  return std::ranges::any_of(kSecretos,
+                             [&](const char* parte) { return minusculas.find(parte) != std::string::npos; });
+}
+
 /// Attribute names are words; what has a dot or a slash in it is part of a file's name.
 bool EsPalabra(std::string_view nombre) {
   return !nombre.empty() && std::ranges::all_of(nombre, [](char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == ' ';
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
+           c == ' ' || static_cast<unsigned char>(c) >= 0x80;
   });
 }
 
@@ -88,6 +98,12 @@ std::string CadenaOdbc::Trae(std::string_view nombre) const {
   return {};
 }
 
+std::vector<std::string> CadenaOdbc::Nombres() const {
+  std::vector<std::string> nombres;
+  for (const auto& [nombre, valor] : atributos_) nombres.push_back(nombre);
+  return nombres;
+}
+
 bool CadenaOdbc::Tiene(std::string_view nombre) const {
   return std::ranges::any_of(atributos_,
                              [&](const auto& atributo) { return IgualSinCaso(atributo.first, nombre); });
@@ -109,28 +125,28 @@ std::string CadenaOdbc::Texto() const {
 }
 
 bool PareceCadena(std::string_view texto) {
-  const CadenaOdbc cadena(texto);
-  const std::string primero = cadena.Primero();
   // A file whose name starts like an attribute is given with its folder: "./driver=x".
   const std::size_t igual = texto.find('=');
   if (igual == std::string_view::npos) return false;
-  std::string_view principio = texto.substr(0, igual);
-  while (!principio.empty() && (principio.front() == ';' || principio.front() == ' '))
-    principio.remove_prefix(1);
-  if (!EsPalabra(Recorta(principio)) || !IgualSinCaso(Recorta(principio), primero)) return false;
-  return EsDe(kHabituales, primero) || cadena.Tiene("DRIVER") || cadena.Tiene("DSN") ||
-         cadena.Tiene("FILEDSN");
+  if (texto.substr(0, igual).find_first_of("/\\") != std::string_view::npos) return false;
+  const std::vector<std::string> nombres = CadenaOdbc(texto).Nombres();
+  return !nombres.empty() &&
+         (EsDe(kHabituales, nombres.front()) || std::ranges::any_of(nombres, [](const std::string& nombre) {
+            return EsDe(kDelatan, nombre) || EsSecreto(nombre);
+          }));
 }
 
 std::string SinClave(std::string_view cadena) {
   CadenaOdbc atributos(cadena);
   if (atributos.Defecto().empty()) {
-    for (const char* clave : kClaves) atributos.Quita(clave);
+    for (const std::string& nombre : atributos.Nombres())
+      if (EsSecreto(nombre)) atributos.Quita(nombre);
     return atributos.Texto();
   }
   // Where the string breaks off somewhere, nobody knows where the password ends.
   const std::string minusculas = Minusculas(cadena);
-  std::size_t corte = std::min(minusculas.find("pwd"), minusculas.find("password"));
+  std::size_t corte = std::string::npos;
+  for (const char* parte : kSecretos) corte = std::min(corte, minusculas.find(parte));
   if (const std::size_t direccion = minusculas.find("://"); direccion != std::string::npos)
     corte = std::min(corte, direccion + 3);
   return corte >= cadena.size() ? std::string(cadena) : std::string(cadena.substr(0, corte)) + "…";

@@ -20,16 +20,17 @@ class CadenaOdbc {
   std::string Texto() const;
   /// What of the text is no "name=value", in words; empty when all of it was understood.
   const std::string& Defecto() const { return defecto_; }
-  /// Name of the first attribute; empty without one.
-  std::string Primero() const { return atributos_.empty() ? std::string() : atributos_.front().first; }
+  /// Names of the attributes, in the order of the string.
+  std::vector<std::string> Nombres() const;
 
  private:
   std::vector<std::pair<std::string, std::string>> atributos_;  // values as they stand in the string
   std::string defecto_;
 };
 
-/// Whether a text means a connection string rather than the name of a file: it begins with an attribute, and
-/// that or a later one is of the kind that only connection strings have.
+/// Whether a text means a connection string rather than the name of a file: it begins with a
+/// usual attribute, or one of the kind that only connection strings have stands anywhere in it, and no folder
+/// stands in front.
 bool PareceCadena(std::string_view texto);
 /// The text as it may be shown: passwords are left out, also where the string is not well formed.
 std::string SinClave(std::string_view cadena);

@@ -3,15 +3,19 @@
 namespace zuvi::host {
 
 std::shared_ptr<Recordset> ExistenciasSinMovimientos(BaseDatos& base) {
-  // Quantities have six decimals; less is the arithmetic of a long sum.
+  // Quantities have six decimals; less is the arithmetic of a long sum. Sums of whole numbers would end the
+  // query where they get too large, which is what it is there to find.
   return base.Consulta(
-      "SELECT articulo, almacen, SUM(cantidad) AS cantidad, SUM(movida) AS movida, SUM(valor) AS valor, "
-      "SUM(importe) AS importe FROM (SELECT articulo, almacen, cantidad, 0 AS movida, valor, 0 AS importe "
+      "SELECT articulo, almacen, SUM(cantidad) AS cantidad, SUM(movida) AS movida, SUM(valor * 1.0) AS "
+      "valor, "
+      "SUM(importe * 1.0) AS importe FROM (SELECT articulo, almacen, cantidad, 0 AS movida, valor, 0 AS "
+      "importe "
       "FROM "
       "existencias UNION ALL SELECT articulo, almacen, 0, CASE WHEN tipo = 'E' THEN cantidad ELSE -cantidad "
       "END, "
       "0, CASE WHEN tipo = 'E' THEN importe ELSE -importe END FROM movimientos) AS lados GROUP BY articulo, "
-      "almacen HAVING ABS(SUM(cantidad) - SUM(movida)) > 0.000005 OR SUM(valor) <> SUM(importe) ORDER BY "
+      "almacen HAVING ABS(SUM(cantidad) - SUM(movida)) > 0.000005 OR SUM(valor * 1.0) <> SUM(importe * 1.0) "
+      "ORDER BY "
       "articulo, almacen");
 }
 
@@ -20,7 +24,8 @@ std::shared_ptr<Recordset> CostosSinExplicar(BaseDatos& base) {
   return base.Consulta(
       "SELECT prods.articulo, prods.costo, total.valor / total.cantidad / 100 AS promedio FROM prods JOIN "
       "(SELECT "
-      "articulo, SUM(cantidad) AS cantidad, SUM(valor) AS valor FROM existencias GROUP BY articulo) AS total "
+      "articulo, SUM(cantidad) AS cantidad, SUM(valor * 1.0) AS valor FROM existencias GROUP BY articulo) AS "
+      "total "
       "ON "
       "total.articulo = prods.articulo LEFT JOIN (SELECT articulo, COUNT( * ) AS cuantos FROM movimientos "
       "GROUP "

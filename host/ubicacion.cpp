@@ -95,9 +95,14 @@ bool Ubicacion::Falta() const {
   return EsArchivo() && !std::filesystem::exists(Ruta(archivo_), fallo) && !fallo;
 }
 
-bool Ubicacion::TieneCambiosAlLado() const {
+bool Ubicacion::TieneWal() const {
   std::error_code fallo;
-  const auto bytes = std::filesystem::file_size(Ruta(archivo_ + "-wal"), fallo);
+  return EsArchivo() && std::filesystem::exists(Ruta(archivo_ + "-wal"), fallo);
+}
+
+bool Ubicacion::TieneJournal() const {
+  std::error_code fallo;
+  const auto bytes = std::filesystem::file_size(Ruta(archivo_ + "-journal"), fallo);
   return EsArchivo() && !fallo && bytes > 0;
 }
 
@@ -108,7 +113,7 @@ bool Ubicacion::EsDeSoloLectura() const {
   const auto negada = [](const std::string& ruta) {
     return faccessat(AT_FDCWD, ruta.c_str(), W_OK, AT_EACCESS) != 0;
   };
-  return EsArchivo() && negada(archivo_) && negada(TextoDeRuta(Ruta(archivo_).parent_path()));
+  return EsArchivo() && (negada(archivo_) || negada(TextoDeRuta(Ruta(archivo_).parent_path())));
 #endif
 }
 
@@ -139,9 +144,10 @@ std::string Ubicacion::Cadena(Modo modo) const {
   if (en_memoria_) return "DRIVER=" + controlador_ + ";Database=:memory:;" + resto_;
   if (!EsArchivo()) return resto_;
   std::string base = para_controlador_;
-  if (modo == Modo::Intacta || modo == Modo::Congelada || !PasaTalCual(base)) {
+  if ((modo != Modo::Existente && modo != Modo::Nueva) || !PasaTalCual(base)) {
     base = Direccion(base);
-    if (modo == Modo::Intacta) base += "?mode=ro";
+    if (modo == Modo::Lectura) base += "?mode=ro";
+    if (modo == Modo::Intacta) base += "?mode=ro&readonly_shm=1";
     if (modo == Modo::Congelada) base += "?immutable=1";
   }
   return "DRIVER=" + controlador_ + ";Database=" + base + ";NoCreat=" + (modo == Modo::Nueva ? "0" : "1") +

@@ -13,9 +13,10 @@ struct Opciones;
 /// where a driver knows none, a file under its full name.
 class Ubicacion {
  public:
-  /// How a file is opened. `Nueva` may create it; `Intacta` only reads, and leaves beside it what is there;
+  /// How a file is opened. `Nueva` may create it; `Lectura` only reads, but may make the file that those
+  /// who have it open share; `Intacta` leaves beside it what is there, and fails where that is not enough;
   /// `Congelada` reads a file that nobody can be writing, without the files that go with one being written.
-  enum class Modo { Existente, Nueva, Intacta, Congelada };
+  enum class Modo { Existente, Nueva, Lectura, Intacta, Congelada };
 
   /// Throws HostError for settings that name no database, without showing a password.
   explicit Ubicacion(const Opciones& opciones);
@@ -27,8 +28,10 @@ class Ubicacion {
   /// A file that is not there.
   bool Falta() const;
   /// Whether a program that has the file open, or had it open when it died, left changes beside it.
-  bool TieneCambiosAlLado() const;
-  /// Whether this account may write neither the file nor beside it.
+  bool TieneCambiosAlLado() const { return TieneWal() || TieneJournal(); }
+  /// Those of a file in WAL mode. Who has it open may have written nothing yet: it counts when it is empty.
+  bool TieneWal() const;
+  /// Whether this account may not write the file, or not beside it.
   bool EsDeSoloLectura() const;
   /// Throws HostError when what is there is no SQLite database: a folder, a text, something unreadable.
   void ExigeBase() const;
@@ -40,6 +43,7 @@ class Ubicacion {
   HostError Explica(const HostError& error) const;
 
  private:
+  bool TieneJournal() const;
   void LeeCadena(const std::string& texto);
   void PonArchivo(const std::string& archivo);
 

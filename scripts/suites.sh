@@ -50,7 +50,7 @@ server_suites() {
   local base
   base=$(mariadb_database zuvi_servidores)
   suite "servidores y textos hostiles" 600 count_gtest env ZUVI_MARIADB="$base" \
-    ctest --test-dir "$ZUVI_BUILD/linux" --verbose --timeout 500 -R "$ZUVI_WAITING"
+    ctest --test-dir "$ZUVI_BUILD/linux" --verbose --timeout 200 -R "$ZUVI_WAITING"
 }
 
 asan_suites() {

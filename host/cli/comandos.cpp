@@ -83,7 +83,20 @@ class Sesion {
     produccion_->PonAmbiente(fabrica_.Crea(Ambiente::kProgId));
   }
 
-  host::BaseDatos& Base() { return *anfitrion_->Base(); }
+  host::BaseDatos& Base() {
+    const auto& base = anfitrion_->Base();
+    abierta_ = true;
+    return *base;
+  }
+  /// What there is of a database that a command prepares. One that has none of these states is refused, as
+  /// when it is opened; what fails afterwards is the work.
+  host::EstadoEsquema Examina(std::initializer_list<host::EstadoEsquema> admitidos) {
+    const host::Esquema esquema = anfitrion_->ExaminaBase();
+    if (std::ranges::find(admitidos, esquema.estado) == admitidos.end()) host::ExigeListo(esquema);
+    abierta_ = true;
+    return esquema.estado;
+  }
+  bool Abierta() const { return abierta_; }
   host::Anfitrion& TraeAnfitrion() { return *anfitrion_; }
   Produccion& TraeProduccion() { return *produccion_; }
   const std::string& Texto(std::size_t i) const { return argumentos_[i]; }
@@ -119,6 +132,7 @@ class Sesion {
   Modulo modulo_{fabrica_, escritorio_, host::PilaCasiAgotada};
   std::shared_ptr<Produccion> produccion_ = std::make_shared<Produccion>(modulo_);
   int movimientos_ = 0;
+  bool abierta_ = false;
 };
 
 Salida Falla(const std::string& texto) {
@@ -282,8 +296,8 @@ Salida Crea(Sesion& sesion, const LineaDeOrdenes& linea) {
   host::Anfitrion& anfitrion = sesion.TraeAnfitrion();
   const host::Contenido contenido = linea.vacia ? host::Contenido::Vacio : host::Contenido::Tienda;
   const std::string nombre = linea.vacia ? "Base vacía" : "Tienda de ejemplo";
-  const auto estado = anfitrion.ExaminaBase().estado;
-  if (estado == host::EstadoEsquema::Falta || estado == host::EstadoEsquema::AMedias) {
+  using enum host::EstadoEsquema;
+  if (sesion.Examina({Falta, AMedias, Listo}) != Listo) {
     anfitrion.CreaBase(contenido);
   } else {
     sesion.Base();
@@ -297,6 +311,8 @@ Salida Crea(Sesion& sesion, const LineaDeOrdenes& linea) {
 
 Salida Actualiza(Sesion& sesion, const LineaDeOrdenes&) {
   const std::string actual = Decimal(host::kVersionEsquema);
+  using enum host::EstadoEsquema;
+  sesion.Examina({Antiguo, Roto, Listo});
   const std::int32_t version = sesion.TraeAnfitrion().ActualizaBase();
   std::cout << (version == host::kVersionEsquema
                     ? "La base ya es de la versión " + actual + "\n"
@@ -339,15 +355,11 @@ Salida SinBase(const std::string& texto) {
 }
 
 Salida Corre(const Comando& comando, const LineaDeOrdenes& linea, Sesion& sesion) {
-  bool abierta = false;
   try {
-    if (comando.uso != Uso::Prepara) {
-      sesion.Base();
-      abierta = true;
-    }
+    if (comando.uso != Uso::Prepara) sesion.Base();
     return comando.corre(sesion, linea);
   } catch (const HostError& error) {
-    if (!abierta) return SinBase(error.what());
+    if (!sesion.Abierta()) return SinBase(error.what());
     if (!EsDanio(error)) throw;
     return SinBase(host::Ubicacion(sesion.TraeAnfitrion().TraeOpciones()).Explica(error).what());
   }

@@ -1,6 +1,7 @@
 #include "host/cli/listados.h"
 
 #include <array>
+#include <cmath>
 
 #include "host/celdas.h"
 #include "host/cli/tabla.h"
@@ -19,15 +20,68 @@ using host::NumeroDe;
 using host::TextoDe;
 using host::TextoImporte;
 
-std::int64_t Centavos(const Value& valor) { return static_cast<std::int64_t>(NumeroDe(valor)); }
 constexpr const char* kIso = "yyyy-MM-dd";
 
+/// Whole centavos; Overflow for what another program wrote past the amounts that are kept exactly.
+std::int64_t Centavos(const Value& valor) {
+  constexpr double kMaximo = 9007199254740992.0;
+  const double centavos = NumeroDe(valor);
+  if (!(std::abs(centavos) <= kMaximo)) throw HostError(ErrorNumber::Overflow);
+  return static_cast<std::int64_t>(centavos);
+}
+
+/// A cell as people read it. One that another program filled with something else is shown as it stands: the
+/// rest of the list is to be seen too.
+template <class Forma>
+std::string Escrita(const Value& celda, Forma forma) {
+  try {
+    return forma(celda);
+  } catch (const HostError&) {
+    return TextoDe(celda);
+  }
+}
+
+std::string Numero(const Value& celda) {
+  return Escrita(celda, [](const Value& v) { return TextoDeNumero(NumeroDe(v)); });
+}
+std::string Cantidad(const Value& celda) {
+  return Escrita(celda, [](const Value& v) { return TextoDeNumero(host::RedondeaCantidad(NumeroDe(v))); });
+}
+std::string Importe(const Value& celda) {
+  return Escrita(celda, [](const Value& v) { return TextoImporte(Centavos(v)); });
+}
+std::string Dia(const Value& celda) {
+  return Escrita(celda, [](const Value& v) { return DiaDe(v, kIso); });
+}
+
 std::string EstadoDe(Recordset& orden) {
+  const auto marcada = [](const Value& celda) { return Numero(celda) != "0"; };
   std::string estado = TextoDe(orden.Campo("estado"));
-  if (NumeroDe(orden.Campo("cerrado")) != 0) estado += " cerrada";
-  if (NumeroDe(orden.Campo("ocupado")) != 0) estado += " ocupada";
+  if (marcada(orden.Campo("cerrado"))) estado += " cerrada";
+  if (marcada(orden.Campo("ocupado"))) estado += " ocupada";
   return estado;
 }
+
+/// A sum of amounts; what is no amount is left out, and said to be.
+class Suma {
+ public:
+  template <class Importe>
+  void Agrega(Importe importe) {
+    try {
+      total_ += importe();
+    } catch (const HostError&) {
+      entera_ = false;
+    }
+  }
+  std::string Texto() const { return TextoImporte(total_); }
+  std::string Nombre(const std::string& nombre) const {
+    return entera_ ? nombre : nombre + " (sin lo ilegible)";
+  }
+
+ private:
+  std::int64_t total_ = 0;
+  bool entera_ = true;
+};
 
 }  // namespace
 
@@ -58,17 +112,15 @@ void EscribeExistencias(std::ostream& salida, BaseDatos& base, const std::string
       "existencias.articulo" +
       condicion + " ORDER BY existencias.articulo, existencias.almacen");
   Tabla tabla({"Artículo", "Descripción", ">Almacén", ">Cantidad", "Unidad", ">Costo", ">Valor"});
-  std::int64_t total = 0;
+  Suma total;
   for (; !filas->Eof(); filas->MoveNext()) {
-    const std::int64_t valor = Centavos(filas->Campo("valor"));
-    total += valor;
+    total.Agrega([&] { return Centavos(filas->Campo("valor")); });
     tabla.Agrega({TextoDe(filas->Campo("articulo")), TextoDe(filas->Campo("descrip")),
-                  TextoDe(filas->Campo("almacen")), TextoDeNumero(NumeroDe(filas->Campo("cantidad"))),
-                  TextoDe(filas->Campo("unidad")),
-                  TextoDeNumero(host::RedondeaCantidad(NumeroDe(filas->Campo("costo")))),
-                  TextoImporte(valor)});
+                  TextoDe(filas->Campo("almacen")), Numero(filas->Campo("cantidad")),
+                  TextoDe(filas->Campo("unidad")), Cantidad(filas->Campo("costo")),
+                  Importe(filas->Campo("valor"))});
   }
-  tabla.Agrega({"Total", "", "", "", "", "", TextoImporte(total)});
+  tabla.Agrega({total.Nombre("Total"), "", "", "", "", "", total.Texto()});
   tabla.Escribe(salida);
 }
 
@@ -77,11 +129,10 @@ void EscribeOrdenes(std::ostream& salida, BaseDatos& base) {
   Tabla tabla({">Orden", "Estado", "Emitida", "Entrega", ">Almacén", "Usuario", ">Partidas", ">Cantidad",
                ">Terminado"});
   for (; !filas->Eof(); filas->MoveNext())
-    tabla.Agrega({TextoDe(filas->Campo("op")), EstadoDe(*filas), DiaDe(filas->Campo("f_emision"), kIso),
-                  DiaDe(filas->Campo("fechaEntrega"), kIso), TextoDe(filas->Campo("almacen")),
-                  TextoDe(filas->Campo("usuario")), TextoDeNumero(NumeroDe(filas->Campo("partidas"))),
-                  TextoDeNumero(NumeroDe(filas->Campo("cantidad"))),
-                  TextoDeNumero(NumeroDe(filas->Campo("terminado")))});
+    tabla.Agrega({TextoDe(filas->Campo("op")), EstadoDe(*filas), Dia(filas->Campo("f_emision")),
+                  Dia(filas->Campo("fechaEntrega")), TextoDe(filas->Campo("almacen")),
+                  TextoDe(filas->Campo("usuario")), Numero(filas->Campo("partidas")),
+                  Numero(filas->Campo("cantidad")), Numero(filas->Campo("terminado"))});
   tabla.Escribe(salida);
 }
 
@@ -90,9 +141,8 @@ void EscribeOrden(std::ostream& salida, BaseDatos& base, std::int32_t op) {
   const auto orden = base.Consulta("SELECT * FROM op WHERE op = " + numero);
   if (orden->Eof()) throw HostError("La orden " + numero + " no existe");
   salida << "Orden " << numero << "  " << EstadoDe(*orden) << "  almacén " << TextoDe(orden->Campo("almacen"))
-         << "  emitida " << DiaDe(orden->Campo("f_emision"), kIso) << "  entrega "
-         << DiaDe(orden->Campo("fechaEntrega"), kIso) << "  usuario " << TextoDe(orden->Campo("usuario"))
-         << '\n';
+         << "  emitida " << Dia(orden->Campo("f_emision")) << "  entrega "
+         << Dia(orden->Campo("fechaEntrega")) << "  usuario " << TextoDe(orden->Campo("usuario")) << '\n';
   if (const std::string observ = TextoDe(orden->Campo("observ")); !observ.empty()) salida << observ << '\n';
   const auto filas = base.Consulta(
       "SELECT oppart.*, prods.descrip FROM oppart LEFT JOIN prods ON prods.articulo = oppart.articulo WHERE "
@@ -101,9 +151,9 @@ void EscribeOrden(std::ostream& salida, BaseDatos& base, std::int32_t op) {
   Tabla tabla({">Partida", "Artículo", "Descripción", ">Cantidad", ">Terminado", ">Precio", "Observaciones"});
   for (; !filas->Eof(); filas->MoveNext())
     tabla.Agrega({TextoDe(filas->Campo("id_entrada")), TextoDe(filas->Campo("articulo")),
-                  TextoDe(filas->Campo("descrip")), TextoDeNumero(NumeroDe(filas->Campo("cantidad"))),
-                  TextoDeNumero(NumeroDe(filas->Campo("terminado"))),
-                  TextoDeNumero(NumeroDe(filas->Campo("precio"))), TextoDe(filas->Campo("observ"))});
+                  TextoDe(filas->Campo("descrip")), Numero(filas->Campo("cantidad")),
+                  Numero(filas->Campo("terminado")), Numero(filas->Campo("precio")),
+                  TextoDe(filas->Campo("observ"))});
   tabla.Escribe(salida);
 }
 
@@ -116,21 +166,21 @@ void EscribeKit(std::ostream& salida, BaseDatos& base, const std::string& articu
       "FROM comppart LEFT JOIN prods ON prods.articulo = comppart.Componente WHERE comppart.articulo = " +
       literal + " ORDER BY comppart.renglon");
   if (partes->Eof()) throw HostError("El artículo " + articulo + " no tiene componentes");
-  const double minimo = receta->Eof() ? 0 : NumeroDe(receta->Campo("Minimo"));
-  salida << articulo << "  la receta rinde " << TextoDeNumero(minimo) << '\n';
+  salida << articulo << "  la receta rinde " << (receta->Eof() ? "0" : Numero(receta->Campo("Minimo")))
+         << '\n';
   Tabla tabla({"Componente", "Descripción", ">Cantidad", "Unidad", ">Almacén", ">Costo", ">Importe"});
-  std::int64_t total = 0;
+  Suma total;
   for (; !partes->Eof(); partes->MoveNext()) {
-    const double cantidad = NumeroDe(partes->Campo("Cantidad"));
-    const double costo = NumeroDe(partes->Campo("costo"));
-    const std::int64_t importe = host::ACentavos(cantidad * costo);
-    total += importe;
+    const auto importe = [&] {
+      return host::ACentavos(NumeroDe(partes->Campo("Cantidad")) * NumeroDe(partes->Campo("costo")));
+    };
+    total.Agrega(importe);
     tabla.Agrega({TextoDe(partes->Campo("Componente")), TextoDe(partes->Campo("descrip")),
-                  TextoDeNumero(cantidad), TextoDe(partes->Campo("unidad")),
-                  TextoDe(partes->Campo("Almacen")), TextoDeNumero(host::RedondeaCantidad(costo)),
-                  TextoImporte(importe)});
+                  Numero(partes->Campo("Cantidad")), TextoDe(partes->Campo("unidad")),
+                  TextoDe(partes->Campo("Almacen")), Cantidad(partes->Campo("costo")),
+                  Escrita(Null{}, [&](const Value&) { return TextoImporte(importe()); })});
   }
-  tabla.Agrega({"Total de la receta", "", "", "", "", "", TextoImporte(total)});
+  tabla.Agrega({total.Nombre("Total de la receta"), "", "", "", "", "", total.Texto()});
   tabla.Escribe(salida);
 }
 
@@ -140,15 +190,12 @@ bool EscribeRevision(std::ostream& salida, BaseDatos& base) {
       {"Artículo", ">Almacén", ">Cantidad", ">Según movimientos", ">Valor", ">Según movimientos"});
   for (; !existencias->Eof(); existencias->MoveNext())
     diferencias.Agrega({TextoDe(existencias->Campo("articulo")), TextoDe(existencias->Campo("almacen")),
-                        TextoDeNumero(host::RedondeaCantidad(NumeroDe(existencias->Campo("cantidad")))),
-                        TextoDeNumero(host::RedondeaCantidad(NumeroDe(existencias->Campo("movida")))),
-                        TextoImporte(Centavos(existencias->Campo("valor"))),
-                        TextoImporte(Centavos(existencias->Campo("importe")))});
+                        Cantidad(existencias->Campo("cantidad")), Cantidad(existencias->Campo("movida")),
+                        Importe(existencias->Campo("valor")), Importe(existencias->Campo("importe"))});
   Tabla costos({"Artículo", ">Costo", ">Promedio"});
   for (const auto filas = host::CostosSinExplicar(base); !filas->Eof(); filas->MoveNext())
-    costos.Agrega({TextoDe(filas->Campo("articulo")),
-                   TextoDeNumero(host::RedondeaCantidad(NumeroDe(filas->Campo("costo")))),
-                   TextoDeNumero(host::RedondeaCantidad(NumeroDe(filas->Campo("promedio"))))});
+    costos.Agrega({TextoDe(filas->Campo("articulo")), Cantidad(filas->Campo("costo")),
+                   Cantidad(filas->Campo("promedio"))});
   const bool cuadra = diferencias.Vacia();
   if (cuadra)
     salida << "Las existencias cuadran con los movimientos\n";
@@ -165,7 +212,7 @@ void EscribeOcupadas(std::ostream& salida, BaseDatos& base) {
   Tabla tabla({">Orden", "Estado", "Usuario", "Fecha", "Hora"});
   for (const auto filas = host::OrdenesOcupadas(base); !filas->Eof(); filas->MoveNext())
     tabla.Agrega({TextoDe(filas->Campo("op")), TextoDe(filas->Campo("estado")),
-                  TextoDe(filas->Campo("usuario")), DiaDe(filas->Campo("usufecha"), kIso),
+                  TextoDe(filas->Campo("usuario")), Dia(filas->Campo("usufecha")),
                   TextoDe(filas->Campo("usuhora"))});
   if (tabla.Vacia())
     salida << "No hay órdenes ocupadas\n";

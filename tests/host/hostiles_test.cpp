@@ -81,7 +81,7 @@ std::vector<std::string> Textos(const std::string& carpeta) {
       " OR \xEF\xBB\xBFload_extension(" + a + "lib.so')",
       " OR $b(')load_extension(" + a + "lib.so') --",
       " OR LOAD_FILE(" + a + "secreto') IS NOT NULL",
-      " OR 1 --\xC3\xA9, LOAD_FILE(" + a + "secreto') IS NOT NULL",
+      " OR 0 --\xC3\xA9, LOAD_FILE(" + a + "secreto') IS NOT NULL",
       " OR `load_file`/* */ (" + a + "secreto') IS NOT NULL",
       " OR LOAD_FILE #\n(" + a + "secreto') = 'z",
       " UNION SELECT 'z' INTO OUTFILE " + a + "salida'",
