@@ -195,7 +195,7 @@ TEST_P(Turnos, MientrasGeneraLasVentanasContestan) {
   // Somebody joins while it runs: from the next day on there is one more, and the numbers still fit.
   int dias = 0;
   GeneraHorarios(*t.anfitrion, "Matutino", {Fecha::DesdeCivil({2026, 12, 14}), 3}, [&] {
-    if (++dias == 1)
+    if (++dias == 2)
       t.Base().Ejecuta("INSERT INTO turnoempleado (turno, empleado) VALUES ('Matutino', 'E99')");
     return true;
   });
