@@ -60,6 +60,14 @@ double ANumero(const Value& value) {
       value.Get());
 }
 
+double NumeroOCero(const Value& value) noexcept {
+  try {
+    return value.IsNull() ? 0 : ANumero(value);
+  } catch (...) {
+    return 0;
+  }
+}
+
 std::int32_t AEntero32(const Value& value) {
   if (const auto* n = std::get_if<std::int32_t>(&value.Get())) return *n;
   return RedondeaA32(ANumero(value));

@@ -73,6 +73,8 @@ std::int32_t RedondeaA32(double number);
 /// InvalidUseOfNull for Null, Overflow out of range. Empty is 0, "" or false. An object gives its default
 /// value.
 double ANumero(const Value& value);
+/// The same where a missing or unreadable number is not worth an error: 0.
+double NumeroOCero(const Value& value) noexcept;
 std::int32_t AEntero32(const Value& value);
 std::int16_t AEntero16(const Value& value);
 bool ABooleano(const Value& value);

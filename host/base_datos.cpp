@@ -259,12 +259,7 @@ ObjectPtr BaseDatosOdbc::Execute(const std::string& sql, Value& tocadas, const V
   return Abre(sql, std::move(resultado));
 }
 
-std::string BaseDatosOdbc::ConnectionString() {
-  CadenaOdbc visible(cadena_);
-  visible.Quita("PWD");
-  visible.Quita("PASSWORD");
-  return visible.Texto();
-}
+std::string BaseDatosOdbc::ConnectionString() { return SinClave(cadena_); }
 
 const MemberTable* BaseDatosOdbc::Members() const {
   using B = BaseDatosOdbc;

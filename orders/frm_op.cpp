@@ -38,7 +38,7 @@ double Monto(Recordset& orden, FixedText columna) {
     orden.Campo("Op");  // a row that cannot be read at all is an error
     return 0;
   }
-  return monto.IsNull() ? 0 : ANumero(monto);
+  return NumeroOCero(monto);
 }
 
 }  // namespace

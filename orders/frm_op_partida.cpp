@@ -160,8 +160,7 @@ void frmOp::PonDescripcion() {
     if (!ficha->Eof()) {
       Escribe(campo::kDescripcion, recortado(*ficha, "descrip"));
       Escribe(campo::kUnidad, recortado(*ficha, "unidad"));
-      const Value costo = ficha->Campo("costo_u");
-      costo_leido_ = costo.IsNull() ? 0 : ANumero(costo);
+      costo_leido_ = NumeroOCero(ficha->Campo("costo_u"));
       articulo_leido_ = Recorta((*txtFields)(campo::kArticulo).Text());
     }
     // One piece per scan, unless a quantity was typed before.

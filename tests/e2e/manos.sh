@@ -110,6 +110,7 @@ grid() { # order step
   for i in 71 72 73; do every "$2" number_down "$i"; done
   keys Return
   becomes "rejilla tras un aviso" "SELECT cantidad FROM oppart WHERE op = $1 AND cantidad > 60 ORDER BY id_entrada" '71;72;73;'
+  window "^(Orden|Op).* $1\$"
   picture "rejilla-$2"
   stop
 }
