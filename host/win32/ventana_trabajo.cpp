@@ -40,7 +40,8 @@ struct FuenteSistema {
 bool EsDeEsteProceso(HWND ventana) {
   DWORD proceso = 0;
   // The desktop in front, or nobody, is no other program.
-  return !ventana || ventana == GetDesktopWindow() || (GetWindowThreadProcessId(ventana, &proceso) && proceso == GetCurrentProcessId());
+  return !ventana || ventana == GetDesktopWindow() ||
+         (GetWindowThreadProcessId(ventana, &proceso) && proceso == GetCurrentProcessId());
 }
 
 bool EsPulsacion(UINT mensaje) {
