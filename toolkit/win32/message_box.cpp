@@ -178,9 +178,13 @@ void MessageBoxes::Keep(std::vector<Entry> entries) {
   HMODULE pinned = nullptr;
   ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
                        reinterpret_cast<LPCWSTR>(&Hear), &pinned);
+  if (!Start()) GiveUp();
+}
+
+bool MessageBoxes::Start() {
   OfThisThread<MessageBoxes>() = this;
   if (!ear_) ear_ = ::SetWindowsHookExW(WH_KEYBOARD, &Hear, nullptr, ::GetCurrentThreadId());
-  if (!clock_.Start(kLook)) GiveUp();
+  return clock_.Start(kLook);
 }
 
 LRESULT CALLBACK MessageBoxes::Hear(int code, WPARAM key, LPARAM flags) {
@@ -236,7 +240,7 @@ void MessageBoxes::Type(Entry entry) {
     return;
   }
   waiting_.push_front(std::move(entry));
-  clock_.Start(kLook);
+  Start();
 }
 
 void MessageBoxes::GiveUp() {

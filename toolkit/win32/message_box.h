@@ -40,6 +40,8 @@ class MessageBoxes {
   /// when the keyboard goes elsewhere.
   void Type(Entry entry);
   void GiveUp();
+  /// Begins and ends the waiting; false when the system has no timer to give.
+  bool Start();
   void Stop();
   static LRESULT CALLBACK Hear(int code, WPARAM key, LPARAM flags);
 
