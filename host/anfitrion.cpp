@@ -85,14 +85,30 @@ void Anfitrion::PonOpciones(Opciones opciones) {
   anterior->Cierra();
 }
 
+void Anfitrion::ExigeSitio(const Ubicacion& lugar) const {
+  if (!lugar.EstaEnRed()) return;
+  const bool se_crea = opciones_.crea_archivo && lugar.Falta();
+  if (opciones_.solo_lee && !se_crea && !lugar.TieneCambiosAlLado()) return;
+  throw HostError(
+      "La base de datos " + lugar.Archivo() +
+      " está en el disco de otra máquina. Quienes abren un archivo SQLite comparten memoria, y eso "
+      "no pasa de una máquina a otra: se dañaría. Póngala en un disco de este equipo o, para "
+      "trabajar desde varios, use un servidor MariaDB" +
+      (opciones_.solo_lee ? "; ahí sólo se lee lo que ningún programa tiene abierto" : "; no se tocó nada"));
+}
+
 std::shared_ptr<BaseDatos> Anfitrion::Conecta(const Ubicacion& lugar) const {
   using Modo = Ubicacion::Modo;
   lugar.ExigeBase();
   // What this account made beside another's file would keep its owner from writing.
-  if (opciones_.solo_lee && lugar.EsDeSoloLectura())
+  if (opciones_.solo_lee && (lugar.EsDeSoloLectura() || lugar.EstaEnRed()))
     return BaseDatos::Abre(lugar.Cadena(lugar.TieneCambiosAlLado() ? Modo::Intacta : Modo::Congelada),
                            traza_);
-  return BaseDatos::Abre(lugar.Cadena(Modo::Existente), traza_);
+  auto base = BaseDatos::Abre(lugar.Cadena(Modo::Existente), traza_);
+  // A data source tells its file only now.
+  if (const std::string archivo = base->Archivo(); !lugar.EsArchivo() && !archivo.empty())
+    ExigeSitio(lugar.Con(archivo));
+  return base;
 }
 
 std::optional<Esquema> Anfitrion::ExaminaIntacta(const Ubicacion& lugar) const {
@@ -127,6 +143,7 @@ const std::shared_ptr<BaseDatos>& Anfitrion::Base() {
   if (base_) return base_;
   const Ubicacion lugar(opciones_);
   return AlAbrir(lugar, [&]() -> const std::shared_ptr<BaseDatos>& {
+    ExigeSitio(lugar);
     const bool crea = opciones_.crea_archivo && lugar.Falta();
     recien_creada_ = crea && CreaArchivo(lugar, Contenido::Tienda);
     lugar.ExigeBase();
@@ -149,6 +166,7 @@ bool Anfitrion::CreaArchivo(const Ubicacion& lugar, Contenido contenido) const {
 Esquema Anfitrion::ExaminaBase() {
   if (base_) return Examina(*base_);
   const Ubicacion lugar(opciones_);
+  ExigeSitio(lugar);
   if (lugar.Falta() || lugar.EnMemoria()) return {};
   return AlAbrir(lugar, [&] {
     lugar.ExigeBase();
@@ -195,6 +213,7 @@ void Anfitrion::CompruebaReabierta(BaseDatos& base) {
 }
 
 void Anfitrion::ExigeNuestraOVacia(const Ubicacion& lugar) const {
+  ExigeSitio(lugar);
   const auto esquema = ExaminaIntacta(lugar);
   if (esquema && (esquema->estado == EstadoEsquema::Ajeno || esquema->estado == EstadoEsquema::Nuevo))
     ExigeListo(*esquema);

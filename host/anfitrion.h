@@ -37,10 +37,12 @@ struct Opciones {
   bool archivo_por_omision = false;
   /// Nothing will be written: what this account may only read is enough.
   bool solo_lee = false;
-  /// What this system calls a file, and how the driver calls it, where the two part ways (a driver of another
-  /// system under an emulation).
+  /// What this system calls a file, in full, where the standard library does not know its names of servers;
+  /// and how the driver calls it, where the two part ways (a driver of another system under an emulation).
   std::string (*nombre_del_sistema)(const std::string&) = nullptr;
   std::string (*nombre_para_controlador)(const std::string&) = nullptr;
+  /// Whether a file lies on another machine's disk; without it none does.
+  bool (*esta_en_red)(const std::string&) = nullptr;
   std::string usuario = "ADMIN";
   /// Folder of the application, without trailing separator.
   std::string ruta;
@@ -140,6 +142,8 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   void AnotaLlamada(const char* operacion, std::initializer_list<Value> argumentos) const;
   void Registra(std::string linea);
   void LeeVetos(BaseDatos& base);
+  /// Throws HostError where a file cannot be worked with because it lies on another machine's disk.
+  void ExigeSitio(const Ubicacion& lugar) const;
   /// A connection that is not the host's own yet.
   std::shared_ptr<BaseDatos> Conecta(const Ubicacion& lugar) const;
   /// Makes a file with its tables. False when another program was faster.

@@ -42,6 +42,7 @@ class BaseDatosOdbc final : public BaseDatos {
       : cadena_(cadena), traza_(traza), sesion_(std::in_place, cadena), motor_(sesion_->enlace.TraeMotor()) {}
 
   Motor TraeMotor() const override { return motor_; }
+  std::string Archivo() const override { return sesion_ ? sesion_->enlace.Archivo() : std::string(); }
   std::shared_ptr<Recordset> Consulta(const std::string& sql) override {
     return Abre(sql, Corre(sql, Revisada(sql), [&](Sentencia& s) { return s.Lee(sql); }));
   }

@@ -26,11 +26,13 @@ enum class Motor { Sqlite, MariaDb };
 /// was found cut rather than silent.
 class BaseDatos : public Conexion {
  public:
-  /// Opens by ODBC connection string ("DRIVER={SQLite3};Database=…" or "DRIVER={MariaDB
-  /// Unicode};Server=…;…").
+  /// Opens by ODBC connection string ("DRIVER={…};Database=…" or "DRIVER={…};Server=…;…").
   static std::shared_ptr<BaseDatos> Abre(const std::string& cadena, const Traza& traza);
 
   virtual Motor TraeMotor() const = 0;
+  /// File of a SQLite database by the name that its driver has for it; empty for any other, and while the
+  /// connection is lost.
+  virtual std::string Archivo() const = 0;
   /// Runs a SELECT and reads it whole, so that further statements may run while it is walked.
   virtual std::shared_ptr<Recordset> Consulta(const std::string& sql) = 0;
   /// Runs an action statement; returns the number of rows it touched.

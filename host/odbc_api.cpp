@@ -63,6 +63,16 @@ std::string_view SinPrefijos(std::string_view texto) {
 
 }  // namespace
 
+Entorno NuevoEntorno() {
+  Entorno entorno;
+  Exige(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, entorno.Out()), SQL_HANDLE_ENV, nullptr,
+        Forma::Utf16);
+  // The version is handed over in the pointer itself.
+  Exige(SQLSetEnvAttr(entorno.Get(), SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0),
+        SQL_HANDLE_ENV, entorno.Get(), Forma::Utf16);
+  return entorno;
+}
+
 HostError Diagnostico(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {
   const Registro diagnostico = Lee(tipo, handle, forma);
   const std::string_view texto = SinPrefijos(diagnostico.texto);

@@ -57,6 +57,9 @@ class OdbcHandle {
 using Entorno = OdbcHandle<SQL_HANDLE_ENV>;
 using Enlace = OdbcHandle<SQL_HANDLE_DBC>;
 
+/// An environment of version 3 of the API. Throws HostError.
+Entorno NuevoEntorno();
+
 /// The first record of what the handle has to say.
 HostError Diagnostico(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma);
 /// Throws it.

@@ -61,11 +61,8 @@ ConexionPerdida NoConecta(const HostError& error) {
 
 }  // namespace
 
-EnlaceOdbc::EnlaceOdbc(const std::string& cadena, const Limites& limites) : limites_(limites) {
-  Exige(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, entorno_.Out()), SQL_HANDLE_ENV, nullptr, forma_);
-  // The version is handed over in the pointer itself.
-  Exige(SQLSetEnvAttr(entorno_.Get(), SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0),
-        SQL_HANDLE_ENV, entorno_.Get(), forma_);
+EnlaceOdbc::EnlaceOdbc(const std::string& cadena, const Limites& limites)
+    : limites_(limites), entorno_(NuevoEntorno()) {
   Exige(SQLAllocHandle(SQL_HANDLE_DBC, entorno_.Get(), enlace_.Out()), SQL_HANDLE_ENV, entorno_.Get(),
         forma_);
   limites_.lectura = LecturaDe(cadena, limites_);
@@ -86,6 +83,7 @@ void EnlaceOdbc::Abandona() {
 Forma EnlaceOdbc::FormaInicial(const std::string& cadena) const {
   const std::string driver = CadenaOdbc(cadena).Trae("DRIVER");
   if (EsAscii(cadena)) return EsSqlite(driver) || !kAngostosIntactos ? Forma::Utf16 : Forma::Utf8;
+  if (!EsAscii(driver)) return kAngostosIntactos ? Forma::Utf8 : Forma::Utf16;
   // The file's name has to go in the form the driver understands, which only a connection can tell.
   return EsSqlite(driver) ? EnlaceOdbc("DRIVER={" + driver + "};Database=:memory:", limites_).forma_
                           : Forma::Utf16;

@@ -21,6 +21,8 @@ class EnlaceOdbc {
   SQLHANDLE Get() const { return enlace_.Get(); }
   Motor TraeMotor() const { return motor_; }
   Forma TraeForma() const { return forma_; }
+  /// File of a SQLite database by the name that its driver has for it; empty when it is kept in none.
+  const std::string& Archivo() const { return archivo_; }
   /// From now on nothing changes in the database by this connection: the engine refuses it.
   void SoloLectura();
   /// Throws HostError when the file of a SQLite database is not in its place any more: what is written to it
@@ -43,7 +45,7 @@ class EnlaceOdbc {
   Limites limites_;
   Entorno entorno_;
   Enlace enlace_;
-  std::string archivo_;  // of a SQLite database that is kept in one
+  std::string archivo_;
   Motor motor_ = Motor::Sqlite;
   Forma forma_ = Forma::Utf16;
 };

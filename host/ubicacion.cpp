@@ -12,6 +12,7 @@
 #include "base/text.h"
 #include "host/anfitrion.h"
 #include "host/odbc_cadena.h"
+#include "host/odbc_controladores.h"
 #include "host/rutas.h"
 
 namespace zuvi::host {
@@ -37,20 +38,25 @@ std::string Direccion(const std::string& archivo) {
   return direccion;
 }
 
+/// On Windows the driver takes what stands between two percent signs for a variable.
 bool PasaTalCual(const std::string& archivo) {
-  return archivo.find(';') == std::string::npos && Recorta(archivo).size() == archivo.size();
+  return archivo.find_first_of(";%") == std::string::npos && Recorta(archivo).size() == archivo.size();
 }
 
 }  // namespace
 
 Ubicacion::Ubicacion(const Opciones& opciones)
-    : del_sistema_(opciones.nombre_del_sistema), del_controlador_(opciones.nombre_para_controlador) {
+    : del_sistema_(opciones.nombre_del_sistema),
+      del_controlador_(opciones.nombre_para_controlador),
+      esta_en_red_(opciones.esta_en_red) {
   if (!opciones.cadena.empty())
     LeeCadena(opciones.cadena);
   else if (opciones.archivo.empty())
     throw HostError("No se ha indicado la base de datos");
-  else
+  else {
+    se_busca_ = Motor::Sqlite;
     PonArchivo(opciones.archivo);
+  }
 }
 
 void Ubicacion::LeeCadena(const std::string& texto) {
@@ -59,18 +65,23 @@ void Ubicacion::LeeCadena(const std::string& texto) {
     throw HostError("No se entiende la cadena de conexión \"" + SinClave(texto) + "\": " + por_que);
   };
   if (!cadena.Defecto().empty()) no_se_entiende(cadena.Defecto());
-  if (cadena.Trae("DRIVER").empty() && cadena.Trae("DSN").empty() && cadena.Trae("FILEDSN").empty())
-    no_se_entiende("falta DRIVER=… o DSN=…");
-  const std::string controlador = cadena.Trae("DRIVER");
-  if (Minusculas(controlador).find("sqlite") == std::string::npos) {
+  controlador_ = cadena.Trae("DRIVER");
+  origen_ = cadena.Trae(cadena.Trae("DSN").empty() ? "FILEDSN" : "DSN");
+  if (controlador_.empty() && origen_.empty()) {
+    // Whoever names a server means the one engine that has any.
+    if (cadena.Trae("Server").empty() && cadena.Trae("Socket").empty())
+      no_se_entiende("falta Server=…, DRIVER=… o DSN=…");
+    se_busca_ = Motor::MariaDb;
+    cadena.Quita("DRIVER");
+  }
+  if (Minusculas(controlador_).find("sqlite") == std::string::npos) {
     // A data source may turn out to be a file: it is not made by opening it.
-    if (controlador.empty()) cadena.Pon("NoCreat", "1");
+    if (!origen_.empty() && controlador_.empty()) cadena.Pon("NoCreat", "1");
     resto_ = cadena.Texto();
     return;
   }
   const std::string archivo = cadena.Trae("Database");
   if (archivo.empty()) no_se_entiende("falta el archivo, Database=…");
-  controlador_ = "{" + controlador + "}";
   for (const char* nombre : {"DRIVER", "Database", "NoCreat"}) cadena.Quita(nombre);
   resto_ = cadena.Texto();
   PonArchivo(archivo);
@@ -83,10 +94,13 @@ void Ubicacion::PonArchivo(const std::string& archivo) {
     throw HostError("No se entiende la base de datos \"" + SinClave("=" + archivo).substr(1) +
                     "\": se indica un archivo o una cadena de conexión ODBC");
   if (archivo.find('\0') != std::string::npos) throw HostError("El nombre de la base tiene un carácter nulo");
-  std::error_code fallo;
-  const auto completa =
-      std::filesystem::absolute(Ruta(del_sistema_ ? del_sistema_(archivo) : archivo), fallo);
-  archivo_ = fallo ? archivo : TextoDeRuta(completa);
+  if (del_sistema_) {
+    archivo_ = del_sistema_(archivo);
+  } else {
+    std::error_code fallo;
+    const auto completa = std::filesystem::absolute(Ruta(archivo), fallo);
+    archivo_ = fallo ? archivo : TextoDeRuta(completa);
+  }
   para_controlador_ = del_controlador_ ? del_controlador_(archivo_) : archivo_;
 }
 
@@ -140,9 +154,13 @@ void Ubicacion::ExigeBase() const {
     throw HostError(archivo_ + " no es una base de datos SQLite, o está dañada");
 }
 
+std::string Ubicacion::ConControlador() const {
+  return "DRIVER={" + (se_busca_ ? ControladorDe(*se_busca_) : controlador_) + "};";
+}
+
 std::string Ubicacion::Cadena(Modo modo) const {
-  if (en_memoria_) return "DRIVER=" + controlador_ + ";Database=:memory:;" + resto_;
-  if (!EsArchivo()) return resto_;
+  if (en_memoria_) return ConControlador() + "Database=:memory:;" + resto_;
+  if (!EsArchivo()) return se_busca_ ? ConControlador() + resto_ : resto_;
   std::string base = para_controlador_;
   if ((modo != Modo::Existente && modo != Modo::Nueva) || !PasaTalCual(base)) {
     base = Direccion(base);
@@ -150,11 +168,12 @@ std::string Ubicacion::Cadena(Modo modo) const {
     if (modo == Modo::Intacta) base += "?mode=ro&readonly_shm=1";
     if (modo == Modo::Congelada) base += "?immutable=1";
   }
-  return "DRIVER=" + controlador_ + ";Database=" + base + ";NoCreat=" + (modo == Modo::Nueva ? "0" : "1") +
-         ";" + resto_;
+  return ConControlador() + "Database=" + base + ";NoCreat=" + (modo == Modo::Nueva ? "0" : "1") + ";" +
+         resto_;
 }
 
-HostError Ubicacion::Explica(const HostError& error) const {
+HostError Ubicacion::Explica(const HostError& dado) const {
+  const HostError error = SinControlador(controlador_, origen_, dado);
   const auto dice = [&](const std::string& texto) {
     return HostError(texto + " (" + error.what() + ")", error.Number(), error.NativeCode(), error.SqlState());
   };

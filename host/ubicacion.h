@@ -1,8 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "base/error.h"
+#include "host/base_datos.h"
 
 namespace zuvi::host {
 
@@ -10,7 +12,7 @@ struct Opciones;
 
 /// Where the data of a host are: a SQLite file, a database in memory, or what an ODBC connection string
 /// names. The connection strings it makes are spelled as the drivers read them: in one order, without braces
-/// where a driver knows none, a file under its full name.
+/// where a driver knows none, a file under its full name; with the installed driver where none was named.
 class Ubicacion {
  public:
   /// How a file is opened. `Nueva` may create it; `Lectura` only reads, but may make the file that those
@@ -33,8 +35,11 @@ class Ubicacion {
   bool TieneWal() const;
   /// Whether this account may not write the file, or not beside it.
   bool EsDeSoloLectura() const;
+  /// Whether it is a file on another machine's disk, as `Opciones::esta_en_red` tells.
+  bool EstaEnRed() const { return EsArchivo() && esta_en_red_ && esta_en_red_(archivo_); }
   /// Throws HostError when what is there is no SQLite database: a folder, a text, something unreadable.
   void ExigeBase() const;
+  /// Throws HostError where a driver is to be found and none is installed.
   std::string Cadena(Modo modo) const;
   /// Another file, opened the same way.
   Ubicacion Con(const std::string& archivo) const;
@@ -47,13 +52,18 @@ class Ubicacion {
   void LeeCadena(const std::string& texto);
   void PonArchivo(const std::string& archivo);
 
-  std::string controlador_ = "{SQLite3}";
-  std::string resto_;  // attributes besides driver and file, or the whole string
+  /// Begins a connection string with the driver.
+  std::string ConControlador() const;
+
+  std::string controlador_, origen_;  // as a connection string names them
+  std::optional<Motor> se_busca_;     // the engine whose driver is to be found, where none is named
+  std::string resto_;                 // attributes besides driver and file, or the whole string
   std::string archivo_;
   std::string para_controlador_;  // the file as the driver calls it
   bool en_memoria_ = false;
   std::string (*del_sistema_)(const std::string&) = nullptr;
   std::string (*del_controlador_)(const std::string&) = nullptr;
+  bool (*esta_en_red_)(const std::string&) = nullptr;
 };
 
 /// A file in the making, beside the place where it will be. Gone with this object.

@@ -101,6 +101,11 @@ wine_script() { # runner folder script name locale base [log database]
     bash "$ZUVI_ROOT/tests/e2e/windows.sh" "$runner" "$bin" "$ZUVI_ROOT/tests/e2e/$script.vbs" "$@"
 }
 
+# Drivers by other names, and databases on a share.
+places_suite() { # name of the architecture, folder, bits
+  suite "controladores y lugares $1" 300 count_last_line bash "$ZUVI_ROOT/tests/e2e/lugares.sh" "$2" "$3"
+}
+
 # The windows by keyboard alone, in two regions that write numbers and dates differently, one for each engine;
 # hands at two speeds, in the program and at a script's windows; a server that fails under them.
 keyboard_suites() { # folder
@@ -127,6 +132,7 @@ windows_suites() {
   own_exit_commands
   wine_start win64
   wine_suites "$ZUVI_BUILD/win64" x64 "$ZUVI_LOCALES"
+  places_suite x64 "$ZUVI_BUILD/win64/bin" 64
 }
 
 # In a Windows of their own: these mostly wait for somebody's hands.

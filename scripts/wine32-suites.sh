@@ -10,3 +10,4 @@ done
 ZUVI_LOCALES="C es_ES.UTF-8"
 wine_start win32
 wine_suites "$ZUVI_BUILD/win32" x86 C
+places_suite x86 "$ZUVI_BUILD/win32/bin" 32

@@ -48,7 +48,7 @@ wine32_run() {
   for program in wine wineserver; do
     cat >"$bin/$program" <<EOF
 #!/bin/sh
-unset ODBCSYSINI LOCPATH
+unset LOCPATH
 PATH=/usr/bin:/bin:/usr/sbin:/sbin:/usr/lib/wine
 export PATH
 exec /usr/sbin/chroot "$ZUVI_WINE32_ROOT" /bin/sh -c 'cd "\$1" && shift && exec "\$@"' - "\$PWD" $program "\$@"
@@ -57,7 +57,7 @@ EOF
   chmod +x "$bin"/*
   mkdir -p "$ZUVI_WINE32_ROOT$ZUVI_ROOT"
   # shellcheck disable=SC2016
-  PATH=$bin:$PATH unshare --mount sh -c '
+  PATH=$bin:$PATH env -u ODBCSYSINI unshare --mount sh -c '
     root=$1 project=$2
     shift 2
     mount -t proc proc "$root/proc" && mount --bind /tmp "$root/tmp" &&

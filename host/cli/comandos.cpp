@@ -15,6 +15,7 @@
 #include "host/ocupadas.h"
 #include "host/ordenes.h"
 #include "host/pila.h"
+#include "host/red.h"
 #include "host/rutas.h"
 #include "host/ubicacion.h"
 #include "host/valuacion.h"
@@ -113,6 +114,7 @@ class Sesion {
     host::Opciones opciones;
     host::PonBase(opciones, linea.base);
     opciones.solo_lee = solo_lee;
+    opciones.esta_en_red = host::EstaEnRed;
     opciones.usuario = linea.usuario;
     opciones.idioma = linea.idioma;
     std::error_code fallo;
@@ -378,7 +380,8 @@ std::string Ayuda() {
   }
   return texto +
          "\nOpciones:\n"
-         "  --base ARCHIVO|CADENA   archivo SQLite, o cadena de conexión ODBC (\"DRIVER=...\");\n"
+         "  --base ARCHIVO|CADENA   archivo SQLite, o cadena de conexión ODBC (\"Server=...\",\n"
+         "                          \"DSN=...\"; el controlador se busca si no trae DRIVER=...);\n"
          "                          si falta, ZUVI_BASE, y si no zuvi.db en la carpeta actual\n"
          "  --usuario NOMBRE        usuario que firma; si falta, ZUVI_USUARIO, y si no ADMIN\n"
          "  --idioma es|en          idioma de los mensajes; si falta, ZUVI_IDIOMA, y si no es\n"

@@ -32,6 +32,14 @@ using AtributoNumerico = SQLPOINTER;
 extern "C" {
 
 ZUVI_PASA(SQLAllocHandle, (SQLSMALLINT a, SQLHANDLE b, SQLHANDLE* c), (a, b, c))
+ZUVI_PASA(SQLDrivers,
+          (SQLHENV a, SQLUSMALLINT b, SQLCHAR* c, SQLSMALLINT d, SQLSMALLINT* e, SQLCHAR* f, SQLSMALLINT g,
+           SQLSMALLINT* h),
+          (a, b, c, d, e, f, g, h))
+ZUVI_PASA(SQLDriversW,
+          (SQLHENV a, SQLUSMALLINT b, SQLWCHAR* c, SQLSMALLINT d, SQLSMALLINT* e, SQLWCHAR* f, SQLSMALLINT g,
+           SQLSMALLINT* h),
+          (a, b, c, d, e, f, g, h))
 ZUVI_PASA(SQLFreeHandle, (SQLSMALLINT a, SQLHANDLE b), (a, b))
 ZUVI_PASA(SQLFreeStmt, (SQLHSTMT a, SQLUSMALLINT b), (a, b))
 ZUVI_PASA(SQLSetEnvAttr, (SQLHENV a, SQLINTEGER b, SQLPOINTER c, SQLINTEGER d), (a, b, c, d))

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include "base/text.h"
+#include "host/red.h"
 
 namespace zuvi::host {
 namespace {
@@ -68,14 +69,26 @@ std::string RutaParaControlador(const std::string& archivo) {
   return resultado;
 }
 
-/// The other way round, for a name that begins at the root of that system.
-std::string RutaDeWindows(const std::string& archivo) {
+/// The other way round, for a name that begins at the root of that system; empty for any other.
+std::string DelOtroSistema(const std::string& archivo) {
   const auto convierte = DelEmulador<wchar_t*(CDECL*)(LPCSTR)>("wine_get_dos_file_name");
-  wchar_t* ruta = convierte && archivo.starts_with('/') ? convierte(archivo.c_str()) : nullptr;
-  if (!ruta) return archivo;
+  const bool desde_raiz = archivo.starts_with('/') && !archivo.starts_with("//");
+  wchar_t* ruta = convierte && desde_raiz ? convierte(archivo.c_str()) : nullptr;
+  if (!ruta) return {};
   const std::string resultado = DeAncho(ruta);
   HeapFree(GetProcessHeap(), 0, ruta);
   return resultado;
+}
+
+/// The file by its full name, on a server too.
+std::string RutaDeWindows(const std::string& archivo) {
+  if (std::string otra = DelOtroSistema(archivo); !otra.empty()) return otra;
+  const std::u16string utf16 = Utf16(archivo);
+  const std::wstring ancha(utf16.begin(), utf16.end());
+  std::wstring completa(GetFullPathNameW(ancha.c_str(), 0, nullptr, nullptr), L'\0');
+  completa.resize(
+      GetFullPathNameW(ancha.c_str(), static_cast<DWORD>(completa.size()), completa.data(), nullptr));
+  return completa.empty() ? archivo : DeAncho(completa.c_str());
 }
 
 }  // namespace
@@ -88,6 +101,7 @@ Opciones OpcionesDeWindows() {
   opciones.crea_archivo = true;
   opciones.nombre_del_sistema = RutaDeWindows;
   opciones.nombre_para_controlador = RutaParaControlador;
+  opciones.esta_en_red = EstaEnRed;
   opciones.ruta = CarpetaDelModulo();
   if (const std::string idioma = Variable(L"ZUVI_IDIOMA"); !idioma.empty()) opciones.idioma = idioma;
   opciones.usuario = Variable(L"ZUVI_USUARIO");

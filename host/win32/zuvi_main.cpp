@@ -62,6 +62,8 @@ void SueltaConsola() {
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
+  // What a driver or script object loads by its bare name is not taken from beside the script.
+  SetDllDirectoryW(L"");
   SetConsoleOutputCP(CP_UTF8);
   if (argc > 1 && (std::wstring_view(argv[1]) == L"--help" || std::wstring_view(argv[1]) == L"/?")) {
     std::fputs(kUso, stdout);

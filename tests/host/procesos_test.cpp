@@ -108,7 +108,6 @@ TEST(LineaDeOrdenes, AyudaYMalUso) {
   const Corrida sin_base = Zuvi("--base no_hay/nada.db ordenes");
   EXPECT_EQ(sin_base.codigo, 3);
   EXPECT_THAT(sin_base.texto, HasSubstr("zuvi crea"));
-  EXPECT_EQ(Zuvi("--base 'DRIVER={No hay};x=1' ordenes").codigo, 3);
 }
 
 TEST(LineaDeOrdenes, UnDiaDeTrabajo) {
