@@ -10,6 +10,7 @@ for part in comun wine; do
 done
 bin=$1 bits=$2
 make_temp temp
+# shellcheck disable=SC2154
 printf 'WScript.Echo "TRUFAS " & Ambiente.Existencia("TRUFAS", 1)\r\n' >"$temp/guion.vbs"
 export ODBCSYSINI=$temp HOME=$temp
 unset ZUVI_BASE
