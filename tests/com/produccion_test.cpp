@@ -299,11 +299,11 @@ TEST_F(Produccion, UnKitQueSeContieneTerminaEnUnInformeEnCualquierPila) {
     EXPECT_EQ(Desensambla(1), S_OK);
     return cajas.Toma();
   };
-  for (const int kilobytes : {128, 256, 1024})
+  for (const int kilobytes : {192, 256, 1024})
     ConPilaDe(static_cast<std::size_t>(kilobytes) * 1024, [&] {
       SCOPED_TRACE(kilobytes);
       // What people make is a few levels deep.
-      ASSERT_EQ(desarma(20), std::vector<std::string>());
+      ASSERT_EQ(desarma(40), std::vector<std::string>());
       EXPECT_EQ(tienda->hechos.back().substr(0, 9), "S DEN 2 K");
       EXPECT_EQ(desarma(kSinFin), std::vector<std::string>{Informe("Desensamble", "Out of stack space")});
       std::printf("%d KiB of stack: %d levels\n", kilobytes, kSinFin - tienda->kits_dentro);
