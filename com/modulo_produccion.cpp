@@ -1,21 +1,27 @@
 #include "com/modulo_produccion.h"
 
+#include "base/stack.h"
 #include "com/automation/handles.h"
 #include "com/produccion_com.h"
 
 namespace zuvi {
 namespace {
 
-/// What is left for the host's own calls, the report and its message box once recursion is refused.
-constexpr std::size_t kReservaDePila = 256 * 1024;
+/// The calling thread's stack, as any address in it tells. It is one reservation, of which the upper part is
+/// in use, all of it alike; at the lower end lie the page that makes it grow, the one that never becomes part
+/// of it, and what the program has set aside for the end of the stack.
+StackBounds Pila() {
+  constexpr std::uintptr_t kGuardPages = 2 * 4096;
+  MEMORY_BASIC_INFORMATION in_use{};
+  if (::VirtualQuery(&in_use, &in_use, sizeof in_use) == 0) return {};
+  ULONG guarantee = 0;  // no new size: tells the present one
+  ::SetThreadStackGuarantee(&guarantee);
+  return {reinterpret_cast<std::uintptr_t>(in_use.AllocationBase) + guarantee + kGuardPages,
+          reinterpret_cast<std::uintptr_t>(in_use.BaseAddress) + in_use.RegionSize};
+}
 
-/// True when the calling thread has less than the reserve left. The stack is one reservation whose lowest
-/// address is known from any address in it.
 bool PilaCasiAgotada() {
-  MEMORY_BASIC_INFORMATION stack{};
-  if (::VirtualQuery(&stack, &stack, sizeof stack) == 0) return false;
-  const auto here = reinterpret_cast<std::uintptr_t>(&stack);
-  return here - reinterpret_cast<std::uintptr_t>(stack.AllocationBase) < kReservaDePila;
+  return StackNearlySpent(Pila(), reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "toolkit/win32/module_pin.h"
 
 namespace zuvi::host {
 namespace {
@@ -108,6 +109,7 @@ struct VentanaTrabajo::Partes {
 };
 
 VentanaTrabajo::VentanaTrabajo(const OpcionesTrabajo& opciones) : partes_(std::make_unique<Partes>()) {
+  native::PinModule();
   const INITCOMMONCONTROLSEX clases{sizeof(INITCOMMONCONTROLSEX), ICC_PROGRESS_CLASS | ICC_ANIMATE_CLASS};
   InitCommonControlsEx(&clases);
   WNDCLASSW clase{};

@@ -227,13 +227,16 @@ Value Tienda::Consulta(const std::string& sql) {
   if (durante_consulta) durante_consulta();
   const auto tiene = [&](const char* text) { return sql.find(text) != std::string::npos; };
   if (tiene("FROM comppart")) {
-    if (kit_de_si_mismo) return Filas({{"componente", "K", "cantidad", 1.0, "almacen", 1}});
+    if (kits_dentro > 0) return Filas({{"componente", "K", "cantidad", 1.0, "almacen", 1}});
     return Filas({{"componente", "C1", "cantidad", 2.0, "almacen", 3},
                   {"componente", "C2", "cantidad", 1.0, "almacen", 4}});
   }
-  const std::int16_t es_kit = kit_de_si_mismo;
   if (tiene("FROM componen")) return Filas({{"minimo", 4.0}});
-  if (tiene("FROM prods")) return Filas({{"articulo", "K", "kit", es_kit, "costo", 2.5}});
+  if (tiene("FROM prods")) {
+    const std::int16_t es_kit = kits_dentro > 0;
+    kits_dentro -= es_kit;
+    return Filas({{"articulo", "K", "kit", es_kit, "costo", 2.5}});
+  }
   if (tiene("COUNT( * )")) return Filas({{"n", 2}});
   if (tiene("FROM oppart WHERE Op = ("))
     return Filas({{"articulo", "K", "cantidad", 2.5, "precio", 10.0, "observ", "urge", "id_entrada", 71}});

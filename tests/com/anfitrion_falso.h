@@ -78,7 +78,8 @@ class Tienda {
   static long Vivos();
 
   bool veta = false;
-  bool kit_de_si_mismo = false;
+  /// The kit contains itself, as many levels deep.
+  int kits_dentro = 0;
   bool confirma = true;
   std::string estado = "PE";
   int llamadas = 0;

@@ -78,16 +78,33 @@ Cajas::Cajas() : hook_(::SetWindowsHookExW(WH_CALLWNDPROCRET, &AlIniciar, nullpt
 Cajas::~Cajas() { ::UnhookWindowsHookEx(hook_); }
 std::vector<std::string> Cajas::Toma() { return std::exchange(Textos(), {}); }
 
-Dll::Dll() : dll_(::LoadLibraryW(L"ZuviProduccion.dll")) {}
+void Atiende(int milisegundos) {
+  const DWORD hasta = ::GetTickCount() + static_cast<DWORD>(milisegundos);
+  while (static_cast<LONG>(hasta - ::GetTickCount()) > 0) {
+    MSG mensaje;
+    while (::PeekMessageW(&mensaje, nullptr, 0, 0, PM_REMOVE)) {
+      ::TranslateMessage(&mensaje);
+      ::DispatchMessageW(&mensaje);
+    }
+    ::MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
+  }
+}
+
+Dll::Dll(const wchar_t* archivo) : dll_(::LoadLibraryW(archivo)) {}
 Dll::~Dll() { ::FreeLibrary(dll_); }
 
-ComPtr<::_Produccion> Dll::Crea() {
+ComPtr<IUnknown> Dll::Crea(REFCLSID clase) {
   const auto get = Entrada<HRESULT(WINAPI*)(REFCLSID, REFIID, void**)>("DllGetClassObject");
   ComPtr<IClassFactory> factory;
-  ComPtr<::_Produccion> object;
-  if (get && SUCCEEDED(get(__uuidof(::Produccion), IID_IClassFactory, factory.put_void())))
-    factory->CreateInstance(nullptr, __uuidof(::_Produccion), object.put_void());
+  ComPtr<IUnknown> object;
+  if (get && SUCCEEDED(get(clase, IID_IClassFactory, factory.put_void())))
+    factory->CreateInstance(nullptr, IID_IUnknown, object.put_void());
   return object;
+}
+
+ComPtr<::_Produccion> Dll::Crea() {
+  const auto object = Crea(__uuidof(::Produccion));
+  return object ? object.As<::_Produccion>(__uuidof(::_Produccion)) : ComPtr<::_Produccion>();
 }
 
 HRESULT Dll::PuedeDescargarse() const { return Entrada<HRESULT(WINAPI*)()>("DllCanUnloadNow")(); }

@@ -46,12 +46,17 @@ class Cajas {
   HHOOK hook_;
 };
 
-/// The loaded DLL.
+/// Runs this thread's message loop for so long.
+void Atiende(int milisegundos);
+
+/// A loaded DLL, the component's unless it is told.
 class Dll {
  public:
-  Dll();
+  explicit Dll(const wchar_t* archivo = L"ZuviProduccion.dll");
   ~Dll();
   ComPtr<::_Produccion> Crea();
+  /// A new object of one of its classes; null when there is none.
+  ComPtr<IUnknown> Crea(REFCLSID clase);
   HRESULT PuedeDescargarse() const;
   template <class Funcion>
   Funcion Entrada(const char* nombre) const {

@@ -27,8 +27,7 @@ trap 'rm -rf "$tmp"' EXIT
 # A path as users have them.
 folder="$tmp/Producción y ñandúes"
 mkdir "$folder"
-cp "$build/bin/ZuviProduccion.dll" "$folder/"
-dll=$(wine winepath -w "$folder/ZuviProduccion.dll" | tr -d '\r')
+cp "$build/bin/ZuviProduccion.dll" "$build/bin/ZuviHost.dll" "$folder/"
 
 # Those that the loader takes from the system's folder, whatever lies beside the program. Any other is to be
 # loaded by its full path.
@@ -53,17 +52,51 @@ snapshot() {  # the registered classes of machine and user, as text
   done >"$1"
 }
 
-registers_and_removes() {  # registers_and_removes KEY REGSVR32_ARGUMENTS…: twice in, twice out, nothing left
-  key=$1
+registration() {  # registration DLL ARGUMENTS…: regsvr32, silently
+  file=$1
   shift
-  # The folder of the user's classes stays once any program has made it.
-  timeout 60 wine reg add 'HKCU\Software\Classes\CLSID' /f >/dev/null
-  snapshot "$tmp/before"
-  for _ in 1 2; do timeout 60 wine regsvr32 /s "$@" "$dll" || return 1; done
-  timeout 60 wine reg query "$key\\Software\\Classes\\ZuviProduccion.Produccion\\CLSID" || return 1
-  for _ in 1 2; do timeout 60 wine regsvr32 /s /u "$@" "$dll" || return 1; done
-  snapshot "$tmp/after"
-  diff "$tmp/before" "$tmp/after"
+  timeout 60 wine regsvr32 /s "$@" "$(wine winepath -w "$folder/$file" | tr -d '\r')"
+}
+
+machine_and_user_apart() {  # machine_and_user_apart DLL KEY: whatever is done to one scope leaves the other as it is
+  # The folders of the user's classes stay once any program has made them.
+  for all in CLSID Interface TypeLib; do timeout 60 wine reg add "HKCU\\Software\\Classes\\$all" /f >/dev/null; done
+  user="/n /i:user"
+  snapshot "$tmp/none"
+  for first in "" "$user"; do
+    [ -z "$first" ] && second=$user || second=
+    # shellcheck disable=SC2086
+    {
+      # Twice in, and the other out, which has never been there.
+      for _ in 1 2; do registration "$1" $first || return 1; done
+      snapshot "$tmp/one"
+      for _ in 1 2; do registration "$1" /u $second || return 1; done
+      snapshot "$tmp/now"
+      diff "$tmp/one" "$tmp/now" || return 1
+      registration "$1" $second || return 1
+      for root in HKLM HKCU; do timeout 60 wine reg query "$root\\Software\\Classes\\$2" || return 1; done
+      registration "$1" /u $second || return 1
+      snapshot "$tmp/now"
+      diff "$tmp/one" "$tmp/now" || return 1
+      for _ in 1 2; do registration "$1" /u $first || return 1; done
+    }
+    snapshot "$tmp/now"
+    diff "$tmp/none" "$tmp/now" || return 1
+  done
+}
+
+names_stay_for_the_other_kind() {  # of process, whose registration of the class shares them; x64 only
+  class='HKLM\Software\Classes\CLSID\{89FBD527-F735-402B-8C4A-936C3D1C49C5}'
+  library='HKLM\Software\Classes\TypeLib\{7330E6FA-8958-4791-A687-AB114C772D8A}\1.0\0\win32'
+  timeout 60 wine reg add "$class\\InprocServer32" /ve /d C:\\otra.dll /f /reg:32 >/dev/null || return 1
+  timeout 60 wine reg add "$library" /ve /d C:\\otra.dll /f >/dev/null || return 1
+  registration ZuviProduccion.dll && registration ZuviProduccion.dll /u || return 1
+  timeout 60 wine reg query 'HKLM\Software\Classes\ZuviProduccion.Produccion\CLSID' || return 1
+  timeout 60 wine reg query "$library" || return 1
+  timeout 60 wine reg delete "$class" /f /reg:32 >/dev/null || return 1
+  registration ZuviProduccion.dll && timeout 60 wine reg delete "$library" /f >/dev/null &&
+    registration ZuviProduccion.dll /u || return 1
+  ! timeout 60 wine reg query 'HKLM\Software\Classes\ZuviProduccion.Produccion'
 }
 
 script() {  # script FILE: run by the system's script host; its last line is the verdict
@@ -76,15 +109,27 @@ for file in ZuviProduccion.dll ZuviHost.dll Zuvi.exe; do
   check "imports of $file" only_known_dlls $file
 done
 check "exports of ZuviProduccion.dll" only_entry_points ZuviProduccion.dll
-check "registration per machine" registers_and_removes HKLM
-check "registration per user" registers_and_removes HKCU /n /i:user
-timeout 60 wine regsvr32 /s "$dll"
+check "ZuviProduccion.dll registers for machine and user" \
+  machine_and_user_apart ZuviProduccion.dll 'TypeLib\{7330E6FA-8958-4791-A687-AB114C772D8A}\1.0\0'
+check "ZuviHost.dll registers for machine and user" \
+  machine_and_user_apart ZuviHost.dll 'TypeLib\{E80875B8-E25C-490E-BCBE-410F0BBECFDD}\1.0\0'
+[ "${WINEARCH:-win64}" = win32 ] || check "names shared with the other kind of process" names_stay_for_the_other_kind
+registration ZuviProduccion.dll
 check "JScript" script cliente.js
-timeout 60 wine regsvr32 /s /u "$dll"
+registration ZuviProduccion.dll /u
 
 cd "$build/bin" || exit 2
+# What is theirs alone in a process; x86 with the compiler's own runtime loaded, as programs of that compiler have it.
+other=$(i686-w64-mingw32-g++-posix -print-file-name=libgcc_s_dw2-1.dll)
+cp "$other" /usr/i686-w64-mingw32/lib/libwinpthread-1.dll "$tmp/"
+export ZUVI_OTRO_RUNTIME="Z:$tmp/libgcc_s_dw2-1.dll" WINEPATH="Z:$tmp"
+own=$(timeout 60 wine com_test.exe --gtest_list_tests --gtest_filter='ProcesoPropio.*' | tr -d ' \r' | grep -v '\.$')
+check "tests with a process of their own" test -n "$own"
+for test in $own; do
+  check "$test" timeout 120 wine com_test.exe --gtest_filter="ProcesoPropio.$test"
+done
 [ $# -lt 2 ] || export ZUVI_BARRIDO="$2"
-timeout 580 wine com_test.exe >"$tmp/gtest.txt" 2>&1
+timeout 580 wine com_test.exe --gtest_filter='-ProcesoPropio.*' >"$tmp/gtest.txt" 2>&1
 cases=$(grep -c '^\[       OK \]' "$tmp/gtest.txt")
 if grep -q '^\[  PASSED  \]' "$tmp/gtest.txt"; then
   broken=$(grep -c '^\[  FAILED  \] .*ms)' "$tmp/gtest.txt")

@@ -3,6 +3,7 @@
 
 #include <fstream>
 #include <map>
+#include <regex>
 #include <sstream>
 
 #include "com/automation/com_ptr.h"
@@ -114,6 +115,34 @@ TEST(BibliotecasDeTipos, SonLasPrometidas) {
   const std::string golden((std::istreambuf_iterator<char>(file)), {});
   if (now != golden) std::ofstream("typelib.now.txt", std::ios::binary) << now;
   EXPECT_EQ(now, golden);
+}
+
+/// What is loaded without registration: each library of a manifest out of the file, and the place in it, that
+/// the manifest names. Wine's own look-up passes over the place.
+TEST(BibliotecasDeTipos, LosManifiestosNombranCadaUnaDondeEsta) {
+  int cuantas = 0;
+  for (const std::string dll : {"ZuviProduccion", "ZuviHost"}) {
+    std::ifstream file(dll + ".SxS.manifest", std::ios::binary);
+    const std::string manifiesto((std::istreambuf_iterator<char>(file)), {});
+    ASSERT_NE(manifiesto.find("<file name=\"" + dll + ".dll\">"), std::string::npos);
+    const std::regex biblioteca("<typelib tlbid=\"([^\"]*)\"[^>]*>"), lugar("resourceid=\"([0-9]+)\"");
+    std::string todas;
+    for (std::sregex_iterator i(manifiesto.begin(), manifiesto.end(), biblioteca), fin; i != fin; ++i) {
+      const std::string elemento = i->str(), guid = Minusculas((*i)[1].str());
+      std::smatch numero;
+      const bool dicho = std::regex_search(elemento, numero, lugar);
+      const std::wstring camino = Ancho(dll + ".dll" + (dicho ? "\\" + numero[1].str() : ""));
+      const std::string descrita = Minusculas(Describe(camino.c_str()));
+      EXPECT_NE(descrita.substr(0, descrita.find('\n')).find(guid), std::string::npos) << elemento;
+      todas += guid;
+      ++cuantas;
+    }
+    // Those that the classes are described by.
+    const std::regex clase("<comClass [^>]*tlbid=\"([^\"]*)\"");
+    for (std::sregex_iterator i(manifiesto.begin(), manifiesto.end(), clase), fin; i != fin; ++i)
+      EXPECT_NE(todas.find(Minusculas((*i)[1].str())), std::string::npos) << i->str();
+  }
+  EXPECT_EQ(cuantas, 3);
 }
 
 }  // namespace

@@ -61,17 +61,6 @@ class Ventanas : public ConTienda {
     tienda->con_ventana = nullptr;
     return recibida;
   }
-  static void Atiende(int milisegundos) {
-    const DWORD hasta = ::GetTickCount() + static_cast<DWORD>(milisegundos);
-    while (static_cast<LONG>(hasta - ::GetTickCount()) > 0) {
-      MSG mensaje;
-      while (::PeekMessageW(&mensaje, nullptr, 0, 0, PM_REMOVE)) {
-        ::TranslateMessage(&mensaje);
-        ::DispatchMessageW(&mensaje);
-      }
-      ::MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
-    }
-  }
   struct Cuenta {
     bool solo_visibles;
     int ventanas = 0;

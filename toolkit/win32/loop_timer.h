@@ -3,6 +3,7 @@
 #include <functional>
 #include <utility>
 
+#include "toolkit/win32/module_pin.h"
 #include "toolkit/win32/windows_ui.h"
 
 namespace zuvi::native {
@@ -20,8 +21,8 @@ class LoopTimer {
 
   /// From now on every so many milliseconds; false when the system has no timer to give.
   bool Start(UINT milliseconds) {
-    // A window of the system's own class: none of ours would outlive this program file. One of a thread that
-    // has ended went with it.
+    PinModule();
+    // One of a thread that has ended went with it.
     if (!Ours()) {
       window_ = ::CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
       if (!window_) return false;

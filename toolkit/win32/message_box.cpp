@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "toolkit/win32/module_pin.h"
+
 namespace zuvi::native {
 namespace {
 
@@ -52,6 +54,7 @@ BOOL CALLBACK HasLetter(HWND child, LPARAM param) {
 class MessageBoxes::Guard {
  public:
   explicit Guard(HWND owner) : owner_(owner), outer_(std::exchange(OfThisThread<Guard>(), this)) {
+    PinModule();
     hook_ = ::SetWindowsHookExW(WH_MSGFILTER, &Filter, nullptr, ::GetCurrentThreadId());
   }
   Guard(const Guard&) = delete;
@@ -173,11 +176,6 @@ void MessageBoxes::Keep(std::vector<Entry> entries) {
   for (Entry& entry : entries) waiting_.push_back(std::move(entry));
   in_entry_ = false;
   elsewhere_ = 0;
-  // Timer and hook point into this program file, which must not go while they are set; how long that is, the
-  // user decides.
-  HMODULE pinned = nullptr;
-  ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
-                       reinterpret_cast<LPCWSTR>(&Hear), &pinned);
   if (!Start()) GiveUp();
 }
 

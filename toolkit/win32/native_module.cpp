@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/error.h"
+#include "toolkit/win32/module_pin.h"
 #include "toolkit/win32/system_library.h"
 
 namespace zuvi::native {
@@ -46,6 +47,7 @@ UINT SystemDpi() {
 
 NativeModule::NativeModule(HINSTANCE instance, WNDPROC form_procedure)
     : instance_(instance), form_procedure_(form_procedure) {
+  PinModule();
   ACTCTXW context{};
   context.cbSize = sizeof context;
   context.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;

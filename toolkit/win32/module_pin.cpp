@@ -1,0 +1,13 @@
+#include "toolkit/win32/module_pin.h"
+
+#include "toolkit/win32/windows_ui.h"
+
+namespace zuvi::native {
+
+void PinModule() noexcept {
+  HMODULE pinned = nullptr;
+  ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                       reinterpret_cast<LPCWSTR>(&PinModule), &pinned);
+}
+
+}  // namespace zuvi::native
