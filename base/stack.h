@@ -12,9 +12,9 @@ struct StackBounds {
   std::uintptr_t low = 0, high = 0;
 };
 
-/// Bytes of a stack that recursion leaves to what a level calls before the next one is asked for: the host, its
-/// database driver, the unwinding of an error. A quarter, since threads of some programs have little in all;
-/// never less than 96 KiB (a driver that connects anew was seen to take 64), nor more than 256.
+/// Bytes of a stack that recursion leaves to what a level calls before the next one is asked for: the host,
+/// its database driver, the unwinding of an error. A quarter, since threads of some programs have little in
+/// all; never less than 96 KiB (a driver that connects anew was seen to take 64), nor more than 256.
 constexpr std::size_t StackReserve(const StackBounds& stack) {
   return std::clamp<std::size_t>((stack.high - stack.low) / 4, 96 * 1024, 256 * 1024);
 }

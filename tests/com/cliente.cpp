@@ -90,6 +90,30 @@ void Atiende(int milisegundos) {
   }
 }
 
+SinRegistro::SinRegistro() {
+  wchar_t carpeta[MAX_PATH] = {};
+  ::GetModuleFileNameW(nullptr, carpeta, MAX_PATH);
+  *wcsrchr(carpeta, L'\\') = 0;
+  const std::wstring archivo = std::wstring(carpeta) + L"\\ZuviProduccion.SxS.manifest";
+  ACTCTXW contexto{};
+  contexto.cbSize = sizeof contexto;
+  contexto.lpSource = archivo.c_str();
+  contexto_ = ::CreateActCtxW(&contexto);
+  ::ActivateActCtx(contexto_, &activo_);
+}
+SinRegistro::~SinRegistro() {
+  ::DeactivateActCtx(0, activo_);
+  ::ReleaseActCtx(contexto_);
+}
+
+ComPtr<::_Produccion> SinRegistro::Crea() const {
+  CLSID clase{};
+  ComPtr<::_Produccion> objeto;
+  if (SUCCEEDED(::CLSIDFromProgID(L"ZuviProduccion.Produccion", &clase)))
+    ::CoCreateInstance(clase, nullptr, CLSCTX_INPROC_SERVER, __uuidof(::_Produccion), objeto.put_void());
+  return objeto;
+}
+
 Dll::Dll(const wchar_t* archivo) : dll_(::LoadLibraryW(archivo)) {}
 Dll::~Dll() { ::FreeLibrary(dll_); }
 

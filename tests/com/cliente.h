@@ -49,6 +49,20 @@ class Cajas {
 /// Runs this thread's message loop for so long.
 void Atiende(int milisegundos);
 
+/// What the manifest beside the component makes known, on this thread while it lives: it needs no
+/// registration.
+class SinRegistro {
+ public:
+  SinRegistro();
+  ~SinRegistro();
+  /// A new object, made as any client makes one.
+  ComPtr<::_Produccion> Crea() const;
+
+ private:
+  HANDLE contexto_;
+  ULONG_PTR activo_ = 0;
+};
+
 /// A loaded DLL, the component's unless it is told.
 class Dll {
  public:

@@ -16,7 +16,7 @@ bool EnMemoria(const wchar_t* dll) { return ::GetModuleHandleW(dll) != nullptr; 
 
 /// A shop and the component that works for it.
 struct Taller {
-  explicit Taller(Dll& dll) : produccion(dll.Crea()) {
+  explicit Taller(ComPtr<::_Produccion> suya) : produccion(std::move(suya)) {
     if (produccion) produccion->putref_Ambiente(reinterpret_cast<::Ambiente*>(tienda.Ambiente().get()));
   }
   Tienda tienda;
@@ -30,14 +30,19 @@ class ProcesoPropio : public testing::Test {
 
 TEST_F(ProcesoPropio, SinVentanasLaDllSeVaCuandoNadieLaUsa) {
   {
-    Dll dll;
-    Taller taller(dll);
+    const SinRegistro manifiesto;
+    Taller taller(manifiesto.Crea());
+    ASSERT_TRUE(taller.produccion);
+    ::CoFreeUnusedLibrariesEx(0, 0);
+    EXPECT_TRUE(EnMemoria(kModulo));
     const UniqueBstr kit(::SysAllocString(L"K"));
     BSTR texto = kit.get();
     LONG almacen = 2, cantidad = 6;
     EXPECT_EQ(taller.produccion->Ensamble(&texto, &almacen, &cantidad, nullptr), S_OK);
     EXPECT_EQ(taller.tienda.hechos.back(), "E DE 2 K 6 11.25");
   }
+  // Once marks it, once more takes it away.
+  for (int vez = 0; vez < 2; ++vez) ::CoFreeUnusedLibrariesEx(0, 0);
   EXPECT_FALSE(EnMemoria(kModulo));
 }
 
@@ -46,7 +51,7 @@ TEST_F(ProcesoPropio, SinVentanasLaDllSeVaCuandoNadieLaUsa) {
 
 TEST_F(ProcesoPropio, ConUnaVentanaAbiertaElModuloSeQueda) {
   Dll dll;
-  Taller taller(dll);
+  Taller taller(dll.Crea());
   ASSERT_EQ(taller.produccion->NuevaOp(), S_OK);
   const HWND ventana = ::FindWindowW(L"ZuviVentana", nullptr);
   ASSERT_TRUE(::IsWindowVisible(ventana));

@@ -323,28 +323,6 @@ TEST_F(Produccion, TextosRotosLleganConElSignoDeReemplazo) {
   EXPECT_EQ(produccion->Ensamble(&texto, &almacen, &cantidad, nullptr), S_OK);
 }
 
-/// Without registration: the manifest beside the DLL alone makes the class known.
-TEST_F(Produccion, FuncionaSinRegistroConSuManifiesto) {
-  wchar_t folder[MAX_PATH] = {};
-  ::GetModuleFileNameW(nullptr, folder, MAX_PATH);
-  *wcsrchr(folder, L'\\') = 0;
-  const std::wstring file = std::wstring(folder) + L"\\ZuviProduccion.SxS.manifest";
-  ACTCTXW context{};
-  context.cbSize = sizeof context;
-  context.lpSource = file.c_str();
-  const HANDLE handle = ::CreateActCtxW(&context);
-  ASSERT_NE(handle, INVALID_HANDLE_VALUE);
-  ULONG_PTR cookie = 0;
-  ASSERT_TRUE(::ActivateActCtx(handle, &cookie));
-  CLSID clsid{};
-  EXPECT_EQ(::CLSIDFromProgID(L"ZuviProduccion.Produccion", &clsid), S_OK);
-  EXPECT_EQ(::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(::_Produccion),
-                               produccion.put_void()),
-            S_OK);
-  ::DeactivateActCtx(0, cookie);
-  ::ReleaseActCtx(handle);
-}
-
 /// A client without a message loop of its own: the object lives in an apartment that the system pumps for it.
 TEST_F(Produccion, UnClienteMultihiloPasaPorLosIntermediariosRegistrados) {
   ASSERT_EQ(dll.Entrada<HRESULT(WINAPI*)()>("DllRegisterServer")(), S_OK);
