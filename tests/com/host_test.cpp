@@ -41,6 +41,8 @@ class EnLugarDeAdo {
   AdoVisto& Visto() const {
     return *reinterpret_cast<DameVisto>(reinterpret_cast<void*>(::GetProcAddress(dll_, "Visto")))();
   }
+  /// The file of the one it stands in for.
+  const wchar_t* Verdadero() const { return antes_; }
   /// What it was asked since the last time.
   std::string Toma() const {
     std::string llamadas = Visto().llamadas;
@@ -168,6 +170,24 @@ TEST_F(ConHost, OnOurConnectionADOIsNeverAsked) {
   EXPECT_EQ(Hace(otro.get(), L"Open", kMetodo, {args[1]}), S_OK);
   EXPECT_EQ(Campo(otro.get()), 42);
   EXPECT_EQ(ado.Visto().creados, 0);
+}
+
+// Programs that were compiled against ADO call by its numbers, whoever answers.
+TEST_F(ConHost, TheNumbersOfMembersAreADOs) {
+  ComPtr<ITypeLib> biblioteca;
+  ComPtr<ITypeInfo> tipo;
+  ASSERT_EQ(::LoadTypeLibEx(ado.Verdadero(), REGKIND_NONE, biblioteca.put()), S_OK);
+  ASSERT_EQ(biblioteca->GetTypeInfoOfGuid(kInterfazAdo, tipo.put()), S_OK);
+  const auto recordset = Recordset();
+  for (const wchar_t* texto : {L"Fields", L"ActiveConnection", L"BOF", L"CursorType", L"EOF", L"LockType",
+                               L"RecordCount", L"Source", L"Close", L"MoveNext", L"MovePrevious",
+                               L"MoveFirst", L"MoveLast", L"Open", L"CursorLocation", L"State"}) {
+    auto* nombre = const_cast<LPOLESTR>(texto);
+    DISPID suyo = DISPID_UNKNOWN, nuestro = DISPID_UNKNOWN;
+    EXPECT_EQ(tipo->GetIDsOfNames(&nombre, 1, &suyo), S_OK) << Utf8De(texto);
+    EXPECT_EQ(recordset->GetIDsOfNames(IID_NULL, &nombre, 1, 0, &nuestro), S_OK);
+    EXPECT_EQ(nuestro, suyo) << Utf8De(texto);
+  }
 }
 
 TEST_F(ConHost, WhateverIsNotOursIsTheSystems) {
