@@ -408,6 +408,32 @@ TEST_F(ConHost, TheProgressWindowHasItsLookAndFitsAtEveryScale) {
   EXPECT_EQ(Hace(progreso.get(), L"Cierra", kMetodo, {}), S_OK);
 }
 
+// As the system itself reads it, with the assemblies it names.
+TEST(Program, ItsManifestTellsWhatItKnows) {
+  ACTCTXW fuente{};
+  fuente.cbSize = sizeof fuente;
+  fuente.dwFlags = ACTCTX_FLAG_RESOURCE_NAME_VALID;
+  fuente.lpSource = L"Zuvi.exe";
+  fuente.lpResourceName = MAKEINTRESOURCEW(1);
+  const HANDLE contexto = ::CreateActCtxW(&fuente);
+  ASSERT_NE(contexto, INVALID_HANDLE_VALUE) << ::GetLastError();
+  const auto dice = [&](const wchar_t* anio, const wchar_t* nombre) {
+    wchar_t valor[64] = L"";
+    const std::wstring espacio =
+        std::wstring(L"http://schemas.microsoft.com/SMI/") + anio + L"/WindowsSettings";
+    ::QueryActCtxSettingsW(0, contexto, espacio.c_str(), nombre, valor, 64, nullptr);
+    return Utf8De(valor);
+  };
+  EXPECT_EQ(dice(L"2016", L"dpiAwareness"), "PerMonitorV2, PerMonitor");
+  EXPECT_EQ(dice(L"2005", L"dpiAware"), "true");
+  EXPECT_EQ(dice(L"2016", L"longPathAware"), "true");
+  alignas(8) std::array<BYTE, 1024> datos{};
+  EXPECT_TRUE(::QueryActCtxW(0, contexto, nullptr, CompatibilityInformationInActivationContext, datos.data(),
+                             datos.size(), nullptr));
+  EXPECT_EQ(*reinterpret_cast<const DWORD*>(datos.data()), 4u);  // of Windows 7 to 11
+  ::ReleaseActCtx(contexto);
+}
+
 TEST_F(ConHost, EveryApartmentHasItsOwn) {
   Conexion();
   std::thread([&] {
