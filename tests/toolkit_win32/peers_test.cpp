@@ -348,15 +348,15 @@ TEST_F(Peers, DatesMoveAndTellTheModel) {
   EXPECT_EQ(marked(), form->mes->Value());
 }
 
+BOOL CALLBACK Collect(HWND window, LPARAM list) {
+  reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+  return TRUE;
+}
+
 // It belongs to the controls themselves, and to hosts and tools that keep something of theirs there.
 TEST_F(Peers, TheUserDataOfControlsIsFree) {
   std::vector<HWND> windows;
-  ::EnumChildWindows(
-      screen.HandleOf(*form),
-      [](HWND child, LPARAM list) -> BOOL {
-        return reinterpret_cast<std::vector<HWND>*>(list)->push_back(child), TRUE;
-      },
-      reinterpret_cast<LPARAM>(&windows));
+  ::EnumChildWindows(screen.HandleOf(*form), &Collect, reinterpret_cast<LPARAM>(&windows));
   ASSERT_GT(windows.size(), form->Controls().size() / 2);
   LONG_PTR mark = 0x51;
   for (const HWND window : windows) EXPECT_EQ(::SetWindowLongPtrW(window, GWLP_USERDATA, ++mark), 0);
