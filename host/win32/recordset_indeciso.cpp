@@ -52,8 +52,7 @@ const Numero* NumeroDe(DISPID id) {
   return numero == kNumeros.end() ? nullptr : &*numero;
 }
 
-/// Asked of every object by those who create and hold objects for others. It is no sign of ADO being meant,
-/// and what carries the object elsewhere must carry all of it.
+/// Asked of every object by those who create and hold objects for others: no sign of ADO being meant.
 const std::array kDeRutina{
     IID_IMarshal,
     IID_IStdMarshalInfo,
@@ -62,6 +61,11 @@ const std::array kDeRutina{
     IID_ISupportErrorInfo,
     IID_IProvideClassInfo,
     IID_IProvideClassInfo2,
+    IID_IRunnableObject,
+    IID_IPersistStream,
+    IID_IPersistStreamInit,
+    IID_IPersistStorage,
+    IID_IPersistPropertyBag,
     kIidZuviIdentity,
     IID{0xFC4801A3, 0x2BA9, 0x11CF, {0xA2, 0x29, 0x00, 0xAA, 0x00, 0x3D, 0x73, 0x52}},  // IObjectWithSite
     IID{0x94EA2B94, 0xE9CC, 0x49E0, {0xC0, 0xFF, 0xEE, 0x64, 0xCA, 0x8F, 0x5B, 0x90}},  // IAgileObject
@@ -149,10 +153,11 @@ STDMETHODIMP RecordsetIndeciso::QueryInterface(REFIID iid, void** salida) noexce
     // To the host itself it is the record set behind.
     if (propio_ && iid == kIidZuviIdentity) return Publish(propio_, modulo_)->QueryInterface(iid, salida);
     if (propio_) return E_NOINTERFACE;
-    if (!entregado_ && std::ranges::find(kDeRutina, iid) != kDeRutina.end()) return E_NOINTERFACE;
+    const bool rutina = std::ranges::find(kDeRutina, iid) != kDeRutina.end();
+    if (rutina && !sistema_) return E_NOINTERFACE;
     if (FAILED(PideSistema(nullptr))) return E_NOINTERFACE;
     const HRESULT dada = sistema_->QueryInterface(iid, salida);
-    if (SUCCEEDED(dada)) entregado_ = true;
+    if (SUCCEEDED(dada) && !rutina) entregado_ = true;
     return dada;
   } catch (...) {
     return CurrentError().code;

@@ -281,8 +281,9 @@ TEST_F(ConHost, TheSystemsObjectGetsEveryCallAsItCame) {
   const auto usado = Recordset();
   ado.Toma();
   const LONG creados = visto.creados;
-  EXPECT_FALSE(usado.As<IMarshal>(IID_IMarshal));
-  EXPECT_FALSE(usado.As<IUnknown>(__uuidof(IDispatchEx)));
+  for (const IID& iid : {IID_IMarshal, __uuidof(IDispatchEx), IID_IProvideClassInfo, IID_IRunnableObject,
+                         IID_IPersistStreamInit, IID_ISupportErrorInfo})
+    EXPECT_FALSE(usado.As<IUnknown>(iid));
   EXPECT_EQ(visto.creados, creados);
   EXPECT_TRUE(usado.As<IUnknown>(kInterfazAdo));
   EXPECT_EQ(visto.creados, creados + 1);
