@@ -166,6 +166,7 @@ const MemberTable* RecordsetMemoria::Members() const {
           .Property<&R::RecordCount>("RecordCount")
           .Property<&R::CursorType, &R::PonCursorType>("CursorType")
           .Property<&R::LockType, &R::PonLockType>("LockType")
+          .Property<&R::CursorLocation, &R::PonCursorLocation>("CursorLocation")
           .Method<&R::AbrePorNombre>("Open",
                                      {"Source", "ActiveConnection", "CursorType", "LockType", "Options"}, 5)
           .Method<&R::Close>("Close")

@@ -58,6 +58,9 @@ class RecordsetMemoria final : public Recordset {
   void PonCursorType(std::int32_t tipo) override { cursor_ = tipo; }
   std::int32_t LockType() { return bloqueo_; }
   void PonLockType(std::int32_t tipo) override { bloqueo_ = tipo; }
+  /// Where ADO would keep the rows; ours are always read whole.
+  std::int32_t CursorLocation() { return lugar_; }
+  void PonCursorLocation(std::int32_t lugar) { lugar_ = lugar; }
   void Open(const std::string& fuente, const std::shared_ptr<Conexion>& conexion, std::int32_t cursor,
             std::int32_t bloqueo, std::int32_t opciones) override;
   void Close();
@@ -86,6 +89,7 @@ class RecordsetMemoria final : public Recordset {
   std::ptrdiff_t fila_ = 0;  // -1 before the first row, filas_ past the last
   std::int32_t cursor_ = 0;
   std::int32_t bloqueo_ = 1;
+  std::int32_t lugar_ = 2;
   std::string fuente_;
   std::shared_ptr<BaseDatos> conexion_;
 };

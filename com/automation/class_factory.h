@@ -9,13 +9,22 @@
 
 namespace zuvi {
 
-/// Makes objects of one class. `create` gives a new object; it may throw.
+/// Makes objects of one class.
 class ClassFactory final : public IClassFactory {
  public:
+  /// Gives a new object; it may throw.
   using Creator = std::function<ComPtr<IUnknown>()>;
+  /// Answers `CreateInstance` itself: outer object, interface, where to put it (null until then).
+  using Maker = std::function<HRESULT(IUnknown*, REFIID, void**)>;
 
+  ClassFactory(ComModule& module, Maker make)
+      : module_(module), hold_(module, HoldKind::Factory), make_(std::move(make)) {}
   ClassFactory(ComModule& module, Creator create)
-      : module_(module), hold_(module, HoldKind::Factory), create_(std::move(create)) {}
+      : ClassFactory(module,
+                     Maker([&module, create = std::move(create)](IUnknown* outer, REFIID iid, void** out) {
+                       if (outer) return CLASS_E_NOAGGREGATION;
+                       return Frontera(module.Source(), [&] { return create()->QueryInterface(iid, out); });
+                     })) {}
 
   STDMETHODIMP QueryInterface(REFIID iid, void** out) noexcept override {
     if (!out) return E_POINTER;
@@ -33,8 +42,14 @@ class ClassFactory final : public IClassFactory {
   STDMETHODIMP CreateInstance(IUnknown* outer, REFIID iid, void** out) noexcept override {
     if (!out) return E_POINTER;
     *out = nullptr;
-    if (outer) return CLASS_E_NOAGGREGATION;
-    return Frontera(module_.Source(), [&] { return create_()->QueryInterface(iid, out); });
+    // Its object may let go of the last reference to this one.
+    const ComPtr<IClassFactory> self(static_cast<IClassFactory*>(this));
+    const ModuleHold running(module_, HoldKind::Method);
+    try {
+      return make_(outer, iid, out);
+    } catch (...) {
+      return CurrentError().code;
+    }
   }
   STDMETHODIMP LockServer(BOOL lock) noexcept override {
     lock ? module_.Hold(HoldKind::ServerLock) : module_.LetGo(HoldKind::ServerLock);
@@ -47,7 +62,7 @@ class ClassFactory final : public IClassFactory {
   std::atomic<ULONG> references_{1};
   ComModule& module_;
   ModuleHold hold_;
-  Creator create_;
+  Maker make_;
 };
 
 /// The body of DllGetClassObject once the class is known.

@@ -5,6 +5,7 @@
 #include <new>
 #include <vector>
 
+#include "com/automation/class_factory.h"
 #include "com/automation/handles.h"
 #include "host/win32/modulo_host.h"
 
@@ -49,8 +50,10 @@ HRESULT WINAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** salida) {
   const auto clases = ClasesHost();
   const auto clase = std::ranges::find_if(clases, [&](const ClaseHost& c) { return c.ids.clsid == clsid; });
   if (clase == clases.end()) return CLASS_E_CLASSNOTAVAILABLE;
-  return GiveFactory(
-      Modulo().Automatizacion(), [&c = *clase] { return Modulo().Crea(c); }, iid, salida);
+  return Frontera("ZuviHost", [&] {
+    return GiveFactory(
+        Modulo().Automatizacion(), [&c = *clase] { return Modulo().Crea(c); }, iid, salida);
+  });
 }
 
 HRESULT WINAPI DllCanUnloadNow() {

@@ -2,18 +2,18 @@
 
 #include "com/automation/windows_com.h"
 
+#include <map>
 #include <memory>
+#include <mutex>
 #include <span>
-#include <string_view>
+#include <utility>
 
-#include "com/automation/class_factory.h"
 #include "com/automation/dispatch_object.h"
 #include "com/automation/registration.h"
-#include "com/fabrica_com.h"
-#include "host/ventanas/fabrica_ventanas.h"
-#include "toolkit/win32/win32_desktop.h"
 
 namespace zuvi::host {
+
+class ApartamentoHost;
 
 /// One creatable class of ZuviHost.dll.
 struct ClaseHost {
@@ -26,29 +26,30 @@ struct ClaseHost {
 /// The classes of the host, in the order of their registration.
 std::span<const ClaseHost> ClasesHost();
 
-/// Everything ZuviHost.dll holds: the host with its connection and windows, and the class of record sets that
-/// it publishes for this process while it is in use.
+/// Everything ZuviHost.dll holds: a host for each apartment that works with one. May be called on any thread.
 class ModuloHost {
  public:
-  explicit ModuloHost(HINSTANCE instancia);
+  explicit ModuloHost(HINSTANCE instancia) : modulo_("ZuviHost", instancia, 2) {}
 
   ComModule& Automatizacion() { return modulo_; }
-  /// A new object of a class, published.
+  /// A new object of a class, published, of the calling thread's apartment.
   ComPtr<IUnknown> Crea(const ClaseHost& clase);
-  /// True when nothing of the DLL is in use; then the host has closed its connection and can start anew.
+  /// Lets go of the calling apartment's host unless it is in use: its connection is closed, and the next
+  /// object starts a new one. True when no apartment has one and nothing else of the DLL is in use.
   bool Descansa();
 
  private:
-  /// Makes the objects of the host, which starts when it is first needed.
-  FabricaVentanas& Fabrica();
-  void PublicaRecordset();
+  /// A thread, told from later ones of the same number.
+  using Hilo = std::pair<DWORD, ULONGLONG>;
 
-  ComModule modulo_;
-  Win32Desktop escritorio_;
-  FabricaCom otras_;  // the component
-  std::shared_ptr<Anfitrion> anfitrion_;
-  std::unique_ptr<FabricaVentanas> fabrica_;  // of that host
-  DWORD recordset_publicado_ = 0;
+  static Hilo HiloActual();
+  std::shared_ptr<ApartamentoHost> Actual();
+  /// Takes the calling apartment's host out unless it is in use; null when there is none to be let go.
+  std::shared_ptr<ApartamentoHost> Saca();
+
+  ComModule modulo_;    // class factories are counted here; objects by their apartment
+  std::mutex candado_;  // of the map alone: nobody is called under it
+  std::map<Hilo, std::shared_ptr<ApartamentoHost>> apartamentos_;
 };
 
 }  // namespace zuvi::host

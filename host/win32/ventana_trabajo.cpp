@@ -1,42 +1,29 @@
 #include "host/win32/ventana_trabajo.h"
 
-#include <windows.h>
-
-#include <commctrl.h>
-
+#include <algorithm>
 #include <utility>
 
-#include "base/text.h"
 #include "toolkit/win32/module_pin.h"
+#include "toolkit/win32/native_module.h"
+
+#ifndef WM_DPICHANGED
+#define WM_DPICHANGED 0x02E0
+#endif
 
 namespace zuvi::host {
 namespace {
 
+using native::NativeModule;
+using native::Wide;
+
 constexpr wchar_t kClase[] = L"ZuviVentanaTrabajo";
-constexpr int kAncho = 420;
-constexpr int kAlto = 150;
-constexpr int kMargen = 14;
-constexpr int kAnimacion = 48;
+constexpr DWORD kEstilo = WS_POPUP | WS_CAPTION | WS_SYSMENU, kEstiloAmpliado = WS_EX_DLGMODALFRAME;
+// Pixels of a screen of 96 dots per inch; what holds text grows with its font besides.
+constexpr int kAncho = 420, kLetras = 60, kMargen = 14, kEntreTextos = 6, kBarra = 18, kBotonAncho = 96,
+              kBotonRelleno = 6;
 constexpr int kTeclaCancela = 1;
 /// Milliseconds after which a click can have been meant for this window.
 constexpr DWORD kSinEfecto = 700;
-
-const wchar_t* Ancho(const std::u16string& texto) { return reinterpret_cast<const wchar_t*>(texto.c_str()); }
-
-struct FuenteSistema {
-  FuenteSistema() {
-    NONCLIENTMETRICSW metricas{};
-    metricas.cbSize = sizeof metricas;
-    if (SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metricas, &metricas, 0))
-      fuente = CreateFontIndirectW(&metricas.lfMessageFont);
-  }
-  ~FuenteSistema() {
-    if (fuente) DeleteObject(fuente);
-  }
-  FuenteSistema(const FuenteSistema&) = delete;
-  FuenteSistema& operator=(const FuenteSistema&) = delete;
-  HFONT fuente = nullptr;
-};
 
 bool EsDeEsteProceso(HWND ventana) {
   DWORD proceso = 0;
@@ -60,11 +47,16 @@ HINSTANCE Modulo() {
 }  // namespace
 
 struct VentanaTrabajo::Partes {
-  FuenteSistema fuente;
+  native::Styles estilos{Modulo()};
+  native::UniqueGdi<HFONT> fuente;
+  UINT dpi = 96;
   HWND ventana = nullptr;
+  HWND animacion = nullptr;
   HWND texto = nullptr;
   HWND texto2 = nullptr;
   HWND barra = nullptr;
+  HWND boton = nullptr;
+  HWND tecla = nullptr;
   DWORD aparecio = 0;
   bool cancelado = false;
 
@@ -85,6 +77,12 @@ struct VentanaTrabajo::Partes {
       case WM_SYSCOMMAND:
         if ((w & 0xFFF0) != SC_CLOSE) return 0;
         break;
+      case WM_DPICHANGED:
+        if (partes) partes->Reescala(HIWORD(w), reinterpret_cast<const RECT*>(l));
+        return 0;
+      case WM_SETTINGCHANGE:
+        if (partes && w == SPI_SETNONCLIENTMETRICS) partes->Reescala(partes->dpi, nullptr);
+        return 0;
       default:
         break;
     }
@@ -99,18 +97,108 @@ struct VentanaTrabajo::Partes {
     return DefWindowProcW(ventana, mensaje, w, l);
   }
 
-  HWND Hijo(const wchar_t* clase, const wchar_t* caption, DWORD estilo, RECT r, int id = 0) {
-    HWND hijo = CreateWindowExW(0, clase, caption, WS_CHILD | WS_VISIBLE | estilo, r.left, r.top,
-                                r.right - r.left, r.bottom - r.top, ventana,
-                                reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), Modulo(), nullptr);
-    if (hijo && fuente.fuente) SendMessageW(hijo, WM_SETFONT, reinterpret_cast<WPARAM>(fuente.fuente), TRUE);
-    return hijo;
+  void Crea(const OpcionesTrabajo& opciones);
+  HWND Hijo(const wchar_t* clase, const wchar_t* letrero, DWORD estilo, int id = 0) const {
+    return CreateWindowExW(0, clase, letrero, WS_CHILD | WS_VISIBLE | estilo, 0, 0, 0, 0, ventana,
+                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), Modulo(), nullptr);
   }
+  int Px(int puntos) const { return MulDiv(puntos, static_cast<int>(dpi), 96); }
+  void Reescala(UINT nueva, const RECT* lugar);
+  /// Lays everything out for the present scale and font; returns the size of the whole.
+  SIZE Acomoda() const;
 };
+
+void VentanaTrabajo::Partes::Crea(const OpcionesTrabajo& opciones) {
+  const HWND duenia = GetActiveWindow();
+  const RECT area = NativeModule::WorkArea(duenia ? duenia : GetForegroundWindow());
+  // Made on the screen where it will be: that one's scale counts.
+  ventana = CreateWindowExW(kEstiloAmpliado, kClase, Wide(opciones.titulo).c_str(), kEstilo, area.left,
+                            area.top, 0, 0, duenia, nullptr, Modulo(), nullptr);
+  if (!ventana) return;  // no desktop to show it on: the work goes on without
+  SetWindowLongPtrW(ventana, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  if (!opciones.animacion.empty()) {
+    animacion = Hijo(ANIMATE_CLASSW, L"", ACS_TRANSPARENT | ACS_AUTOPLAY);
+    const std::wstring archivo = Wide(opciones.animacion);
+    if (animacion && !SendMessageW(animacion, ACM_OPENW, 0, reinterpret_cast<LPARAM>(archivo.c_str())))
+      DestroyWindow(std::exchange(animacion, nullptr));
+  }
+  texto = Hijo(L"STATIC", L"", SS_LEFT | SS_ENDELLIPSIS | SS_NOPREFIX);
+  texto2 = Hijo(L"STATIC", L"", SS_LEFT | SS_ENDELLIPSIS | SS_NOPREFIX);
+  barra = Hijo(PROGRESS_CLASSW, L"", opciones.total > 0 ? 0 : PBS_MARQUEE);
+  SendMessageW(barra, PBM_SETRANGE32, 0, opciones.total);
+  if (opciones.total <= 0) SendMessageW(barra, PBM_SETMARQUEE, TRUE, 40);
+  boton = Hijo(L"BUTTON", L"&Cancelar", BS_PUSHBUTTON, IDCANCEL);
+  // While another program has taken that key only the mouse cancels.
+  if (RegisterHotKey(ventana, kTeclaCancela, MOD_SHIFT, VK_ESCAPE))
+    tecla = Hijo(L"STATIC", L"o Mayús+Esc", SS_RIGHT | SS_CENTERIMAGE);
+  dpi = NativeModule::DpiOf(ventana);
+  const RECT aqui{area.left, area.top, area.left, area.top};
+  Reescala(dpi, &aqui);
+  RECT marco;
+  GetWindowRect(ventana, &marco);
+  SetWindowPos(ventana, nullptr, (area.left + area.right - marco.right + marco.left) / 2,
+               (area.top + area.bottom - marco.bottom + marco.top) / 2, 0, 0,
+               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void VentanaTrabajo::Partes::Reescala(UINT nueva, const RECT* lugar) {
+  dpi = nueva;
+  const LOGFONTW letra = NativeModule::MessageFont(dpi);
+  // The controls hold the old one until they have the new.
+  const auto vieja = std::exchange(fuente, native::UniqueGdi<HFONT>(CreateFontIndirectW(&letra)));
+  for (const HWND hijo : {texto, texto2, boton, tecla})
+    if (hijo) SendMessageW(hijo, WM_SETFONT, reinterpret_cast<WPARAM>(fuente.get()), TRUE);
+  const SIZE todo = Acomoda();
+  RECT marco{0, 0, todo.cx, todo.cy};
+  NativeModule::AddFrame(marco, kEstilo, kEstiloAmpliado, dpi);
+  SetWindowPos(ventana, nullptr, lugar ? lugar->left : 0, lugar ? lugar->top : 0, marco.right - marco.left,
+               marco.bottom - marco.top, (lugar ? 0u : SWP_NOMOVE) | SWP_NOZORDER | SWP_NOACTIVATE);
+  InvalidateRect(ventana, nullptr, TRUE);
+}
+
+SIZE VentanaTrabajo::Partes::Acomoda() const {
+  TEXTMETRICW medidas{};
+  SIZE letrero{};
+  const HDC dc = GetDC(ventana);
+  const HGDIOBJ antes = fuente ? SelectObject(dc, fuente.get()) : nullptr;
+  GetTextMetricsW(dc, &medidas);
+  constexpr std::wstring_view kLetrero = L"Cancelar";
+  GetTextExtentPoint32W(dc, kLetrero.data(), static_cast<int>(kLetrero.size()), &letrero);
+  if (antes) SelectObject(dc, antes);
+  ReleaseDC(ventana, dc);
+
+  const auto pon = [](HWND hijo, LONG x, LONG y, LONG ancho, LONG alto) {
+    if (hijo) SetWindowPos(hijo, nullptr, x, y, ancho, alto, SWP_NOZORDER | SWP_NOACTIVATE);
+  };
+  const LONG margen = Px(kMargen), renglon = medidas.tmHeight;
+  const LONG ancho = std::max<LONG>(Px(kAncho), kLetras * medidas.tmAveCharWidth);
+  LONG izquierda = margen, abajo = margen + 2 * renglon + Px(kEntreTextos);
+  if (animacion) {
+    // Its size is that of its pictures.
+    RECT cuadro;
+    GetWindowRect(animacion, &cuadro);
+    pon(animacion, margen, margen, cuadro.right - cuadro.left, cuadro.bottom - cuadro.top);
+    izquierda += cuadro.right - cuadro.left + margen;
+    abajo = std::max(abajo, margen + cuadro.bottom - cuadro.top);
+  }
+  pon(texto, izquierda, margen, ancho - izquierda - margen, renglon);
+  pon(texto2, izquierda, margen + renglon + Px(kEntreTextos), ancho - izquierda - margen, renglon);
+  abajo += margen;
+  pon(barra, margen, abajo, ancho - 2 * margen, Px(kBarra));
+  abajo += Px(kBarra) + margen;
+  const LONG boton_ancho = std::max<LONG>(Px(kBotonAncho), letrero.cx + 2 * margen);
+  const LONG boton_alto = renglon + 2 * Px(kBotonRelleno);
+  pon(boton, ancho - margen - boton_ancho, abajo, boton_ancho, boton_alto);
+  pon(tecla, margen, abajo, ancho - 3 * margen - boton_ancho, boton_alto);
+  return {ancho, abajo + boton_alto + margen};
+}
 
 VentanaTrabajo::VentanaTrabajo(const OpcionesTrabajo& opciones) : partes_(std::make_unique<Partes>()) {
   native::PinModule();
-  const INITCOMMONCONTROLSEX clases{sizeof(INITCOMMONCONTROLSEX), ICC_PROGRESS_CLASS | ICC_ANIMATE_CLASS};
+  Partes& p = *partes_;
+  const native::Styles::Scope aspecto(p.estilos);
+  const INITCOMMONCONTROLSEX clases{sizeof(INITCOMMONCONTROLSEX),
+                                    ICC_STANDARD_CLASSES | ICC_PROGRESS_CLASS | ICC_ANIMATE_CLASS};
   InitCommonControlsEx(&clases);
   WNDCLASSW clase{};
   clase.lpfnWndProc = &Partes::Procedimiento;
@@ -119,42 +207,8 @@ VentanaTrabajo::VentanaTrabajo(const OpcionesTrabajo& opciones) : partes_(std::m
   clase.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_BTNFACE + 1));
   clase.lpszClassName = kClase;
   RegisterClassW(&clase);  // a second registration fails and does no harm
-
-  RECT marco{0, 0, kAncho, kAlto};
-  constexpr DWORD kEstilo = WS_POPUP | WS_CAPTION | WS_SYSMENU;
-  AdjustWindowRectEx(&marco, kEstilo, FALSE, WS_EX_DLGMODALFRAME);
-  const int ancho = marco.right - marco.left;
-  const int alto = marco.bottom - marco.top;
-  Partes& p = *partes_;
-  p.ventana =
-      CreateWindowExW(WS_EX_DLGMODALFRAME, kClase, Ancho(Utf16(opciones.titulo)), kEstilo,
-                      (GetSystemMetrics(SM_CXSCREEN) - ancho) / 2, (GetSystemMetrics(SM_CYSCREEN) - alto) / 2,
-                      ancho, alto, GetActiveWindow(), nullptr, Modulo(), nullptr);
-  if (!p.ventana) return;  // no desktop to show it on: the work goes on without
-  SetWindowLongPtrW(p.ventana, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&p));
-
-  int izquierda = kMargen;
-  if (!opciones.animacion.empty()) {
-    HWND animacion = p.Hijo(ANIMATE_CLASSW, L"", ACS_TRANSPARENT | ACS_AUTOPLAY,
-                            {kMargen, kMargen, kMargen + kAnimacion, kMargen + kAnimacion});
-    const std::u16string archivo = Utf16(opciones.animacion);
-    if (animacion && SendMessageW(animacion, ACM_OPENW, 0, reinterpret_cast<LPARAM>(archivo.c_str()))) {
-      izquierda += kAnimacion + kMargen;
-    } else if (animacion) {
-      DestroyWindow(animacion);
-    }
-  }
-  p.texto = p.Hijo(L"STATIC", L"", SS_LEFT | SS_ENDELLIPSIS, {izquierda, 16, kAncho - kMargen, 36});
-  p.texto2 = p.Hijo(L"STATIC", L"", SS_LEFT | SS_ENDELLIPSIS, {izquierda, 40, kAncho - kMargen, 60});
-  p.barra =
-      p.Hijo(PROGRESS_CLASSW, L"", opciones.total > 0 ? 0 : PBS_MARQUEE, {kMargen, 72, kAncho - kMargen, 90});
-  SendMessageW(p.barra, PBM_SETRANGE32, 0, opciones.total);
-  if (opciones.total <= 0) SendMessageW(p.barra, PBM_SETMARQUEE, TRUE, 40);
-  p.Hijo(L"BUTTON", L"&Cancelar", BS_PUSHBUTTON, {kAncho - kMargen - 96, 108, kAncho - kMargen, 136},
-         IDCANCEL);
-  // While another program has taken that key only the mouse cancels.
-  const bool tecla = RegisterHotKey(p.ventana, kTeclaCancela, MOD_SHIFT, VK_ESCAPE) != 0;
-  if (tecla) p.Hijo(L"STATIC", L"o Mayús+Esc", SS_RIGHT, {kMargen, 114, kAncho - kMargen - 104, 134});
+  p.Crea(opciones);
+  if (!p.ventana) return;
   p.aparecio = GetTickCount();
   ShowWindow(p.ventana, SW_SHOWNOACTIVATE);
   UpdateWindow(p.ventana);
@@ -172,8 +226,8 @@ VentanaTrabajo::~VentanaTrabajo() {
 void VentanaTrabajo::Avanza(std::int32_t paso, const std::string& texto, const std::string& texto2) {
   if (!partes_->ventana) return;
   SendMessageW(partes_->barra, PBM_SETPOS, static_cast<WPARAM>(paso), 0);
-  SetWindowTextW(partes_->texto, Ancho(Utf16(texto)));
-  if (!partes_->cancelado) SetWindowTextW(partes_->texto2, Ancho(Utf16(texto2)));
+  SetWindowTextW(partes_->texto, Wide(texto).c_str());
+  if (!partes_->cancelado) SetWindowTextW(partes_->texto2, Wide(texto2).c_str());
   Atiende();
 }
 

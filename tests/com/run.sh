@@ -129,16 +129,18 @@ for test in $own; do
   check "$test" timeout 120 wine com_test.exe --gtest_filter="ProcesoPropio.$test"
 done
 [ $# -lt 2 ] || export ZUVI_BARRIDO="$2"
-timeout 580 wine com_test.exe --gtest_filter='-ProcesoPropio.*' >"$tmp/gtest.txt" 2>&1
-cases=$(grep -c '^\[       OK \]' "$tmp/gtest.txt")
-if grep -q '^\[  PASSED  \]' "$tmp/gtest.txt"; then
-  broken=$(grep -c '^\[  FAILED  \] .*ms)' "$tmp/gtest.txt")
-else
-  broken=1
-fi
-[ "$broken" -eq 0 ] || grep -E -A12 'Failure|FAILED' "$tmp/gtest.txt" | cut -c1-400 | head -80
-grep 'failure sweep' "$tmp/gtest.txt"
-passed=$((passed + cases))
-failed=$((failed + broken))
+for program in com_test host_com_test; do
+  timeout 580 wine $program.exe --gtest_filter='-ProcesoPropio.*' >"$tmp/$program.txt" 2>&1
+  cases=$(grep -c '^\[       OK \]' "$tmp/$program.txt")
+  if grep -q '^\[  PASSED  \]' "$tmp/$program.txt"; then
+    broken=$(grep -c '^\[  FAILED  \] .*ms)' "$tmp/$program.txt")
+  else
+    broken=1
+  fi
+  [ "$broken" -eq 0 ] || grep -E -A12 'Failure|FAILED' "$tmp/$program.txt" | cut -c1-400 | head -80
+  passed=$((passed + cases))
+  failed=$((failed + broken))
+done
+grep 'failure sweep' "$tmp/com_test.txt"
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]

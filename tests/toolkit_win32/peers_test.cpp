@@ -348,6 +348,33 @@ TEST_F(Peers, DatesMoveAndTellTheModel) {
   EXPECT_EQ(marked(), form->mes->Value());
 }
 
+BOOL CALLBACK Collect(HWND window, LPARAM list) {
+  reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+  return TRUE;
+}
+
+// It belongs to the controls themselves, and to hosts and tools that keep something of theirs there.
+TEST_F(Peers, TheUserDataOfControlsIsFree) {
+  std::vector<HWND> windows;
+  ::EnumChildWindows(screen.HandleOf(*form), &Collect, reinterpret_cast<LPARAM>(&windows));
+  ASSERT_GT(windows.size(), form->Controls().size() / 2);
+  LONG_PTR mark = 0x51;
+  for (const HWND window : windows) EXPECT_EQ(::SetWindowLongPtrW(window, GWLP_USERDATA, ++mark), 0);
+  screen.Type("ab");
+  EXPECT_EQ(form->a->Text(), "ab");
+  screen.PressIn(*form->turno, VK_DOWN);
+  EXPECT_EQ(form->turno->ListIndex(), 0);
+  screen.PressIn(*form->casilla, VK_SPACE);
+  EXPECT_EQ(form->casilla->Value(), 1);
+  form->lista->SetFocus();
+  screen.Settle();
+  for (auto window = windows.rbegin(); window != windows.rend(); ++window)
+    EXPECT_EQ(::GetWindowLongPtrW(*window, GWLP_USERDATA), mark--);
+  form->Unload();
+  screen.Settle();
+  EXPECT_EQ(screen.Windows(), 0);
+}
+
 TEST(SystemLibraries, ComeOutOfTheSystemsFolderAlone) {
   // Beside the program lies a file of that name, where the loader looks first.
   std::array<wchar_t, MAX_PATH> program{}, system{}, found{};

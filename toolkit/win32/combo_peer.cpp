@@ -84,7 +84,7 @@ class ComboPeer final : public NativeControl, private DropDown {
 
   void SetFieldHeight() {
     const RECT field = NativeControl::Place();
-    const int frame = 2 * ::GetSystemMetrics(SM_CYEDGE) + 2;
+    const int frame = 2 * (Parent().Metric(SM_CYEDGE) + Parent().Metric(SM_CYBORDER));
     Send(CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), std::max<LPARAM>(1, field.bottom - field.top - frame));
   }
   void ShowItems() {

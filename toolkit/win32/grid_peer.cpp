@@ -51,7 +51,7 @@ class GridPeer final : public NativeControl {
     if (settling_ || !Window()) return;
     settling_ = true;
     const RECT place = Place();
-    const int bar_width = ::GetSystemMetrics(SM_CXVSCROLL), bar_height = ::GetSystemMetrics(SM_CYHSCROLL);
+    const int bar_width = Parent().Metric(SM_CXVSCROLL), bar_height = Parent().Metric(SM_CYHSCROLL);
     bool vertical = false, horizontal = false;
     for (int pass = 0; pass < 3; ++pass) {
       grid_.SetChrome(Parent().Twips(vertical ? bar_width : 0), Parent().Twips(horizontal ? bar_height : 0));

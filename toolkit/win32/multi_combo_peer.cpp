@@ -221,7 +221,7 @@ class MultiComboPeer final : public NativeControl, private DropDown {
     MakePopup();
     while (AskList(LVM_DELETECOLUMN)) {
     }
-    int width = ::GetSystemMetrics(SM_CXVSCROLL) + 4;
+    int width = Parent().Metric(SM_CXVSCROLL) + Parent().Pixels(Dip(4));
     for (std::size_t i = 0; i < combo_.Columns().size(); ++i) {
       std::wstring caption = Wide(combo_.Columns()[i]);
       LVCOLUMNW column{};
@@ -256,7 +256,7 @@ class MultiComboPeer final : public NativeControl, private DropDown {
     row.left = LVIR_BOUNDS;
     AskList(LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&row));
     const int height = static_cast<int>(header.bottom - header.top + shown * (row.bottom - row.top)) +
-                       2 * ::GetSystemMetrics(SM_CYBORDER);
+                       2 * Parent().Metric(SM_CYBORDER);
     width = std::clamp(width, static_cast<int>(field.right - field.left), Parent().Pixels(kMostWidth));
     const int left =
         std::max<int>(monitor.rcWork.left, std::min<int>(field.left, monitor.rcWork.right - width));

@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "base/error.h"
+
 namespace zuvi::native {
 namespace {
 
@@ -11,6 +13,22 @@ constexpr UINT_PTR kFlushTimer = 0x7A75;  // told apart from the timers native c
 // Milliseconds between a change and its showing, so many times what a painting takes at least: filling a list
 // is to cost little more when it can be watched.
 constexpr UINT kFlushDelay = 25, kLongestDelay = 400, kPaintings = 6;
+
+/// By this property a window is known to be heard. Its user data stays free: it belongs to the control
+/// itself, and to whoever else finds the window.
+constexpr const wchar_t* kProperty = L"Zuvi.Control";
+
+/// What was found last for the windows of this thread. Every message asks, and the system may have to ask
+/// another process for a property.
+struct Found {
+  HWND window;
+  void* heard;
+};
+Found& LastFound(HWND window) {
+  constexpr std::size_t kPlaces = 128;
+  thread_local std::array<Found, kPlaces> places{};
+  return places[reinterpret_cast<std::uintptr_t>(window) / 2 % kPlaces];  // handles are even
+}
 
 bool IsInput(UINT id) {
   return (id >= WM_KEYFIRST && id <= WM_KEYLAST) || (id >= WM_MOUSEFIRST && id <= WM_MOUSELAST) ||
@@ -62,8 +80,12 @@ void NativeControl::Adopt(HWND inner) {
   if (!inner) return;
   const auto native = reinterpret_cast<WNDPROC>(::GetWindowLongPtrW(inner, GWLP_WNDPROC));
   auto& heard = *link_->windows.emplace_back(std::make_unique<Heard>(*link_, native));
+  if (!::SetPropW(inner, kProperty, &heard)) {
+    link_->windows.pop_back();
+    throw HostError("Windows could not create a window", ErrorNumber::OutOfMemory);
+  }
+  LastFound(inner) = {inner, &heard};
   link_->while_native = link_;
-  ::SetWindowLongPtrW(inner, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&heard));
   ::SetWindowLongPtrW(inner, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure));
 }
 
@@ -119,7 +141,9 @@ void NativeControl::FlushLater() {
 }
 
 NativeControl::Heard* NativeControl::HeardIn(HWND window) {
-  return reinterpret_cast<Heard*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+  Found& last = LastFound(window);
+  if (last.window != window) last = {window, ::GetPropW(window, kProperty)};
+  return static_cast<Heard*>(last.heard);
 }
 
 LRESULT NativeControl::Native(const Message& message) {
@@ -131,7 +155,8 @@ LRESULT NativeControl::Native(const Message& message) {
 LRESULT NativeControl::Gone(Heard& heard, const Message& message) {
   const std::shared_ptr<Link> link = heard.link.shared_from_this();
   const LRESULT result = Native(message);
-  ::SetWindowLongPtrW(message.window, GWLP_USERDATA, 0);
+  ::RemovePropW(message.window, kProperty);
+  if (Found& last = LastFound(message.window); last.window == message.window) last = {};
   if (link->peer && link->peer->window_ == message.window) link->peer->window_ = nullptr;
   std::erase_if(link->windows, [&](const auto& one) { return one.get() == &heard; });
   if (link->windows.empty()) link->while_native.reset();

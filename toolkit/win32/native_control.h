@@ -44,9 +44,8 @@ class NativeControl : public Peer {
 
  protected:
   struct Link;
-  /// A window whose messages come here first, and the procedure that they are for. The window's user data
-  /// tells it: the system's own list of subclasses is looked up in another process, under Wine, for every
-  /// message.
+  /// A window whose messages come here first, and the procedure that they are for. A property of the window
+  /// tells it.
   struct Heard {
     Link& link;
     WNDPROC native;

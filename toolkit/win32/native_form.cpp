@@ -13,12 +13,7 @@
 namespace zuvi::native {
 namespace {
 
-RECT WorkArea(HWND near_to) {
-  MONITORINFO monitor{};
-  monitor.cbSize = sizeof monitor;
-  ::GetMonitorInfoW(::MonitorFromWindow(near_to, MONITOR_DEFAULTTOPRIMARY), &monitor);
-  return monitor.rcWork;
-}
+constexpr std::int32_t kTipWidth = 6000;  // twips, from which on a tool tip's text is broken
 
 }  // namespace
 
@@ -99,11 +94,11 @@ RECT NativeForm::FrameOf(int width, int height) const {
 
 RECT NativeForm::FirstPlace(int nth) const {
   const HWND front = ::GetForegroundWindow();
-  const RECT area = WorkArea(front);
+  const RECT area = NativeModule::WorkArea(front);
   const RECT frame = FrameOf(Pixels(form_.InsideWidth()), Pixels(form_.InsideHeight()));
   const LONG width = std::min(frame.right - frame.left, area.right - area.left);
   const LONG height = std::min(frame.bottom - frame.top, area.bottom - area.top);
-  const LONG step = nth * ::GetSystemMetrics(SM_CYCAPTION);
+  const LONG step = nth * Metric(SM_CYCAPTION);
   const auto placed = [step](LONG from, LONG to, LONG extent) {
     const LONG centred = from + (to - from - extent) / 2;
     return std::clamp(centred + step % std::max<LONG>(1, to - extent - centred + 1), from,
@@ -289,6 +284,7 @@ void NativeForm::OnPaint(HWND window) {
 }
 
 void NativeForm::OnNewScale(UINT dpi, const RECT& place) {
+  Dismiss();
   dpi_ = dpi;
   ::SetWindowPos(Window(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);
@@ -301,12 +297,13 @@ void NativeForm::Rescale() {
   MakeFonts();
   for (const auto& control : form_.Controls())
     if (auto* peer = static_cast<NativeControl*>(control->NativeSide())) peer->Restyle();
+  if (tips_) ::SendMessageW(tips_, TTM_SETMAXTIPWIDTH, 0, Pixels(kTipWidth));
   ::RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void NativeForm::SmallestSize(MINMAXINFO& info) const {
   const RECT frame = FrameOf(Pixels(form_.DesignWidth()), Pixels(form_.DesignHeight()));
-  const RECT area = WorkArea(Window());
+  const RECT area = NativeModule::WorkArea(Window());
   info.ptMinTrackSize = {std::min(frame.right - frame.left, area.right - area.left),
                          std::min(frame.bottom - frame.top, area.bottom - area.top)};
 }
@@ -319,7 +316,7 @@ void NativeForm::SetToolTip(HWND tool, const std::wstring& text) {
     plan.style = WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX;
     plan.parent = Window();
     tips_ = Module().Create(plan);
-    ::SendMessageW(tips_, TTM_SETMAXTIPWIDTH, 0, Pixels(6000));
+    ::SendMessageW(tips_, TTM_SETMAXTIPWIDTH, 0, Pixels(kTipWidth));
   }
   TTTOOLINFOW info{};
   info.cbSize = TTTOOLINFOW_V1_SIZE;

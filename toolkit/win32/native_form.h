@@ -57,6 +57,8 @@ class NativeForm final : public Peer {
   UINT Dpi() const { return dpi_; }
   int Pixels(std::int32_t twips) const { return ::MulDiv(twips, static_cast<int>(dpi_), 1440); }
   std::int32_t Twips(int pixels) const { return ::MulDiv(pixels, 1440, static_cast<int>(dpi_)); }
+  /// A measure of the system's (SM_…) in pixels of this window's screen.
+  int Metric(int which) const { return NativeModule::Metric(which, dpi_); }
   HFONT Font(bool bold = false) const { return bold ? bold_.get() : font_.get(); }
   /// Whether a control's native focus would be the keyboard's.
   bool Active() const;

@@ -12,23 +12,6 @@ namespace {
 constexpr int kStylesResource = 2;  // where the loader, too, looks for a DLL's manifest
 constexpr int kIconResource = 1;
 
-/// The look of the module while windows are created.
-class StylesScope {
- public:
-  explicit StylesScope(HANDLE styles) {
-    active_ = styles != INVALID_HANDLE_VALUE && ::ActivateActCtx(styles, &cookie_);
-  }
-  StylesScope(const StylesScope&) = delete;
-  StylesScope& operator=(const StylesScope&) = delete;
-  ~StylesScope() {
-    if (active_) ::DeactivateActCtx(0, cookie_);
-  }
-
- private:
-  bool active_ = false;
-  ULONG_PTR cookie_ = 0;
-};
-
 /// A function that only newer systems have.
 template <class Function>
 Function Newer(const char* name) {
@@ -37,6 +20,8 @@ Function Newer(const char* name) {
 }
 
 UINT SystemDpi() {
+  static const auto get = Newer<UINT(WINAPI*)()>("GetDpiForSystem");
+  if (const UINT dpi = get ? get() : 0) return dpi;
   const HDC screen = ::GetDC(nullptr);
   const int dpi = ::GetDeviceCaps(screen, LOGPIXELSY);
   ::ReleaseDC(nullptr, screen);
@@ -45,16 +30,31 @@ UINT SystemDpi() {
 
 }  // namespace
 
-NativeModule::NativeModule(HINSTANCE instance, WNDPROC form_procedure)
-    : instance_(instance), form_procedure_(form_procedure) {
-  PinModule();
+Styles::Styles(HINSTANCE instance) {
   ACTCTXW context{};
   context.cbSize = sizeof context;
   context.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;
   context.hModule = instance;
   context.lpResourceName = MAKEINTRESOURCEW(kStylesResource);
-  styles_ = ::CreateActCtxW(&context);
-  const StylesScope styles(styles_);
+  context_ = ::CreateActCtxW(&context);
+}
+
+Styles::~Styles() {
+  if (context_ != INVALID_HANDLE_VALUE) ::ReleaseActCtx(context_);
+}
+
+Styles::Scope::Scope(const Styles& styles) {
+  active_ = styles.context_ != INVALID_HANDLE_VALUE && ::ActivateActCtx(styles.context_, &cookie_);
+}
+
+Styles::Scope::~Scope() {
+  if (active_) ::DeactivateActCtx(0, cookie_);
+}
+
+NativeModule::NativeModule(HINSTANCE instance, WNDPROC form_procedure)
+    : instance_(instance), form_procedure_(form_procedure), styles_(instance) {
+  PinModule();
+  const Styles::Scope styles(styles_);
   const INITCOMMONCONTROLSEX kinds{sizeof kinds, ICC_STANDARD_CLASSES | ICC_LISTVIEW_CLASSES |
                                                      ICC_DATE_CLASSES | ICC_PROGRESS_CLASS | ICC_BAR_CLASSES};
   ::InitCommonControlsEx(&kinds);
@@ -65,7 +65,6 @@ NativeModule::~NativeModule() {
   // Refused while another thread's windows of the class are open; that thread's end takes it away then.
   for (const wchar_t* name : {kFormClass, kGridClass, kPopupClass}) ::UnregisterClassW(name, instance_);
   if (rich_text_) ::FreeLibrary(rich_text_);
-  if (styles_ != INVALID_HANDLE_VALUE) ::ReleaseActCtx(styles_);
 }
 
 void NativeModule::RegisterClasses() {
@@ -94,7 +93,7 @@ void NativeModule::RegisterClasses() {
 }
 
 HWND NativeModule::Create(const WindowPlan& plan) {
-  const StylesScope styles(styles_);
+  const Styles::Scope styles(styles_);
   const auto create = [&] {
     return ::CreateWindowExW(plan.extended, plan.window_class, plan.text.c_str(), plan.style, plan.place.left,
                              plan.place.top, plan.place.right - plan.place.left,
@@ -118,22 +117,24 @@ const wchar_t* NativeModule::RichTextClass() {
   return rich_text_ ? L"RICHEDIT50W" : L"EDIT";
 }
 
-UINT NativeModule::DpiOf(HWND window) const {
+UINT NativeModule::DpiOf(HWND window) {
   static const auto get = Newer<UINT(WINAPI*)(HWND)>("GetDpiForWindow");
   const UINT dpi = window && get ? get(window) : 0;
   return dpi ? dpi : SystemDpi();
 }
 
-void NativeModule::AddFrame(RECT& place, DWORD style, DWORD extended, UINT dpi) const {
+void NativeModule::AddFrame(RECT& place, DWORD style, DWORD extended, UINT dpi) {
   static const auto adjust =
       Newer<BOOL(WINAPI*)(LPRECT, DWORD, BOOL, DWORD, UINT)>("AdjustWindowRectExForDpi");
   if (!adjust || !adjust(&place, style, FALSE, extended, dpi))
     ::AdjustWindowRectEx(&place, style, FALSE, extended);
 }
 
-LOGFONTW NativeModule::MessageFont(UINT dpi) const {
+LOGFONTW NativeModule::MessageFont(UINT dpi) {
+  static const auto ask = Newer<BOOL(WINAPI*)(UINT, UINT, PVOID, UINT, UINT)>("SystemParametersInfoForDpi");
   NONCLIENTMETRICSW metrics{};
   metrics.cbSize = sizeof metrics;
+  if (ask && ask(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, dpi)) return metrics.lfMessageFont;
   if (::SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0)) {
     LOGFONTW font = metrics.lfMessageFont;
     font.lfHeight = ::MulDiv(font.lfHeight, static_cast<int>(dpi), static_cast<int>(SystemDpi()));
@@ -142,6 +143,18 @@ LOGFONTW NativeModule::MessageFont(UINT dpi) const {
   LOGFONTW font{};
   ::GetObjectW(::GetStockObject(DEFAULT_GUI_FONT), sizeof font, &font);
   return font;
+}
+
+int NativeModule::Metric(int which, UINT dpi) {
+  static const auto ask = Newer<int(WINAPI*)(int, UINT)>("GetSystemMetricsForDpi");
+  return ask ? ask(which, dpi) : ::GetSystemMetrics(which);
+}
+
+RECT NativeModule::WorkArea(HWND near_to) {
+  MONITORINFO monitor{};
+  monitor.cbSize = sizeof monitor;
+  ::GetMonitorInfoW(::MonitorFromWindow(near_to, MONITOR_DEFAULTTOPRIMARY), &monitor);
+  return monitor.rcWork;
 }
 
 }  // namespace zuvi::native

@@ -18,6 +18,32 @@ struct WindowPlan {
   void* param = nullptr;
 };
 
+/// The look that a program file's manifest (resource 2) asks for. The controls of a host that never asked for
+/// one have the old look, and lack what came with the new.
+class Styles {
+ public:
+  explicit Styles(HINSTANCE instance);
+  Styles(const Styles&) = delete;
+  Styles& operator=(const Styles&) = delete;
+  ~Styles();
+
+  /// While it lives windows of this thread are created in that look.
+  class Scope {
+   public:
+    explicit Scope(const Styles& styles);
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+    ~Scope();
+
+   private:
+    bool active_ = false;
+    ULONG_PTR cookie_ = 0;
+  };
+
+ private:
+  HANDLE context_ = INVALID_HANDLE_VALUE;
+};
+
 /// What the windows of one program file share: its resources, its visual styles, its window classes. It must
 /// outlive them.
 class NativeModule {
@@ -35,18 +61,22 @@ class NativeModule {
   const wchar_t* RichTextClass();
 
   /// Dots per inch of the screen a window is on; 0 stands for the one new windows come to.
-  UINT DpiOf(HWND window) const;
+  static UINT DpiOf(HWND window);
   /// Grows the place of an inside by frame and caption.
-  void AddFrame(RECT& place, DWORD style, DWORD extended, UINT dpi) const;
+  static void AddFrame(RECT& place, DWORD style, DWORD extended, UINT dpi);
   /// The font for texts of windows, as the user has set it.
-  LOGFONTW MessageFont(UINT dpi) const;
+  static LOGFONTW MessageFont(UINT dpi);
+  /// A measure of the system's (SM_…) in pixels of a screen with so many dots per inch.
+  static int Metric(int which, UINT dpi);
+  /// What the task bar leaves of the screen that most of a window is on; of the first one for null.
+  static RECT WorkArea(HWND near_to);
 
  private:
   void RegisterClasses();
 
   HINSTANCE instance_;
   WNDPROC form_procedure_;
-  HANDLE styles_ = INVALID_HANDLE_VALUE;
+  Styles styles_;
   HMODULE rich_text_ = nullptr;
   bool rich_text_tried_ = false;
 };

@@ -1,0 +1,47 @@
+#include "host/win32/apartamento_host.h"
+
+#include "com/automation/frontera.h"
+#include "host/win32/modulo_host.h"
+#include "host/win32/opciones_windows.h"
+#include "host/win32/recordset_indeciso.h"
+#include "host/win32/ventanas_interaccion.h"
+
+namespace zuvi::host {
+
+ApartamentoHost::ApartamentoHost(ComModule& dll, ClaseRecordset::Crea nuevo,
+                                 std::function<void()> al_terminar)
+    : modulo_(dll.Source(), dll.Instance(), dll.TypeLibraries()),
+      escritorio_(dll.Instance()),
+      otras_(modulo_),
+      recordset_(dll, std::move(nuevo), std::move(al_terminar)) {}
+
+FabricaVentanas& ApartamentoHost::Fabrica() {
+  if (!fabrica_) {
+    auto interaccion = std::make_unique<VentanasInteraccion>(ImpresionDeWindows(), escritorio_);
+    anfitrion_ = std::make_shared<Anfitrion>(OpcionesDeWindows(), std::move(interaccion));
+    fabrica_ = std::make_unique<FabricaVentanas>(anfitrion_, escritorio_, otras_, [this] {
+      return std::make_shared<ModuleHold>(modulo_, HoldKind::Window);
+    });
+  }
+  recordset_.Publica();
+  return *fabrica_;
+}
+
+ComPtr<IUnknown> ApartamentoHost::Crea(const ClaseHost& clase) {
+  const ModuleHold en_curso(modulo_, HoldKind::Method);
+  const ObjectPtr objeto = Fabrica().Crea(clase.prog_id);
+  return Publish(objeto, modulo_, &clase.ids).As<IUnknown>(IID_IUnknown);
+}
+
+HRESULT ApartamentoHost::CreaRecordset(IUnknown* exterior, REFIID iid, void** salida) {
+  const ModuleHold en_curso(modulo_, HoldKind::Method);
+  // Who knows more of ADO than its names works with the system's objects.
+  if (exterior || (iid != IID_IUnknown && iid != IID_IDispatch))
+    return recordset_.CreaDelSistema(exterior, iid, salida);
+  return Frontera(modulo_.Source(), [&] {
+    const auto nuevo = ComPtr<IDispatch>::Adopt(new RecordsetIndeciso(modulo_, recordset_));
+    return nuevo->QueryInterface(iid, salida);
+  });
+}
+
+}  // namespace zuvi::host
