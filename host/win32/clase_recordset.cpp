@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "com/automation/class_factory.h"
+#include "toolkit/win32/module_pin.h"
 
 namespace zuvi::host {
 namespace {
@@ -25,6 +26,8 @@ ClaseRecordset::ClaseRecordset(ComModule& modulo, Crea crea, std::function<void(
 
 void ClaseRecordset::Publica() noexcept {
   if (registro_ != 0) return;
+  // COM lets go of it when it takes the apartment down; this DLL may have been taken out of memory before.
+  native::PinModule();
   try {
     const auto centinela = std::make_shared<Centinela>();
     const auto fabrica = ComPtr<IClassFactory>::Adopt(new ClassFactory(
