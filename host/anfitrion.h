@@ -44,6 +44,8 @@ struct Opciones {
   std::string usuario = "ADMIN";
   /// Folder of the application, without trailing separator.
   std::string ruta;
+  /// Folders for printable pages; the first that can be written takes them.
+  std::vector<std::string> reportes;
   /// Language of the message catalogue, "es" or "en".
   std::string idioma = "es";
   /// Number of this station; its settings are the row of `parametros` with this key.

@@ -11,6 +11,7 @@
 
 #include "base/text.h"
 #include "host/anfitrion.h"
+#include "host/archivos.h"
 #include "host/odbc_cadena.h"
 #include "host/rutas.h"
 
@@ -83,10 +84,7 @@ void Ubicacion::PonArchivo(const std::string& archivo) {
     throw HostError("No se entiende la base de datos \"" + SinClave("=" + archivo).substr(1) +
                     "\": se indica un archivo o una cadena de conexión ODBC");
   if (archivo.find('\0') != std::string::npos) throw HostError("El nombre de la base tiene un carácter nulo");
-  std::error_code fallo;
-  const auto completa =
-      std::filesystem::absolute(Ruta(del_sistema_ ? del_sistema_(archivo) : archivo), fallo);
-  archivo_ = fallo ? archivo : TextoDeRuta(completa);
+  archivo_ = TextoDeRuta(Completa(Ruta(del_sistema_ ? del_sistema_(archivo) : archivo)));
   para_controlador_ = del_controlador_ ? del_controlador_(archivo_) : archivo_;
 }
 

@@ -5,6 +5,11 @@
 #include <windows.h>
 
 #include "base/text.h"
+#include "com/automation/handles.h"
+#include "host/archivos.h"
+#include "host/paginas.h"
+#include "host/rutas.h"
+#include "host/win32/ruta_larga.h"
 
 namespace zuvi::host {
 namespace {
@@ -25,20 +30,23 @@ std::string CarpetaDelModulo() {
   HMODULE modulo = nullptr;
   GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                      reinterpret_cast<LPCWSTR>(&CarpetaDelModulo), &modulo);
-  wchar_t ruta[MAX_PATH * 4] = L"";
-  GetModuleFileNameW(modulo, ruta, static_cast<DWORD>(std::size(ruta)));
-  const std::string completa = DeAncho(ruta);
-  const auto barra = completa.find_last_of('\\');
-  return barra == std::string::npos ? std::string(".") : completa.substr(0, barra);
+  return DeAncho(CarpetaDe(modulo).c_str());
+}
+
+/// A folder of the user's profile, wherever it was moved to; empty where there is none.
+std::filesystem::path CarpetaDelPerfil(REFKNOWNFOLDERID cual) {
+  wchar_t* ruta = nullptr;
+  // It may be on a machine that is off: it is not looked at before something is written there.
+  const HRESULT codigo = SHGetKnownFolderPath(cual, KF_FLAG_DONT_VERIFY, nullptr, &ruta);
+  const UniqueHandle<wchar_t*, &CoTaskMemFree> libera(ruta);
+  return SUCCEEDED(codigo) && ruta ? std::filesystem::path(ruta) : std::filesystem::path();
 }
 
 std::string ArchivoPropio() {
-  wchar_t carpeta[MAX_PATH] = L"";
-  if (FAILED(SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA | CSIDL_FLAG_CREATE, nullptr, 0, carpeta)))
-    throw HostError("No se encontró la carpeta de datos del usuario");
-  const std::wstring zuvi = std::wstring(carpeta) + L"\\Zuvi";
-  CreateDirectoryW(zuvi.c_str(), nullptr);  // may exist already
-  return DeAncho((zuvi + L"\\zuvi.db").c_str());
+  const std::filesystem::path datos = CarpetaDelPerfil(FOLDERID_LocalAppData);
+  if (datos.empty()) throw HostError("No se encontró la carpeta de datos del usuario");
+  CreaCarpetas(datos / "Zuvi");  // without it opening the database fails, and tells why
+  return TextoDeRuta(datos / "Zuvi" / "zuvi.db");
 }
 
 }  // namespace
@@ -80,6 +88,15 @@ std::string RutaDeWindows(const std::string& archivo) {
 
 }  // namespace
 
+std::vector<std::string> CarpetasDeReportes() {
+  std::vector<std::string> carpetas;
+  // Windows may keep programs that it does not know out of the documents.
+  for (const KNOWNFOLDERID* cual : {&FOLDERID_Documents, &FOLDERID_LocalAppData})
+    if (const std::filesystem::path carpeta = CarpetaDelPerfil(*cual); !carpeta.empty())
+      carpetas.push_back(TextoDeRuta(carpeta / "Zuvi" / "Reportes"));
+  return carpetas;
+}
+
 Opciones OpcionesDeWindows() {
   Opciones opciones;
   const std::string base = Variable(L"ZUVI_BASE");
@@ -89,6 +106,10 @@ Opciones OpcionesDeWindows() {
   opciones.nombre_del_sistema = RutaDeWindows;
   opciones.nombre_para_controlador = RutaParaControlador;
   opciones.ruta = CarpetaDelModulo();
+  const std::string reportes = RutaDeWindows(Variable(L"ZUVI_REPORTES"));
+  // In full: the program may change its current folder.
+  opciones.reportes =
+      reportes.empty() ? CarpetasDeReportes() : std::vector{TextoDeRuta(Completa(Ruta(reportes)))};
   if (const std::string idioma = Variable(L"ZUVI_IDIOMA"); !idioma.empty()) opciones.idioma = idioma;
   opciones.usuario = Variable(L"ZUVI_USUARIO");
   if (opciones.usuario.empty()) {
