@@ -16,6 +16,8 @@ base=$temp/tienda.db
 # shellcheck source=../../scripts/comprueba.sh
 . "$here/../../scripts/comprueba.sh"
 unset ZUVI_REPORTES
+# Its folders have accents, for which the plain C locale has no names.
+export LC_ALL=C.UTF-8
 export ZUVI_BASE=$base ZUVI_IMPRIME=no
 classes='HKLM\Software\Classes'
 folders='HKCU\Software\Microsoft\Windows\CurrentVersion\Explorer\User Shell Folders'
