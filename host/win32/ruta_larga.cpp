@@ -47,9 +47,13 @@ std::wstring RutaLarga(const std::wstring& ruta) {
 std::wstring RutaCorta(const std::wstring& ruta) {
   if (ruta.size() < MAX_PATH) return ruta;
   const std::wstring larga = RutaLarga(ruta);
-  const std::wstring corta = SinPrefijo(
-      Texto([&](wchar_t* texto, DWORD cabe) { return GetShortPathNameW(larga.c_str(), texto, cabe); }));
-  return corta.size() < MAX_PATH ? corta : std::wstring();
+  // The file keeps its own name: a short one has another extension, and that may be another program's.
+  const auto barra = larga.find_last_of(L'\\');
+  const std::wstring carpeta = larga.substr(0, barra);
+  const std::wstring corta =
+      Texto([&](wchar_t* texto, DWORD cabe) { return GetShortPathNameW(carpeta.c_str(), texto, cabe); });
+  const std::wstring hallada = SinPrefijo(corta) + larga.substr(barra);
+  return !corta.empty() && hallada.size() < MAX_PATH ? hallada : std::wstring();
 }
 
 std::wstring CarpetaDe(HMODULE modulo) {

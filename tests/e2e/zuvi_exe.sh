@@ -73,6 +73,10 @@ $(windows_path "$temp")\\ $temp
 END
   ZUVI_REPORTES='Q:\no hay' run
   check "carpeta que no hay" "$(seen salida | grep -c '^No se pudo escribir el reporte ORDENP-103.html;Q:\\no hay: la carpeta no existe;.*ZUVI_REPORTES;0;')" 1
+  script "$print_order" 'Set f = WScript.CreateObject("Scripting.FileSystemObject").OpenTextFile(WScript.Arguments(0))' "$print_order"
+  ZUVI_REPORTES=$temp/tomada run "$(windows_path "$temp/guion.vbs")" "$(windows_path "$temp/tomada/ORDENP-103.html")"
+  check "página tomada por otro" "$(seen salida)$(ls -A "$temp/tomada" | tr '\n' ';')" '0;ORDENP-103 (2).html;ORDENP-103.html;'
+  script 'On Error Resume Next' "$print_order" 'WScript.Echo Err.Description'
   # The user's documents, wherever they are; else what the user has in any case.
   keep "$folders"
   registry add "$folders" /v Personal /d "$(windows_path "$temp/Íñigo")\\Mis documentos"
@@ -88,11 +92,14 @@ END
   check "nada junto al programa" "$(find "$bin" -name 'ORDENP-103.html')" ""
 }
 
+# Folders so deep that other programs cannot open what is in them by its own name.
+printf -v deep '/Año %050d' 1 2 3 4 5
+
 # What becomes of a page that is to be printed twice: the program that got it, and the words that were shown.
 printed() { # name expected-program words-of-the-boxes
   local program tries
   rm -f "$temp"/hecho-*
-  ZUVI_REPORTES=$temp/imprime ZUVI_IMPRIME=imprime run &
+  ZUVI_REPORTES=$temp$deep ZUVI_IMPRIME=imprime run &
   program=$!
   while kill -0 "$program" 2>/dev/null; do
     timeout 5 xdotool search --onlyvisible --name '^Zuvi$' windowfocus key Return 2>/dev/null
@@ -110,7 +117,7 @@ printing() {
   local no='La página no se puede mandar sola a la impresora: ningún programa de este equipo sabe hacerlo.'
   local opens='Se abre, y así se abrirán las siguientes, para imprimirla desde ahí (Ctrl+P).'
   local stays
-  stays="El documento quedó en $(windows_path "$temp/imprime/ORDENP-103.html") y no se pudo abrir: ningún programa de este equipo sabe hacerlo"
+  stays="El documento quedó en $(windows_path "$temp$deep/ORDENP-103.html") y no se pudo abrir: ningún programa de este equipo sabe hacerlo"
   # What the host says is noted where a script can read it.
   script "$print_order" "$print_order" 'WScript.Echo Ambiente.Mensajes'
   keep "$classes\\.html"

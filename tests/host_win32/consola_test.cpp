@@ -48,8 +48,10 @@ std::wstring TextoDeCaja(HANDLE proceso) {
   constexpr int kTextoDeCaja = 0xFFFF;
   while (WaitForSingleObject(proceso, 50) == WAIT_TIMEOUT) {
     const HWND caja = FindWindowW(L"#32770", L"Zuvi");
+    DWORD suyo = 0;
+    GetWindowThreadProcessId(caja, &suyo);
     wchar_t texto[500] = L"";
-    if (!caja || GetDlgItemTextW(caja, kTextoDeCaja, texto, 500) == 0) continue;
+    if (suyo != GetProcessId(proceso) || GetDlgItemTextW(caja, kTextoDeCaja, texto, 500) == 0) continue;
     PostMessageW(caja, WM_COMMAND, IDOK, 0);
     return texto;
   }
@@ -86,6 +88,8 @@ DWORD Corre(const std::string& guion, const Arranque& arranque = {}) {
     GetExitCodeProcess(proceso.hProcess, &codigo);
     CloseHandle(proceso.hThread);
     CloseHandle(proceso.hProcess);
+  } else {
+    ADD_FAILURE() << "not started, error " << GetLastError();
   }
   std::filesystem::remove(ruta);
   return codigo;
