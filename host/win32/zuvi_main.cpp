@@ -49,11 +49,9 @@ int AbrePrincipal(zuvi::ComModule& modulo) {
   return 0;
 }
 
-std::string Argumento(const wchar_t* texto) { return zuvi::Utf8De(texto); }
-
 int CorreGuion(zuvi::ComModule& modulo, zuvi::host::SalidaPrograma& salida, int argc, wchar_t** argv) {
   std::vector<std::string> argumentos;
-  for (int i = 2; i < argc; ++i) argumentos.push_back(Argumento(argv[i]));
+  for (int i = 2; i < argc; ++i) argumentos.push_back(zuvi::Utf8De(argv[i]));
   const std::wstring archivo = zuvi::host::RutaCompleta(argv[1]);
   const zuvi::host::ResultadoGuion resultado =
       zuvi::host::EjecutaGuion(modulo, salida, {archivo.begin(), archivo.end()}, argumentos);
