@@ -7,16 +7,41 @@
 namespace zuvi::host {
 namespace {
 
-/// A number that was left over from the program before names a handle of another kind by chance, at most the
-/// current folder's.
+/// Whether a handle is one of a console, also of one that this process has not joined. A function of the
+/// library under the documented ones tells; without it the answer is no.
+bool EsDeConsola(HANDLE canal) {
+  struct {
+    ULONG_PTR estado, bytes;
+  } resultado{};
+  struct {
+    ULONG tipo, rasgos;
+  } aparato{};
+  constexpr int kAparato = 4;
+  constexpr ULONG kConsola = 0x50;
+  using Funcion = LONG(NTAPI*)(HANDLE, void*, void*, ULONG, int);
+  const auto pregunta = reinterpret_cast<Funcion>(reinterpret_cast<void*>(
+      GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQueryVolumeInformationFile")));
+  return pregunta && pregunta(canal, &resultado, &aparato, sizeof aparato, kAparato) >= 0 &&
+         aparato.tipo == kConsola;
+}
+
+/// The handle of a console that the starting program has, and this one not yet, is good for nothing. A number
+/// that was left over from that program names one of another kind by chance, at most the current folder's.
 bool Sirve(HANDLE canal) {
   if (!canal || canal == INVALID_HANDLE_VALUE) return false;
-  const DWORD tipo = GetFileType(canal);
-  if (tipo != FILE_TYPE_DISK) return tipo == FILE_TYPE_CHAR || tipo == FILE_TYPE_PIPE;
-  // A file may be given for writing alone, and then tells nothing about itself.
+  DWORD modo = 0;
   BY_HANDLE_FILE_INFORMATION datos{};
-  return !GetFileInformationByHandle(canal, &datos) ||
-         (datos.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+  switch (GetFileType(canal)) {
+    case FILE_TYPE_PIPE:
+      return true;
+    case FILE_TYPE_CHAR:
+      return GetConsoleMode(canal, &modo) || !EsDeConsola(canal);
+    case FILE_TYPE_DISK:  // a file may be given for writing alone, and then tells nothing about itself
+      return !GetFileInformationByHandle(canal, &datos) ||
+             (datos.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+    default:
+      return false;
+  }
 }
 
 HANDLE Dado(DWORD cual) {

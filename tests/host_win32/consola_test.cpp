@@ -26,6 +26,7 @@ class Consola {
     FreeConsole();
   }
   bool Hecha() const { return hecha_ && salida_ != INVALID_HANDLE_VALUE; }
+  HANDLE Salida() const { return salida_; }
   /// What stands in the first line; then it is empty.
   std::wstring Toma() {
     std::wstring texto(60, L' ');
@@ -109,6 +110,8 @@ TEST(Consola, ZuviEscribeEnLaQueLoAbrioYLaDejaComoEstaba) {
   EXPECT_TRUE(como_estaba());
   EXPECT_EQ(Corre("WScript.Echo \"suya\"", {.modo = 0}), 0U);
   EXPECT_EQ(consola.Toma(), L"suya") << "one that it was born into";
+  EXPECT_EQ(Corre("WScript.Echo \"dada\"", {.salida = consola.Salida()}), 0U);
+  EXPECT_EQ(consola.Toma(), L"dada") << "one whose handle it was born with";
   EXPECT_EQ(Corre("WScript.Echo \"sale\"\r\nWScript.Quit 5"), 5U);
   EXPECT_EQ(consola.Toma(), L"sale");
   EXPECT_TRUE(como_estaba()) << "also after WScript.Quit";
