@@ -26,7 +26,7 @@ for part in comun setup build wine teclas jornada; do
   . "scripts/$part.sh"
 done
 unset ZUVI_RESULTS ZUVI_BASE
-export ZUVI_USUARIO=ADMIN ZUVI_IDIOMA=es
+export ZUVI_USUARIO=ADMIN ZUVI_IDIOMA=es ZUVI_REPORTES=$ZUVI_BUILD/reportes
 shop=$ZUVI_BUILD/tienda
 mkdir -p "$shop"
 

@@ -277,7 +277,8 @@ bool Anfitrion::Pregunta(const std::string& texto) {
 
 void Anfitrion::MuestraDocumento(const std::string& archivo) {
   traza_.Anota(Suceso::Bitacora, "Reporte " + archivo);
-  interaccion_->MuestraDocumento(archivo);
+  interaccion_->MuestraDocumento(
+      archivo, [this](const std::string& texto) { Mensaje(texto, EstiloMensaje::Informacion); });
 }
 
 std::string Anfitrion::TomaRegistro() {

@@ -37,8 +37,8 @@ struct Opciones {
   bool archivo_por_omision = false;
   /// Nothing will be written: what this account may only read is enough.
   bool solo_lee = false;
-  /// What this system calls a file, in full, where the standard library does not know its names of servers;
-  /// and how the driver calls it, where the two part ways (a driver of another system under an emulation).
+  /// What this system calls a file, and how the driver calls it, where the two part ways (a driver of another
+  /// system under an emulation).
   std::string (*nombre_del_sistema)(const std::string&) = nullptr;
   std::string (*nombre_para_controlador)(const std::string&) = nullptr;
   /// Whether a file lies on another machine's disk; without it none does.
@@ -46,6 +46,8 @@ struct Opciones {
   std::string usuario = "ADMIN";
   /// Folder of the application, without trailing separator.
   std::string ruta;
+  /// Folders for printable pages; the first that can be written takes them.
+  std::vector<std::string> reportes;
   /// Language of the message catalogue, "es" or "en".
   std::string idioma = "es";
   /// Number of this station; its settings are the row of `parametros` with this key.

@@ -76,7 +76,8 @@ void ControlProcesosHost::ImprimeReporte(const std::string& clave, std::int32_t 
                                          const std::shared_ptr<Ambiente>&, const ObjectPtr&) {
   anfitrion_->Llamada("ImprimeReporte", clave, op);
   if (!IgualSinCaso(clave, "ORDENP")) throw HostError("No hay un reporte con la clave \"" + clave + "\"");
-  anfitrion_->MuestraDocumento(EscribeReporteOrden(*anfitrion_->Base(), op, anfitrion_->TraeOpciones().ruta));
+  anfitrion_->MuestraDocumento(
+      EscribeReporteOrden(*anfitrion_->Base(), op, anfitrion_->TraeOpciones().reportes));
 }
 
 void ControlProcesosHost::PonGancho(const std::string& clave, const ObjectPtr& objeto) {

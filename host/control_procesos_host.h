@@ -16,7 +16,7 @@ class ControlProcesosHost final : public ControlProcesos {
   /// The answer was given by `IniciaProceso`; it stays.
   void ConsultaProceso(bool& bandera) override;
   void CierraProceso(std::int32_t numero) override;
-  /// "ORDENP" writes the page of an order into the folder "Reportes" of the application and shows it.
+  /// "ORDENP" writes the page of an order into the user's folder for them and shows it.
   void ImprimeReporte(const std::string& clave, std::int32_t op, const std::shared_ptr<Ambiente>& ambiente,
                       const ObjectPtr& ventana) override;
 

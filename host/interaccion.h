@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -26,8 +27,9 @@ class Interaccion {
   virtual std::unique_ptr<Progreso> AbreProgreso(std::int32_t total, const std::string& titulo,
                                                  const std::string& animacion) = 0;
   /// A page was written that the user asked for: shows it, or makes of it what can be printed. A station
-  /// where nobody looks leaves it at the file.
-  virtual void MuestraDocumento(const std::string& /*archivo*/) {}
+  /// where nobody looks leaves it at the file. What goes another way than asked for is told through `dice`.
+  virtual void MuestraDocumento(const std::string& /*archivo*/,
+                                const std::function<void(const std::string&)>& /*dice*/) {}
   /// True once the user wants running work to end; the next statement then fails. Reading it clears nothing:
   /// the calls that are still open have to end as well.
   virtual bool Cancelado() = 0;

@@ -78,10 +78,10 @@ std::unique_ptr<Progreso> ConsolaInteraccion::AbreProgreso(std::int32_t total, c
   return std::make_unique<BarraDeConsola>(total, titulo);
 }
 
-void ConsolaInteraccion::MuestraDocumento(const std::string& archivo) {
-#ifdef _WIN32
-  (void)archivo;
-#else
+void ConsolaInteraccion::MuestraDocumento(const std::string& archivo,
+                                          const std::function<void(const std::string&)>& /*dice*/) {
+  std::cout << "Reporte escrito en " << archivo << '\n';
+#ifndef _WIN32
   HazPdf(archivo);
 #endif
 }

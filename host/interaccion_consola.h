@@ -18,7 +18,8 @@ class ConsolaInteraccion final : public Interaccion {
   std::unique_ptr<Progreso> AbreProgreso(std::int32_t total, const std::string& titulo,
                                          const std::string& animacion) override;
   /// Makes a PDF beside the page where the system has a tool for that.
-  void MuestraDocumento(const std::string& archivo) override;
+  void MuestraDocumento(const std::string& archivo,
+                        const std::function<void(const std::string&)>& dice) override;
   bool Cancelado() override;
 
  private:

@@ -1,19 +1,9 @@
 #include "host/paginas.h"
 
-#include <fcntl.h>
-
-#include <cstdio>
-#include <memory>
 #include <random>
 
-#ifdef _WIN32
-#include <io.h>
-#include <sys/stat.h>
-#else
-#include <unistd.h>
-#endif
-
 #include "base/error.h"
+#include "host/archivos.h"
 #include "host/rutas.h"
 
 namespace zuvi::host {
@@ -32,34 +22,36 @@ tfoot td { font-weight: bold; border-top: 2px solid #333; }
 @page { margin: 1.5cm; }
 )";
 
-struct Cierra {
-  void operator()(std::FILE* archivo) const { std::fclose(archivo); }
-};
-using ArchivoC = std::unique_ptr<std::FILE, Cierra>;
+/// The names a page may get, the first that is free to be replaced: an open or foreign file keeps its own.
+constexpr int kNombres = 9;
 
-/// A file that was not there: what has its name already, a link too, is left alone.
-ArchivoC Nuevo(const std::filesystem::path& ruta) {
-#ifdef _WIN32
-  const int canal = _wopen(ruta.c_str(), _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, _S_IREAD | _S_IWRITE);
-  return ArchivoC(canal < 0 ? nullptr : _fdopen(canal, "wb"));
-#else
-  const int canal = open(ruta.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
-  return ArchivoC(canal < 0 ? nullptr : fdopen(canal, "wb"));
-#endif
+std::filesystem::path NombreDePagina(const std::string& nombre, int intento) {
+  std::filesystem::path archivo = Ruta(nombre);
+  if (intento == 1) return archivo;
+  const std::filesystem::path extension = archivo.extension();
+  archivo.replace_extension();
+  archivo += " (" + std::to_string(intento) + ")";
+  archivo += extension;
+  return archivo;
 }
 
-/// False when not all of it is on the disk.
-bool Guarda(const std::filesystem::path& ruta, const std::string& texto) {
-  ArchivoC archivo = Nuevo(ruta);
-  if (!archivo) return false;
-  bool entera = std::fwrite(texto.data(), 1, texto.size(), archivo.get()) == texto.size() &&
-                std::fflush(archivo.get()) == 0;
-#ifdef _WIN32
-  entera = entera && _commit(_fileno(archivo.get())) == 0;
-#else
-  entera = entera && fsync(fileno(archivo.get())) == 0;
-#endif
-  return std::fclose(archivo.release()) == 0 && entera;
+/// Writes the page into a folder. The file's name, or why there is none.
+std::error_code EscribeEn(const std::filesystem::path& carpeta, const std::string& nombre,
+                          const std::string& pagina, std::filesystem::path& archivo) {
+  if (const std::error_code fallo = CreaCarpetas(carpeta)) return fallo;
+  // Beside it first: whoever looks sees the old page or the new one, never half of it.
+  const std::filesystem::path nueva =
+      carpeta / Ruta("." + nombre + "." + std::to_string(std::random_device{}()));
+  std::error_code fallo = EscribeNuevo(nueva, pagina);
+  if (!fallo) {
+    for (int intento = 1; intento <= kNombres; ++intento) {
+      archivo = carpeta / NombreDePagina(nombre, intento);
+      fallo = Reemplaza(nueva, archivo);
+      if (!fallo) return {};
+    }
+  }
+  Borra(nueva);
+  return fallo;
 }
 
 }  // namespace
@@ -92,23 +84,19 @@ std::string InicioDePagina(const std::string& titulo, const std::string& estilo)
          "</title>\n<style>\n" + kEstilo + estilo + "</style>\n</head>\n<body>\n";
 }
 
-std::string EscribePagina(const std::string& nombre, const std::string& pagina, const std::string& ruta) {
-  std::error_code fallo;
-  const std::filesystem::path carpeta =
-      std::filesystem::absolute(Ruta(ruta.empty() ? "." : ruta), fallo) / "Reportes";
-  std::filesystem::create_directories(carpeta, fallo);
-  const std::filesystem::path archivo = carpeta / Ruta(nombre);
-  // Beside it first: whoever looks sees the old page or the new one, never half of it. What stands under the
-  // name is replaced, not written through.
-  const std::filesystem::path nueva =
-      carpeta / Ruta("." + nombre + "." + std::to_string(std::random_device{}()));
-  fallo.clear();
-  const bool escrita = Guarda(nueva, pagina);
-  if (escrita) std::filesystem::rename(nueva, archivo, fallo);
-  if (escrita && !fallo) return TextoDeRuta(archivo);
-  std::error_code sin_importancia;
-  std::filesystem::remove(nueva, sin_importancia);
-  throw HostError("No se pudo escribir el reporte " + TextoDeRuta(archivo));
+std::string EscribePagina(const std::string& nombre, const std::string& pagina,
+                          const std::vector<std::string>& carpetas) {
+  std::string motivos;
+  for (const std::string& una : carpetas) {
+    const std::filesystem::path carpeta = Completa(Ruta(una));
+    std::filesystem::path archivo;
+    const std::error_code fallo = EscribeEn(carpeta, nombre, pagina, archivo);
+    if (!fallo) return TextoDeRuta(archivo);
+    motivos += "\n" + TextoDeRuta(carpeta) + ": " + Motivo(fallo);
+  }
+  if (motivos.empty()) motivos = "\nel usuario no tiene carpeta propia";
+  throw HostError("No se pudo escribir el reporte " + nombre + motivos +
+                  "\nOtra carpeta se da en la variable ZUVI_REPORTES");
 }
 
 }  // namespace zuvi::host

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace zuvi::host {
 
@@ -11,7 +12,12 @@ std::string Html(const std::string& texto);
 /// besides.
 std::string InicioDePagina(const std::string& titulo, const std::string& estilo = {});
 inline constexpr const char* kFinDePagina = "</body>\n</html>\n";
-/// Writes a page into the folder "Reportes" below `ruta` and returns the file's full name. Throws HostError.
-std::string EscribePagina(const std::string& nombre, const std::string& pagina, const std::string& ruta);
+/// Writes a page into the first of these folders that can be written, made where it is missing, and returns
+/// the file's full name. A page of that name is replaced; where its file is in use or another's, the new one
+/// is called "name (2)". Throws HostError, which tells each folder with its reason.
+std::string EscribePagina(const std::string& nombre, const std::string& pagina,
+                          const std::vector<std::string>& carpetas);
+/// The user's own folders for pages, best first; none where there is no such user.
+std::vector<std::string> CarpetasDeReportes();
 
 }  // namespace zuvi::host

@@ -36,7 +36,7 @@ void GeneraCodigosDe(Anfitrion& anfitrion, Object& ventana) {
   BaseDatos& base = *anfitrion.Base();
   const std::int32_t nuevos = GeneraCodigos(base, op, anfitrion.TraeOpciones().usuario);
   const std::string archivo = EscribePagina("CODIGOS-" + Decimal(op) + ".html", PaginaDeCodigos(base, op),
-                                            anfitrion.TraeOpciones().ruta);
+                                            anfitrion.TraeOpciones().reportes);
   // Finishing an order generates codes too; labels that were shown before are shown again only to somebody
   // who looks the order up.
   const bool consulta = ventana.Find("Modo") && ATexto(ventana.Call("Modo")) == "CONSULTA";

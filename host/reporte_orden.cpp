@@ -71,8 +71,8 @@ std::string PaginaDeOrden(BaseDatos& base, std::int32_t op) {
   return html;
 }
 
-std::string EscribeReporteOrden(BaseDatos& base, std::int32_t op, const std::string& ruta) {
-  return EscribePagina("ORDENP-" + Decimal(op) + ".html", PaginaDeOrden(base, op), ruta);
+std::string EscribeReporteOrden(BaseDatos& base, std::int32_t op, const std::vector<std::string>& carpetas) {
+  return EscribePagina("ORDENP-" + Decimal(op) + ".html", PaginaDeOrden(base, op), carpetas);
 }
 
 }  // namespace zuvi::host

@@ -1,6 +1,7 @@
 #include "host/traza.h"
 
 #include "base/error.h"
+#include "host/archivos.h"
 #include "host/rutas.h"
 
 namespace zuvi::host {
@@ -22,7 +23,7 @@ const char* NombreDe(Suceso suceso) {
 }
 
 ArchivoDeTraza::ArchivoDeTraza(const std::string& ruta)
-    : archivo_(Ruta(ruta), std::ios::app | std::ios::binary) {
+    : archivo_(ParaAbrir(Ruta(ruta)), std::ios::app | std::ios::binary) {
   if (!archivo_) throw HostError("No se puede escribir la traza en " + ruta);
 }
 

@@ -11,6 +11,7 @@
 
 #include "base/text.h"
 #include "host/anfitrion.h"
+#include "host/archivos.h"
 #include "host/odbc_cadena.h"
 #include "host/odbc_controladores.h"
 #include "host/rutas.h"
@@ -94,13 +95,7 @@ void Ubicacion::PonArchivo(const std::string& archivo) {
     throw HostError("No se entiende la base de datos \"" + SinClave("=" + archivo).substr(1) +
                     "\": se indica un archivo o una cadena de conexión ODBC");
   if (archivo.find('\0') != std::string::npos) throw HostError("El nombre de la base tiene un carácter nulo");
-  if (del_sistema_) {
-    archivo_ = del_sistema_(archivo);
-  } else {
-    std::error_code fallo;
-    const auto completa = std::filesystem::absolute(Ruta(archivo), fallo);
-    archivo_ = fallo ? archivo : TextoDeRuta(completa);
-  }
+  archivo_ = TextoDeRuta(Completa(Ruta(del_sistema_ ? del_sistema_(archivo) : archivo)));
   para_controlador_ = del_controlador_ ? del_controlador_(archivo_) : archivo_;
 }
 

@@ -74,6 +74,8 @@ wine_suites() { # build folder, name of the architecture, locales for the client
         share=$((share + 1))
         if [ "$locale" = "${com_locales%% *}" ]; then
           suite "ventanas $arch" 600 count_last_line sh "$ZUVI_ROOT/tests/toolkit_win32/run.sh" "$build"
+          suite "sistema $arch" 300 count_last_line sh "$ZUVI_ROOT/tests/toolkit_win32/run.sh" "$build" host_win32_test
+          suite "Zuvi.exe en su Windows $arch" 300 count_last_line bash "$ZUVI_ROOT/tests/e2e/zuvi_exe.sh" "$bin"
         fi
         ;;
     esac

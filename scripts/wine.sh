@@ -23,6 +23,8 @@ wine_start() { # win64|win32 [visible]
   export WINEPREFIX=$ZUVI_WINE_DIR/prefix WINEARCH=$1 WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
   # Debian's launcher tells that the 32-bit half is missing; that one is tried in a root of its own.
   at_exit wine_stop
+  # Pages go with the run, not among the documents of whoever runs it.
+  export ZUVI_REPORTES=${ZUVI_REPORTES:-$ZUVI_WINE_DIR/reportes}
   [ "${2:-}" = visible ] || display_start
   run_wine 120 wineboot -i >"$ZUVI_LOGS/wine.log" 2>&1 ||
     { tail -n 20 "$ZUVI_LOGS/wine.log" >&2; die "no se pudo crear el entorno de Wine"; }

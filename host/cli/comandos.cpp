@@ -14,6 +14,7 @@
 #include "host/interaccion_consola.h"
 #include "host/ocupadas.h"
 #include "host/ordenes.h"
+#include "host/paginas.h"
 #include "host/pila.h"
 #include "host/red.h"
 #include "host/rutas.h"
@@ -121,6 +122,7 @@ class Sesion {
     auto carpeta = std::filesystem::absolute(host::Ruta(opciones.archivo), fallo).parent_path();
     if (opciones.archivo.empty() || carpeta.empty()) carpeta = std::filesystem::current_path(fallo);
     opciones.ruta = host::TextoDeRuta(carpeta);
+    opciones.reportes = linea.reportes.empty() ? host::CarpetasDeReportes() : std::vector{linea.reportes};
     auto anfitrion = std::make_shared<host::Anfitrion>(
         std::move(opciones), std::make_unique<host::ConsolaInteraccion>(linea.respuesta));
     anfitrion->TrazaEnArchivo(linea.traza);
@@ -233,7 +235,6 @@ Salida UnaOrden(Sesion& sesion) {
 Salida Imprime(Sesion& sesion) {
   host::FabricaAnfitrion fabrica(sesion.TraeAnfitrion().shared_from_this());
   fabrica.Nuevo<ControlProcesos>()->ImprimeReporte("ORDENP", sesion.Orden(0), nullptr, nullptr);
-  std::cout << "Reporte escrito en " << sesion.TraeAnfitrion().TraeOpciones().ruta << "/Reportes\n";
   return Salida::Hecho;
 }
 Salida Kit(Sesion& sesion) {
@@ -385,6 +386,8 @@ std::string Ayuda() {
          "                          si falta, ZUVI_BASE, y si no zuvi.db en la carpeta actual\n"
          "  --usuario NOMBRE        usuario que firma; si falta, ZUVI_USUARIO, y si no ADMIN\n"
          "  --idioma es|en          idioma de los mensajes; si falta, ZUVI_IDIOMA, y si no es\n"
+         "  --reportes CARPETA      donde imprime deja la página; si falta, ZUVI_REPORTES, y si no\n"
+         "                          Zuvi/Reportes en los documentos del usuario\n"
          "  --traza ARCHIVO         agrega a ese archivo cada sentencia, llamada y mensaje\n"
          "  --si, --no              responde así a todas las preguntas\n"
          "  --vacia                 con crea: sin la tienda de ejemplo\n"

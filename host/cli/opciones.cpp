@@ -24,6 +24,7 @@ LineaDeOrdenes LeeLinea(int argc, char** argv) {
   linea.base = DelEntorno("ZUVI_BASE", "zuvi.db");
   linea.usuario = DelEntorno("ZUVI_USUARIO", "ADMIN");
   linea.idioma = DelEntorno("ZUVI_IDIOMA", "es");
+  linea.reportes = DelEntorno("ZUVI_REPORTES", "");
   bool solo_argumentos = false;
   for (int i = 1; i < argc; ++i) {
     std::string opcion = argv[i];
@@ -52,6 +53,8 @@ LineaDeOrdenes LeeLinea(int argc, char** argv) {
       linea.idioma = valor();
     else if (opcion == "--traza")
       linea.traza = valor();
+    else if (opcion == "--reportes")
+      linea.reportes = valor();
     else if (pegado)
       throw MalUso("La opción " + opcion + " no se conoce o no lleva valor");
     else if (opcion == "--si")

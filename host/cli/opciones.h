@@ -24,14 +24,15 @@ struct LineaDeOrdenes {
   std::string usuario;
   std::string idioma;
   std::string traza;
+  std::string reportes;
   std::optional<bool> respuesta;
   bool vacia = false;
   bool ayuda = false;
   bool version = false;
 };
 
-/// Reads the command line; options may stand anywhere. What is not given comes from ZUVI_BASE, ZUVI_USUARIO
-/// and ZUVI_IDIOMA. Throws MalUso.
+/// Reads the command line; options may stand anywhere. What is not given comes from ZUVI_BASE, ZUVI_USUARIO,
+/// ZUVI_IDIOMA and ZUVI_REPORTES. Throws MalUso.
 LineaDeOrdenes LeeLinea(int argc, char** argv);
 
 }  // namespace zuvi::cli

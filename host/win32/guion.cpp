@@ -10,6 +10,7 @@
 #include "base/text.h"
 #include "com/automation/dispatch_object.h"
 #include "com/automation/handles.h"
+#include "host/win32/ruta_larga.h"
 #include "host/win32/wscript.h"
 
 namespace zuvi::host {
@@ -29,8 +30,8 @@ void Exige(HRESULT codigo, const char* que) {
 
 /// The file's text: UTF-16 by its mark, else UTF-8 with or without mark, else the Western code page.
 std::u16string LeeTexto(const std::u16string& archivo) {
-  const HANDLE crudo =
-      CreateFileW(Literal(archivo), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  const HANDLE crudo = CreateFileW(RutaLarga(Literal(archivo)).c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                   nullptr, OPEN_EXISTING, 0, nullptr);
   if (crudo == INVALID_HANDLE_VALUE) throw HostError("No se pudo abrir el guion " + Utf8(archivo));
   std::string bytes;
   char tramo[4096];
@@ -55,14 +56,44 @@ std::u16string LeeTexto(const std::u16string& archivo) {
   return {ancho.begin(), ancho.end()};
 }
 
-CLSID MotorDe(const std::u16string& archivo) {
+/// A script language: its engine comes with Windows, but may be missing.
+struct Lenguaje {
+  std::string_view extension;
+  const wchar_t* clase;
+  const char* nombre;
+  const char* remedio;
+};
+constexpr Lenguaje kLenguajes[] = {
+    {".vbs", L"VBScript", "VBScript",
+     "Se instala en Configuración > Sistema (o Aplicaciones) > Características opcionales > Ver o agregar "
+     "características: VBSCRIPT; o, como administrador, con\n"
+     "DISM /Online /Add-Capability /CapabilityName:VBSCRIPT~~~~"},
+    {".js", L"JScript", "JScript",
+     "Es parte de Windows: una directiva del administrador lo tiene deshabilitado, o se repara, como "
+     "administrador, con\nsfc /scannow"},
+};
+
+const Lenguaje& LenguajeDe(const std::u16string& archivo) {
   const auto punto = archivo.find_last_of(u'.');
   const std::string extension = punto == std::u16string::npos ? "" : Minusculas(Utf8(archivo.substr(punto)));
-  const wchar_t* nombre = extension == ".vbs" ? L"VBScript" : extension == ".js" ? L"JScript" : nullptr;
-  if (!nombre) throw HostError("Un guion termina en .vbs o .js: " + Utf8(archivo));
-  CLSID motor{};
-  if (FAILED(CLSIDFromProgID(nombre, &motor)))
-    throw HostError("Este sistema no tiene el motor " + Utf8(archivo));
+  for (const Lenguaje& lenguaje : kLenguajes)
+    if (lenguaje.extension == extension) return lenguaje;
+  throw HostError("Un guion termina en .vbs o .js: " + Utf8(archivo));
+}
+
+/// The engine is registered with or without its library; both ways it may not be there.
+ComPtr<IActiveScript> MotorDe(const std::u16string& archivo) {
+  const Lenguaje& lenguaje = LenguajeDe(archivo);
+  CLSID clase{};
+  ComPtr<IActiveScript> motor;
+  HRESULT codigo = CLSIDFromProgID(lenguaje.clase, &clase);
+  if (SUCCEEDED(codigo))
+    codigo =
+        CoCreateInstance(clase, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IActiveScript), motor.put_void());
+  if (FAILED(codigo))
+    Falla(std::string("Este Windows no tiene el motor de guiones ") + lenguaje.nombre + ", que necesita " +
+              Utf8(archivo) + ".\n" + lenguaje.remedio,
+          codigo);
   return motor;
 }
 
@@ -167,18 +198,15 @@ void AtiendeMensajes(unsigned milisegundos) {
   }
 }
 
-ResultadoGuion EjecutaGuion(ComModule& modulo, const std::u16string& archivo,
+ResultadoGuion EjecutaGuion(ComModule& modulo, SalidaPrograma& salida, const std::u16string& archivo,
                             const std::vector<std::string>& argumentos) {
   const std::u16string texto = LeeTexto(archivo);
   const std::string nombre = Utf8(archivo);
   Sitio sitio(nombre);
-  sitio.Publica(L"WScript", Publish(std::make_shared<WScript>(modulo, nombre, argumentos), modulo));
+  sitio.Publica(L"WScript", Publish(std::make_shared<WScript>(modulo, salida, nombre, argumentos), modulo));
   sitio.Publica(L"Ambiente", CreaPorNombre("ZuviEnviroment.Ambiente"));
 
-  ComPtr<IActiveScript> motor;
-  Exige(CoCreateInstance(MotorDe(archivo), nullptr, CLSCTX_INPROC_SERVER, __uuidof(IActiveScript),
-                         motor.put_void()),
-        "no se pudo crear");
+  const ComPtr<IActiveScript> motor = MotorDe(archivo);
   ComPtr<IActiveScriptParse> analizador;
   Exige(motor->QueryInterface(__uuidof(IActiveScriptParse), analizador.put_void()), "no analiza texto");
   Exige(motor->SetScriptSite(&sitio), "no acepta el sitio");

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "com/automation/com_module.h"
+#include "host/win32/salida_programa.h"
 
 namespace zuvi::host {
 
@@ -16,9 +17,9 @@ struct ResultadoGuion {
 
 /// Runs a script file (.vbs with VBScript, .js with JScript) on this thread, which must be a single-threaded
 /// apartment. The script finds `Ambiente` (the working environment) and `WScript` (Echo, Sleep that pumps
-/// messages, Quit, Arguments, CreateObject, ScriptFullName). Throws HostError when the file or its engine
-/// cannot be had.
-ResultadoGuion EjecutaGuion(ComModule& modulo, const std::u16string& archivo,
+/// messages, Quit, Arguments, CreateObject, ScriptFullName). What it writes goes to `salida`. Throws
+/// HostError when the file or its engine cannot be had.
+ResultadoGuion EjecutaGuion(ComModule& modulo, SalidaPrograma& salida, const std::u16string& archivo,
                             const std::vector<std::string>& argumentos);
 
 /// Handles pending messages for so many milliseconds.

@@ -5,7 +5,12 @@
 #include <windows.h>
 
 #include "base/text.h"
+#include "com/automation/handles.h"
+#include "host/archivos.h"
+#include "host/paginas.h"
 #include "host/red.h"
+#include "host/rutas.h"
+#include "host/win32/ruta_larga.h"
 
 namespace zuvi::host {
 namespace {
@@ -26,20 +31,23 @@ std::string CarpetaDelModulo() {
   HMODULE modulo = nullptr;
   GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                      reinterpret_cast<LPCWSTR>(&CarpetaDelModulo), &modulo);
-  wchar_t ruta[MAX_PATH * 4] = L"";
-  GetModuleFileNameW(modulo, ruta, static_cast<DWORD>(std::size(ruta)));
-  const std::string completa = DeAncho(ruta);
-  const auto barra = completa.find_last_of('\\');
-  return barra == std::string::npos ? std::string(".") : completa.substr(0, barra);
+  return DeAncho(CarpetaDe(modulo).c_str());
+}
+
+/// A folder of the user's profile, wherever it was moved to; empty where there is none.
+std::filesystem::path CarpetaDelPerfil(REFKNOWNFOLDERID cual) {
+  wchar_t* ruta = nullptr;
+  // It may be on a machine that is off: it is not looked at before something is written there.
+  const HRESULT codigo = SHGetKnownFolderPath(cual, KF_FLAG_DONT_VERIFY, nullptr, &ruta);
+  const UniqueHandle<wchar_t*, &CoTaskMemFree> libera(ruta);
+  return SUCCEEDED(codigo) && ruta ? std::filesystem::path(ruta) : std::filesystem::path();
 }
 
 std::string ArchivoPropio() {
-  wchar_t carpeta[MAX_PATH] = L"";
-  if (FAILED(SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA | CSIDL_FLAG_CREATE, nullptr, 0, carpeta)))
-    throw HostError("No se encontró la carpeta de datos del usuario");
-  const std::wstring zuvi = std::wstring(carpeta) + L"\\Zuvi";
-  CreateDirectoryW(zuvi.c_str(), nullptr);  // may exist already
-  return DeAncho((zuvi + L"\\zuvi.db").c_str());
+  const std::filesystem::path datos = CarpetaDelPerfil(FOLDERID_LocalAppData);
+  if (datos.empty()) throw HostError("No se encontró la carpeta de datos del usuario");
+  CreaCarpetas(datos / "Zuvi");  // without it opening the database fails, and tells why
+  return TextoDeRuta(datos / "Zuvi" / "zuvi.db");
 }
 
 }  // namespace
@@ -69,29 +77,27 @@ std::string RutaParaControlador(const std::string& archivo) {
   return resultado;
 }
 
-/// The other way round, for a name that begins at the root of that system; empty for any other.
-std::string DelOtroSistema(const std::string& archivo) {
+/// The other way round, for a name that begins at the root of that system.
+std::string RutaDeWindows(const std::string& archivo) {
   const auto convierte = DelEmulador<wchar_t*(CDECL*)(LPCSTR)>("wine_get_dos_file_name");
   const bool desde_raiz = archivo.starts_with('/') && !archivo.starts_with("//");
   wchar_t* ruta = convierte && desde_raiz ? convierte(archivo.c_str()) : nullptr;
-  if (!ruta) return {};
+  if (!ruta) return archivo;
   const std::string resultado = DeAncho(ruta);
   HeapFree(GetProcessHeap(), 0, ruta);
   return resultado;
 }
 
-/// The file by its full name, on a server too.
-std::string RutaDeWindows(const std::string& archivo) {
-  if (std::string otra = DelOtroSistema(archivo); !otra.empty()) return otra;
-  const std::u16string utf16 = Utf16(archivo);
-  const std::wstring ancha(utf16.begin(), utf16.end());
-  std::wstring completa(GetFullPathNameW(ancha.c_str(), 0, nullptr, nullptr), L'\0');
-  completa.resize(
-      GetFullPathNameW(ancha.c_str(), static_cast<DWORD>(completa.size()), completa.data(), nullptr));
-  return completa.empty() ? archivo : DeAncho(completa.c_str());
-}
-
 }  // namespace
+
+std::vector<std::string> CarpetasDeReportes() {
+  std::vector<std::string> carpetas;
+  // Windows may keep programs that it does not know out of the documents.
+  for (const KNOWNFOLDERID* cual : {&FOLDERID_Documents, &FOLDERID_LocalAppData})
+    if (const std::filesystem::path carpeta = CarpetaDelPerfil(*cual); !carpeta.empty())
+      carpetas.push_back(TextoDeRuta(carpeta / "Zuvi" / "Reportes"));
+  return carpetas;
+}
 
 Opciones OpcionesDeWindows() {
   Opciones opciones;
@@ -103,6 +109,10 @@ Opciones OpcionesDeWindows() {
   opciones.nombre_para_controlador = RutaParaControlador;
   opciones.esta_en_red = EstaEnRed;
   opciones.ruta = CarpetaDelModulo();
+  const std::string reportes = RutaDeWindows(Variable(L"ZUVI_REPORTES"));
+  // In full: the program may change its current folder.
+  opciones.reportes =
+      reportes.empty() ? CarpetasDeReportes() : std::vector{TextoDeRuta(Completa(Ruta(reportes)))};
   if (const std::string idioma = Variable(L"ZUVI_IDIOMA"); !idioma.empty()) opciones.idioma = idioma;
   opciones.usuario = Variable(L"ZUVI_USUARIO");
   if (opciones.usuario.empty()) {

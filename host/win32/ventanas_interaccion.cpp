@@ -1,10 +1,8 @@
 #include "host/win32/ventanas_interaccion.h"
 
 #include <windows.h>
-// Only after the system's own types.
-#include <shellapi.h>
 
-#include "base/text.h"
+#include "host/win32/documento.h"
 #include "host/win32/ventana_trabajo.h"
 
 namespace zuvi::host {
@@ -53,17 +51,19 @@ std::unique_ptr<Progreso> VentanasInteraccion::AbreProgreso(std::int32_t total, 
   return std::make_unique<ProgresoEnVentana>(std::move(ventana));
 }
 
-void VentanasInteraccion::MuestraDocumento(const std::string& archivo) {
+void VentanasInteraccion::MuestraDocumento(const std::string& archivo,
+                                           const std::function<void(const std::string&)>& dice) {
   if (impresion_ == Impresion::No) return;
-  const std::u16string ancho = Utf16(archivo);
-  const auto abre = [&ancho](const wchar_t* verbo) {
-    const HINSTANCE codigo = ShellExecuteW(GetActiveWindow(), verbo, reinterpret_cast<LPCWSTR>(ancho.c_str()),
-                                           nullptr, nullptr, SW_SHOWNORMAL);
-    return reinterpret_cast<INT_PTR>(codigo) > 32;  // so it tells success
-  };
-  // A station whose programs cannot print such a page shows it.
-  if (impresion_ == Impresion::Imprime && abre(L"print")) return;
-  if (!abre(L"open")) Mensaje("El documento quedó en " + archivo, EstiloMensaje::Informacion);
+  if (impresion_ == Impresion::Imprime) {
+    const std::error_code fallo = ImprimeDocumento(archivo);
+    if (!fallo || fallo.value() == ERROR_CANCELLED) return;
+    // Before the page comes up in front of it, and once: from then on the page speaks for itself.
+    if (!std::exchange(dicho_que_no_imprime_, true))
+      dice("La página no se puede mandar sola a la impresora: " + MotivoDeDocumento(fallo) +
+           ".\nSe abre, y así se abrirán las siguientes, para imprimirla desde ahí (Ctrl+P).");
+  }
+  if (const std::error_code fallo = AbreDocumento(archivo))
+    dice("El documento quedó en " + archivo + " y no se pudo abrir: " + MotivoDeDocumento(fallo));
 }
 
 bool VentanasInteraccion::Cancelado() {

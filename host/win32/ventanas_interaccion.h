@@ -27,7 +27,8 @@ class VentanasInteraccion final : public Interaccion {
   bool Pregunta(const std::string& texto) override;
   std::unique_ptr<Progreso> AbreProgreso(std::int32_t total, const std::string& titulo,
                                          const std::string& animacion) override;
-  void MuestraDocumento(const std::string& archivo) override;
+  void MuestraDocumento(const std::string& archivo,
+                        const std::function<void(const std::string&)>& dice) override;
   bool Cancelado() override;
   bool AtiendeVentanas() override;
   void NuevaOperacion() override { cancelado_ = false; }
@@ -47,6 +48,7 @@ class VentanasInteraccion final : public Interaccion {
   std::shared_ptr<VentanaTrabajo> espera_;  // shown by ourselves when work takes long
   std::weak_ptr<VentanaTrabajo> progreso_;  // the one a progress object has open
   bool cancelado_ = false;
+  bool dicho_que_no_imprime_ = false;
 };
 
 }  // namespace zuvi::host

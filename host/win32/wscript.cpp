@@ -3,8 +3,6 @@
 #include <objbase.h>
 #include <windows.h>
 
-#include <cstdio>
-
 #include "base/text.h"
 #include "com/automation/handles.h"
 #include "host/win32/guion.h"
@@ -42,9 +40,7 @@ void WScript::Echo(const Value& a, const Value& b, const Value& c, const Value& 
     if (!linea.empty()) linea += ' ';
     linea += valor->IsNull() ? std::string("Null") : ATexto(*valor);
   }
-  linea += '\n';
-  std::fwrite(linea.data(), 1, linea.size(), stdout);
-  std::fflush(stdout);
+  salida_.Escribe(linea);
 }
 
 void WScript::Sleep(std::int32_t milisegundos) {
@@ -52,8 +48,6 @@ void WScript::Sleep(std::int32_t milisegundos) {
 }
 
 void WScript::Quit(std::int32_t codigo) {
-  std::fflush(stdout);
-  std::fflush(stderr);
   // The engine offers no way to unwind a running script, so the process ends here as with the system's own
   // runner.
   ExitProcess(static_cast<UINT>(codigo));

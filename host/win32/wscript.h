@@ -5,6 +5,7 @@
 
 #include "base/members.h"
 #include "com/automation/dispatch_object.h"
+#include "host/win32/salida_programa.h"
 
 namespace zuvi::host {
 
@@ -12,10 +13,11 @@ namespace zuvi::host {
 /// pumps.
 class WScript final : public Object {
  public:
-  WScript(ComModule& modulo, std::string archivo, std::vector<std::string> argumentos)
-      : modulo_(modulo), archivo_(std::move(archivo)), argumentos_(std::move(argumentos)) {}
+  WScript(ComModule& modulo, SalidaPrograma& salida, std::string archivo, std::vector<std::string> argumentos)
+      : modulo_(modulo), salida_(salida), archivo_(std::move(archivo)), argumentos_(std::move(argumentos)) {}
 
-  /// Writes up to four values separated by blanks, and a line end, to standard output in UTF-8.
+  /// Writes up to four values separated by blanks as one line; without a console or a file to write to, shows
+  /// them in a message box.
   void Echo(const Value& a, const Value& b, const Value& c, const Value& d);
   void Sleep(std::int32_t milisegundos);
   /// Ends the process at once with that exit code.
@@ -29,6 +31,7 @@ class WScript final : public Object {
 
  private:
   ComModule& modulo_;
+  SalidaPrograma& salida_;
   std::string archivo_;
   std::vector<std::string> argumentos_;
 };

@@ -4,8 +4,9 @@
 #include <objbase.h>
 #include <windows.h>
 
-#include <cstdio>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/error.h"
@@ -14,6 +15,8 @@
 #include "com/automation/handles.h"
 #include "component/services/reporta_error.h"
 #include "host/win32/guion.h"
+#include "host/win32/ruta_larga.h"
+#include "host/win32/salida_programa.h"
 #include "host/win32/wscript.h"
 
 namespace {
@@ -22,7 +25,8 @@ constexpr char kUso[] =
     "Uso: Zuvi.exe [guion.vbs|guion.js [argumentos]]\n"
     "Sin argumentos abre la ventana principal; con un guion lo ejecuta con el ambiente de trabajo\n"
     "a la mano (objetos Ambiente y WScript). La base es la de la variable ZUVI_BASE.\n"
-    "Códigos de salida: el de WScript.Quit; 0 al terminar; 1 error.\n";
+    "Códigos de salida: el de WScript.Quit; 0 al terminar; 1 error.\n"
+    "Desde una consola se espera a que termine con: start /wait Zuvi.exe guion.vbs";
 
 struct Departamento {
   Departamento() : resultado(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {}
@@ -31,14 +35,6 @@ struct Departamento {
   }
   HRESULT resultado;
 };
-
-std::u16string RutaCompleta(const wchar_t* archivo) {
-  wchar_t ruta[MAX_PATH * 4];
-  const DWORD largo = GetFullPathNameW(archivo, static_cast<DWORD>(std::size(ruta)), ruta, nullptr);
-  return largo > 0 && largo < std::size(ruta)
-             ? std::u16string(ruta, ruta + largo)
-             : std::u16string(archivo, archivo + std::char_traits<wchar_t>::length(archivo));
-}
 
 /// Opens the main window and serves this thread's windows until that one is closed. It asks its windows to
 /// close with it.
@@ -53,10 +49,14 @@ int AbrePrincipal(zuvi::ComModule& modulo) {
   return 0;
 }
 
-/// A window needs no console; one that was made for this program alone goes away.
-void SueltaConsola() {
-  DWORD procesos[2];
-  if (GetConsoleProcessList(procesos, 2) == 1) FreeConsole();
+int CorreGuion(zuvi::ComModule& modulo, zuvi::host::SalidaPrograma& salida, int argc, wchar_t** argv) {
+  std::vector<std::string> argumentos;
+  for (int i = 2; i < argc; ++i) argumentos.push_back(zuvi::Utf8De(argv[i]));
+  const std::wstring archivo = zuvi::host::RutaCompleta(argv[1]);
+  const zuvi::host::ResultadoGuion resultado =
+      zuvi::host::EjecutaGuion(modulo, salida, {archivo.begin(), archivo.end()}, argumentos);
+  if (!resultado.error.empty()) salida.EscribeError(resultado.error);
+  return resultado.codigo;
 }
 
 }  // namespace
@@ -64,30 +64,26 @@ void SueltaConsola() {
 int wmain(int argc, wchar_t** argv) {
   // What a driver or script object loads by its bare name is not taken from beside the script.
   SetDllDirectoryW(L"");
-  SetConsoleOutputCP(CP_UTF8);
-  if (argc > 1 && (std::wstring_view(argv[1]) == L"--help" || std::wstring_view(argv[1]) == L"/?")) {
-    std::fputs(kUso, stdout);
+  const bool con_ventana = argc < 2;
+  // A window has nothing to do with the console it was started from, and outlives it.
+  std::optional<zuvi::host::SalidaPrograma> salida;
+  if (!con_ventana) salida.emplace();
+  if (!con_ventana && (std::wstring_view(argv[1]) == L"--help" || std::wstring_view(argv[1]) == L"/?")) {
+    salida->Escribe(kUso);
     return 0;
   }
-  const bool con_ventana = argc < 2;
-  if (con_ventana) SueltaConsola();
   const Departamento departamento;
   try {
-    std::vector<std::string> argumentos;
-    for (int i = 2; i < argc; ++i)
-      argumentos.push_back(
-          zuvi::Utf8(std::u16string(argv[i], argv[i] + std::char_traits<wchar_t>::length(argv[i]))));
     zuvi::ComModule modulo("Zuvi", GetModuleHandleW(nullptr), 0);
-    if (con_ventana) return AbrePrincipal(modulo);
-    const zuvi::host::ResultadoGuion resultado =
-        zuvi::host::EjecutaGuion(modulo, RutaCompleta(argv[1]), argumentos);
-    if (!resultado.error.empty()) std::fprintf(stderr, "%s\n", resultado.error.c_str());
-    return resultado.codigo;
+    return con_ventana ? AbrePrincipal(modulo) : CorreGuion(modulo, *salida, argc, argv);
   } catch (...) {
     const std::string error = zuvi::DescripcionActual();
-    std::fprintf(stderr, "Zuvi: %s\n", error.c_str());
-    if (con_ventana)
-      MessageBoxW(nullptr, zuvi::Ancho(error).c_str(), L"Zuvi", MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
+    if (con_ventana) {
+      if (salida.emplace().HayErrores()) salida->EscribeError("Zuvi: " + error);
+      zuvi::host::MuestraCaja(error, MB_ICONERROR);
+    } else {
+      salida->EscribeError("Zuvi: " + error);
+    }
     return 1;
   }
 }

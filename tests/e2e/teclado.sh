@@ -91,7 +91,7 @@ finish_order() {
   becomes "orden confirmada" "$(header_of 111)" 'CO|0|1|9001|Para el lunes|0;'
   becomes "sus partidas" "SELECT id_entrada, cantidad, terminado FROM oppart WHERE op = 111 ORDER BY id_entrada" \
     '20|4.5|0;21|3|0;22|1|0;23|1|0;'
-  check "reporte impreso" "$(grep -c 'CAN-GOURMET\|CAN-NAVIDAD\|TRUFAS' "$bin/Reportes/ORDENP-111.html" 2>/dev/null)" 3
+  check "reporte impreso" "$(grep -c 'CAN-GOURMET\|CAN-NAVIDAD\|TRUFAS' "$ZUVI_REPORTES/ORDENP-111.html" 2>/dev/null)" 3
   mark 'fin finaliza'
 }
 view_order() {
@@ -269,8 +269,7 @@ compare_statements() {
   passed=$((passed + p)) failed=$((failed + f))
 }
 
-export ZUVI_BASE=$base ZUVI_USUARIO=ADMIN ZUVI_IMPRIME=no
-rm -f "$bin/Reportes/ORDENP-111.html"
+export ZUVI_BASE=$base ZUVI_USUARIO=ADMIN ZUVI_IMPRIME=no ZUVI_REPORTES=$temp/reportes
 wine_shop "$bin/Zuvi.exe" >"$temp/out" 2>&1 || cat "$temp/out"
 run_wine 400 "$bin/Zuvi.exe" >"$temp/out" 2>&1 &
 program=$!

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <sstream>
+#include <thread>
 
 #include "host/consola.h"
 #include "host/odbc_cadena.h"
@@ -404,7 +405,7 @@ TEST(Cadenas, UnArchivoEsUnArchivoYUnaCadenaSeLeeComoOdbc) {
   EXPECT_THAT(visible, AllOf(HasSubstr("Server=x"), Not(HasSubstr("ecreto"))));
 }
 
-TEST(Salidas, UnaTerminalNoObedeceALosDatosYUnaPaginaNoSigueLigas) {
+TEST(Salidas, UnaTerminalNoObedeceALosDatos) {
   EXPECT_EQ(Visible("a\x1B[2J\x7F\xC2\x9B\xE2\x80\xAE\x9B ñ€🎂\t\n", true),
             "a\\x1B[2J\\x7F\\u009B\\u202E\\x9B ñ€🎂\t\n");
   EXPECT_EQ(Visible("\n\xE2\x82", false), "\\x0A\\xE2\\x82");
@@ -413,20 +414,80 @@ TEST(Salidas, UnaTerminalNoObedeceALosDatosYUnaPaginaNoSigueLigas) {
   std::ostream salida(&visible);
   for (const char c : std::string("ñ\x1B€\xC2\x9B\xFF🎂")) salida << c << std::flush;
   EXPECT_EQ(destino.str(), "ñ\\x1B€\\u009B\\xFF🎂") << "byte by byte as well";
+}
 
+/// The place that `zuvi imprime` tells.
+std::string PaginaDe(const std::string& base, const std::string& entorno, const std::string& opcion = "") {
+  const std::string texto = Zuvi("--base '" + base + "' " + opcion + " imprime 101", entorno).texto;
+  const auto inicio = texto.rfind("Reporte escrito en ");
+  return inicio == std::string::npos ? texto
+                                     : texto.substr(inicio + 19, texto.find('\n', inicio) - inicio - 19);
+}
+
+TEST(Salidas, UnaPaginaNoSeSigueNiSePierdeYDiceDondeQuedo) {
   const Carpeta carpeta("zuvi_paginas");
-  const std::string ajeno = carpeta.En("ajeno.txt"), pagina = carpeta.En("Reportes/P.html");
+  const std::string ajeno = carpeta.En("ajeno.txt"), reportes = carpeta.En("Año/Ñandú"),
+                    pagina = reportes + "/P.html", segunda = reportes + "/P (2).html";
+  const auto lee = [](const std::string& archivo) {
+    std::ostringstream texto;
+    texto << std::ifstream(archivo).rdbuf();
+    return texto.str();
+  };
   Escribe(ajeno, "no se toca");
-  std::filesystem::create_directory(carpeta.En("Reportes"));
+  std::filesystem::create_directories(reportes);
   std::filesystem::create_symlink(ajeno, pagina);
-  EXPECT_EQ(EscribePagina("P.html", "<p>", carpeta.En("")), pagina);
+  EXPECT_EQ(EscribePagina("P.html", "<p>", {reportes}), pagina);
   EXPECT_FALSE(std::filesystem::is_symlink(pagina));
   EXPECT_EQ(carpeta.Contenido()["ajeno.txt"], "no se toca");
   std::filesystem::remove(pagina);
   std::filesystem::create_directory(pagina);
-  EXPECT_THAT(ErrorDe([&] { EscribePagina("P.html", "<p>", carpeta.En("")); }).what(), HasSubstr("P.html"));
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(carpeta.En("Reportes")), {}), 1)
+  EXPECT_EQ(EscribePagina("P.html", "<b>", {reportes}), segunda) << "what stands in its place stays";
+  EXPECT_EQ(lee(segunda), "<b>");
+
+  // Many at once: each page is whole, and all of them are told.
+  std::vector<std::thread> estaciones;
+  for (const char letra : {'a', 'b', 'c', 'd'})
+    estaciones.emplace_back([&, letra] {
+      for (int i = 0; i < 50; ++i) EscribePagina("Q.html", std::string(20000, letra), {reportes});
+    });
+  for (std::thread& estacion : estaciones) estacion.join();
+  const std::string ultima = lee(reportes + "/Q.html");
+  EXPECT_EQ(ultima, std::string(20000, ultima.front()));
+
+  const std::string otra = carpeta.En("otra");
+  EXPECT_EQ(EscribePagina("P.html", "<i>", {ajeno + "/dentro", otra}), otra + "/P.html");
+  EXPECT_THAT(ErrorDe([&] {
+                EscribePagina("P.html", "<p>", {ajeno, "/proc/zuvi"});
+              }).what(),
+              AllOf(HasSubstr("P.html"), HasSubstr(ajeno + ": no es una carpeta"),
+                    HasSubstr("\n/proc/zuvi: "), HasSubstr("ZUVI_REPORTES")));
+  EXPECT_THAT(ErrorDe([] { EscribePagina("P.html", "<p>", {}); }).what(), HasSubstr("ZUVI_REPORTES"));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(reportes), {}), 3)
       << "no attempt is left behind";
+}
+
+TEST(Salidas, LasPaginasVanALaCarpetaDelUsuario) {
+  const Carpeta carpeta("zuvi_carpetas");
+  const std::string base = carpeta.En("b.db"), casa = carpeta.En("casa de Íñigo");
+  ASSERT_EQ(Zuvi("--base '" + base + "' crea").codigo, 0);
+  const std::string limpio = "env -u ZUVI_REPORTES -u XDG_CONFIG_HOME -u XDG_DATA_HOME HOME='" + casa + "' ";
+  const std::string pagina = "/Zuvi/Reportes/ORDENP-101.html";
+  EXPECT_EQ(PaginaDe(base, limpio), casa + "/.local/share" + pagina);
+  std::filesystem::create_directories(casa + "/.config");
+  Escribe(
+      casa + "/.config/user-dirs.dirs",
+      "# XDG_DOCUMENTS_DIR=\"/no\"\nXDG_DESKTOP_DIR=\"/no\"\nXDG_DOCUMENTS_DIR=\"$HOME/Mis \\\"papeles\"\n");
+  EXPECT_EQ(PaginaDe(base, limpio), casa + "/Mis \"papeles" + pagina);
+  // Documents that cannot be written: the page is kept all the same.
+  Escribe(casa + "/.config/user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"/proc/zuvi/\"\n");
+  EXPECT_EQ(PaginaDe(base, limpio), casa + "/.local/share" + pagina);
+  EXPECT_EQ(PaginaDe(base, "ZUVI_REPORTES='" + casa + "/otra' "), casa + "/otra/ORDENP-101.html");
+  EXPECT_EQ(PaginaDe(base, "ZUVI_REPORTES=/proc/zuvi ", "--reportes '" + casa + "/opción'"),
+            casa + "/opción/ORDENP-101.html");
+  const Corrida fallida = Zuvi("--base '" + base + "' imprime 101", "ZUVI_REPORTES=/proc/zuvi ");
+  EXPECT_EQ(fallida.codigo, 1);
+  EXPECT_THAT(fallida.texto, HasSubstr("/proc/zuvi: "));
+  EXPECT_FALSE(std::filesystem::exists(carpeta.En("Reportes"))) << "none beside the database";
 }
 
 }  // namespace

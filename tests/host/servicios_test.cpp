@@ -269,7 +269,7 @@ TEST_P(Servicios, CancelarTerminaUnDesensambleQueNoTendriaFin) {
 TEST_P(Servicios, LaPaginaDeLaOrdenYLaBusqueda) {
   tienda.Base().Ejecuta("UPDATE oppart SET observ = '<b>&' WHERE op = 105 AND cantidad = 2.5");
   tienda.Nuevo<ControlProcesos>()->ImprimeReporte("ORDENP", 105, nullptr, nullptr);
-  std::ifstream archivo(Ruta(tienda.anfitrion->TraeOpciones().ruta) / "Reportes" / "ORDENP-105.html");
+  std::ifstream archivo(Ruta(tienda.anfitrion->TraeOpciones().reportes.front()) / "ORDENP-105.html");
   std::stringstream texto;
   texto << archivo.rdbuf();
   EXPECT_THAT(texto.str(), testing::AllOf(HasSubstr("Orden de producción 105"), HasSubstr("Galleta de nuez"),

@@ -38,6 +38,7 @@ inline std::shared_ptr<Anfitrion> AnfitrionEn(const std::string& base, const std
   Opciones opciones;
   PonBase(opciones, base);
   opciones.ruta = testing::TempDir() + "zuvi_tienda";
+  opciones.reportes = {std::getenv("ZUVI_REPORTES")};
   opciones.usuario = usuario;
   opciones.crea_archivo = true;
   return std::make_shared<Anfitrion>(opciones, std::make_unique<RespuestasInteraccion>(respuestas));

@@ -322,7 +322,7 @@ TEST_F(Mostrador, LosCodigosDeUnaOrdenSeDanUnaVez) {
   const auto todos = genera();
   EXPECT_EQ(todos.size(), primeros.size() + 1);
   EXPECT_THAT(todos.back(), HasSubstr("TURRON"));
-  std::ifstream pagina(Ruta(anfitrion->TraeOpciones().ruta) / "Reportes" / "CODIGOS-101.html");
+  std::ifstream pagina(Ruta(anfitrion->TraeOpciones().reportes.front()) / "CODIGOS-101.html");
   std::ostringstream texto;
   texto << pagina.rdbuf();
   EXPECT_THAT(texto.str(), AllOf(HasSubstr("<svg"), HasSubstr("TURRON"), Not(HasSubstr("000101-001"))));

@@ -4,10 +4,37 @@
 
 #include <clocale>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <locale>
 #include <stdexcept>
+#include <string>
+
+namespace {
+
+/// A folder for the pages of this run, gone with it: none of them ends among the user's documents.
+class Paginas {
+ public:
+  Paginas() {
+    std::string ruta = (std::filesystem::temp_directory_path() / "zuvi_paginas_XXXXXX").string();
+    if (mkdtemp(ruta.data())) ruta_ = ruta;
+    setenv("ZUVI_REPORTES", ruta_.c_str(), 1);
+  }
+  ~Paginas() {
+    std::error_code sin_importancia;
+    if (!ruta_.empty()) std::filesystem::remove_all(ruta_, sin_importancia);
+  }
+  Paginas(const Paginas&) = delete;
+  Paginas& operator=(const Paginas&) = delete;
+
+ private:
+  std::string ruta_;
+};
+
+}  // namespace
 
 int main(int argc, char** argv) {
+  const Paginas paginas;
   testing::InitGoogleMock(&argc, argv);
   try {
     std::locale::global(std::locale(""));
