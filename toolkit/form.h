@@ -125,6 +125,10 @@ class Form : public Object {
   /// The focus has come to a control (null: it left them all). Raises LostFocus of the old and GotFocus of
   /// the new. Called by peers, and by `Control::SetFocus` where there are none.
   void FocusMoved(Control* control);
+  /// What the user typed is in the model before any command runs: before the keyboard moves on, keys and
+  /// captions' letters do something, controls are clicked or read by name and the window closes. Handlers
+  /// run.
+  void CommitInput();
   /// The inside has a new size.
   void Resized(std::int32_t width, std::int32_t height);
   /// The window is being painted.
