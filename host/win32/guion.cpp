@@ -11,6 +11,7 @@
 #include "com/automation/dispatch_object.h"
 #include "com/automation/handles.h"
 #include "host/win32/wscript.h"
+#include "toolkit/win32/message_loop.h"
 
 namespace zuvi::host {
 namespace {
@@ -157,8 +158,7 @@ void AtiendeMensajes(unsigned milisegundos) {
         PostQuitMessage(static_cast<int>(mensaje.wParam));
         return;
       }
-      TranslateMessage(&mensaje);
-      DispatchMessageW(&mensaje);
+      native::Serve(mensaje);
     }
     const ULONGLONG ahora = GetTickCount64();
     if (ahora >= fin) return;

@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "toolkit/win32/message_loop.h"
+
 namespace zuvi::native {
 namespace {
 
@@ -239,8 +241,15 @@ void NativeControl::KeyDown(const Message& message) {
   std::size_t count = 0;
   MSG waiting;
   while (count < characters.size() &&
-         ::PeekMessageW(&waiting, message.window, kind, kind, PM_REMOVE | PM_NOYIELD | PM_QS_POSTMESSAGE))
+         ::PeekMessageW(&waiting, message.window, kind, kind, PM_REMOVE | PM_NOYIELD | PM_QS_POSTMESSAGE)) {
+    if (waiting.message == WM_QUIT) {
+      // It comes whatever was asked for.
+      ::PostQuitMessage(static_cast<int>(waiting.wParam));
+      break;
+    }
+    if (GuestLoop::Standing() && Filtered(waiting)) continue;
     characters[count++] = {message.window, kind, waiting.wParam, waiting.lParam};
+  }
 
   const auto key = static_cast<std::int16_t>(message.w);
   const std::int16_t shift = ShiftState();
