@@ -177,6 +177,30 @@ void Form::SetInside(std::int32_t width, std::int32_t height) {
   LayOut();
 }
 
+void Form::MakeRoom(const Control& control, std::int32_t width, std::int32_t height) {
+  const Rect place = control.DesignBounds();
+  const std::int32_t dx = std::max(0, width - place.width), dy = std::max(0, height - place.height);
+  if (dx == 0 && dy == 0) return;
+  const auto opened = [](std::int32_t& from, std::int32_t& extent, std::int32_t at, std::int32_t by) {
+    if (from >= at)
+      from += by;
+    else if (from + extent > at)
+      extent += by;
+  };
+  for (const auto& other : controls_) {
+    // What code has moved belongs to it.
+    if (other->Bounds() != other->laid_out_) continue;
+    Rect bounds = other->DesignBounds();
+    opened(bounds.left, bounds.width, place.left + place.width, dx);
+    opened(bounds.top, bounds.height, place.top + place.height, dy);
+    if (other.get() == &control) bounds = {place.left, place.top, place.width + dx, place.height + dy};
+    other->Design(bounds, other->Anchors());
+  }
+  design_width_ += dx;
+  design_height_ += dy;
+  SetInside(inside_width_ + dx, inside_height_ + dy);
+}
+
 void Form::LayOut() {
   const bool follows = std::ranges::any_of(controls_, [](const std::shared_ptr<Control>& control) {
     return control->Enabled() && dynamic_cast<const AutoResizer*>(control.get());

@@ -67,6 +67,9 @@ class Form : public Object {
   void SetInside(std::int32_t width, std::int32_t height);
   /// Size as designed, which is also the smallest one.
   void DesignInside(std::int32_t width, std::int32_t height);
+  /// Gives a control, as designed, at least that size: what lies to its right and below moves away, what
+  /// spans it grows, and so does the window.
+  void MakeRoom(const Control& control, std::int32_t width, std::int32_t height);
   std::int32_t DesignWidth() const { return design_width_; }
   std::int32_t DesignHeight() const { return design_height_; }
   /// Whether the user can change the size.

@@ -79,28 +79,28 @@ struct Serving {
   void (*run)(Pantalla& screen, Muestra& form, Host& host);
 };
 const Serving kLoops[] = {{"pump",
-                        [](Pantalla& s, Muestra&, Host& host) {
-                          while (!host.Done()) s.desktop.PumpEvents();
-                        }},
-                       {"modal",
-                        [](Pantalla& s, Muestra& form, Host& host) {
-                          const auto dialog = std::make_shared<Muestra>(s.desktop, s.diario);
-                          dialog->reloj->OnTimer = [&, window = dialog.get()] {
-                            s.desktop.PumpEvents();
-                            if (host.Done()) window->Unload();
-                          };
-                          dialog->reloj->SetInterval(15);
-                          dialog->ShowModal(&form);
-                        }},
-                       {"box", [](Pantalla& s, Muestra& form, Host& host) {
-                          form.reloj->OnTimer = [&] {
-                            s.desktop.PumpEvents();
-                            if (host.Done()) ::EnumThreadWindows(::GetCurrentThreadId(), &AnswerBox, 0);
-                          };
-                          form.reloj->SetInterval(15);
-                          s.desktop.Box("¿Seguir?", L"Zuvi", MB_OK);
-                          form.reloj->SetInterval(0);
-                        }}};
+                           [](Pantalla& s, Muestra&, Host& host) {
+                             while (!host.Done()) s.desktop.PumpEvents();
+                           }},
+                          {"modal",
+                           [](Pantalla& s, Muestra& form, Host& host) {
+                             const auto dialog = std::make_shared<Muestra>(s.desktop, s.diario);
+                             dialog->reloj->OnTimer = [&, window = dialog.get()] {
+                               s.desktop.PumpEvents();
+                               if (host.Done()) window->Unload();
+                             };
+                             dialog->reloj->SetInterval(15);
+                             dialog->ShowModal(&form);
+                           }},
+                          {"box", [](Pantalla& s, Muestra& form, Host& host) {
+                             form.reloj->OnTimer = [&] {
+                               s.desktop.PumpEvents();
+                               if (host.Done()) ::EnumThreadWindows(::GetCurrentThreadId(), &AnswerBox, 0);
+                             };
+                             form.reloj->SetInterval(15);
+                             s.desktop.Box("¿Seguir?", L"Zuvi", MB_OK);
+                             form.reloj->SetInterval(0);
+                           }}};
 
 TEST(ThreadMessages, ReachTheHostWhileOurLoopsServeIt) {
   for (const auto& [name, run] : kLoops) {

@@ -1,4 +1,5 @@
 // Date field and month calendar.
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -162,6 +163,11 @@ class MonthPeer final : public NativeControl {
   void Create() override {
     CreateWindowOf(MONTHCAL_CLASSW, 0, WS_EX_CLIENTEDGE, Wide(month_.AccessibleName()));
     ShowValue();
+    TakeRoom();
+  }
+  void Restyle() override {
+    NativeControl::Restyle();
+    TakeRoom();
   }
   void Update(Aspect aspect) override {
     if (aspect == Aspect::Value) ShowValue();
@@ -218,6 +224,20 @@ class MonthPeer final : public NativeControl {
     month_.SetValue(day);
     moved_ = true;
     PickLater();
+  }
+  /// A whole month at the window's font: how much that is differs with every version of the control and with
+  /// the user's settings, and what does not fit is not shown at all.
+  void TakeRoom() {
+    RECT needed{}, whole, inside;
+    if (!SendPtr(MCM_GETMINREQRECT, 0, &needed)) return;
+    ::GetWindowRect(Window(), &whole);
+    ::GetClientRect(Window(), &inside);
+    const LONG width = std::max(needed.right - needed.left, static_cast<LONG>(Send(MCM_GETMAXTODAYWIDTH)));
+    const LONG height = needed.bottom - needed.top;
+    if (inside.right >= width && inside.bottom >= height) return;
+    Parent().TakeRoom(month_, static_cast<int>(width + whole.right - whole.left - inside.right),
+                      static_cast<int>(height + whole.bottom - whole.top - inside.bottom));
+    Parent().Place(*this);
   }
   void PickLater() {
     if (moved_) ::PostMessageW(Window(), kMoved, 0, 0);

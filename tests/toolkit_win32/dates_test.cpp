@@ -102,5 +102,63 @@ TEST(TypedDates, KeysThatGoOnTypingAreNotCommands) {
   EXPECT_TRUE(day == "12-11" || day == "11-12") << day;
 }
 
+/// A calendar in a place too small for it, with neighbours.
+class Estrecha final : public Form {
+ public:
+  explicit Estrecha(Desktop& desktop) : Form(desktop, "estrecha", nullptr) {
+    DesignInside(Dip(300), Dip(240));
+    arriba = Add<TextBox>("arriba");
+    arriba->Design({Dip(10), Dip(10), Dip(280), Dip(24)}, anchor::kAcross);
+    mes = Add<MonthView>("mes");
+    mes->Design({Dip(10), Dip(40), Dip(80), Dip(60)});
+    abajo = Add<Button>("abajo");
+    abajo->Design({Dip(10), Dip(104), Dip(80), Dip(24)});
+    lado = Add<ListView>("lado");
+    lado->Design({Dip(94), Dip(40), Dip(196), Dip(190)}, anchor::kAll);
+  }
+  std::shared_ptr<TextBox> arriba;
+  std::shared_ptr<MonthView> mes;
+  std::shared_ptr<Button> abajo;
+  std::shared_ptr<ListView> lado;
+};
+
+TEST(Calendars, HaveRoomForAWholeMonth) {
+  Pantalla screen;
+  const auto form = std::make_shared<Estrecha>(screen.desktop);
+  form->Show();
+  screen.Settle();
+  const auto inside = [&](const auto& control) {
+    RECT place;
+    ::GetWindowRect(screen.HandleOf(control), &place);
+    ::MapWindowPoints(nullptr, screen.HandleOf(*form), reinterpret_cast<POINT*>(&place), 2);
+    return place;
+  };
+  for (const int dpi : {0, 144}) {
+    if (dpi) {
+      RECT place;
+      ::GetWindowRect(screen.HandleOf(*form), &place);
+      ::SendMessageW(screen.HandleOf(*form), WM_DPICHANGED, MAKEWPARAM(dpi, dpi),
+                     reinterpret_cast<LPARAM>(&place));
+      screen.Settle();
+    }
+    RECT needed{}, month, whole;
+    screen.Ask(*form->mes, MCM_GETMINREQRECT, 0, reinterpret_cast<LPARAM>(&needed));
+    ASSERT_GT(needed.right, 100);
+    ::GetClientRect(screen.HandleOf(*form->mes), &month);
+    EXPECT_GE(month.right, needed.right);
+    EXPECT_GE(month.bottom, needed.bottom);
+    ::GetClientRect(screen.HandleOf(*form), &whole);
+    // Nobody is covered, and nobody lies outside.
+    const RECT place = inside(*form->mes), side = inside(*form->lado), below = inside(*form->abajo);
+    EXPECT_GE(side.left, place.right);
+    EXPECT_GE(below.top, place.bottom);
+    EXPECT_LE(below.bottom, side.bottom);
+    EXPECT_LE(side.right, whole.right);
+    EXPECT_LE(side.bottom, whole.bottom);
+    EXPECT_EQ(inside(*form->arriba).right, side.right);
+  }
+  form->Unload();
+}
+
 }  // namespace
 }  // namespace zuvi::pruebas
