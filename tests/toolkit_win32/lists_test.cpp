@@ -193,6 +193,10 @@ TEST(Lists, SelectionAsWindowsTellsOfIt) {
     EXPECT_EQ(list.SelectedItem()->Key(), step.key);
     EXPECT_EQ(native.selected, list.SelectedItem()->Index() - 1);
   }
+  // Rows that change on the way to what a key does.
+  form->lista->OnKeyDown = [&](std::int16_t&, std::int16_t) { list.Items()(1).SetText("otro"); };
+  screen.Press(VK_DOWN);
+  EXPECT_EQ(list.SelectedItem()->Key(), "k1");
   // A handler that fills the list anew, as a catalogue's does.
   list.OnItemClick = [&](ListItem&) {
     list.Items().Clear();

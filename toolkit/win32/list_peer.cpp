@@ -94,8 +94,20 @@ class ListPeer final : public NativeControl {
       return result;
     }
     if (message.id == WM_NOTIFY && OpensFirst(*reinterpret_cast<const NMHDR*>(message.l))) return TRUE;
-    Watch(message);
-    return NativeControl::OnMessage(message);
+    const bool press = Watch(message);
+    const Life alive = Alive();
+    const auto result = NativeControl::OnMessage(message);
+    if (!result && alive && press) FlushNow();
+    return result;
+  }
+  // Handlers that came first may have changed rows: the control acts on what there is now.
+  void OwnKey(const Message& message, std::int16_t shift) override {
+    FlushNow();
+    NativeControl::OwnKey(message, shift);
+  }
+  void OwnChar(const Message& message) override {
+    FlushNow();
+    NativeControl::OwnChar(message);
   }
   bool Busy() const override {
     return pressed_ && (::GetKeyState(VK_LBUTTON) < 0 || ::GetKeyState(VK_RBUTTON) < 0);
@@ -131,27 +143,26 @@ class ListPeer final : public NativeControl {
     else if (list_.SelectedItem())
       FlushLater();  // a click beside the rows takes the native selection away, not the model's
   }
-  /// Whether a button that went down here is still held: the control may wait for it to come up.
-  void Watch(const Message& message) {
+  /// Follows whether a button that went down here is still held: the control may wait for it to come up. True
+  /// when it goes down now.
+  bool Watch(const Message& message) {
     switch (message.id) {
       case WM_LBUTTONDOWN:
       case WM_LBUTTONDBLCLK:
       case WM_RBUTTONDOWN:
       case WM_RBUTTONDBLCLK:
-        pressed_ = true;
-        return;
+        return pressed_ = true;
       case WM_MOUSEMOVE:
-        if (message.w & (MK_LBUTTON | MK_RBUTTON)) return;
-        pressed_ = false;
-        return;
+        if (!(message.w & (MK_LBUTTON | MK_RBUTTON))) pressed_ = false;
+        return false;
       case WM_LBUTTONUP:
       case WM_RBUTTONUP:
       case WM_CANCELMODE:
       case WM_KILLFOCUS:
         pressed_ = false;
-        return;
+        return false;
       default:
-        return;
+        return false;
     }
   }
   /// The first row in a state; -1 for none.

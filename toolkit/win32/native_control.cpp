@@ -141,6 +141,14 @@ LRESULT NativeControl::Native(const Message& message) {
   return ::CallWindowProcW(heard->native, message.window, message.id, message.w, message.l);
 }
 
+void NativeControl::FlushNow() {
+  if (!dirty_ || InNative()) return;
+  dirty_ = false;
+  ::KillTimer(window_, kFlushTimer);
+  const Echo echo(*this);
+  Flush();
+}
+
 bool NativeControl::FlushesBefore(const Message& message) const {
   if (!dirty_ || message.window != window_ || InNative() || Busy()) return false;
   return IsKey(message.id) || (IsPress(message.id) && !IsRelease(message.id)) ||
@@ -167,12 +175,7 @@ LRESULT CALLBACK NativeControl::Procedure(HWND window, UINT id, WPARAM w, LPARAM
   const Entry entry(*link->life);
   try {
     NativeControl& peer = *link->peer;
-    if (peer.FlushesBefore(message)) {
-      peer.dirty_ = false;
-      ::KillTimer(window, kFlushTimer);
-      const Echo echo(peer);
-      peer.Flush();
-    }
+    if (peer.FlushesBefore(message)) peer.FlushNow();
     const ULONGLONG start = ::GetTickCount64();
     if (peer.OnlyReads() && IsPress(id)) return 0;
     const auto own = peer.OnMessage(message);

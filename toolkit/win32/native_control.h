@@ -99,6 +99,8 @@ class NativeControl : public Peer {
   /// Puts `Flush` off until the window's queue is idle, or the next key or press. Never does it answer a
   /// message that the native control itself is at work on, or comes while that holds the mouse.
   void FlushLater();
+  /// Does what was put off, unless the native control is at work.
+  void FlushNow();
   bool Dirty() const { return dirty_; }
   /// The native procedure of the control is on the stack.
   bool InNative() const { return link_->natives > 0; }
