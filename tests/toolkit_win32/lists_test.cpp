@@ -141,33 +141,40 @@ class FakeList {
   int working_ = 0;
 };
 
-TEST(Lists, SelectionAsWindowsTellsOfIt) {
+class FakedLists : public testing::Test {
+ protected:
+  FakedLists() {
+    list.Items().Clear();
+    for (int i = 0; i < 20; ++i)
+      list.Items().Add("k" + std::to_string(i), std::string(1, static_cast<char>('a' + i)));
+    list.SetFocus();
+    screen.Settle(100);
+    screen.Take();
+  }
+  ~FakedLists() override { form->Unload(); }
+  void Click(int row) { screen.Click(list, 5, kTop + row * kHigh + 3); }
+
   Pantalla screen;
-  const auto first = screen.Open();
-  FakeList native(screen.HandleOf(*first->lista));
-  const auto form = screen.Open();
+  std::shared_ptr<Muestra> first = screen.Open();
+  FakeList native{screen.HandleOf(*first->lista)};
+  std::shared_ptr<Muestra> form = screen.Open();
   ListView& list = *form->lista;
-  list.Items().Clear();
-  for (int i = 0; i < 20; ++i)
-    list.Items().Add("k" + std::to_string(i), std::string(1, static_cast<char>('a' + i)));
+};
+
+TEST_F(FakedLists, ClickedAndWalkedThrough) {
   list.OnClick = [&] { screen.diario.Anota("Click"); };
   list.OnDblClick = [&] { screen.diario.Anota("DblClick"); };
-  list.SetFocus();
-  screen.Settle(100);
-  ASSERT_EQ(native.count, 20);
-
-  const auto click = [&](int row) { screen.Click(list, 5, kTop + row * kHigh + 3); };
   /// What a list's user does, the row that is selected then, and what was heard of it.
   struct Step {
     std::function<void()> act;
     const char* key;
     Sucesos heard;
   };
-  const auto key = [&](int which) { return [&screen, which] { screen.Press(which); }; };
-  const Step steps[] = {{[&] { click(3); }, "k3", {"lista.ItemClick k3", "Click"}},
-                        {[&] { click(3); }, "k3", {"Click"}},
-                        {[&] { click(1); }, "k1", {"lista.ItemClick k1", "Click"}},
-                        {[&] { click(90); }, "k1", {"Click"}},  // beside the rows
+  const auto key = [&](int which) { return [this, which] { screen.Press(which); }; };
+  const Step steps[] = {{[&] { Click(3); }, "k3", {"lista.ItemClick k3", "Click"}},
+                        {[&] { Click(3); }, "k3", {"Click"}},
+                        {[&] { Click(1); }, "k1", {"lista.ItemClick k1", "Click"}},
+                        {[&] { Click(90); }, "k1", {"Click"}},  // beside the rows
                         {key(VK_DOWN), "k2", {"lista.ItemClick k2"}},
                         {key(VK_NEXT), "k6", {"lista.ItemClick k6"}},
                         {key(VK_UP), "k5", {"lista.ItemClick k5"}},
@@ -193,6 +200,11 @@ TEST(Lists, SelectionAsWindowsTellsOfIt) {
     EXPECT_EQ(list.SelectedItem()->Key(), step.key);
     EXPECT_EQ(native.selected, list.SelectedItem()->Index() - 1);
   }
+  EXPECT_EQ(native.meddled, 0);
+}
+
+TEST_F(FakedLists, ChangedByTheirHandlers) {
+  Click(0);
   // Rows that change on the way to what a key does.
   form->lista->OnKeyDown = [&](std::int16_t&, std::int16_t) { list.Items()(1).SetText("otro"); };
   screen.Press(VK_DOWN);
@@ -204,27 +216,26 @@ TEST(Lists, SelectionAsWindowsTellsOfIt) {
     list.Select(list.Items().ByKey("n2"));
     screen.desktop.PumpEvents();
   };
-  click(5);
+  Click(5);
   screen.Settle(100);
   EXPECT_EQ(native.count, 3);
   EXPECT_EQ(native.selected, 2);
   EXPECT_EQ(native.meddled, 0);
+}
 
-  // As long as the button is held the control may still be waiting for it.
-  list.OnItemClick = nullptr;
+TEST_F(FakedLists, AreLeftAloneWhileTheButtonIsHeld) {
   std::array<BYTE, 256> keys{};
   ::GetKeyboardState(keys.data());
   keys[VK_LBUTTON] = 0x80;
   ::SetKeyboardState(keys.data());
   ::SendMessageW(screen.HandleOf(list), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, kTop + 3));
-  list.Items().Add("n3", "n3");
+  list.Items().Add("k20", "u");
   screen.Settle(100);
-  EXPECT_EQ(native.count, 3);
+  EXPECT_EQ(native.count, 20);
   keys[VK_LBUTTON] = 0;
   ::SetKeyboardState(keys.data());
   screen.Settle(100);
-  EXPECT_EQ(native.count, 4);
-  form->Unload();
+  EXPECT_EQ(native.count, 21);
 }
 
 TEST(Lists, AFirstColumnOnTheRight) {
