@@ -99,6 +99,8 @@ void Control::Mnemonic() {
 bool Control::TakeClick() {
   if (!enabled_ || !visible_ || !form_ || form_->Closed() || !form_->Enabled()) return false;
   const auto window = KeepWindow();
+  form_->CommitInput();
+  if (form_->Closed()) return false;
   if (CanFocus()) {
     SetFocus();
     if (!HasFocus()) return false;

@@ -114,6 +114,8 @@ bool Form::Unload(UnloadMode mode) {
   // Closing from within a handler of the closing itself changes nothing.
   if (!loaded_ || unloading_) return false;
   const auto keep = Keep();
+  CommitInput();
+  if (closed_ || unloading_) return closed_;
   unloading_ = true;
   std::int16_t cancel = 0;
   try {
@@ -175,6 +177,30 @@ void Form::SetInside(std::int32_t width, std::int32_t height) {
   LayOut();
 }
 
+void Form::MakeRoom(const Control& control, std::int32_t width, std::int32_t height) {
+  const Rect place = control.DesignBounds();
+  const std::int32_t dx = std::max(0, width - place.width), dy = std::max(0, height - place.height);
+  if (dx == 0 && dy == 0) return;
+  const auto opened = [](std::int32_t& from, std::int32_t& extent, std::int32_t at, std::int32_t by) {
+    if (from >= at)
+      from += by;
+    else if (from + extent > at)
+      extent += by;
+  };
+  for (const auto& other : controls_) {
+    // What code has moved belongs to it.
+    if (other->Bounds() != other->laid_out_) continue;
+    Rect bounds = other->DesignBounds();
+    opened(bounds.left, bounds.width, place.left + place.width, dx);
+    opened(bounds.top, bounds.height, place.top + place.height, dy);
+    if (other.get() == &control) bounds = {place.left, place.top, place.width + dx, place.height + dy};
+    other->Design(bounds, other->Anchors());
+  }
+  design_width_ += dx;
+  design_height_ += dy;
+  SetInside(inside_width_ + dx, inside_height_ + dy);
+}
+
 void Form::LayOut() {
   const bool follows = std::ranges::any_of(controls_, [](const std::shared_ptr<Control>& control) {
     return control->Enabled() && dynamic_cast<const AutoResizer*>(control.get());
@@ -203,9 +229,17 @@ void Form::Paint() {
   if (visible_) Form_Paint();
 }
 
+void Form::CommitInput() {
+  if (active_ && active_->peer_) active_->peer_->Commit();
+}
+
 void Form::FocusMoved(Control* control) {
   if (control == active_ || closed_) return;
   const auto keep = Keep();
+  const auto moves = focus_moves_;
+  CommitInput();
+  // Where a handler moved it on, that stands.
+  if (closed_ || moves != focus_moves_) return;
   active_ = control;
   ++focus_moves_;
   // Handlers may move the focus on, or close the window. Only a control that heard of getting the focus hears
@@ -277,6 +311,7 @@ void Form::KeyUp(Control& target, std::int16_t key, std::int16_t shift) {
 
 bool Form::Mnemonic(char16_t letter) {
   const auto keep = Keep();
+  CommitInput();
   if (closed_ || !enabled_) return false;
   const char16_t upper = UpperLetter(letter);
   for (const auto& control : std::vector(controls_)) {
@@ -359,6 +394,8 @@ const Member* Form::MemberById(MemberId id) const {
 
 Value Form::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
   if (id < kFirstControl) return Object::Read(id, args, by_ref);
+  const auto keep = Keep();
+  CommitInput();
   const auto place = static_cast<std::size_t>(id - kFirstControl);
   if (place >= published_.size()) throw HostError(ErrorNumber::NoSuchMember);
   const ObjectPtr& object = published_[place];

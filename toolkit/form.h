@@ -67,6 +67,9 @@ class Form : public Object {
   void SetInside(std::int32_t width, std::int32_t height);
   /// Size as designed, which is also the smallest one.
   void DesignInside(std::int32_t width, std::int32_t height);
+  /// Gives a control, as designed, at least that size: what lies to its right and below moves away, what
+  /// spans it grows, and so does the window.
+  void MakeRoom(const Control& control, std::int32_t width, std::int32_t height);
   std::int32_t DesignWidth() const { return design_width_; }
   std::int32_t DesignHeight() const { return design_height_; }
   /// Whether the user can change the size.
@@ -125,6 +128,10 @@ class Form : public Object {
   /// The focus has come to a control (null: it left them all). Raises LostFocus of the old and GotFocus of
   /// the new. Called by peers, and by `Control::SetFocus` where there are none.
   void FocusMoved(Control* control);
+  /// What the user typed is in the model before any command runs: before the keyboard moves on, keys and
+  /// captions' letters do something, controls are clicked or read by name and the window closes. Handlers
+  /// run.
+  void CommitInput();
   /// The inside has a new size.
   void Resized(std::int32_t width, std::int32_t height);
   /// The window is being painted.

@@ -29,6 +29,9 @@ class Peer {
   virtual void TakeFocus() = 0;
   /// Brings what only the native control knows (the selection in a text) into the model.
   virtual void Pull() {}
+  /// Ends what the user is in the middle of entering and the native control still keeps to itself: the model
+  /// has it afterwards, and whoever listens was told. Handlers run.
+  virtual void Commit() {}
   /// The native handle; 0 without one.
   virtual std::intptr_t Handle() const { return 0; }
 };

@@ -12,6 +12,7 @@
 #include "com/automation/handles.h"
 #include "host/win32/ruta_larga.h"
 #include "host/win32/wscript.h"
+#include "toolkit/win32/message_loop.h"
 
 namespace zuvi::host {
 namespace {
@@ -188,8 +189,7 @@ void AtiendeMensajes(unsigned milisegundos) {
         PostQuitMessage(static_cast<int>(mensaje.wParam));
         return;
       }
-      TranslateMessage(&mensaje);
-      DispatchMessageW(&mensaje);
+      native::Serve(mensaje);
     }
     const ULONGLONG ahora = GetTickCount64();
     if (ahora >= fin) return;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "toolkit/win32/message_loop.h"
 #include "toolkit/win32/module_pin.h"
 #include "toolkit/win32/native_module.h"
 
@@ -234,10 +235,14 @@ void VentanaTrabajo::Avanza(std::int32_t paso, const std::string& texto, const s
 bool VentanaTrabajo::Atiende() {
   MSG mensaje;
   while (partes_->ventana && PeekMessageW(&mensaje, partes_->ventana, 0, 0, PM_REMOVE)) {
+    if (mensaje.message == WM_QUIT) {
+      // It comes whatever was asked for; the loop that runs the program is to see it.
+      PostQuitMessage(static_cast<int>(mensaje.wParam));
+      break;
+    }
     // Pressed before anybody could have seen this window, however late it is handled.
     if (EsPulsacion(mensaje.message) && mensaje.time - partes_->aparecio < kSinEfecto) continue;
-    TranslateMessage(&mensaje);
-    DispatchMessageW(&mensaje);
+    native::Serve(mensaje);
   }
   return partes_->cancelado;
 }

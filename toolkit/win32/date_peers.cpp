@@ -1,4 +1,6 @@
 // Date field and month calendar.
+#include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "toolkit/win32/peers.h"
@@ -23,6 +25,29 @@ Fecha DayOf(const SYSTEMTIME& time) {
   return Fecha::DesdeCivil(civil);
 }
 
+/// A key with which one goes on entering a date; all others end that.
+bool StaysInDate(const Message& key, std::int16_t shift) {
+  switch (key.w) {
+    case VK_SHIFT:
+    case VK_CONTROL:
+    case VK_MENU:
+    case VK_LEFT:
+    case VK_RIGHT:
+    case VK_UP:
+    case VK_DOWN:
+    case VK_HOME:
+    case VK_END:
+    case VK_PACKET:
+    case VK_PROCESSKEY:
+      return (shift & shift::kAlt) == 0;
+    default:
+      break;
+  }
+  const bool command = ((shift & shift::kAlt) != 0) != ((shift & shift::kCtrl) != 0);
+  const UINT character = ::MapVirtualKeyW(static_cast<UINT>(key.w), MAPVK_VK_TO_CHAR) & 0x7FFFFFFFu;
+  return !command && (character >= L' ' || key.w == VK_BACK);
+}
+
 class DatePickerPeer final : public NativeControl {
  public:
   DatePickerPeer(NativeForm& form, DatePicker& picker) : NativeControl(form, picker), picker_(picker) {}
@@ -45,15 +70,48 @@ class DatePickerPeer final : public NativeControl {
       ::PostMessageW(Window(), kPicked, 0, 0);
     return 0;
   }
+  /// The control takes typed digits for entered when their part of the date is full, when another part is
+  /// gone to, and when it loses the keyboard; nothing else it documents makes it. So it loses the keyboard.
+  void Commit() override {
+    if (committing_ || !Window() || Parent().Life()->going) return;
+    const Life alive = Alive();
+    if (std::exchange(typed_, false) && ::GetFocus() == Window()) {
+      committing_ = true;
+      ::SetFocus(Parent().Window());  // which gives it back
+      if (!alive) return;
+      if (::GetFocus() != Window() && picker_.HasFocus() && picker_.CanFocus()) ::SetFocus(Window());
+      if (!alive) return;
+      committing_ = false;
+    }
+    ReadBack();
+  }
 
  protected:
+  void OwnChar(const Message& message) override {
+    typed_ = true;
+    NativeControl::OwnChar(message);
+  }
   std::optional<LRESULT> OnMessage(const Message& message) override {
-    if (message.id == WM_SETFOCUS && ::GetKeyState(VK_LBUTTON) >= 0) return FocusByKey(message);
-    if (message.id != kPicked) return NativeControl::OnMessage(message);
-    SYSTEMTIME time{};
-    if (SendPtr(DTM_GETSYSTEMTIME, 0, &time) == GDT_VALID)
-      if (const Fecha day = DayOf(time); day != picker_.Value().SoloDia()) picker_.UserPicked(day);
-    return 0;
+    switch (message.id) {
+      case WM_KEYDOWN:
+      case WM_SYSKEYDOWN: {
+        const Life alive = Alive();
+        if (!StaysInDate(message, ShiftState())) Commit();
+        return alive ? NativeControl::OnMessage(message) : 0;
+      }
+      case WM_KILLFOCUS:
+        // The model reads it when it hears where the keyboard went, or, where that is another window, later.
+        typed_ = false;
+        if (!committing_) ::PostMessageW(Window(), kPicked, 0, 0);
+        return NativeControl::OnMessage(message);
+      case WM_SETFOCUS:
+        return ::GetKeyState(VK_LBUTTON) >= 0 ? FocusByKey(message) : NativeControl::OnMessage(message);
+      case kPicked:
+        ReadBack();
+        return 0;
+      default:
+        return NativeControl::OnMessage(message);
+    }
   }
 
  private:
@@ -73,13 +131,30 @@ class DatePickerPeer final : public NativeControl {
     return result;
   }
 
+  std::optional<Fecha> Shown() const {
+    SYSTEMTIME time{};
+    if (SendPtr(DTM_GETSYSTEMTIME, 0, &time) != GDT_VALID) return std::nullopt;
+    return DayOf(time);
+  }
+  /// What the control shows is the user's only where it is not what it made of the model's date.
+  void ReadBack() {
+    const auto day = Shown();
+    if (!day || day == shown_) return;
+    shown_ = day;
+    if (*day != picker_.Value().SoloDia()) picker_.UserPicked(*day);
+  }
   void ShowValue() {
     const Echo echo(*this);
     SYSTEMTIME time = SystemTime(picker_.Value());
     SendPtr(DTM_SETSYSTEMTIME, GDT_VALID, &time);
+    shown_ = Shown();
+    typed_ = false;
   }
 
   DatePicker& picker_;
+  std::optional<Fecha> shown_;  // what the control made of the model's date
+  bool typed_ = false;          // digits that it may not have taken for entered yet
+  bool committing_ = false;
 };
 
 class MonthPeer final : public NativeControl {
@@ -88,6 +163,11 @@ class MonthPeer final : public NativeControl {
   void Create() override {
     CreateWindowOf(MONTHCAL_CLASSW, 0, WS_EX_CLIENTEDGE, Wide(month_.AccessibleName()));
     ShowValue();
+    TakeRoom();
+  }
+  void Restyle() override {
+    NativeControl::Restyle();
+    TakeRoom();
   }
   void Update(Aspect aspect) override {
     if (aspect == Aspect::Value) ShowValue();
@@ -101,6 +181,9 @@ class MonthPeer final : public NativeControl {
       month_.UserClicked(Marked());
     }
     return 0;
+  }
+  void Commit() override {
+    if (!pressed_ && std::exchange(moved_, false)) month_.UserClicked(month_.Value());
   }
 
  protected:
@@ -141,6 +224,20 @@ class MonthPeer final : public NativeControl {
     month_.SetValue(day);
     moved_ = true;
     PickLater();
+  }
+  /// A whole month at the window's font: how much that is differs with every version of the control and with
+  /// the user's settings, and what does not fit is not shown at all.
+  void TakeRoom() {
+    RECT needed{}, whole, inside;
+    if (!SendPtr(MCM_GETMINREQRECT, 0, &needed)) return;
+    ::GetWindowRect(Window(), &whole);
+    ::GetClientRect(Window(), &inside);
+    const LONG width = std::max(needed.right - needed.left, static_cast<LONG>(Send(MCM_GETMAXTODAYWIDTH)));
+    const LONG height = needed.bottom - needed.top;
+    if (inside.right >= width && inside.bottom >= height) return;
+    Parent().TakeRoom(month_, static_cast<int>(width + whole.right - whole.left - inside.right),
+                      static_cast<int>(height + whole.bottom - whole.top - inside.bottom));
+    Parent().Place(*this);
   }
   void PickLater() {
     if (moved_) ::PostMessageW(Window(), kMoved, 0, 0);

@@ -70,6 +70,7 @@ class GridPeer final : public NativeControl {
 
  protected:
   bool NativeEnabled() const override { return true; }
+  bool FlushesToPaint() const override { return true; }
   void OwnKey(const Message& message, std::int16_t shift) override {
     grid_.DefaultKey(static_cast<std::int16_t>(message.w), shift);
     if (message.id == WM_SYSKEYDOWN) Native(message);

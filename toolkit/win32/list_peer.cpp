@@ -1,5 +1,6 @@
 // The list of rows: SysListView32 that asks the model for the texts it draws.
 #include <algorithm>
+#include <utility>
 
 #include "toolkit/win32/peers.h"
 
@@ -13,7 +14,7 @@ class ListPeer final : public NativeControl {
   void Create() override {
     CreateWindowOf(WC_LISTVIEWW, LVS_OWNERDATA | LVS_SINGLESEL | LVS_SHOWSELALWAYS | ViewStyle(),
                    WS_EX_CLIENTEDGE, Wide(list_.AccessibleName()));
-    constexpr LPARAM kStyle = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP;
+    constexpr LPARAM kStyle = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER;
     Send(LVM_SETEXTENDEDLISTVIEWSTYLE, 0, kStyle);
     const Echo echo(*this);
     MakeColumns();
@@ -46,6 +47,7 @@ class ListPeer final : public NativeControl {
 
   void Restyle() override {
     NativeControl::Restyle();
+    const Echo echo(*this);
     MakeColumns();
   }
 
@@ -55,10 +57,12 @@ class ListPeer final : public NativeControl {
     ::InvalidateRect(Window(), nullptr, FALSE);
     ShareWidth();
     const int wanted = list_.SelectedItem() ? list_.SelectedItem()->Index() - 1 : -1;
-    if (wanted == Selected()) return;
-    SetState(-1, 0);
+    if (wanted == Next(LVNI_SELECTED)) return;
+    SetState(-1, LVIS_SELECTED, 0);
+    // All at once there is none that keeps the mark of the keyboard in every version of the control.
+    if (const int marked = Next(LVNI_FOCUSED); marked >= 0) SetState(marked, LVIS_FOCUSED, 0);
     if (wanted < 0) return;
-    SetState(wanted, LVIS_SELECTED | LVIS_FOCUSED);
+    SetState(wanted, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
     Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(wanted), FALSE);
   }
 
@@ -68,18 +72,14 @@ class ListPeer final : public NativeControl {
         GiveText(reinterpret_cast<NMLVDISPINFOW&>(const_cast<NMHDR&>(n)).item);
         return 0;
       case LVN_ITEMCHANGED:
-        if (!Updating()) Moved(reinterpret_cast<const NMLISTVIEW&>(n));
-        return 0;
+      case LVN_ODSTATECHANGED:
+        return Noted(moved_);
       case LVN_ODFINDITEMW:
         return FindText(reinterpret_cast<const NMLVFINDITEMW&>(n));
       case static_cast<UINT>(NM_CLICK):
-        // A click beside the rows takes the native selection away, not the model's.
-        FlushLater();
-        list_.Click();
-        return 0;
+        return Noted(clicked_);
       case static_cast<UINT>(NM_DBLCLK):
-        list_.DblClick();
-        return 0;
+        return Noted(double_clicked_);
       default:
         return 0;
     }
@@ -90,10 +90,38 @@ class ListPeer final : public NativeControl {
     if (message.id == WM_SIZE) {
       const Life alive = Alive();
       const LRESULT result = Native(message);
-      if (alive && !Updating()) ShareWidth();
+      if (alive && !Updating()) InNative() ? FlushLater() : ShareWidth();
       return result;
     }
-    return NativeControl::OnMessage(message);
+    if (message.id == WM_NOTIFY && OpensFirst(*reinterpret_cast<const NMHDR*>(message.l))) return TRUE;
+    const bool press = Watch(message);
+    const Life alive = Alive();
+    const auto result = NativeControl::OnMessage(message);
+    if (!result && alive && press) FlushNow();
+    return result;
+  }
+  // Handlers that came first may have changed rows: the control acts on what there is now.
+  void OwnKey(const Message& message, std::int16_t shift) override {
+    FlushNow();
+    NativeControl::OwnKey(message, shift);
+  }
+  void OwnChar(const Message& message) override {
+    FlushNow();
+    NativeControl::OwnChar(message);
+  }
+  bool Busy() const override {
+    return pressed_ && (::GetKeyState(VK_LBUTTON) < 0 || ::GetKeyState(VK_RBUTTON) < 0);
+  }
+  /// In which order, how often and in the middle of what the control tells of one and the same click differs
+  /// with its version; what is selected in the end does not.
+  void AfterMessage() override {
+    const Life alive = Alive();
+    // All together, because asking the control is a message to it.
+    const bool moved = std::exchange(moved_, false), clicked = std::exchange(clicked_, false),
+               double_clicked = std::exchange(double_clicked_, false);
+    if (moved && !Dirty()) Follow();
+    if (alive && clicked) list_.Click();
+    if (alive && double_clicked) list_.DblClick();
   }
 
  private:
@@ -101,31 +129,83 @@ class ListPeer final : public NativeControl {
     constexpr DWORD kStyles[] = {LVS_ICON, LVS_SMALLICON, LVS_LIST, LVS_REPORT};
     return kStyles[std::clamp<std::int16_t>(list_.View(), 0, 3)];
   }
-  int Selected() const {
-    return static_cast<int>(Send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+  /// Notes something that the control tells, until it has finished.
+  LRESULT Noted(bool& what) {
+    if (Updating()) return 0;
+    what = true;
+    if (!InNative()) ::PostMessageW(Window(), WM_NULL, 0, 0);
+    return 0;
   }
-  void SetState(int item, UINT state) {
+  void Follow() {
+    const int now = Next(LVNI_SELECTED);
+    if (now >= 0)
+      list_.UserSelected(now + 1);
+    else if (list_.SelectedItem())
+      FlushLater();  // a click beside the rows takes the native selection away, not the model's
+  }
+  /// Follows whether a button that went down here is still held: the control may wait for it to come up. True
+  /// when it goes down now.
+  bool Watch(const Message& message) {
+    switch (message.id) {
+      case WM_LBUTTONDOWN:
+      case WM_LBUTTONDBLCLK:
+      case WM_RBUTTONDOWN:
+      case WM_RBUTTONDBLCLK:
+        return pressed_ = true;
+      case WM_MOUSEMOVE:
+        if (!(message.w & (MK_LBUTTON | MK_RBUTTON))) pressed_ = false;
+        return false;
+      case WM_LBUTTONUP:
+      case WM_RBUTTONUP:
+      case WM_CANCELMODE:
+      case WM_KILLFOCUS:
+        pressed_ = false;
+        return false;
+      default:
+        return false;
+    }
+  }
+  /// The first row in a state; -1 for none.
+  int Next(LPARAM state) const {
+    return static_cast<int>(Send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), state));
+  }
+  void SetState(int item, UINT mask, UINT state) {
     LVITEMW what{};
     what.state = state;
-    what.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    what.stateMask = mask;
     SendPtr(LVM_SETITEMSTATE, static_cast<WPARAM>(item), &what);
   }
 
+  /// What the heading asks before the column without width gets one, by mouse or by keyboard.
+  bool OpensFirst(const NMHDR& n) const {
+    const bool asks =
+        n.code == static_cast<UINT>(HDN_ITEMCHANGINGW) || n.code == static_cast<UINT>(HDN_ITEMCHANGINGA) ||
+        n.code == static_cast<UINT>(HDN_BEGINTRACKW) || n.code == static_cast<UINT>(HDN_BEGINTRACKA);
+    return asks && !Updating() && reinterpret_cast<const NMHEADERW&>(n).iItem < first_;
+  }
+  int ColumnCount() const { return Header_GetItemCount(reinterpret_cast<HWND>(Send(LVM_GETHEADER))); }
+  void InsertColumn(int at, std::wstring caption, int format, int width) {
+    LVCOLUMNW column{};
+    column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM | LVCF_FMT;
+    column.fmt = format;
+    column.pszText = caption.data();
+    column.cx = width;
+    column.iSubItem = at;
+    SendPtr(LVM_INSERTCOLUMNW, static_cast<WPARAM>(at), &column);
+  }
   void MakeColumns() {
-    while (Send(LVM_DELETECOLUMN, 0)) {
-    }
+    for (int last = ColumnCount() - 1; last >= 0; --last) Send(LVM_DELETECOLUMN, static_cast<WPARAM>(last));
     std::vector<ListColumn> columns = list_.Columns().All();
     if (columns.empty()) columns.emplace_back();
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      std::wstring caption = Wide(columns[i].caption);
-      LVCOLUMNW column{};
-      column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM | LVCF_FMT;
-      column.fmt = columns[i].right_aligned ? LVCFMT_RIGHT : LVCFMT_LEFT;
-      column.pszText = caption.data();
-      column.cx = Parent().Pixels(columns[i].width);
-      column.iSubItem = static_cast<int>(i);
-      SendPtr(LVM_INSERTCOLUMNW, i, &column);
-    }
+    // The first place is aligned to the left, whatever one asks for. There stands a column without width
+    // then; and where the control does not part with its last one.
+    if (ColumnCount() == 0 && columns.front().right_aligned) InsertColumn(0, {}, LVCFMT_LEFT, 0);
+    first_ = ColumnCount();
+    if (first_ > 0) Send(LVM_SETCOLUMNWIDTH, 0, 0);
+    Send(LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_LABELTIP, first_ > 0 ? 0 : LVS_EX_LABELTIP);
+    for (std::size_t i = 0; i < columns.size(); ++i)
+      InsertColumn(first_ + static_cast<int>(i), Wide(columns[i].caption),
+                   columns[i].right_aligned ? LVCFMT_RIGHT : LVCFMT_LEFT, Parent().Pixels(columns[i].width));
     shared_ = -1;
     ShareWidth();
   }
@@ -144,30 +224,27 @@ class ListPeer final : public NativeControl {
     const int share = std::max(room / std::max<int>(1, static_cast<int>(sharing)), Parent().Pixels(Dip(60)));
     const Echo echo(*this);
     for (std::size_t i = 0; i < std::max<std::size_t>(1, columns.size()); ++i)
-      if (columns.empty() || columns[i].width == 0) Send(LVM_SETCOLUMNWIDTH, i, share);
+      if (columns.empty() || columns[i].width == 0)
+        Send(LVM_SETCOLUMNWIDTH, i + static_cast<std::size_t>(first_), share);
   }
 
   void GiveText(LVITEMW& item) const {
     if (!(item.mask & LVIF_TEXT) || item.cchTextMax <= 0) return;
-    const std::wstring text = Wide(list_.Cell(item.iItem + 1, static_cast<std::size_t>(item.iSubItem)));
+    // What is in no column, though nobody sees it, is what the row is called.
+    const auto column = static_cast<std::size_t>(std::max(0, item.iSubItem - first_));
+    const std::wstring text = Wide(list_.Cell(item.iItem + 1, column));
     ::lstrcpynW(item.pszText, text.c_str(), item.cchTextMax);
-  }
-
-  void Moved(const NMLISTVIEW& change) {
-    const bool selected = (change.uNewState & LVIS_SELECTED) && !(change.uOldState & LVIS_SELECTED);
-    if (selected && change.iItem >= 0)
-      list_.UserSelected(change.iItem + 1);
-    else
-      FlushLater();
   }
 
   LRESULT FindText(const NMLVFINDITEMW& find) const {
     if (!(find.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) || !find.lvfi.psz) return -1;
     const std::wstring typed = find.lvfi.psz;
-    const std::int32_t count = list_.Items().Count();
+    const bool whole = (find.lvfi.flags & LVFI_PARTIAL) == 0;
+    const std::int32_t count = list_.Items().Count(), start = std::max(0, find.iStart);
     for (std::int32_t i = 0; i < count; ++i) {
-      const std::int32_t at = (find.iStart + i) % count;
-      const std::wstring text = Wide(list_.Cell(at + 1, 0)).substr(0, typed.size());
+      const std::int32_t at = (start + i) % count;
+      std::wstring text = Wide(list_.Cell(at + 1, 0));
+      if (!whole) text.resize(std::min(text.size(), typed.size()));
       if (::CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, text.c_str(), -1, typed.c_str(), -1) ==
           CSTR_EQUAL)
         return at;
@@ -176,6 +253,9 @@ class ListPeer final : public NativeControl {
   }
 
   ListView& list_;
+  int first_ = 0;  // place of the first column in the native control
+  bool moved_ = false, clicked_ = false, double_clicked_ = false;  // told, and not heard by the model yet
+  bool pressed_ = false;
   LONG shared_ = -1;  // width of the inside that the columns were made for
 };
 

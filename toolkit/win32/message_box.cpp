@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "toolkit/win32/message_loop.h"
 #include "toolkit/win32/module_pin.h"
 
 namespace zuvi::native {
@@ -76,9 +77,12 @@ class MessageBoxes::Guard {
   static LRESULT CALLBACK Filter(int code, WPARAM w, LPARAM l) {
     try {
       Guard* const guard = OfThisThread<Guard>();
-      if ((code == MSGF_DIALOGBOX || code == MSGF_MESSAGEBOX) && guard &&
-          guard->Takes(*reinterpret_cast<const MSG*>(l)))
-        return 1;
+      const MSG& message = *reinterpret_cast<const MSG*>(l);
+      if ((code == MSGF_DIALOGBOX || code == MSGF_MESSAGEBOX) && guard) {
+        // The box would drop what has no window.
+        if (!message.hwnd) return ::CallNextHookEx(nullptr, code, w, l) || guard->loop_.Keep(message);
+        if (guard->Takes(message)) return 1;
+      }
     } catch (...) {
       // Out of memory: the key goes where it would have gone.
     }
@@ -138,6 +142,7 @@ class MessageBoxes::Guard {
     ::PostMessageW(button.found, BM_CLICK, 0, 0);
   }
 
+  GuestLoop loop_;
   HWND owner_;
   Guard* outer_;
   HHOOK hook_ = nullptr;

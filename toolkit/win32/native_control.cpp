@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/error.h"
+#include "toolkit/win32/message_loop.h"
 
 namespace zuvi::native {
 namespace {
@@ -30,15 +31,24 @@ Found& LastFound(HWND window) {
   return places[reinterpret_cast<std::uintptr_t>(window) / 2 % kPlaces];  // handles are even
 }
 
-bool IsInput(UINT id) {
-  return (id >= WM_KEYFIRST && id <= WM_KEYLAST) || (id >= WM_MOUSEFIRST && id <= WM_MOUSELAST) ||
-         id == WM_SETFOCUS;
-}
-
+bool IsKey(UINT id) { return id >= WM_KEYFIRST && id <= WM_KEYLAST; }
 bool IsPress(UINT id) { return id > WM_MOUSEMOVE && id <= WM_XBUTTONDBLCLK && id != WM_MOUSEWHEEL; }
 
-/// Others ask a common control for its contents: tests, screen readers.
-bool IsQuestion(UINT id) { return id >= LVM_FIRST && id < LVM_FIRST + 0x100; }
+bool IsRelease(UINT id) {
+  return id == WM_LBUTTONUP || id == WM_RBUTTONUP || id == WM_MBUTTONUP || id == WM_XBUTTONUP;
+}
+
+/// Counts up while it stands.
+class Counted {
+ public:
+  explicit Counted(int& count) : count_(count) { ++count_; }
+  Counted(const Counted&) = delete;
+  Counted& operator=(const Counted&) = delete;
+  ~Counted() { --count_; }
+
+ private:
+  int& count_;
+};
 
 }  // namespace
 
@@ -148,8 +158,24 @@ NativeControl::Heard* NativeControl::HeardIn(HWND window) {
 
 LRESULT NativeControl::Native(const Message& message) {
   const Heard* const heard = HeardIn(message.window);
-  return heard ? ::CallWindowProcW(heard->native, message.window, message.id, message.w, message.l)
-               : ::DefWindowProcW(message.window, message.id, message.w, message.l);
+  if (!heard) return ::DefWindowProcW(message.window, message.id, message.w, message.l);
+  const std::shared_ptr<Link> link = heard->link.shared_from_this();
+  const Counted inside(link->natives);
+  return ::CallWindowProcW(heard->native, message.window, message.id, message.w, message.l);
+}
+
+void NativeControl::FlushNow() {
+  if (!dirty_ || InNative()) return;
+  dirty_ = false;
+  ::KillTimer(window_, kFlushTimer);
+  const Echo echo(*this);
+  Flush();
+}
+
+bool NativeControl::FlushesBefore(const Message& message) const {
+  if (!dirty_ || message.window != window_ || InNative() || Busy()) return false;
+  return IsKey(message.id) || (IsPress(message.id) && !IsRelease(message.id)) ||
+         (message.id == WM_PAINT && FlushesToPaint()) || (message.id == WM_TIMER && message.w == kFlushTimer);
 }
 
 LRESULT NativeControl::Gone(Heard& heard, const Message& message) {
@@ -173,18 +199,12 @@ LRESULT CALLBACK NativeControl::Procedure(HWND window, UINT id, WPARAM w, LPARAM
   const Entry entry(*link->life);
   try {
     NativeControl& peer = *link->peer;
-    if (peer.dirty_ && window == peer.window_ &&
-        (IsInput(id) || (IsQuestion(id) && !peer.updating_) || id == WM_PAINT ||
-         (id == WM_TIMER && w == kFlushTimer))) {
-      peer.dirty_ = false;
-      ::KillTimer(window, kFlushTimer);
-      const Echo echo(peer);
-      peer.Flush();
-    }
+    if (peer.FlushesBefore(message)) peer.FlushNow();
     const ULONGLONG start = ::GetTickCount64();
     if (peer.OnlyReads() && IsPress(id)) return 0;
     const auto own = peer.OnMessage(message);
     const LRESULT result = own ? *own : Native(message);
+    if (link->peer && link->natives == 0) link->peer->AfterMessage();
     if (id == WM_PAINT && link->peer) link->peer->paint_cost_ = static_cast<UINT>(::GetTickCount64() - start);
     return result;
   } catch (...) {
@@ -197,7 +217,7 @@ std::optional<LRESULT> NativeControl::OnMessage(const Message& message) {
   switch (message.id) {
     case WM_TIMER:
       if (message.w == kFlushTimer && message.window == window_) {
-        ::KillTimer(window_, kFlushTimer);
+        if (!dirty_) ::KillTimer(window_, kFlushTimer);
         return 0;
       }
       return std::nullopt;
@@ -264,8 +284,15 @@ void NativeControl::KeyDown(const Message& message) {
   std::size_t count = 0;
   MSG waiting;
   while (count < characters.size() &&
-         ::PeekMessageW(&waiting, message.window, kind, kind, PM_REMOVE | PM_NOYIELD | PM_QS_POSTMESSAGE))
+         ::PeekMessageW(&waiting, message.window, kind, kind, PM_REMOVE | PM_NOYIELD | PM_QS_POSTMESSAGE)) {
+    if (waiting.message == WM_QUIT) {
+      // It comes whatever was asked for.
+      ::PostQuitMessage(static_cast<int>(waiting.wParam));
+      break;
+    }
+    if (GuestLoop::Standing() && Filtered(waiting)) continue;
     characters[count++] = {message.window, kind, waiting.wParam, waiting.lParam};
+  }
 
   const auto key = static_cast<std::int16_t>(message.w);
   const std::int16_t shift = ShiftState();

@@ -55,6 +55,7 @@ class NativeControl : public Peer {
     std::shared_ptr<WindowLife> life;
     std::vector<std::unique_ptr<Heard>> windows;
     std::shared_ptr<Link> while_native;
+    int natives = 0;  // native procedures on the stack
   };
   /// Whether a peer still lives.
   class Life {
@@ -94,9 +95,20 @@ class NativeControl : public Peer {
   LRESULT SendPtr(UINT message, WPARAM w, T* argument) const {
     return Send(message, w, reinterpret_cast<LPARAM>(argument));
   }
-  /// Puts `Flush` off until the window's queue is idle, or the control is used or painted.
+  /// Puts `Flush` off until the window's queue is idle, or the next key or press. Never does it answer a
+  /// message that the native control itself is at work on, or comes while that holds the mouse.
   void FlushLater();
+  /// Does what was put off, unless the native control is at work.
+  void FlushNow();
   bool Dirty() const { return dirty_; }
+  /// The native procedure of the control is on the stack.
+  bool InNative() const { return link_->natives > 0; }
+  /// The native control is in the middle of something that goes on between its messages.
+  virtual bool Busy() const { return false; }
+  /// Whether painting shows what was put off.
+  virtual bool FlushesToPaint() const { return false; }
+  /// The native control has finished with a message: now the model hears what it told meanwhile.
+  virtual void AfterMessage() {}
   /// Whether the native window takes input. One that shows more than fits does so even where its control is
   /// disabled, for its scroll bars: the control itself takes neither keyboard nor clicks then.
   virtual bool NativeEnabled() const { return control_.Enabled(); }
@@ -120,6 +132,7 @@ class NativeControl : public Peer {
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM w, LPARAM l);
   static Heard* HeardIn(HWND window);
+  bool FlushesBefore(const Message& message) const;
   static LRESULT Gone(Heard& heard, const Message& message);
   void KeyDown(const Message& message);
   void Character(const Message& message);

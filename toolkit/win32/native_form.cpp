@@ -140,6 +140,10 @@ void NativeForm::Create(int nth) {
     peer->Create();
     control->SetPeer(std::move(peer));
   }
+  // Controls may have asked for more room than designed.
+  const RECT place = FirstPlace(nth);
+  ::SetWindowPos(Window(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void NativeForm::ShowNow() {
@@ -306,6 +310,13 @@ void NativeForm::SmallestSize(MINMAXINFO& info) const {
   const RECT area = NativeModule::WorkArea(Window());
   info.ptMinTrackSize = {std::min(frame.right - frame.left, area.right - area.left),
                          std::min(frame.bottom - frame.top, area.bottom - area.top)};
+}
+
+void NativeForm::TakeRoom(const Control& control, int width, int height) {
+  // A window that fills the screen, or is not there, has nothing to grow by.
+  if (::IsZoomed(Window()) || ::IsIconic(Window())) return;
+  // One more: both edges may be rounded down.
+  form_.MakeRoom(control, Twips(width + 1), Twips(height + 1));
 }
 
 void NativeForm::SetToolTip(HWND tool, const std::wstring& text) {

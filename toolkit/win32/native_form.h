@@ -65,6 +65,8 @@ class NativeForm final : public Peer {
 
   /// A control's place changed.
   void Place(NativeControl& control);
+  /// Makes a control at least that large, in pixels, with its edges.
+  void TakeRoom(const Control& control, int width, int height);
   /// Tool tip of a window; empty for none.
   void SetToolTip(HWND tool, const std::wstring& text);
   /// Runs `tick` every so many milliseconds; 0 stops it. `id` names the timer.

@@ -5,6 +5,7 @@
 
 #include "base/reloj.h"
 #include "toolkit/win32/message_box.h"
+#include "toolkit/win32/message_loop.h"
 #include "toolkit/win32/native_form.h"
 
 namespace zuvi {
@@ -39,6 +40,18 @@ HWND HandleOf(const Form& form) {
   return form.NativeSide() ? reinterpret_cast<HWND>(form.NativeSide()->Handle()) : nullptr;
 }
 
+/// What a program that ends meanwhile ends with.
+std::optional<int> ServeUntilGone(const Form& form) {
+  native::GuestLoop loop;
+  while (form.Visible()) {
+    MSG message;
+    const BOOL got = ::GetMessageW(&message, nullptr, 0, 0);
+    if (got <= 0) return got == 0 ? static_cast<int>(message.wParam) : 0;
+    loop.Serve(message);
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 Win32Desktop::Win32Desktop(HINSTANCE__* instance)
@@ -57,6 +70,7 @@ void Win32Desktop::Avisa(const std::string& text) noexcept { Box(text, L"ZuviPro
 
 void Win32Desktop::PumpEvents() {
   const DWORD start = ::GetTickCount();
+  native::GuestLoop loop;
   MSG message;
   while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
     if (message.message == WM_QUIT) {
@@ -64,8 +78,7 @@ void Win32Desktop::PumpEvents() {
       ::PostQuitMessage(static_cast<int>(message.wParam));
       return;
     }
-    ::TranslateMessage(&message);
-    ::DispatchMessageW(&message);
+    loop.Serve(message);
     if (::GetTickCount() - start > kPumpLimit) break;
   }
   breathed_ = ::GetTickCount();
@@ -108,17 +121,7 @@ void Win32Desktop::RunModal(Form& form, Form* owner) {
   window->SetModal(block, behind, owner);
   const auto life = window->Life();
 
-  std::optional<int> quit;
-  while (form.Visible()) {
-    MSG message;
-    const BOOL got = ::GetMessageW(&message, nullptr, 0, 0);
-    if (got <= 0) {
-      quit = got == 0 ? static_cast<int>(message.wParam) : 0;
-      break;
-    }
-    ::TranslateMessage(&message);
-    ::DispatchMessageW(&message);
-  }
+  const std::optional<int> quit = ServeUntilGone(form);
   block->Release();
   const bool newest = life->modal.lock() != nullptr;
   life->modal.reset();

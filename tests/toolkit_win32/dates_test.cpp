@@ -1,0 +1,164 @@
+// A date of which digits were typed that the native control has not told of: whatever the user does next
+// finds it in the model.
+#include <gtest/gtest.h>
+
+#include "tests/toolkit_win32/pantalla.h"
+
+namespace zuvi::pruebas {
+namespace {
+
+/// Keeps what the control tells of a new date from the window, as long as it lives.
+class HeldBack {
+ public:
+  explicit HeldBack(HWND form) : form_(form) {
+    before_ = reinterpret_cast<WNDPROC>(
+        ::SetWindowLongPtrW(form, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure)));
+  }
+  HeldBack(const HeldBack&) = delete;
+  HeldBack& operator=(const HeldBack&) = delete;
+  ~HeldBack() {
+    if (::IsWindow(form_)) ::SetWindowLongPtrW(form_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before_));
+  }
+
+ private:
+  static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM w, LPARAM l) {
+    if (id == WM_NOTIFY && reinterpret_cast<const NMHDR*>(l)->code == static_cast<UINT>(DTN_DATETIMECHANGE))
+      return 0;
+    return ::CallWindowProcW(before_, window, id, w, l);
+  }
+  static inline WNDPROC before_ = nullptr;
+  HWND form_;
+};
+
+/// Something a user does with a half typed date, and the event in which a window would store it.
+struct Command {
+  const char* event;
+  void (*act)(Pantalla& screen, Muestra& form);
+};
+const Command kCommands[] = {{"boton.Click", [](Pantalla& s, Muestra&) { s.Press('H', VK_MENU); }},
+                             {"boton.Click", [](Pantalla& s, Muestra&) { s.Press(VK_RETURN); }},
+                             {"cancelar.Click", [](Pantalla& s, Muestra&) { s.Press(VK_ESCAPE); }},
+                             {"KeyDown", [](Pantalla& s, Muestra&) { s.Press(VK_F5); }},
+                             {"KeyDown", [](Pantalla& s, Muestra&) { s.Press('G', VK_CONTROL); }},
+                             {"fecha.LostFocus", [](Pantalla& s, Muestra&) { s.Press(VK_TAB); }},
+                             {"boton.Click", [](Pantalla& s, Muestra& f) { s.Click(*f.boton, 5, 5); }},
+                             {"etiqueta.Click", [](Pantalla& s, Muestra& f) { s.Click(*f.etiqueta, 5, 5); }},
+                             {"boton.Click", [](Pantalla&, Muestra& f) { f.boton->Click(); }},
+                             {"QueryUnload",
+                              [](Pantalla& s, Muestra& f) {
+                                ::PostMessageW(s.HandleOf(f), WM_CLOSE, 0, 0);
+                                s.Settle();
+                              }},
+                             {"read",
+                              [](Pantalla& s, Muestra& f) {
+                                std::ignore = f.Call("fecha");
+                                s.diario.Anota("read");
+                              }},
+                             {"b.GotFocus", [](Pantalla&, Muestra& f) { f.b->SetFocus(); }}};
+
+TEST(TypedDates, AreInTheModelBeforeAnyCommand) {
+  for (const bool told : {true, false}) {
+    for (std::size_t i = 0; i < std::size(kCommands); ++i) {
+      const auto& [event, act] = kCommands[i];
+      SCOPED_TRACE(testing::Message() << i << " " << event << (told ? "" : " held back"));
+      Pantalla screen;
+      const auto form = screen.Open();
+      form->cancela = 1;
+      form->fecha->SetFocus();
+      screen.Settle();
+      const std::unique_ptr<HeldBack> held =
+          told ? nullptr : std::make_unique<HeldBack>(screen.HandleOf(*form));
+      const Fecha before = form->fecha->Value();
+      screen.Type("3");  // the third of January or the end of March, as the system's dates go
+      EXPECT_EQ(form->fecha->Value(), before);  // more digits may follow
+      screen.Take();
+      Fecha stored;
+      screen.diario.al_suceder = [&, wanted = std::string(event)](const std::string& heard) {
+        if (heard == wanted) stored = form->fecha->Value();
+      };
+      act(screen, *form);
+      screen.Settle();
+      const std::string day = stored.Texto().substr(0, 10);
+      EXPECT_TRUE(day == "2024-01-03" || day == "2024-03-31") << day;
+      EXPECT_EQ(stored, form->fecha->Value());
+      EXPECT_EQ(std::ranges::count(screen.Take(), "fecha.Change"), 1);
+      form->cancela = 0;
+      form->Unload();
+    }
+  }
+}
+
+TEST(TypedDates, KeysThatGoOnTypingAreNotCommands) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  form->fecha->SetFocus();
+  screen.Type("1");
+  screen.Type("2");
+  screen.Press(VK_RIGHT);
+  screen.Type("1");
+  screen.Type("1");
+  screen.Press(VK_F5);
+  const std::string day = form->fecha->Value().Texto().substr(5, 5);
+  EXPECT_TRUE(day == "12-11" || day == "11-12") << day;
+}
+
+/// A calendar in a place too small for it, with neighbours.
+class Estrecha final : public Form {
+ public:
+  explicit Estrecha(Desktop& desktop) : Form(desktop, "estrecha", nullptr) {
+    DesignInside(Dip(300), Dip(240));
+    arriba = Add<TextBox>("arriba");
+    arriba->Design({Dip(10), Dip(10), Dip(280), Dip(24)}, anchor::kAcross);
+    mes = Add<MonthView>("mes");
+    mes->Design({Dip(10), Dip(40), Dip(80), Dip(60)});
+    abajo = Add<Button>("abajo");
+    abajo->Design({Dip(10), Dip(104), Dip(80), Dip(24)});
+    lado = Add<ListView>("lado");
+    lado->Design({Dip(94), Dip(40), Dip(196), Dip(190)}, anchor::kAll);
+  }
+  std::shared_ptr<TextBox> arriba;
+  std::shared_ptr<MonthView> mes;
+  std::shared_ptr<Button> abajo;
+  std::shared_ptr<ListView> lado;
+};
+
+TEST(Calendars, HaveRoomForAWholeMonth) {
+  Pantalla screen;
+  const auto form = std::make_shared<Estrecha>(screen.desktop);
+  form->Show();
+  screen.Settle();
+  const auto inside = [&](const auto& control) {
+    RECT place;
+    ::GetWindowRect(screen.HandleOf(control), &place);
+    ::MapWindowPoints(nullptr, screen.HandleOf(*form), reinterpret_cast<POINT*>(&place), 2);
+    return place;
+  };
+  for (const int dpi : {0, 144}) {
+    if (dpi) {
+      RECT place;
+      ::GetWindowRect(screen.HandleOf(*form), &place);
+      ::SendMessageW(screen.HandleOf(*form), WM_DPICHANGED, MAKEWPARAM(dpi, dpi),
+                     reinterpret_cast<LPARAM>(&place));
+      screen.Settle();
+    }
+    RECT needed{}, month, whole;
+    screen.Ask(*form->mes, MCM_GETMINREQRECT, 0, reinterpret_cast<LPARAM>(&needed));
+    ASSERT_GT(needed.right, 100);
+    ::GetClientRect(screen.HandleOf(*form->mes), &month);
+    EXPECT_GE(month.right, needed.right);
+    EXPECT_GE(month.bottom, needed.bottom);
+    ::GetClientRect(screen.HandleOf(*form), &whole);
+    // Nobody is covered, and nobody lies outside.
+    const RECT place = inside(*form->mes), side = inside(*form->lado), below = inside(*form->abajo);
+    EXPECT_GE(side.left, place.right);
+    EXPECT_GE(below.top, place.bottom);
+    EXPECT_LE(below.bottom, side.bottom);
+    EXPECT_LE(side.right, whole.right);
+    EXPECT_LE(side.bottom, whole.bottom);
+    EXPECT_EQ(inside(*form->arriba).right, side.right);
+  }
+  form->Unload();
+}
+
+}  // namespace
+}  // namespace zuvi::pruebas

@@ -1,0 +1,59 @@
+#include "toolkit/win32/message_loop.h"
+
+namespace zuvi::native {
+namespace {
+
+// A plain pointer: nothing is left to be done at the end of a thread.
+GuestLoop*& Outermost() {
+  thread_local GuestLoop* outermost = nullptr;
+  return outermost;
+}
+
+}  // namespace
+
+GuestLoop::GuestLoop() : outermost_(Outermost() ? Outermost() : this) { Outermost() = outermost_; }
+
+GuestLoop::~GuestLoop() {
+  if (outermost_ != this) return;
+  Outermost() = nullptr;
+  PutBack();
+}
+
+bool GuestLoop::Standing() { return Outermost() != nullptr; }
+
+void GuestLoop::Serve(MSG& message) {
+  if (Filtered(message) || Keep(message)) return;
+  ::TranslateMessage(&message);
+  ::DispatchMessageW(&message);
+}
+
+bool GuestLoop::Keep(const MSG& message) noexcept {
+  // Timers come again by themselves, and those with a procedure are to be dispatched; WM_NULL only wakes.
+  if (message.hwnd || message.message == WM_NULL || message.message == WM_TIMER || message.message == WM_QUIT)
+    return false;
+  try {
+    outermost_->kept_.push_back(message);
+    return true;
+  } catch (...) {
+    return false;  // out of memory
+  }
+}
+
+void GuestLoop::PutBack() noexcept {
+  if (kept_.empty()) return;
+  // What still waits came later.
+  const HWND of_thread = reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1));
+  MSG waiting;
+  while (::PeekMessageW(&waiting, of_thread, 0, 0, PM_REMOVE | PM_NOYIELD)) {
+    if (waiting.message == WM_QUIT) {
+      ::PostQuitMessage(static_cast<int>(waiting.wParam));
+      break;  // it comes when all others have been read
+    }
+    Keep(waiting);
+  }
+  const DWORD thread = ::GetCurrentThreadId();
+  for (const MSG& message : kept_)
+    ::PostThreadMessageW(thread, message.message, message.wParam, message.lParam);
+}
+
+}  // namespace zuvi::native
