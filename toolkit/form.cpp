@@ -165,6 +165,8 @@ void Form::SetWindowStateNumber(std::int16_t state) {
 void Form::DesignInside(std::int32_t width, std::int32_t height) {
   design_width_ = width;
   design_height_ = height;
+  across_ = Axis(width);
+  down_ = Axis(height);
   SetInside(width, height);
 }
 
@@ -175,18 +177,73 @@ void Form::SetInside(std::int32_t width, std::int32_t height) {
   LayOut();
 }
 
-void Form::LayOut() {
-  const bool follows = std::ranges::any_of(controls_, [](const std::shared_ptr<Control>& control) {
+bool Form::FollowsItsSize() const {
+  return std::ranges::any_of(controls_, [](const std::shared_ptr<Control>& control) {
     return control->Enabled() && dynamic_cast<const AutoResizer*>(control.get());
   });
-  if (!follows) return;
-  const std::int32_t dx = inside_width_ - design_width_, dy = inside_height_ - design_height_;
+}
+
+void Form::LayOut() {
+  const bool follows = FollowsItsSize();
+  if (!follows && !texts_) return;
+  const std::int32_t dx = follows ? inside_width_ - DesignWidth() : 0,
+                     dy = follows ? inside_height_ - DesignHeight() : 0;
+  if (!texts_ && (dx < 0 || dy < 0)) Measure();
+  const Axis across = across_.Squeezed(-dx), down = down_.Squeezed(-dy);
   for (const auto& control : controls_) {
     // What code has moved since belongs to it: an editor over a cell stays there.
     if (control->Bounds() != control->laid_out_) continue;
-    control->laid_out_ = Anchored(control->DesignBounds(), control->Anchors(), dx, dy);
+    const Rect& design = control->DesignBounds();
+    Rect place{across.At(design.left), down.At(design.top), 0, 0};
+    place.width = across.At(design.left + design.width) - place.left;
+    place.height = down.At(design.top + design.height) - place.top;
+    control->laid_out_ = Anchored(place, control->Anchors(), std::max(dx, 0), std::max(dy, 0));
     control->Move(control->laid_out_);
   }
+}
+
+void Form::FitTo(std::shared_ptr<const TextMeasure> texts) {
+  texts_ = std::move(texts);
+  for (const auto& control : controls_) control->FitTo(*texts_);
+  Fit();
+}
+
+void Form::Fit() {
+  if (!texts_ || closed_) return;
+  const auto keep = Keep();
+  const std::int32_t width = inside_width_, height = inside_height_;
+  const std::int32_t more_width = std::max(0, width - DesignWidth()),
+                     more_height = std::max(0, height - DesignHeight());
+  Measure();
+  inside_width_ = DesignWidth() + more_width;
+  inside_height_ = DesignHeight() + more_height;
+  LayOut();
+  if (visible_ && (inside_width_ != width || inside_height_ != height)) Form_Resize();
+}
+
+void Form::Measure() {
+  std::vector<AxisSpan> across, down;
+  for (const auto& control : controls_) {
+    const Rect& place = control->DesignBounds();
+    // What is hidden has no room of its own: it may lie under what is shown.
+    if (!control->Visible() || place.width <= 0 || place.height <= 0) continue;
+    Extent needs = texts_ ? control->Needs(*texts_) : Extent{};
+    if (const Peer* const peer = control->NativeSide()) {
+      const Extent native = peer->Needs();
+      needs = {std::max(needs.width, native.width), std::max(needs.height, native.height)};
+    }
+    const auto span = [&](std::int32_t from, std::int32_t extent, std::int32_t need, unsigned edges) {
+      const bool stretches = (control->Anchors() & edges) == edges;
+      const std::int32_t least = control->Scrolls() ? kLeastStretched
+                                 : stretches        ? std::max(need, kLeastStretched)
+                                                    : std::max(need, extent);
+      return AxisSpan{from, extent, need, least};
+    };
+    across.push_back(span(place.left, place.width, needs.width, anchor::kLeft | anchor::kRight));
+    down.push_back(span(place.top, place.height, needs.height, anchor::kTop | anchor::kBottom));
+  }
+  across_ = Axis(design_width_, std::move(across));
+  down_ = Axis(design_height_, std::move(down));
 }
 
 void Form::Resized(std::int32_t width, std::int32_t height) {

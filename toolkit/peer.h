@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "toolkit/geometry.h"
+
 namespace zuvi {
 
 /// What of a control's state changed.
@@ -29,6 +31,8 @@ class Peer {
   virtual void TakeFocus() = 0;
   /// Brings what only the native control knows (the selection in a text) into the model.
   virtual void Pull() {}
+  /// Least size that the native control itself asks for; 0 where it does not.
+  virtual Extent Needs() const { return {}; }
   /// The native handle; 0 without one.
   virtual std::intptr_t Handle() const { return 0; }
 };

@@ -1,6 +1,8 @@
 #include "toolkit/win32/native_form.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
 #include <utility>
 
 #include "toolkit/win32/native_control.h"
@@ -84,11 +86,39 @@ NativeForm::~NativeForm() {
   if (modal) ::PostMessageW(nullptr, WM_NULL, 0, 0);
 }
 
+NativeTexts::NativeTexts(const LOGFONTW& font, UINT dpi) : made_of_(font), dpi_(dpi) {
+  LOGFONTW wanted = font;
+  font_.reset(::CreateFontIndirectW(&wanted));
+  wanted.lfWeight = FW_BOLD;
+  bold_.reset(::CreateFontIndirectW(&wanted));
+  const HDC canvas = ::CreateCompatibleDC(nullptr);
+  const HGDIOBJ before = ::SelectObject(canvas, font_.get());
+  TEXTMETRICW metrics{};
+  ::GetTextMetricsW(canvas, &metrics);
+  ::SelectObject(canvas, before);
+  ::DeleteDC(canvas);
+  height_ = static_cast<int>(metrics.tmHeight);
+}
+
+std::int32_t NativeTexts::Width(std::string_view text, bool bold) const {
+  const std::wstring wide = Wide(text);
+  const HDC canvas = ::CreateCompatibleDC(nullptr);
+  const HGDIOBJ before = ::SelectObject(canvas, Font(bold));
+  SIZE size{};
+  ::GetTextExtentPoint32W(canvas, wide.c_str(), static_cast<int>(wide.size()), &size);
+  ::SelectObject(canvas, before);
+  ::DeleteDC(canvas);
+  return Twips(size.cx);
+}
+
+bool NativeTexts::Is(const LOGFONTW& font, UINT dpi) const {
+  return dpi == dpi_ && std::wstring_view(font.lfFaceName) == made_of_.lfFaceName &&
+         std::memcmp(&font, &made_of_, offsetof(LOGFONTW, lfFaceName)) == 0;
+}
+
 void NativeForm::MakeFonts() {
-  LOGFONTW font = Module().MessageFont(dpi_);
-  font_.reset(::CreateFontIndirectW(&font));
-  font.lfWeight = FW_BOLD;
-  bold_.reset(::CreateFontIndirectW(&font));
+  texts_ = std::make_shared<NativeTexts>(Module().MessageFont(dpi_), dpi_);
+  form_.FitTo(texts_);
 }
 
 RECT NativeForm::FrameOf(int width, int height) const {
@@ -131,12 +161,7 @@ void NativeForm::Create(int nth) {
   plan.place = FirstPlace(nth);
   plan.param = life_.get();
   Module().Create(plan);
-  if (const UINT dpi = Module().DpiOf(Window()); dpi != dpi_) {
-    dpi_ = dpi;
-    const RECT place = FirstPlace(nth);
-    ::SetWindowPos(Window(), nullptr, place.left, place.top, place.right - place.left,
-                   place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
-  }
+  dpi_ = Module().DpiOf(Window());
   MakeFonts();
   const std::vector<std::shared_ptr<Control>> controls = form_.Controls();
   for (const auto& control : controls) {
@@ -144,6 +169,18 @@ void NativeForm::Create(int nth) {
     if (!peer) continue;
     peer->Create();
     control->SetPeer(std::move(peer));
+  }
+  FitNative();
+  const RECT place = FirstPlace(nth);
+  ::SetWindowPos(Window(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void NativeForm::FitNative() {
+  for (const auto& control : form_.Controls()) {
+    const Peer* const peer = control->NativeSide();
+    const Extent needs = peer ? peer->Needs() : Extent{};
+    if (needs.width > control->Width() || needs.height > control->Height()) return form_.Fit();
   }
 }
 
@@ -289,19 +326,47 @@ void NativeForm::OnPaint(HWND window) {
 }
 
 void NativeForm::OnNewScale(UINT dpi, const RECT& place) {
+  const auto life = life_;
   dpi_ = dpi;
   ::SetWindowPos(Window(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);
-  Rescale();
+  if (life->peer) Rescale();
 }
 
 void NativeForm::Rescale() {
+  const auto life = life_;
   // The controls hold the old ones until they have the new.
-  const auto font = std::move(font_), bold = std::move(bold_);
+  const auto before = texts_;
   MakeFonts();
-  for (const auto& control : form_.Controls())
+  for (const auto& control : form_.Controls()) {
+    if (!life->peer) return;
     if (auto* peer = static_cast<NativeControl*>(control->NativeSide())) peer->Restyle();
-  ::RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+  }
+  FitNative();
+  if (!life->peer) return;
+  PutOnScreen();
+  if (life->peer) ::RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+void NativeForm::PutOnScreen() {
+  RECT now;
+  ::GetWindowRect(Window(), &now);
+  if (::IsIconic(Window())) return;
+  const auto life = life_;
+  if (!::IsZoomed(Window())) {
+    const RECT frame = FrameOf(Pixels(form_.InsideWidth()), Pixels(form_.InsideHeight()));
+    const RECT area = WorkArea(Window());
+    const LONG width = std::min(frame.right - frame.left, area.right - area.left);
+    const LONG height = std::min(frame.bottom - frame.top, area.bottom - area.top);
+    ::SetWindowPos(Window(), nullptr, std::max(area.left, std::min(now.left, area.right - width)),
+                   std::max(area.top, std::min(now.top, area.bottom - height)), width, height,
+                   SWP_NOZORDER | SWP_NOACTIVATE);
+  }
+  // On a screen without room for all of it, and where it fills the screen, it has another inside than it
+  // wants.
+  RECT inside;
+  if (!life->peer || !::GetClientRect(Window(), &inside)) return;
+  OnSize(::IsZoomed(Window()) ? SIZE_MAXIMIZED : SIZE_RESTORED, inside.right, inside.bottom);
 }
 
 void NativeForm::SmallestSize(MINMAXINFO& info) const {
@@ -509,7 +574,8 @@ std::optional<LRESULT> NativeForm::Handle(const Message& m) {
       OnNewScale(HIWORD(m.w), *reinterpret_cast<const RECT*>(m.l));
       return 0;
     case WM_SETTINGCHANGE:
-      if (m.w == SPI_SETNONCLIENTMETRICS) Rescale();
+      // Which of the settings it was is told in several ways, by the version of the system.
+      if (!texts_->Is(Module().MessageFont(dpi_), dpi_)) Rescale();
       return std::nullopt;
     case WM_SYSCOLORCHANGE:
     case WM_THEMECHANGED:

@@ -35,6 +35,25 @@ class ModalBlock {
   HWND foreign_;
 };
 
+/// The fonts of a window's texts at its scale, and the room that texts take in them.
+class NativeTexts final : public TextMeasure {
+ public:
+  NativeTexts(const LOGFONTW& font, UINT dpi);
+  std::int32_t Width(std::string_view text, bool bold) const override;
+  std::int32_t LineHeight() const override { return Twips(height_); }
+  HFONT Font(bool bold) const { return bold ? bold_.get() : font_.get(); }
+  /// Whether it is the same font as another one, at the same scale.
+  bool Is(const LOGFONTW& font, UINT dpi) const;
+
+ private:
+  std::int32_t Twips(int pixels) const { return ::MulDiv(pixels, 1440, static_cast<int>(dpi_)); }
+
+  LOGFONTW made_of_;
+  UINT dpi_;
+  UniqueGdi<HFONT> font_, bold_;
+  int height_ = 0;
+};
+
 /// Native side of a window.
 class NativeForm final : public Peer {
  public:
@@ -57,7 +76,7 @@ class NativeForm final : public Peer {
   UINT Dpi() const { return dpi_; }
   int Pixels(std::int32_t twips) const { return ::MulDiv(twips, static_cast<int>(dpi_), 1440); }
   std::int32_t Twips(int pixels) const { return ::MulDiv(pixels, 1440, static_cast<int>(dpi_)); }
-  HFONT Font(bool bold = false) const { return bold ? bold_.get() : font_.get(); }
+  HFONT Font(bool bold = false) const { return texts_->Font(bold); }
   /// Whether a control's native focus would be the keyboard's.
   bool Active() const;
 
@@ -87,6 +106,10 @@ class NativeForm final : public Peer {
   void OnModalEnded();
   void OnNewScale(UINT dpi, const RECT& place);
   void Rescale();
+  /// Brings the window to the size of its inside, no larger than its screen and nowhere outside of it.
+  void PutOnScreen();
+  /// What the controls' native sides ask for beyond what the model knows of.
+  void FitNative();
   void SmallestSize(MINMAXINFO& info) const;
   void ShowState();
   void Hide();
@@ -98,7 +121,7 @@ class NativeForm final : public Peer {
   std::shared_ptr<WindowLife> life_;
   DWORD style_ = 0, extended_ = 0;
   UINT dpi_ = 96;
-  UniqueGdi<HFONT> font_, bold_;
+  std::shared_ptr<const NativeTexts> texts_;
   HWND tips_ = nullptr;
   bool showing_ = true, painting_ = false, sizing_ = false, wheeling_ = false;
   std::vector<NativeControl*> moved_;
