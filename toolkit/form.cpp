@@ -212,8 +212,11 @@ void Form::Fit() {
   if (!texts_ || closed_) return;
   const auto keep = Keep();
   const std::int32_t width = inside_width_, height = inside_height_;
-  const std::int32_t more_width = std::max(0, width - DesignWidth()),
-                     more_height = std::max(0, height - DesignHeight());
+  // What the user has made it larger by stays; whole pixels of another scale do not count as that.
+  const auto larger = [](std::int32_t inside, std::int32_t design) {
+    return inside - design > Dip(2) ? inside - design : 0;
+  };
+  const std::int32_t more_width = larger(width, DesignWidth()), more_height = larger(height, DesignHeight());
   Measure();
   inside_width_ = DesignWidth() + more_width;
   inside_height_ = DesignHeight() + more_height;

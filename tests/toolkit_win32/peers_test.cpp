@@ -380,11 +380,11 @@ TEST_F(Peers, SizeStateScaleAndTitleBar) {
   const RECT before = place_of(native);
   const LONG margin = before.right - place_of(button).right;
   resize(before.right - before.left + 90, before.bottom - before.top + 30);
-  EXPECT_EQ(form->InsideWidth(), Dip(890));
+  EXPECT_EQ(form->InsideWidth(), form->DesignWidth() + Dip(90));
   EXPECT_EQ(std::ranges::count(screen.Take(), "Resize"), 1);
   EXPECT_EQ(place_of(native).right - place_of(button).right, margin);
   resize(50, 50);
-  EXPECT_EQ(form->InsideWidth(), Dip(800));
+  EXPECT_EQ(form->InsideWidth(), form->DesignWidth());
   form->SetState(WindowState::Minimized);
   screen.Settle();
   EXPECT_TRUE(::IsIconic(native));
@@ -504,12 +504,15 @@ TEST_F(Peers, CaptionsAreReadInFullInTheUsersFontAndScale) {
     ::SendMessageW(window, WM_SETTINGCHANGE, 0, reinterpret_cast<LPARAM>(L"WindowMetrics"));
     screen.Settle();
     all_fit();
-    for (const UINT dpi : {192u, 120u, 144u, 96u}) {
+    for (LONG before = 96; const LONG dpi : {192, 120, 144, 96}) {
       SCOPED_TRACE(dpi);
-      const RECT place = place_of(window);
+      RECT place = place_of(window);
+      place.right = place.left + (place.right - place.left) * dpi / before;
+      place.bottom = place.top + (place.bottom - place.top) * dpi / before;
+      before = dpi;
       ::SendMessageW(window, WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&place));
       screen.Settle();
-      if (dpi < 192) all_fit();
+      all_fit();
     }
   }
   form->etiqueta->SetCaption("Uno");
