@@ -99,7 +99,10 @@ std::string Button::AccessibleName() const {
 
 Extent Button::Needs(const TextMeasure& texts) const {
   if (picture_ != Glyph::None) return {};
-  return {texts.Width(WithoutMark(CaptionText())) + Dip(16), texts.LineHeight() + Dip(10)};
+  const std::int32_t width = texts.Width(WithoutMark(CaptionText()));
+  // What grows gets the margin of a button that was designed for its caption.
+  const bool fits = width + Dip(10) <= DesignBounds().width;
+  return {width + (fits ? Dip(10) : Dip(20)), texts.LineHeight() + Dip(9)};
 }
 
 const MemberTable* Button::Members() const {

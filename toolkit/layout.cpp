@@ -6,8 +6,8 @@
 namespace zuvi {
 namespace {
 
-/// Distances between controls stay: only what is longer can be squeezed.
-constexpr std::int32_t kLongestGap = Dip(32);
+/// Distances between controls stay as they are: only what is longer is stretched or squeezed.
+constexpr std::int32_t kLongestGap = Dip(24);
 
 }  // namespace
 
@@ -17,12 +17,28 @@ Axis::Axis(std::int32_t length, std::vector<AxisSpan> spans) : length_(length), 
   std::ranges::sort(edges_);
   edges_.erase(std::ranges::unique(edges_).begin(), edges_.end());
   places_ = edges_;
-  for (std::size_t i = 1; i < edges_.size(); ++i) {
-    places_[i] = places_[i - 1] + edges_[i] - edges_[i - 1];
-    for (const AxisSpan& span : spans_)
-      if (span.extent > 0 && span.from + span.extent == edges_[i])
-        places_[i] = std::max(places_[i], places_[IndexOf(span.from)] + span.need);
+  // The shortest first: what they gain, those that span them need not.
+  std::ranges::stable_sort(spans_, {}, &AxisSpan::extent);
+  for (const AxisSpan& span : spans_)
+    if (span.extent > 0) Stretch(IndexOf(span.from), IndexOf(span.from + span.extent), span.need);
+}
+
+void Axis::Stretch(std::size_t from, std::size_t to, std::int32_t need) {
+  const std::int64_t more = need - (places_[to] - places_[from]);
+  if (more <= 0) return;
+  // In proportion, but for the distances between controls.
+  const auto weight = [&](std::size_t i) -> std::int64_t {
+    const std::int32_t length = places_[i] - places_[i - 1];
+    return length > kLongestGap ? length : 0;
+  };
+  std::int64_t all = 0, seen = 0;
+  for (std::size_t i = from + 1; i <= to; ++i) all += weight(i);
+  std::vector<std::int64_t> shifts(places_.size(), more);
+  for (std::size_t i = 0; i < to; ++i) {
+    if (i > from) seen += weight(i);
+    shifts[i] = all > 0 ? more * seen / all : 0;
   }
+  for (std::size_t i = 0; i < places_.size(); ++i) places_[i] += static_cast<std::int32_t>(shifts[i]);
 }
 
 std::size_t Axis::IndexOf(std::int32_t designed) const {

@@ -33,6 +33,8 @@ class Axis {
 
  private:
   std::size_t IndexOf(std::int32_t designed) const;
+  /// Makes room of `need` between two edges.
+  void Stretch(std::size_t from, std::size_t to, std::int32_t need);
 
   std::int32_t length_;
   std::vector<AxisSpan> spans_;

@@ -1,4 +1,5 @@
 // Date field and month calendar.
+#include <algorithm>
 #include <utility>
 
 #include "toolkit/win32/peers.h"
@@ -92,6 +93,14 @@ class MonthPeer final : public NativeControl {
   void Update(Aspect aspect) override {
     if (aspect == Aspect::Value) ShowValue();
     NativeControl::Update(aspect);
+  }
+  /// A whole month and the day of today, as this version of the control draws them.
+  Extent Needs() const override {
+    RECT least{};
+    if (!SendPtr(MCM_GETMINREQRECT, 0, &least)) return {};
+    const int today = static_cast<int>(Send(MCM_GETMAXTODAYWIDTH));
+    return {Parent().Twips(std::max<int>(least.right, today) + 2 * ::GetSystemMetrics(SM_CXEDGE)),
+            Parent().Twips(least.bottom + 2 * ::GetSystemMetrics(SM_CYEDGE))};
   }
   LRESULT OnNotify(const NMHDR& notification) override {
     if (Updating()) return 0;
