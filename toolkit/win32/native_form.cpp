@@ -116,10 +116,7 @@ bool NativeTexts::Is(const LOGFONTW& font, UINT dpi) const {
          std::memcmp(&font, &made_of_, offsetof(LOGFONTW, lfFaceName)) == 0;
 }
 
-void NativeForm::MakeFonts() {
-  texts_ = std::make_shared<NativeTexts>(Module().MessageFont(dpi_), dpi_);
-  form_.FitTo(texts_);
-}
+void NativeForm::MakeFonts() { texts_ = std::make_shared<NativeTexts>(Module().MessageFont(dpi_), dpi_); }
 
 RECT NativeForm::FrameOf(int width, int height) const {
   RECT frame{0, 0, width, height};
@@ -163,6 +160,7 @@ void NativeForm::Create(int nth) {
   Module().Create(plan);
   dpi_ = Module().DpiOf(Window());
   MakeFonts();
+  form_.FitTo(texts_);
   const std::vector<std::shared_ptr<Control>> controls = form_.Controls();
   for (const auto& control : controls) {
     auto peer = PeerFor(*this, *control);
@@ -342,7 +340,7 @@ void NativeForm::Rescale() {
     if (!life->peer) return;
     if (auto* peer = static_cast<NativeControl*>(control->NativeSide())) peer->Restyle();
   }
-  FitNative();
+  form_.FitTo(texts_);
   if (!life->peer) return;
   PutOnScreen();
   if (life->peer) ::RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
