@@ -190,6 +190,7 @@ void Form::LayOut() {
                      dy = follows ? inside_height_ - DesignHeight() : 0;
   if (!texts_ && (dx < 0 || dy < 0)) Measure();
   const Axis across = across_.Squeezed(-dx), down = down_.Squeezed(-dy);
+  content_ = {across.Length() + std::max(dx, 0), down.Length() + std::max(dy, 0)};
   for (const auto& control : controls_) {
     // What code has moved since belongs to it: an editor over a cell stays there.
     if (control->Bounds() != control->laid_out_) continue;

@@ -75,6 +75,9 @@ class Form : public Object {
   /// Gives every control the room that it needs in the font its texts are shown in; the window grows with
   /// them. For the native side, when it makes the window and when font or scale change.
   void FitTo(std::shared_ptr<const TextMeasure> texts);
+  /// What the controls take in all, laid out for the inside there is: more than that on a screen that is too
+  /// small even for what has been squeezed.
+  const Extent& Content() const { return content_; }
   /// The same again, with the font it has: the native side has learnt what its controls need.
   void Fit();
   /// The font of its texts; null until it is known.
@@ -196,6 +199,7 @@ class Form : public Object {
   std::int32_t design_width_ = Dip(640), design_height_ = Dip(480);
   std::shared_ptr<const TextMeasure> texts_;
   Axis across_{design_width_}, down_{design_height_};
+  Extent content_{design_width_, design_height_};
   std::int32_t inside_width_ = Dip(640), inside_height_ = Dip(480);
   std::unique_ptr<Peer> peer_;
 };

@@ -484,15 +484,25 @@ TEST_F(Peers, CaptionsAreReadInFullInTheUsersFontAndScale) {
     }
     ::SelectObject(canvas, before);
     ::ReleaseDC(header, canvas);
-    // Each in its place: what stood below one another still does, and all are in the window.
-    RECT inside = place_of(window);
-    LONG below = inside.top;
+    LONG below = place_of(screen.HandleOf(*form->etiqueta)).top;
     for (const zuvi::Control* control : std::initializer_list<const zuvi::Control*>{
              form->etiqueta.get(), form->a.get(), form->b.get(), form->boton.get(), form->casilla.get()}) {
       const RECT place = place_of(screen.HandleOf(*control));
       EXPECT_GE(place.top, below) << control->Name();
-      EXPECT_TRUE(place.right <= inside.right && place.bottom <= inside.bottom) << control->Name();
       below = place.bottom;
+    }
+    // Where the screen has no room for the whole window, what has the keyboard comes into view.
+    RECT inside;
+    ::GetClientRect(window, &inside);
+    ::MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&inside), 2);
+    for (zuvi::Control* control :
+         std::initializer_list<zuvi::Control*>{form->cancelar.get(), form->a.get()}) {
+      control->SetFocus();
+      screen.Settle();
+      const RECT place = place_of(screen.HandleOf(*control));
+      EXPECT_TRUE(place.left >= inside.left && place.top >= inside.top && place.right <= inside.right &&
+                  place.bottom <= inside.bottom)
+          << control->Name();
     }
   };
   const RECT first = place_of(window), box = place_of(screen.HandleOf(*form->a));

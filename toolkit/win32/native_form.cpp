@@ -287,7 +287,7 @@ void NativeForm::Place(NativeControl& control) {
 }
 
 void NativeForm::OnSize(WPARAM kind, int width, int height) {
-  if (showing_) return;
+  if (showing_ || scroll_.Showing()) return;
   if (kind == SIZE_MINIMIZED) {
     form_.SetState(WindowState::Minimized);
     return;
@@ -295,9 +295,19 @@ void NativeForm::OnSize(WPARAM kind, int width, int height) {
   const auto life = life_;
   form_.SetState(kind == SIZE_MAXIMIZED ? WindowState::Maximized : WindowState::Normal);
   if (width == Pixels(form_.InsideWidth()) && height == Pixels(form_.InsideHeight())) return;
+  scroll_.Hide();
+  LayOut();
+  // A bar takes room, for which something may give way, or the other bar be needed.
+  while (life->peer && scroll_.Show()) LayOut();
+}
+
+void NativeForm::LayOut() {
+  const auto life = life_;
+  RECT inside;
+  ::GetClientRect(Window(), &inside);
   // Controls move together at the end.
   sizing_ = true;
-  form_.Resized(Twips(width), Twips(height));
+  form_.Resized(Twips(inside.right), Twips(inside.bottom));
   if (!life->peer) return;
   sizing_ = false;
   const std::vector<NativeControl*> moved = std::exchange(moved_, {});
@@ -478,6 +488,20 @@ bool NativeForm::IgnoresKey(const Message& message) {
   return true;
 }
 
+void NativeForm::OnWheel(const Message& m) {
+  // Handed on by the control with the focus. What can only be read scrolls where the pointer is.
+  if (wheeling_) return;
+  NativeControl* const peer = PeerOf(::WindowFromPoint({GET_X_LPARAM(m.l), GET_Y_LPARAM(m.l)}));
+  if (!peer || !peer->OnlyReads()) {
+    scroll_.Wheel(GET_WHEEL_DELTA_WPARAM(m.w));
+    return;
+  }
+  const auto life = life_;
+  wheeling_ = true;
+  ::SendMessageW(peer->Window(), m.id, m.w, m.l);
+  if (life->peer) wheeling_ = false;
+}
+
 std::optional<LRESULT> NativeForm::Handle(const Message& m) {
   switch (m.id) {
     case WM_COMMAND:
@@ -536,15 +560,12 @@ std::optional<LRESULT> NativeForm::Handle(const Message& m) {
       Dismiss();
       return std::nullopt;
     case WM_MOUSEWHEEL:
-      // Handed on by the control with the focus. What can only be read scrolls where the pointer is.
-      if (!wheeling_)
-        if (NativeControl* const peer = PeerOf(::WindowFromPoint({GET_X_LPARAM(m.l), GET_Y_LPARAM(m.l)}));
-            peer && peer->OnlyReads()) {
-          const auto life = life_;
-          wheeling_ = true;
-          ::SendMessageW(peer->Window(), m.id, m.w, m.l);
-          if (life->peer) wheeling_ = false;
-        }
+      OnWheel(m);
+      return 0;
+    case WM_HSCROLL:
+    case WM_VSCROLL:
+      if (m.l != 0) return std::nullopt;
+      scroll_.Turn(m.id == WM_HSCROLL ? SB_HORZ : SB_VERT, LOWORD(m.w));
       return 0;
     case WM_SIZE:
       OnSize(m.w, LOWORD(m.l), HIWORD(m.l));

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "toolkit/form.h"
+#include "toolkit/win32/form_scroll.h"
 #include "toolkit/win32/window_life.h"
 
 namespace zuvi::native {
@@ -80,6 +81,9 @@ class NativeForm final : public Peer {
   /// Whether a control's native focus would be the keyboard's.
   bool Active() const;
 
+  /// The part that is in view, where the screen has no room for all of it.
+  FormScroll& Scroll() { return scroll_; }
+  const FormScroll& Scroll() const { return scroll_; }
   /// A control's place changed.
   void Place(NativeControl& control);
   /// Tool tip of a window; empty for none.
@@ -102,7 +106,10 @@ class NativeForm final : public Peer {
   RECT FirstPlace(int nth) const;
   void GiveFocus();
   void OnSize(WPARAM kind, int width, int height);
+  /// Lays the controls out in the inside that the window has.
+  void LayOut();
   void OnPaint(HWND window);
+  void OnWheel(const Message& message);
   void OnModalEnded();
   void OnNewScale(UINT dpi, const RECT& place);
   void Rescale();
@@ -122,6 +129,7 @@ class NativeForm final : public Peer {
   DWORD style_ = 0, extended_ = 0;
   UINT dpi_ = 96;
   std::shared_ptr<const NativeTexts> texts_;
+  FormScroll scroll_{*this};
   HWND tips_ = nullptr;
   bool showing_ = true, painting_ = false, sizing_ = false, wheeling_ = false;
   std::vector<NativeControl*> moved_;
