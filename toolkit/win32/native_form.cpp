@@ -1,8 +1,6 @@
 #include "toolkit/win32/native_form.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <cstring>
 #include <utility>
 
 #include "toolkit/win32/native_control.h"
@@ -84,36 +82,6 @@ NativeForm::~NativeForm() {
   life_->TellOpener();
   // A modal loop that waits for a message looks again.
   if (modal) ::PostMessageW(nullptr, WM_NULL, 0, 0);
-}
-
-NativeTexts::NativeTexts(const LOGFONTW& font, UINT dpi) : made_of_(font), dpi_(dpi) {
-  LOGFONTW wanted = font;
-  font_.reset(::CreateFontIndirectW(&wanted));
-  wanted.lfWeight = FW_BOLD;
-  bold_.reset(::CreateFontIndirectW(&wanted));
-  const HDC canvas = ::CreateCompatibleDC(nullptr);
-  const HGDIOBJ before = ::SelectObject(canvas, font_.get());
-  TEXTMETRICW metrics{};
-  ::GetTextMetricsW(canvas, &metrics);
-  ::SelectObject(canvas, before);
-  ::DeleteDC(canvas);
-  height_ = static_cast<int>(metrics.tmHeight);
-}
-
-std::int32_t NativeTexts::Width(std::string_view text, bool bold) const {
-  const std::wstring wide = Wide(text);
-  const HDC canvas = ::CreateCompatibleDC(nullptr);
-  const HGDIOBJ before = ::SelectObject(canvas, Font(bold));
-  SIZE size{};
-  ::GetTextExtentPoint32W(canvas, wide.c_str(), static_cast<int>(wide.size()), &size);
-  ::SelectObject(canvas, before);
-  ::DeleteDC(canvas);
-  return Twips(size.cx);
-}
-
-bool NativeTexts::Is(const LOGFONTW& font, UINT dpi) const {
-  return dpi == dpi_ && std::wstring_view(font.lfFaceName) == made_of_.lfFaceName &&
-         std::memcmp(&font, &made_of_, offsetof(LOGFONTW, lfFaceName)) == 0;
 }
 
 void NativeForm::MakeFonts() { texts_ = std::make_shared<NativeTexts>(Module().MessageFont(dpi_), dpi_); }
