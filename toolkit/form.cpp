@@ -211,18 +211,16 @@ void Form::FitTo(std::shared_ptr<const TextMeasure> texts) {
 
 void Form::Fit() {
   if (!texts_ || closed_) return;
-  const auto keep = Keep();
-  const std::int32_t width = inside_width_, height = inside_height_;
   // What the user has made it larger by stays; whole pixels of another scale do not count as that.
   const auto larger = [](std::int32_t inside, std::int32_t design) {
     return inside - design > Dip(2) ? inside - design : 0;
   };
-  const std::int32_t more_width = larger(width, DesignWidth()), more_height = larger(height, DesignHeight());
+  const std::int32_t more_width = larger(inside_width_, DesignWidth()),
+                     more_height = larger(inside_height_, DesignHeight());
   Measure();
   inside_width_ = DesignWidth() + more_width;
   inside_height_ = DesignHeight() + more_height;
   LayOut();
-  if (visible_ && (inside_width_ != width || inside_height_ != height)) Form_Resize();
 }
 
 void Form::Measure() {

@@ -321,6 +321,8 @@ void NativeForm::Rescale() {
   form_.FitTo(texts_);
   if (!life->peer) return;
   PutOnScreen();
+  // What code has placed follows as it does when the user changes the size.
+  if (life->peer) form_.Form_Resize();
   if (life->peer) ::RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
@@ -562,7 +564,7 @@ std::optional<LRESULT> NativeForm::Handle(const Message& m) {
       return 0;
     case WM_SETTINGCHANGE:
       // Which of the settings it was is told in several ways, by the version of the system.
-      if (!texts_->Is(Module().MessageFont(dpi_), dpi_)) Rescale();
+      if (texts_ && !texts_->Is(Module().MessageFont(dpi_), dpi_)) Rescale();
       return std::nullopt;
     case WM_SYSCOLORCHANGE:
     case WM_THEMECHANGED:
