@@ -1,5 +1,7 @@
 #include "toolkit/buttons.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 #include "toolkit/form.h"
 
@@ -56,6 +58,14 @@ std::string Captioned::AccessibleName() const {
   return caption_.empty() ? Control::AccessibleName() : WithoutMark(caption_);
 }
 
+Extent Label::Needs(const TextMeasure& texts) const {
+  const auto width_of = [&](std::string_view text) { return texts.Width(WithoutMark(text), heading_); };
+  const std::int32_t width = std::max(width_of(CaptionText()), width_of(longest_));
+  // As many lines as were designed. Words that go to the next one leave room behind them.
+  const std::int32_t lines = std::max(1, DesignBounds().height / Dip(16));
+  return {lines == 1 ? width + Dip(2) : width / lines * 5 / 4, lines * texts.LineHeight()};
+}
+
 void Label::Mnemonic() {
   if (!Window()) return;
   const auto& all = Window()->Controls();
@@ -85,6 +95,14 @@ void Button::DefaultKey(std::int16_t key, std::int16_t shift) {
 std::string Button::AccessibleName() const {
   // A picture says nothing aloud, its tip does.
   return CaptionText().empty() && !ToolTipText().empty() ? ToolTipText() : Captioned::AccessibleName();
+}
+
+Extent Button::Needs(const TextMeasure& texts) const {
+  if (picture_ != Glyph::None) return {};
+  const std::int32_t width = texts.Width(WithoutMark(CaptionText()));
+  // What grows gets the margin of a button that was designed for its caption.
+  const bool fits = width + Dip(10) <= DesignBounds().width;
+  return {width + (fits ? Dip(10) : Dip(20)), texts.LineHeight() + Dip(9)};
 }
 
 const MemberTable* Button::Members() const {
@@ -121,6 +139,12 @@ std::string CheckBox::AccessibleName() const {
   for (const bool before : {true, false})
     if (const Label* label = NeighbouringLabel(*this, before)) return WithoutMark(label->Caption());
   return {};
+}
+
+Extent CheckBox::Needs(const TextMeasure& texts) const {
+  // The box itself does not grow with the font.
+  if (CaptionText().empty()) return {};
+  return {texts.Width(WithoutMark(CaptionText())) + Dip(22), texts.LineHeight() + Dip(2)};
 }
 
 const MemberTable* CheckBox::Members() const {

@@ -37,9 +37,14 @@ class Label final : public Captioned {
   void SetHeading(bool heading) { heading_ = heading; }
   bool RightAligned() const { return right_aligned_; }
   void SetRightAligned(bool right) { right_aligned_ = right; }
+  /// The longest text that it has to have room for, where the caption comes later; set while the window is
+  /// built. A label that was designed high enough has several lines for it.
+  void SetLongest(std::string text) { longest_ = std::move(text); }
+  Extent Needs(const TextMeasure& texts) const override;
   const MemberTable* Members() const override;
 
  private:
+  std::string longest_;
   bool heading_ = false, right_aligned_ = false;
 };
 
@@ -58,6 +63,7 @@ class Button final : public Captioned {
   void SetValue(bool pressed);
   void DefaultKey(std::int16_t key, std::int16_t shift) override;
   std::string AccessibleName() const override;
+  Extent Needs(const TextMeasure& texts) const override;
   const MemberTable* Members() const override;
 
  private:
@@ -76,6 +82,7 @@ class CheckBox final : public Captioned {
   void DefaultKey(std::int16_t key, std::int16_t shift) override;
   /// Its caption may also be a separate label, made directly before or after it.
   std::string AccessibleName() const override;
+  Extent Needs(const TextMeasure& texts) const override;
   const MemberTable* Members() const override;
 
  private:

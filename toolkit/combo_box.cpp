@@ -4,6 +4,7 @@
 
 #include "base/text.h"
 #include "toolkit/buttons.h"
+#include "toolkit/text_measure.h"
 
 namespace zuvi {
 
@@ -92,6 +93,14 @@ void ComboBox::DefaultChar(char16_t character) {
     if (candidate != list_index_) SetListIndex(candidate);
     return;
   }
+}
+
+Extent ComboBox::Needs(const TextMeasure& texts) const {
+  // What can be typed scrolls; what can only be chosen is to be read.
+  std::int32_t widest = 0;
+  if (style_ == Style::DropDownList)
+    for (const std::string& item : items_) widest = std::max(widest, texts.Width(item));
+  return {widest > 0 ? widest + Dip(30) : 0, texts.BoxHeight()};
 }
 
 const MemberTable* ComboBox::Members() const {

@@ -58,8 +58,14 @@ void Control::Move(const Rect& bounds) {
 }
 
 void Control::Design(const Rect& bounds, unsigned anchors) {
-  design_ = laid_out_ = bounds;
+  design_ = bounds;
   anchors_ = anchors;
+  if (form_ && form_->Texts()) {
+    laid_out_ = bounds_;
+    form_->Fit();
+    return;
+  }
+  laid_out_ = bounds;
   Move(bounds);
 }
 

@@ -14,6 +14,7 @@ namespace zuvi {
 
 class Desktop;
 class Form;
+class TextMeasure;
 
 /// A control: state, events, and the entry points through which input arrives, from a peer or from a test.
 /// Events run handlers that may do anything, closing the window included. A control outlives its window as a
@@ -60,6 +61,14 @@ class Control : public Object {
   void Design(const Rect& bounds, unsigned anchors = anchor::kTopLeft);
   const Rect& DesignBounds() const { return design_; }
   unsigned Anchors() const { return anchors_; }
+
+  /// Least room for what it shows in a font; 0 where any will do.
+  virtual Extent Needs(const TextMeasure& /*texts*/) const { return {}; }
+  /// Whether it can be made smaller than its place where the screen has no room for the whole window: what
+  /// scrolls can. Others can along an edge that they are anchored across.
+  virtual bool Scrolls() const { return false; }
+  /// The font of the window's texts is another one.
+  virtual void FitTo(const TextMeasure& /*texts*/) {}
 
   /// Kinds that never take the keyboard (labels, bars, timers) say no.
   virtual bool TakesFocus() const { return true; }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "toolkit/text_measure.h"
+
 namespace zuvi {
 namespace {
 
@@ -54,6 +56,10 @@ void DatePicker::DefaultKey(std::int16_t key, std::int16_t /*shift*/) {
   if (key == key::kDown) UserPicked(DaysFrom(value_, -1));
 }
 
+Extent DatePicker::Needs(const TextMeasure& texts) const {
+  return {texts.Width("00/00/0000") + Dip(36), texts.BoxHeight()};
+}
+
 const MemberTable* DatePicker::Members() const {
   using T = DatePicker;
   static const MemberTable table =
@@ -95,6 +101,11 @@ void MonthView::DefaultKey(std::int16_t key, std::int16_t /*shift*/) {
     default:
       return;
   }
+}
+
+Extent MonthView::Needs(const TextMeasure& texts) const {
+  // Seven days; the month, the names of the days, six weeks and today.
+  return {7 * (texts.Width("00") + Dip(12)) + Dip(8), 9 * (texts.LineHeight() + Dip(2)) + Dip(8)};
 }
 
 const MemberTable* MonthView::Members() const {

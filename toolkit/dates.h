@@ -19,6 +19,7 @@ class DatePicker final : public Control {
   /// Up and down arrow move a day.
   void DefaultKey(std::int16_t key, std::int16_t shift) override;
   bool WantsKey(std::int16_t key) const override { return key == key::kUp || key == key::kDown; }
+  Extent Needs(const TextMeasure& texts) const override;
   const MemberTable* Members() const override;
 
  private:
@@ -37,6 +38,7 @@ class MonthView final : public Control {
   /// Arrows move by days and weeks.
   void DefaultKey(std::int16_t key, std::int16_t shift) override;
   bool WantsKey(std::int16_t key) const override { return key >= key::kPageUp && key <= key::kDown; }
+  Extent Needs(const TextMeasure& texts) const override;
   const MemberTable* Members() const override;
 
  private:

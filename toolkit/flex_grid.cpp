@@ -1,6 +1,7 @@
 #include "toolkit/flex_grid.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "toolkit/form.h"
 
@@ -39,7 +40,7 @@ void FlexGrid::SetCols(std::int32_t cols) {
   if (cols < cols_)
     for (auto& row : cells_)
       if (row.size() > At(cols)) row.resize(At(cols));
-  cols_ = cols;
+  for (std::int32_t col = std::exchange(cols_, cols); col < cols; ++col) Measure(col);
   Show(Aspect::Columns);
   KeepWithin();
 }
@@ -85,6 +86,7 @@ void FlexGrid::SetTextMatrix(std::int32_t row, std::int32_t col, std::string tex
   auto& cells = cells_[At(row)];
   if (At(col) >= cells.size()) cells.resize(At(cols_));
   cells[At(col)] = std::move(text);
+  if (row == 0) Measure(col);
   Show(Aspect::Items);
 }
 
@@ -104,6 +106,7 @@ std::int32_t FlexGrid::ColWidth(std::int32_t col) const {
 void FlexGrid::SetColWidth(std::int32_t col, std::int32_t width) {
   if (col < 0 || col >= cols_) return;
   columns_[At(col)].width = std::max(0, width);
+  Measure(col);
   Show(Aspect::Columns);
 }
 
@@ -122,13 +125,33 @@ void FlexGrid::SetRightAligned(std::int32_t col, bool right) {
   Show(Aspect::Columns);
 }
 
+std::int32_t FlexGrid::LeastWidth(std::int32_t col) const {
+  return col >= 0 && col < cols_ ? columns_[At(col)].least : 0;
+}
+
+void FlexGrid::Measure(std::int32_t col) {
+  constexpr std::int32_t kBesideHeading = Dip(12);
+  Column& column = columns_[At(col)];
+  column.least = column.width;
+  const TextMeasure* const texts = Window() ? Window()->Texts() : nullptr;
+  if (column.width == 0 || !texts) return;
+  const std::int32_t heading = fixed_rows_ > 0 ? texts->Width(Cell(0, col)) + kBesideHeading : 0;
+  column.least = std::max(texts->Scaled(column.width), heading);
+}
+
 std::int32_t FlexGrid::ShownWidth(std::int32_t col) const {
-  const std::int32_t own = ColWidth(col);
+  const std::int32_t own = LeastWidth(col);
   if (col != stretch_col_ || own == 0) return own;
   std::int32_t room = Width() - chrome_width_;
   for (std::int32_t other = 0; other < cols_; ++other)
-    if (other != col) room -= ColWidth(other);
+    if (other != col) room -= LeastWidth(other);
   return std::max(own, room);
+}
+
+void FlexGrid::FitTo(const TextMeasure& texts) {
+  row_height_ = std::max(kRowHeight, texts.LineHeight() + Dip(5));
+  for (std::int32_t col = 0; col < cols_; ++col) Measure(col);
+  KeepWithin();
 }
 
 // What shows.
@@ -147,7 +170,7 @@ void FlexGrid::SetFocusRect(std::int16_t style) {
 }
 
 std::int32_t FlexGrid::VisibleRows() const {
-  return std::max(1, (Height() - chrome_height_) / kRowHeight - fixed_rows_);
+  return std::max(1, (Height() - chrome_height_) / row_height_ - fixed_rows_);
 }
 
 std::int32_t FlexGrid::LastTopRow() const { return std::max(fixed_rows_, Rows() - VisibleRows()); }
@@ -194,10 +217,10 @@ Rect FlexGrid::CellBounds() {
   for (std::int32_t col = 0; col < std::min(col_, fixed_cols_); ++col) cell.left += ShownWidth(col);
   for (std::int32_t col = left_col_; col < col_; ++col) cell.left += ShownWidth(col);
   const std::int32_t line = row_ < fixed_rows_ ? row_ : fixed_rows_ + row_ - top_row_;
-  cell.top = line * kRowHeight;
+  cell.top = line * row_height_;
   // As much of a wide column as there is to be seen.
   cell.width = std::clamp(Width() - chrome_width_ - cell.left, 0, ShownWidth(col_));
-  cell.height = kRowHeight;
+  cell.height = row_height_;
   return cell;
 }
 

@@ -73,6 +73,11 @@ class FlexGrid final : public Control {
   void SetLeftCol(std::int32_t col);
   /// Width a column is shown with, the stretching one included.
   std::int32_t ShownWidth(std::int32_t col) const;
+  /// The least of it: its own, grown with the letters of the font, no heading cut off.
+  std::int32_t LeastWidth(std::int32_t col) const;
+  std::int32_t RowHeight() const { return row_height_; }
+  void FitTo(const TextMeasure& texts) override;
+  bool Scrolls() const override { return true; }
   /// Rows that fit whole below the fixed ones, at least 1.
   std::int32_t VisibleRows() const;
   /// Room the native side loses to frame and scroll bars, in twips.
@@ -99,6 +104,8 @@ class FlexGrid final : public Control {
   void Show(Aspect aspect);
   /// After a change of shape: the current cell and what is scrolled into view lie within the grid.
   void KeepWithin();
+  /// Finds the least width of a column anew: texts are not measured for every painting.
+  void Measure(std::int32_t col);
   std::int32_t LastTopRow() const;
   void ScrollTo(std::int32_t top_row, std::int32_t left_col);
   void ScrollIntoView();
@@ -106,14 +113,14 @@ class FlexGrid final : public Control {
   std::int32_t ShownColumn(std::int32_t from, std::int32_t step) const;
 
   struct Column {
-    std::int32_t width = kDefaultWidth;
+    std::int32_t width = kDefaultWidth, least = kDefaultWidth;
     bool right_aligned = false;
   };
   std::vector<std::vector<std::string>> cells_;  // a row has no cells until one is written
   std::vector<Column> columns_;
   std::int32_t cols_ = 2, fixed_rows_ = 1, fixed_cols_ = 0, row_ = 1, col_ = 0;
   std::int32_t top_row_ = 1, left_col_ = 0, stretch_col_ = -1;
-  std::int32_t chrome_width_ = 0, chrome_height_ = 0;
+  std::int32_t chrome_width_ = 0, chrome_height_ = 0, row_height_ = kRowHeight;
   std::int16_t focus_rect_ = 1;
   bool redraw_ = true, leaving_ = false;
 };

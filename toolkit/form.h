@@ -11,6 +11,8 @@
 #include "toolkit/control.h"
 #include "toolkit/control_array.h"
 #include "toolkit/desktop.h"
+#include "toolkit/layout.h"
+#include "toolkit/text_measure.h"
 
 namespace zuvi {
 
@@ -67,11 +69,19 @@ class Form : public Object {
   void SetInside(std::int32_t width, std::int32_t height);
   /// Size as designed, which is also the smallest one.
   void DesignInside(std::int32_t width, std::int32_t height);
-  /// Gives a control, as designed, at least that size: what lies to its right and below moves away, what
-  /// spans it grows, and so does the window.
-  void MakeRoom(const Control& control, std::int32_t width, std::int32_t height);
-  std::int32_t DesignWidth() const { return design_width_; }
-  std::int32_t DesignHeight() const { return design_height_; }
+  /// The design, grown to what its texts need; as designed until a font is known.
+  std::int32_t DesignWidth() const { return across_.Length(); }
+  std::int32_t DesignHeight() const { return down_.Length(); }
+  /// Gives every control the room that it needs in the font its texts are shown in; the window grows with
+  /// them. For the native side, when it makes the window and when font or scale change.
+  void FitTo(std::shared_ptr<const TextMeasure> texts);
+  /// What the controls take in all, laid out for the inside there is: more than that on a screen that is too
+  /// small even for what has been squeezed.
+  const Extent& Content() const { return content_; }
+  /// The same again, with the font it has: the native side has learnt what its controls need.
+  void Fit();
+  /// The font of its texts; null until it is known.
+  const TextMeasure* Texts() const { return texts_.get(); }
   /// Whether the user can change the size.
   bool Sizable() const { return sizable_; }
   void SetSizable(bool sizable) { sizable_ = sizable; }
@@ -168,6 +178,9 @@ class Form : public Object {
   void Publish(std::string name, ObjectPtr object);
   void Load();
   void LayOut();
+  bool FollowsItsSize() const;
+  /// Where the controls' edges come to lie by what they need.
+  void Measure();
   void Dismantle();
 
   std::shared_ptr<void> keeps_;  // first, so that it goes last
@@ -188,6 +201,9 @@ class Form : public Object {
   bool key_preview_ = false, sizable_ = true;
   WindowState state_ = WindowState::Normal;
   std::int32_t design_width_ = Dip(640), design_height_ = Dip(480);
+  std::shared_ptr<const TextMeasure> texts_;
+  Axis across_{design_width_}, down_{design_height_};
+  Extent content_{design_width_, design_height_};
   std::int32_t inside_width_ = Dip(640), inside_height_ = Dip(480);
   std::unique_ptr<Peer> peer_;
 };

@@ -14,6 +14,11 @@ struct Rect {
   friend bool operator==(const Rect&, const Rect&) = default;
 };
 
+/// A size, in twips.
+struct Extent {
+  std::int32_t width = 0, height = 0;
+};
+
 /// Edges of the window that a control keeps its distance to; opposite ones together stretch it.
 namespace anchor {
 inline constexpr unsigned kLeft = 1, kTop = 2, kRight = 4, kBottom = 8, kTopLeft = kLeft | kTop,

@@ -65,6 +65,7 @@ class WebBrowser final : public Control {
   void SetHtml(std::string html);
   /// The page as plain text: what is shown where there is no browser engine, and read out by screen readers.
   std::string PlainText() const;
+  bool Scrolls() const override { return true; }
   const MemberTable* Members() const override;
 
  private:

@@ -337,6 +337,37 @@ void ListView::UserSelected(std::int32_t position) {
   Raise(OnItemClick, *item);
 }
 
+std::vector<std::int32_t> ListView::ColumnWidths(std::int32_t room) const {
+  constexpr std::int32_t kLeastShare = Dip(60), kBesideHeading = Dip(18);
+  const TextMeasure* const texts = Window() ? Window()->Texts() : nullptr;
+  std::vector<std::int32_t> widths;
+  std::vector<std::size_t> sharing;
+  for (const ListColumn& column : columns_->All()) {
+    const std::int32_t own = column.width > 0 ? column.width : kLeastShare;
+    const std::int32_t heading = texts ? texts->Width(column.caption) + kBesideHeading : 0;
+    widths.push_back(std::max(texts ? texts->Scaled(own) : own, heading));
+    if (column.width == 0) sharing.push_back(widths.size() - 1);
+    room -= widths.back();
+  }
+  // The narrowest first, so that all become equal as far as they can.
+  std::ranges::stable_sort(sharing, {}, [&](std::size_t i) { return widths[i]; });
+  for (std::size_t i = 0; i < sharing.size(); ++i) room += widths[sharing[i]];
+  for (std::size_t i = sharing.size(); i-- > 0;) {
+    const auto left = static_cast<std::int32_t>(i + 1);
+    std::int32_t& width = widths[sharing[i]];
+    width = std::max(width, room / left);
+    room -= width;
+  }
+  return widths;
+}
+
+Extent ListView::Needs(const TextMeasure& /*texts*/) const {
+  constexpr std::int32_t kFrameAndBar = Dip(21);
+  std::int32_t width = kFrameAndBar;
+  for (const std::int32_t column : ColumnWidths(0)) width += column;
+  return {view_ == kReport ? width : 0, 0};
+}
+
 void ListView::DefaultKey(std::int16_t key, std::int16_t /*shift*/) {
   const std::int32_t count = items_->Count();
   if (count == 0) return;

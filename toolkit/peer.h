@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "toolkit/geometry.h"
+
 namespace zuvi {
 
 /// What of a control's state changed.
@@ -32,6 +34,8 @@ class Peer {
   /// Ends what the user is in the middle of entering and the native control still keeps to itself: the model
   /// has it afterwards, and whoever listens was told. Handlers run.
   virtual void Commit() {}
+  /// Least size that the native control itself asks for; 0 where it does not.
+  virtual Extent Needs() const { return {}; }
   /// The native handle; 0 without one.
   virtual std::intptr_t Handle() const { return 0; }
 };

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "toolkit/control.h"
+#include "toolkit/text_measure.h"
 #include "toolkit/text_units.h"
 
 namespace zuvi {
@@ -53,6 +54,8 @@ class TextBox : public Control {
   void DefaultKey(std::int16_t key, std::int16_t shift) override;
   void DefaultChar(char16_t character) override;
   bool WantsKey(std::int16_t key) const override { return multi_line_ && key == key::kEnter; }
+  Extent Needs(const TextMeasure& texts) const override { return {0, texts.BoxHeight()}; }
+  bool Scrolls() const override { return multi_line_; }
   const MemberTable* Members() const override;
 
  private:

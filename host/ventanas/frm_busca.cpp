@@ -6,6 +6,14 @@
 
 namespace zuvi::host {
 
+namespace {
+
+std::string NotaDeMuchos() {
+  return "Se muestran los primeros " + Decimal(frmBusca::kMaximo) + "; precise la búsqueda.";
+}
+
+}  // namespace
+
 frmBusca::frmBusca(const Escena& escena, const Catalogo& catalogo, std::string filtro, std::string actual)
     : VentanaHost(escena, "frmBusca"),
       catalogo_(catalogo),
@@ -22,6 +30,7 @@ frmBusca::frmBusca(const Escena& escena, const Catalogo& catalogo, std::string f
   lv->Columns().Add("clave", "Clave", Dip(160));
   lv->Columns().Add("descripcion", "Descripción");
   lblNota = Add<Label>("lblNota");
+  lblNota->SetLongest(NotaDeMuchos());
   lblNota->Design(EnDips(12, 386, 320, 20), kAbajo);
   cmdAceptar = Boton("cmdAceptar", "&Aceptar", EnDips(340, 380, 100, 28), kEsquina, [this] { Acepta(); });
   cmdCancelar = Boton("cmdCancelar", "&Cancelar", EnDips(448, 380, 100, 28), kEsquina, [this] { Unload(); });
@@ -50,10 +59,10 @@ void frmBusca::Busca(const std::string& preferida) {
   if (!elegido && renglones.Count() > 0) elegido = &renglones(1);
   lv->Select(elegido);
   cmdAceptar->SetEnabled(elegido != nullptr);
-  lblNota->SetCaption(
-      !filas->Eof() ? "Se muestran los primeros " + Decimal(kMaximo) + "; precise la búsqueda."
-      : elegido     ? Decimal(renglones.Count()) + (renglones.Count() == 1 ? " renglón" : " renglones")
-                    : "Nada coincide con la búsqueda.");
+  lblNota->SetCaption(!filas->Eof() ? NotaDeMuchos()
+                      : elegido
+                          ? Decimal(renglones.Count()) + (renglones.Count() == 1 ? " renglón" : " renglones")
+                          : "Nada coincide con la búsqueda.");
 }
 
 void frmBusca::Acepta() {

@@ -17,8 +17,10 @@ frmCaptura::frmCaptura(const Escena& escena, const std::string& etiqueta, const 
   constexpr std::int32_t kAncho = 2 * kMargen + 4 * kTecla + 3 * (kPaso - kTecla);
   DesignInside(Dip(kAncho), Dip(kArriba + 4 * kPaso + 44));
 
-  Rotulo("&Número:", EnDips(kMargen, 20, 64, 20));
-  txtNumero = CajaTexto("txtNumero", EnDips(kMargen + 68, 14, kAncho - 2 * kMargen - 68, 30));
+  // With room for larger letters: what it needed more would make the keys below it uneven.
+  constexpr std::int32_t kRotulo = 88;
+  Rotulo("&Número:", EnDips(kMargen, 20, kRotulo - 4, 20));
+  txtNumero = CajaTexto("txtNumero", EnDips(kMargen + kRotulo, 14, kAncho - 2 * kMargen - kRotulo, 30));
   txtNumero->SetRightAligned(true);
   txtNumero->SetTag(etiqueta);
   txtNumero->SetText(actual);

@@ -58,6 +58,8 @@ frmKit::frmKit(const Escena& escena, Late& componente)
   txtCantidad->SetRightAligned(true);
   Rotulo("F2: busca en el catálogo, o abre el teclado numérico", EnDips(188, 92, 316, 20));
   lblResultado = dato("lblResultado", EnDips(16, 128, 488, 44));
+  lblResultado->SetLongest(
+      "No se hizo nada: el proceso está vetado o falló. Existencia en el almacén: 99999.99 PZA");
 
   cmdEnsamblar = Boton("cmdEnsamblar", "&Ensamblar (F7)", EnDips(16, 192, 152, 28), anchor::kTopLeft,
                        [this] { Ensambla(); });

@@ -60,9 +60,11 @@ void frmMaster::CreaControles() {
   }
 
   lblEstado = Add<Label>("lblEstado");
+  lblEstado->SetLongest("La orden no se pudo abrir. Actualice la lista y vea si la base responde.");
   lblEstado->Design(EnDips(kMargen, kPie + 4, kAnchoLista, 20), kAbajo | anchor::kRight);
   lblCuenta = Add<Label>("lblCuenta");
   lblCuenta->SetRightAligned(true);
+  lblCuenta->SetLongest("9999 órdenes, 99 ocupadas");
   lblCuenta->Design(EnDips(kIzquierdaBotones, kPie + 4, kAnchoBoton, 20), anchor::kRight | anchor::kBottom);
   Timer1 = Add<Timer>("Timer1");
   Add<AutoResizer>("AutoResizer1");

@@ -7,6 +7,7 @@
 #include "host/ventanas/fabrica_ventanas.h"
 #include "tests/host/procesos.h"
 #include "tests/host/tienda.h"
+#include "tests/support/letra.h"
 #include "toolkit/multi_combo.h"
 
 namespace zuvi::host {
@@ -82,6 +83,64 @@ class Mostrador : public testing::Test, protected Tienda {
  private:
   Modulo modulo_{ventanas, escritorio, PilaCasiAgotada};
 };
+
+TEST_F(Mostrador, TodoSeLeeConLaLetraDeWindowsEnCualquierTamano) {
+  struct Pantalla {
+    int ancho, alto;
+  };
+  // A window as large as its texts want it, and on the screens people have: what a frame and the bar of the
+  // system take does not count.
+  const auto revisa = [](Form& v) {
+    for (const int dpi : {192, 96, 120, 144})
+      for (const int puntos : {13, 9, 11}) {
+        const auto letra = std::make_shared<pruebas::Letra>(puntos, dpi);
+        SCOPED_TRACE(v.Name() + " " + std::to_string(puntos) + " pt " + std::to_string(dpi) + " dpi");
+        v.FitTo(letra);
+        pruebas::SeLeeTodo(v, *letra);
+        for (const Pantalla pantalla : {Pantalla{1366, 768}, Pantalla{1920, 1080}}) {
+          if (dpi > (pantalla.ancho == 1366 ? 96 : 144) || (pantalla.ancho == 1366 && puntos > 9)) continue;
+          SCOPED_TRACE(pantalla.ancho);
+          const std::int32_t ancho = letra->Twips(pantalla.ancho - letra->Puntos(16)),
+                             alto = letra->Twips(pantalla.alto - letra->Puntos(79));
+          v.Resized(std::min(ancho, v.DesignWidth()), std::min(alto, v.DesignHeight()));
+          pruebas::SeLeeTodo(v, *letra);
+          v.Resized(v.DesignWidth(), v.DesignHeight());
+        }
+      }
+  };
+  Form& principal = Abre();
+  revisa(principal);
+  revisa(Edita(principal, "101"));
+  principal.Press(key::kF8);
+  revisa(Ventana("frmFracciones"));
+  principal.Press(key::kF9);
+  Form& turnos = Ventana("frmTurnos");
+  revisa(turnos);
+  escritorio.OnModal(revisa);
+  Control<Button>(turnos, "cmdTurnos").Click();
+  escritorio.OnModal([&](Form& kit) {
+    revisa(kit);
+    Control<TextBox>(kit, "txtArticulo").SetText("CAN-GOURMET");
+    kit.Press(key::kF7);
+    EXPECT_THAT(Rotulo(kit, "lblResultado"), HasSubstr("movimientos"));
+    pruebas::SeLeeTodo(kit, pruebas::Letra(11, 144));
+    for (const char* caja : {"txtArticulo", "txtCantidad"}) {
+      Control<TextBox>(kit, caja).SetFocus();
+      escritorio.OnModal([&](Form& busca_o_teclado) {
+        revisa(busca_o_teclado);
+        if (busca_o_teclado.Name() != "frmBusca") return;
+        // What it says when there is nothing, and when there is too much.
+        for (const char* texto :
+             {"Nada coincide con la búsqueda.", "Se muestran los primeros 500; precise la búsqueda."}) {
+          Control<Label>(busca_o_teclado, "lblNota").SetCaption(texto);
+          pruebas::SeLeeTodo(busca_o_teclado, pruebas::Letra(11, 144));
+        }
+      });
+      kit.Press(key::kF2);
+    }
+  });
+  principal.Press(key::kF7);
+}
 
 TEST_F(Mostrador, ElCatalogoBuscaAlTeclearYEscribeLaClaveElegida) {
   const Destino destino(escritorio, "NUEZ");

@@ -242,22 +242,36 @@ TEST_F(Formas, ATimerThatIsSwitchedOnBeginsItsIntervalAnew) {
 }
 
 TEST_F(Formas, ControlsFollowTheWindowByTheirAnchors) {
-  ventana->a->Design({100, 100, 200, 50}, anchor::kAcross);
-  ventana->b->Design({100, 400, 200, 50}, anchor::kBottom | anchor::kRight);
-  ventana->rejilla->Design({0, 200, 800, 200}, anchor::kAll);
-  const auto crece = [&, ancho = ventana->InsideWidth(), alto = ventana->InsideHeight()](
-                         std::int32_t dx, std::int32_t dy) { ventana->Resized(ancho + dx, alto + dy); };
+  ventana->DesignInside(Dip(800), Dip(600));
+  const auto en = [](std::int32_t x, std::int32_t y, std::int32_t ancho, std::int32_t alto) {
+    return Rect{Dip(x), Dip(y), Dip(ancho), Dip(alto)};
+  };
+  for (const auto& otro : ventana->Controls())
+    otro->SetVisible(otro == ventana->a || otro == ventana->rejilla);
+  ventana->a->Design(en(20, 100, 200, 50), anchor::kAcross);
+  ventana->b->Design(en(100, 500, 200, 50), anchor::kBottom | anchor::kRight);
+  ventana->rejilla->Design(en(0, 200, 800, 200), anchor::kAll);
+  const auto crece = [&](std::int32_t dx, std::int32_t dy) {
+    ventana->Resized(Dip(800 + dx), Dip(600 + dy));
+  };
   crece(30, 20);
-  EXPECT_EQ(ventana->a->Width(), 200);  // nobody lays out
+  EXPECT_EQ(ventana->a->Width(), Dip(200));  // nobody lays out
   const auto ajuste = ventana->Add<AutoResizer>("ajuste");
   ajuste->SetEnabled(false);
   ajuste->SetEnabled(true);
-  EXPECT_EQ(ventana->a->Bounds(), (Rect{100, 100, 230, 50}));
-  EXPECT_EQ(ventana->b->Bounds(), (Rect{130, 420, 200, 50}));
-  EXPECT_EQ(ventana->rejilla->Bounds(), (Rect{0, 200, 830, 220}));
+  EXPECT_EQ(ventana->a->Bounds(), en(20, 100, 230, 50));
+  EXPECT_EQ(ventana->b->Bounds(), en(130, 520, 200, 50));
+  EXPECT_EQ(ventana->rejilla->Bounds(), en(0, 200, 830, 220));
   ventana->b->Move({1, 2, 3, 4});  // code's from now on
-  crece(-300, -300);
-  EXPECT_EQ(ventana->a->Bounds(), (Rect{100, 100, 0, 50}));
+  // Smaller than designed, the grid gives way and the rest keeps its size.
+  crece(0, -80);
+  EXPECT_EQ(ventana->rejilla->Bounds(), en(0, 200, 800, 120));
+  crece(-100, -500);
+  EXPECT_EQ(ventana->rejilla->Width(), Dip(700));
+  EXPECT_EQ(ventana->rejilla->Height(), kLeastStretched);
+  EXPECT_EQ(ventana->a->Left(), Dip(20));
+  EXPECT_EQ(ventana->a->Height(), Dip(50));
+  EXPECT_LT(ventana->a->Width(), Dip(200));
   EXPECT_EQ(ventana->b->Bounds(), (Rect{1, 2, 3, 4}));
   crece(0, 0);
   EXPECT_EQ(ventana->a->Bounds(), ventana->a->DesignBounds());

@@ -407,11 +407,11 @@ TEST_F(Peers, SizeStateScaleAndTitleBar) {
   const RECT before = place_of(native);
   const LONG margin = before.right - place_of(button).right;
   resize(before.right - before.left + 90, before.bottom - before.top + 30);
-  EXPECT_EQ(form->InsideWidth(), Dip(890));
+  EXPECT_EQ(form->InsideWidth(), form->DesignWidth() + Dip(90));
   EXPECT_EQ(std::ranges::count(screen.Take(), "Resize"), 1);
   EXPECT_EQ(place_of(native).right - place_of(button).right, margin);
   resize(50, 50);
-  EXPECT_EQ(form->InsideWidth(), Dip(800));
+  EXPECT_EQ(form->InsideWidth(), form->DesignWidth());
   form->SetState(WindowState::Minimized);
   screen.Settle();
   EXPECT_TRUE(::IsIconic(native));
@@ -439,6 +439,131 @@ TEST_F(Peers, SizeStateScaleAndTitleBar) {
   screen.Settle();
   EXPECT_TRUE(form->Closed());
   EXPECT_EQ(screen.Windows(), 0);
+}
+
+/// The user's font for texts of windows; put back at the end.
+class MessageFont {
+ public:
+  MessageFont() {
+    before_.cbSize = sizeof before_;
+    ::SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof before_, &before_, 0);
+  }
+  MessageFont(const MessageFont&) = delete;
+  MessageFont& operator=(const MessageFont&) = delete;
+  ~MessageFont() { Apply(before_); }
+  void Be(const wchar_t* face, int points) const {
+    NONCLIENTMETRICSW metrics = before_;
+    ::lstrcpynW(metrics.lfMessageFont.lfFaceName, face, LF_FACESIZE);
+    metrics.lfMessageFont.lfHeight = -::MulDiv(points, 96, 72);
+    Apply(metrics);
+  }
+  void BeAsBefore() const { Apply(before_); }
+
+ private:
+  static void Apply(NONCLIENTMETRICSW metrics) {
+    ::SystemParametersInfoW(SPI_SETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+  }
+  NONCLIENTMETRICSW before_{};
+};
+
+/// Room that a control's caption takes in the font that it really has.
+SIZE CaptionOf(HWND window) {
+  const HDC canvas = ::GetDC(window);
+  const HGDIOBJ before =
+      ::SelectObject(canvas, reinterpret_cast<HGDIOBJ>(::SendMessageW(window, WM_GETFONT, 0, 0)));
+  RECT room{};
+  ::DrawTextW(canvas, native::TextOf(window).c_str(), -1, &room, DT_CALCRECT | DT_SINGLELINE);
+  ::SelectObject(canvas, before);
+  ::ReleaseDC(window, canvas);
+  return {room.right, room.bottom};
+}
+
+TEST_F(Peers, CaptionsAreReadInFullInTheUsersFontAndScale) {
+  const HWND window = screen.HandleOf(*form);
+  // Nothing gives way to a small screen.
+  Control<AutoResizer>(*form, "ajuste").SetEnabled(false);
+  form->etiqueta->SetCaption("&Observaciones a la orden de producción");
+  form->boton->SetCaption("&Generar códigos de las partidas");
+  form->casilla->SetCaption("&Dejar como movimiento pendiente");
+  for (int i = 1; i <= 3; ++i) form->lista->Columns().Add("", "Regreso de comida " + Decimal(i));
+  const auto place_of = [](HWND of) {
+    RECT place;
+    ::GetWindowRect(of, &place);
+    return place;
+  };
+  const auto texts_fit = [&](const zuvi::Control& control, int beside, int above) {
+    const HWND native = screen.HandleOf(control);
+    const SIZE text = CaptionOf(native);
+    const RECT place = place_of(native);
+    EXPECT_LE(text.cx + beside, place.right - place.left) << control.Name();
+    EXPECT_LE(text.cy + above, place.bottom - place.top) << control.Name();
+  };
+  const auto all_fit = [&] {
+    texts_fit(*form->etiqueta, 0, 0);
+    texts_fit(*form->boton, 8, 6);
+    texts_fit(*form->casilla, 18, 0);
+    const HWND header = reinterpret_cast<HWND>(screen.Ask(*form->lista, LVM_GETHEADER));
+    const HDC canvas = ::GetDC(header);
+    const HGDIOBJ before =
+        ::SelectObject(canvas, reinterpret_cast<HGDIOBJ>(::SendMessageW(header, WM_GETFONT, 0, 0)));
+    for (int i = 0; i < 3; ++i) {
+      SIZE text{};
+      ::GetTextExtentPoint32W(canvas, L"Regreso de comida 1", 19, &text);
+      EXPECT_LE(text.cx + 12, screen.Ask(*form->lista, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(i)));
+    }
+    ::SelectObject(canvas, before);
+    ::ReleaseDC(header, canvas);
+    LONG below = place_of(screen.HandleOf(*form->etiqueta)).top;
+    for (const zuvi::Control* control : std::initializer_list<const zuvi::Control*>{
+             form->etiqueta.get(), form->a.get(), form->b.get(), form->boton.get(), form->casilla.get()}) {
+      const RECT place = place_of(screen.HandleOf(*control));
+      EXPECT_GE(place.top, below) << control->Name();
+      below = place.bottom;
+    }
+    // Where the screen has no room for the whole window, what has the keyboard comes into view.
+    RECT inside;
+    ::GetClientRect(window, &inside);
+    ::MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&inside), 2);
+    for (zuvi::Control* control :
+         std::initializer_list<zuvi::Control*>{form->cancelar.get(), form->a.get()}) {
+      control->SetFocus();
+      screen.Settle();
+      const RECT place = place_of(screen.HandleOf(*control));
+      EXPECT_TRUE(place.left >= inside.left && place.top >= inside.top && place.right <= inside.right &&
+                  place.bottom <= inside.bottom)
+          << control->Name();
+    }
+  };
+  const RECT first = place_of(window), box = place_of(screen.HandleOf(*form->a));
+  const MessageFont font;
+  for (const int points : {13, 9, 11}) {
+    SCOPED_TRACE(points);
+    // Wider than what users of today's systems have.
+    font.Be(L"DejaVu Sans", points);
+    ::SendMessageW(window, WM_SETTINGCHANGE, 0, reinterpret_cast<LPARAM>(L"WindowMetrics"));
+    screen.Settle();
+    all_fit();
+    for (LONG before = 96; const LONG dpi : {192, 120, 144, 96}) {
+      SCOPED_TRACE(dpi);
+      RECT place = place_of(window);
+      place.right = place.left + (place.right - place.left) * dpi / before;
+      place.bottom = place.top + (place.bottom - place.top) * dpi / before;
+      before = dpi;
+      ::SendMessageW(window, WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&place));
+      screen.Settle();
+      all_fit();
+    }
+  }
+  form->etiqueta->SetCaption("Uno");
+  form->boton->SetCaption("Dos");
+  form->casilla->SetCaption("Tres");
+  form->lista->Columns().Clear();
+  font.BeAsBefore();
+  ::SendMessageW(window, WM_SETTINGCHANGE, SPI_SETNONCLIENTMETRICS, 0);
+  screen.Settle();
+  const RECT last = place_of(window), box_now = place_of(screen.HandleOf(*form->a));
+  EXPECT_EQ(last.right - last.left, first.right - first.left);
+  EXPECT_EQ(box_now.bottom - box_now.top, box.bottom - box.top);
 }
 
 TEST_F(Peers, ModalBlocksItsOwnerAndGivesTheFocusBack) {

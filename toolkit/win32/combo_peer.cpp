@@ -34,6 +34,7 @@ class ComboPeer final : public NativeControl, private DropDown {
     if (aspect == Aspect::Items) ShowItems();
     if (aspect == Aspect::Text || aspect == Aspect::Selection) ShowText();
     NativeControl::Update(aspect);
+    if (aspect == Aspect::Bounds) SetFieldHeight();
   }
 
   /// The window's height includes the list that drops down.

@@ -163,15 +163,20 @@ class MonthPeer final : public NativeControl {
   void Create() override {
     CreateWindowOf(MONTHCAL_CLASSW, 0, WS_EX_CLIENTEDGE, Wide(month_.AccessibleName()));
     ShowValue();
-    TakeRoom();
-  }
-  void Restyle() override {
-    NativeControl::Restyle();
-    TakeRoom();
   }
   void Update(Aspect aspect) override {
     if (aspect == Aspect::Value) ShowValue();
     NativeControl::Update(aspect);
+  }
+  /// A whole month and the day of today, as this version of the control draws them.
+  Extent Needs() const override {
+    RECT least{};
+    if (!SendPtr(MCM_GETMINREQRECT, 0, &least)) return {};
+    const int today = static_cast<int>(Send(MCM_GETMAXTODAYWIDTH));
+    // What does not fit by a pixel is not shown at all.
+    return {
+        Parent().Twips(std::max<int>(least.right - least.left, today) + 2 * Parent().Metric(SM_CXEDGE) + 1),
+        Parent().Twips(least.bottom - least.top + 2 * Parent().Metric(SM_CYEDGE) + 1)};
   }
   LRESULT OnNotify(const NMHDR& notification) override {
     if (Updating()) return 0;
@@ -224,20 +229,6 @@ class MonthPeer final : public NativeControl {
     month_.SetValue(day);
     moved_ = true;
     PickLater();
-  }
-  /// A whole month at the window's font: how much that is differs with every version of the control and with
-  /// the user's settings, and what does not fit is not shown at all.
-  void TakeRoom() {
-    RECT needed{}, whole, inside;
-    if (!SendPtr(MCM_GETMINREQRECT, 0, &needed)) return;
-    ::GetWindowRect(Window(), &whole);
-    ::GetClientRect(Window(), &inside);
-    const LONG width = std::max(needed.right - needed.left, static_cast<LONG>(Send(MCM_GETMAXTODAYWIDTH)));
-    const LONG height = needed.bottom - needed.top;
-    if (inside.right >= width && inside.bottom >= height) return;
-    Parent().TakeRoom(month_, static_cast<int>(width + whole.right - whole.left - inside.right),
-                      static_cast<int>(height + whole.bottom - whole.top - inside.bottom));
-    Parent().Place(*this);
   }
   void PickLater() {
     if (moved_) ::PostMessageW(Window(), kMoved, 0, 0);

@@ -61,7 +61,7 @@ class Painter {
     for (std::int32_t row = 0; row < grid_.Rows() && Px(top) < part.bottom; ++row) {
       if (row == grid_.FixedRows()) row = std::max(row, grid_.TopRow());
       if (row >= grid_.Rows()) break;
-      const std::int32_t bottom = top + FlexGrid::kRowHeight;
+      const std::int32_t bottom = top + grid_.RowHeight();
       if (Px(bottom) > part.top) PaintRow(row, top, bottom, part);
       top = bottom;
     }
@@ -137,7 +137,7 @@ void PaintGrid(HDC canvas, const RECT& inside, const RECT& part, const FlexGrid&
 GridCell CellAt(const FlexGrid& grid, std::int32_t x, std::int32_t y) {
   GridCell cell;
   if (x < 0 || y < 0) return cell;
-  const std::int32_t line = y / FlexGrid::kRowHeight;
+  const std::int32_t line = y / grid.RowHeight();
   const std::int32_t row = line < grid.FixedRows() ? line : grid.TopRow() + line - grid.FixedRows();
   if (row < grid.Rows()) cell.row = row;
   std::int32_t left = 0;

@@ -45,6 +45,12 @@ class GridPeer final : public NativeControl {
     }
   }
 
+  void Restyle() override {
+    NativeControl::Restyle();
+    const Echo echo(*this);
+    Flush();
+  }
+
   /// Scroll bars as needed; the cells are drawn with the next painting.
   void Flush() override {
     // Setting a bar sends a size message, which asks for the same again.
@@ -136,7 +142,7 @@ class GridPeer final : public NativeControl {
   /// Width the columns need, from `first` on.
   std::int32_t WidthOf(std::int32_t first) const {
     std::int32_t width = 0;
-    for (std::int32_t col = first; col < grid_.Cols(); ++col) width += grid_.ColWidth(col);
+    for (std::int32_t col = first; col < grid_.Cols(); ++col) width += grid_.LeastWidth(col);
     return width;
   }
 
@@ -144,10 +150,10 @@ class GridPeer final : public NativeControl {
     RECT inside;
     ::GetClientRect(Window(), &inside);
     std::int32_t room = Parent().Twips(inside.right);
-    for (std::int32_t col = 0; col < grid_.FixedCols(); ++col) room -= grid_.ColWidth(col);
+    for (std::int32_t col = 0; col < grid_.FixedCols(); ++col) room -= grid_.LeastWidth(col);
     std::int32_t count = 0;
     for (std::int32_t col = grid_.Cols() - 1; col >= grid_.FixedCols(); --col, ++count)
-      if ((room -= grid_.ColWidth(col)) < 0) break;
+      if ((room -= grid_.LeastWidth(col)) < 0) break;
     return std::max(count, 1);
   }
 

@@ -212,20 +212,21 @@ class ListPeer final : public NativeControl {
 
   /// Columns without a width of their own share what the others leave.
   void ShareWidth() {
-    const auto& columns = list_.Columns().All();
     RECT inside;
     ::GetClientRect(Window(), &inside);
     if (inside.right == shared_) return;
     shared_ = inside.right;
-    const auto sharing = std::ranges::count(columns, 0, &ListColumn::width);
-    if (!columns.empty() && sharing == 0) return;
-    int room = inside.right;
-    for (const ListColumn& column : columns) room -= Parent().Pixels(column.width);
-    const int share = std::max(room / std::max<int>(1, static_cast<int>(sharing)), Parent().Pixels(Dip(60)));
     const Echo echo(*this);
-    for (std::size_t i = 0; i < std::max<std::size_t>(1, columns.size()); ++i)
-      if (columns.empty() || columns[i].width == 0)
-        Send(LVM_SETCOLUMNWIDTH, i + static_cast<std::size_t>(first_), share);
+    if (list_.Columns().Count() == 0) {
+      Send(LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(first_), inside.right);
+      return;
+    }
+    std::int32_t right = 0;
+    for (auto i = static_cast<WPARAM>(first_);
+         const std::int32_t width : list_.ColumnWidths(Parent().Twips(inside.right))) {
+      const int left = Parent().Pixels(right);
+      Send(LVM_SETCOLUMNWIDTH, i++, Parent().Pixels(right += width) - left);
+    }
   }
 
   void GiveText(LVITEMW& item) const {

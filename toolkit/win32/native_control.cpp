@@ -101,8 +101,9 @@ void NativeControl::Adopt(HWND inner) {
 
 RECT NativeControl::Place() const {
   const Rect& b = control_.Bounds();
-  return {form_.Pixels(b.left), form_.Pixels(b.top), form_.Pixels(b.left + b.width),
-          form_.Pixels(b.top + b.height)};
+  const POINT& scrolled = form_.Scroll().At();
+  return {form_.Pixels(b.left) - scrolled.x, form_.Pixels(b.top) - scrolled.y,
+          form_.Pixels(b.left + b.width) - scrolled.x, form_.Pixels(b.top + b.height) - scrolled.y};
 }
 
 void NativeControl::Restyle() {
@@ -247,8 +248,10 @@ std::optional<LRESULT> NativeControl::OnMessage(const Message& message) {
       if (!alive) return result;
       if (OnlyReads())
         ::SetFocus(form_.Window());  // which passes it on to where it belongs
-      else
+      else {
+        form_.Scroll().Reveal(NativeControl::Place());
         form_.Model().FocusMoved(&control_);
+      }
       return result;
     }
     case WM_KILLFOCUS: {

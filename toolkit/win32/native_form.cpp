@@ -79,12 +79,7 @@ NativeForm::~NativeForm() {
   if (modal) ::PostMessageW(nullptr, WM_NULL, 0, 0);
 }
 
-void NativeForm::MakeFonts() {
-  LOGFONTW font = Module().MessageFont(dpi_);
-  font_.reset(::CreateFontIndirectW(&font));
-  font.lfWeight = FW_BOLD;
-  bold_.reset(::CreateFontIndirectW(&font));
-}
+void NativeForm::MakeFonts() { texts_ = std::make_shared<NativeTexts>(Module().MessageFont(dpi_), dpi_); }
 
 RECT NativeForm::FrameOf(int width, int height) const {
   RECT frame{0, 0, width, height};
@@ -126,13 +121,9 @@ void NativeForm::Create(int nth) {
   plan.place = FirstPlace(nth);
   plan.param = life_.get();
   Module().Create(plan);
-  if (const UINT dpi = Module().DpiOf(Window()); dpi != dpi_) {
-    dpi_ = dpi;
-    const RECT place = FirstPlace(nth);
-    ::SetWindowPos(Window(), nullptr, place.left, place.top, place.right - place.left,
-                   place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
-  }
+  dpi_ = Module().DpiOf(Window());
   MakeFonts();
+  form_.FitTo(texts_);
   const std::vector<std::shared_ptr<Control>> controls = form_.Controls();
   for (const auto& control : controls) {
     auto peer = PeerFor(*this, *control);
@@ -140,10 +131,18 @@ void NativeForm::Create(int nth) {
     peer->Create();
     control->SetPeer(std::move(peer));
   }
-  // Controls may have asked for more room than designed.
+  FitNative();
   const RECT place = FirstPlace(nth);
   ::SetWindowPos(Window(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void NativeForm::FitNative() {
+  for (const auto& control : form_.Controls()) {
+    const Peer* const peer = control->NativeSide();
+    const Extent needs = peer ? peer->Needs() : Extent{};
+    if (needs.width > control->Width() || needs.height > control->Height()) return form_.Fit();
+  }
 }
 
 void NativeForm::ShowNow() {
@@ -251,7 +250,7 @@ void NativeForm::Place(NativeControl& control) {
 }
 
 void NativeForm::OnSize(WPARAM kind, int width, int height) {
-  if (showing_) return;
+  if (showing_ || scroll_.Showing()) return;
   if (kind == SIZE_MINIMIZED) {
     form_.SetState(WindowState::Minimized);
     return;
@@ -259,9 +258,19 @@ void NativeForm::OnSize(WPARAM kind, int width, int height) {
   const auto life = life_;
   form_.SetState(kind == SIZE_MAXIMIZED ? WindowState::Maximized : WindowState::Normal);
   if (width == Pixels(form_.InsideWidth()) && height == Pixels(form_.InsideHeight())) return;
+  scroll_.Hide();
+  LayOut();
+  // A bar takes room, for which something may give way, or the other bar be needed.
+  while (life->peer && scroll_.Show()) LayOut();
+}
+
+void NativeForm::LayOut() {
+  const auto life = life_;
+  RECT inside;
+  ::GetClientRect(Window(), &inside);
   // Controls move together at the end.
   sizing_ = true;
-  form_.Resized(Twips(width), Twips(height));
+  form_.Resized(Twips(inside.right), Twips(inside.bottom));
   if (!life->peer) return;
   sizing_ = false;
   const std::vector<NativeControl*> moved = std::exchange(moved_, {});
@@ -288,21 +297,51 @@ void NativeForm::OnPaint(HWND window) {
 }
 
 void NativeForm::OnNewScale(UINT dpi, const RECT& place) {
+  const auto life = life_;
   Dismiss();
   dpi_ = dpi;
   ::SetWindowPos(Window(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);
-  Rescale();
+  if (life->peer) Rescale();
 }
 
 void NativeForm::Rescale() {
+  const auto life = life_;
   // The controls hold the old ones until they have the new.
-  const auto font = std::move(font_), bold = std::move(bold_);
+  const auto before = texts_;
   MakeFonts();
-  for (const auto& control : form_.Controls())
+  for (const auto& control : form_.Controls()) {
+    if (!life->peer) return;
     if (auto* peer = static_cast<NativeControl*>(control->NativeSide())) peer->Restyle();
+  }
+  form_.FitTo(texts_);
+  if (!life->peer) return;
+  PutOnScreen();
   if (tips_) ::SendMessageW(tips_, TTM_SETMAXTIPWIDTH, 0, Pixels(kTipWidth));
-  ::RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+  // What code has placed follows as it does when the user changes the size.
+  if (life->peer) form_.Form_Resize();
+  if (life->peer) ::RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+void NativeForm::PutOnScreen() {
+  RECT now;
+  ::GetWindowRect(Window(), &now);
+  if (::IsIconic(Window())) return;
+  const auto life = life_;
+  if (!::IsZoomed(Window())) {
+    const RECT frame = FrameOf(Pixels(form_.InsideWidth()), Pixels(form_.InsideHeight()));
+    const RECT area = NativeModule::WorkArea(Window());
+    const LONG width = std::min(frame.right - frame.left, area.right - area.left);
+    const LONG height = std::min(frame.bottom - frame.top, area.bottom - area.top);
+    ::SetWindowPos(Window(), nullptr, std::max(area.left, std::min(now.left, area.right - width)),
+                   std::max(area.top, std::min(now.top, area.bottom - height)), width, height,
+                   SWP_NOZORDER | SWP_NOACTIVATE);
+  }
+  // On a screen without room for all of it, and where it fills the screen, it has another inside than it
+  // wants.
+  RECT inside;
+  if (!life->peer || !::GetClientRect(Window(), &inside)) return;
+  OnSize(::IsZoomed(Window()) ? SIZE_MAXIMIZED : SIZE_RESTORED, inside.right, inside.bottom);
 }
 
 void NativeForm::SmallestSize(MINMAXINFO& info) const {
@@ -310,13 +349,6 @@ void NativeForm::SmallestSize(MINMAXINFO& info) const {
   const RECT area = NativeModule::WorkArea(Window());
   info.ptMinTrackSize = {std::min(frame.right - frame.left, area.right - area.left),
                          std::min(frame.bottom - frame.top, area.bottom - area.top)};
-}
-
-void NativeForm::TakeRoom(const Control& control, int width, int height) {
-  // A window that fills the screen, or is not there, has nothing to grow by.
-  if (::IsZoomed(Window()) || ::IsIconic(Window())) return;
-  // One more: both edges may be rounded down.
-  form_.MakeRoom(control, Twips(width + 1), Twips(height + 1));
 }
 
 void NativeForm::SetToolTip(HWND tool, const std::wstring& text) {
@@ -423,6 +455,20 @@ bool NativeForm::IgnoresKey(const Message& message) {
   return true;
 }
 
+void NativeForm::OnWheel(const Message& m) {
+  // Handed on by the control with the focus. What can only be read scrolls where the pointer is.
+  if (wheeling_) return;
+  NativeControl* const peer = PeerOf(::WindowFromPoint({GET_X_LPARAM(m.l), GET_Y_LPARAM(m.l)}));
+  if (!peer || !peer->OnlyReads()) {
+    scroll_.Wheel(GET_WHEEL_DELTA_WPARAM(m.w));
+    return;
+  }
+  const auto life = life_;
+  wheeling_ = true;
+  ::SendMessageW(peer->Window(), m.id, m.w, m.l);
+  if (life->peer) wheeling_ = false;
+}
+
 std::optional<LRESULT> NativeForm::Handle(const Message& m) {
   switch (m.id) {
     case WM_COMMAND:
@@ -481,15 +527,12 @@ std::optional<LRESULT> NativeForm::Handle(const Message& m) {
       Dismiss();
       return std::nullopt;
     case WM_MOUSEWHEEL:
-      // Handed on by the control with the focus. What can only be read scrolls where the pointer is.
-      if (!wheeling_)
-        if (NativeControl* const peer = PeerOf(::WindowFromPoint({GET_X_LPARAM(m.l), GET_Y_LPARAM(m.l)}));
-            peer && peer->OnlyReads()) {
-          const auto life = life_;
-          wheeling_ = true;
-          ::SendMessageW(peer->Window(), m.id, m.w, m.l);
-          if (life->peer) wheeling_ = false;
-        }
+      OnWheel(m);
+      return 0;
+    case WM_HSCROLL:
+    case WM_VSCROLL:
+      if (m.l != 0) return std::nullopt;
+      scroll_.Turn(m.id == WM_HSCROLL ? SB_HORZ : SB_VERT, LOWORD(m.w));
       return 0;
     case WM_SIZE:
       OnSize(m.w, LOWORD(m.l), HIWORD(m.l));
@@ -517,7 +560,8 @@ std::optional<LRESULT> NativeForm::Handle(const Message& m) {
       OnNewScale(HIWORD(m.w), *reinterpret_cast<const RECT*>(m.l));
       return 0;
     case WM_SETTINGCHANGE:
-      if (m.w == SPI_SETNONCLIENTMETRICS) Rescale();
+      // Which of the settings it was is told in several ways, by the version of the system.
+      if (texts_ && !texts_->Is(Module().MessageFont(dpi_), dpi_)) Rescale();
       return std::nullopt;
     case WM_SYSCOLORCHANGE:
     case WM_THEMECHANGED:

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "toolkit/form.h"
+#include "toolkit/win32/form_scroll.h"
+#include "toolkit/win32/native_texts.h"
 #include "toolkit/win32/window_life.h"
 
 namespace zuvi::native {
@@ -59,14 +61,15 @@ class NativeForm final : public Peer {
   std::int32_t Twips(int pixels) const { return ::MulDiv(pixels, 1440, static_cast<int>(dpi_)); }
   /// A measure of the system's (SM_…) in pixels of this window's screen.
   int Metric(int which) const { return NativeModule::Metric(which, dpi_); }
-  HFONT Font(bool bold = false) const { return bold ? bold_.get() : font_.get(); }
+  HFONT Font(bool bold = false) const { return texts_->Font(bold); }
   /// Whether a control's native focus would be the keyboard's.
   bool Active() const;
 
+  /// The part that is in view, where the screen has no room for all of it.
+  FormScroll& Scroll() { return scroll_; }
+  const FormScroll& Scroll() const { return scroll_; }
   /// A control's place changed.
   void Place(NativeControl& control);
-  /// Makes a control at least that large, in pixels, with its edges.
-  void TakeRoom(const Control& control, int width, int height);
   /// Tool tip of a window; empty for none.
   void SetToolTip(HWND tool, const std::wstring& text);
   /// Runs `tick` every so many milliseconds; 0 stops it. `id` names the timer.
@@ -87,10 +90,17 @@ class NativeForm final : public Peer {
   RECT FirstPlace(int nth) const;
   void GiveFocus();
   void OnSize(WPARAM kind, int width, int height);
+  /// Lays the controls out in the inside that the window has.
+  void LayOut();
   void OnPaint(HWND window);
+  void OnWheel(const Message& message);
   void OnModalEnded();
   void OnNewScale(UINT dpi, const RECT& place);
   void Rescale();
+  /// Brings the window to the size of its inside, no larger than its screen and nowhere outside of it.
+  void PutOnScreen();
+  /// What the controls' native sides ask for beyond what the model knows of.
+  void FitNative();
   void SmallestSize(MINMAXINFO& info) const;
   void ShowState();
   void Hide();
@@ -102,7 +112,8 @@ class NativeForm final : public Peer {
   std::shared_ptr<WindowLife> life_;
   DWORD style_ = 0, extended_ = 0;
   UINT dpi_ = 96;
-  UniqueGdi<HFONT> font_, bold_;
+  std::shared_ptr<const NativeTexts> texts_;
+  FormScroll scroll_{*this};
   HWND tips_ = nullptr;
   bool showing_ = true, painting_ = false, sizing_ = false, wheeling_ = false;
   std::vector<NativeControl*> moved_;
