@@ -173,10 +173,8 @@ class MonthPeer final : public NativeControl {
     RECT least{};
     if (!SendPtr(MCM_GETMINREQRECT, 0, &least)) return {};
     const int today = static_cast<int>(Send(MCM_GETMAXTODAYWIDTH));
-    // What does not fit by a pixel is not shown at all.
-    return {
-        Parent().Twips(std::max<int>(least.right - least.left, today) + 2 * Parent().Metric(SM_CXEDGE) + 1),
-        Parent().Twips(least.bottom - least.top + 2 * Parent().Metric(SM_CYEDGE) + 1)};
+    return {Parent().Twips(std::max<int>(least.right - least.left, today) + 2 * Parent().Metric(SM_CXEDGE)),
+            Parent().Twips(least.bottom - least.top + 2 * Parent().Metric(SM_CYEDGE))};
   }
   LRESULT OnNotify(const NMHDR& notification) override {
     if (Updating()) return 0;
