@@ -92,6 +92,8 @@ wine_suites() { # build folder, name of the architecture, locales for the client
       wine_script "$runner" "$bin" operaciones "$arch $short MariaDB" "$locale" \
         "$base" "$ZUVI_MARIADB_LOG" "zuvi_${runner}_${arch}_$short"
     done
+    [ "$locale" != "${com_locales%% *}" ] ||
+      suite "prueba de Windows $arch" 300 count_last_line bash "$ZUVI_ROOT/tests/e2e/prueba.sh" "$bin"
     wine_register "$bin" /u || tally "retirar las DLL $arch $short" 0 1
     wine_stop
   done
