@@ -50,7 +50,7 @@ Apartamento::~Apartamento() { modulo_.Suelta(); }
 std::shared_ptr<Apartamento> ModuloProduccion::ApartamentoActual() {
   const std::lock_guard lock(mutex_);
   std::erase_if(apartamentos_, [](const auto& entry) { return entry.second.expired(); });
-  auto& entry = apartamentos_[::GetCurrentThreadId()];
+  auto& entry = apartamentos_[CurrentThread()];
   std::shared_ptr<Apartamento> current = entry.lock();
   if (!current) entry = current = std::make_shared<Apartamento>(module_);
   return current;

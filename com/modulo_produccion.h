@@ -7,6 +7,7 @@
 
 #include "com/automation/com_module.h"
 #include "com/automation/registration.h"
+#include "com/automation/thread_identity.h"
 #include "com/fabrica_com.h"
 #include "component/services/modulo.h"
 #include "toolkit/win32/win32_desktop.h"
@@ -50,7 +51,7 @@ class ModuloProduccion {
 
   ComModule module_;
   std::mutex mutex_;
-  std::map<DWORD, std::weak_ptr<Apartamento>> apartamentos_;
+  std::map<ThreadIdentity, std::weak_ptr<Apartamento>> apartamentos_;
 };
 
 }  // namespace zuvi

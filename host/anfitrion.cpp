@@ -313,7 +313,9 @@ bool Anfitrion::Vetada(const std::string& clave) {
 }
 
 void Anfitrion::AnotaVentana(const ObjectPtr& ventana) {
-  if (ventana) ventanas_.push_back(ventana);
+  if (!ventana) return;
+  Retiene(ventana);
+  ventanas_.push_back(ventana);
 }
 
 void Anfitrion::OlvidaVentana(const ObjectPtr& ventana) {

@@ -126,6 +126,13 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   /// Whether table `procesos` forbids a key; read when the connection is opened.
   bool Vetada(const std::string& clave);
 
+  /// An object of a client is kept beyond the call that brought it. Told to who tends the boundary it came
+  /// over: its code must be there for as long.
+  void Retiene(const ObjectPtr& objeto) const {
+    if (objeto && al_retener_) al_retener_(objeto);
+  }
+  void AlRetener(std::function<void(const ObjectPtr&)> aviso) { al_retener_ = std::move(aviso); }
+
   /// The main window, which gets the focus back when a window of the module closes; null without windows.
   const ObjectPtr& VentanaPrincipal() const { return ventana_principal_; }
   void PonVentanaPrincipal(ObjectPtr ventana) { ventana_principal_ = std::move(ventana); }
@@ -165,6 +172,7 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   std::shared_ptr<ArchivoDeTraza> archivo_de_traza_;
   std::shared_ptr<BaseDatos> base_;
   bool recien_creada_ = false;
+  std::function<void(const ObjectPtr&)> al_retener_;
   std::map<std::string, Gancho> ganchos_;
   std::set<std::string> vetadas_, en_curso_;
   ObjectPtr ventana_principal_;

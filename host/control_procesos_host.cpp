@@ -85,6 +85,7 @@ void ControlProcesosHost::PonGancho(const std::string& clave, const ObjectPtr& o
     anfitrion_->QuitaGancho(clave);
     return;
   }
+  anfitrion_->Retiene(objeto);
   anfitrion_->PonGancho(clave, [objeto](PeticionProceso& peticion) {
     std::array<Value, 2> argumentos{Referencia(peticion.objeto), Referencia(peticion.ambiente)};
     const Value veto = objeto->Read(objeto->Find("Ejecuta").value_or(kDefaultMember), argumentos);

@@ -4,11 +4,11 @@
 
 namespace zuvi {
 
-std::wstring ComModule::Path() const {
+std::wstring PathOf(HMODULE module) {
   // Paths may be longer than MAX_PATH; a full buffer means there is more.
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {
-    const DWORD length = ::GetModuleFileNameW(instance_, path.data(), static_cast<DWORD>(path.size()));
+    const DWORD length = ::GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
     if (length < path.size()) {
       path.resize(length);
       return path;
@@ -16,6 +16,8 @@ std::wstring ComModule::Path() const {
     path.resize(path.size() * 2);
   }
 }
+
+std::wstring ComModule::Path() const { return PathOf(instance_); }
 
 std::wstring ComModule::TypeLibPath(int number) const {
   return number == 1 ? Path() : Path() + L"\\" + std::to_wstring(number);

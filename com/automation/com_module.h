@@ -10,6 +10,9 @@
 
 namespace zuvi {
 
+/// Full path of a loaded program file, however long.
+std::wstring PathOf(HMODULE module);
+
 /// What keeps a DLL in memory.
 enum class HoldKind { Object, Factory, ServerLock, Window, Method, Count };
 

@@ -5,6 +5,7 @@
 #include "host/win32/opciones_windows.h"
 #include "host/win32/recordset_indeciso.h"
 #include "host/win32/ventanas_interaccion.h"
+#include "toolkit/win32/module_pin.h"
 
 namespace zuvi::host {
 
@@ -19,6 +20,9 @@ FabricaVentanas& ApartamentoHost::Fabrica() {
   if (!fabrica_) {
     auto interaccion = std::make_unique<VentanasInteraccion>(ImpresionDeWindows(), escritorio_);
     anfitrion_ = std::make_shared<Anfitrion>(OpcionesDeWindows(), std::move(interaccion));
+    anfitrion_->AlRetener([this](const ObjectPtr& objeto) {
+      native::PinModuleOf(*reinterpret_cast<void**>(Publish(objeto, modulo_).get()));
+    });
     fabrica_ = std::make_unique<FabricaVentanas>(anfitrion_, escritorio_, otras_, [this] {
       return std::make_shared<ModuleHold>(modulo_, HoldKind::Window);
     });

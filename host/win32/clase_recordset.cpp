@@ -79,6 +79,7 @@ HRESULT ClaseRecordset::CreaDelSistema(IUnknown* exterior, REFIID iid, void** sa
     const HRESULT hallada = CoGetClassObject(kClase, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, nullptr,
                                              IID_IClassFactory, fabrica.put_void());
     if (FAILED(hallada)) return hallada;
+    native::PinModuleOf(*reinterpret_cast<void**>(fabrica.get()));
     del_sistema_ = std::move(fabrica);
   }
   const ComPtr<IClassFactory> fabrica = del_sistema_;

@@ -4,28 +4,21 @@
 
 namespace zuvi::host {
 
-ModuloHost::Hilo ModuloHost::HiloActual() {
-  FILETIME nacido{}, resto{};
-  GetThreadTimes(GetCurrentThread(), &nacido, &resto, &resto, &resto);
-  return {GetCurrentThreadId(), ULONGLONG{nacido.dwHighDateTime} << 32 | nacido.dwLowDateTime};
-}
-
 std::shared_ptr<ApartamentoHost> ModuloHost::Actual() {
-  const Hilo hilo = HiloActual();
+  const ThreadIdentity hilo = CurrentThread();
   const std::lock_guard cerrado(candado_);
-  auto& apartamento = apartamentos_[hilo];
-  if (!apartamento)
-    apartamento = std::make_shared<ApartamentoHost>(
-        modulo_,
-        [this](IUnknown* exterior, REFIID iid, void** salida) {
-          return Actual()->CreaRecordset(exterior, iid, salida);
-        },
-        [this] { Saca(); });
-  return apartamento;
+  if (const auto suyo = apartamentos_.find(hilo); suyo != apartamentos_.end()) return suyo->second;
+  auto nuevo = std::make_shared<ApartamentoHost>(
+      modulo_,
+      [this](IUnknown* exterior, REFIID iid, void** salida) {
+        return Actual()->CreaRecordset(exterior, iid, salida);
+      },
+      [this] { Saca(); });
+  return apartamentos_.emplace(hilo, std::move(nuevo)).first->second;
 }
 
 std::shared_ptr<ApartamentoHost> ModuloHost::Saca() {
-  const Hilo hilo = HiloActual();
+  const ThreadIdentity hilo = CurrentThread();
   const std::lock_guard cerrado(candado_);
   const auto suyo = apartamentos_.find(hilo);
   if (suyo == apartamentos_.end() || suyo->second->EnUso()) return nullptr;

@@ -10,6 +10,7 @@
 
 #include "com/automation/dispatch_object.h"
 #include "com/automation/registration.h"
+#include "com/automation/thread_identity.h"
 
 namespace zuvi::host {
 
@@ -39,17 +40,13 @@ class ModuloHost {
   bool Descansa();
 
  private:
-  /// A thread, told from later ones of the same number.
-  using Hilo = std::pair<DWORD, ULONGLONG>;
-
-  static Hilo HiloActual();
   std::shared_ptr<ApartamentoHost> Actual();
   /// Takes the calling apartment's host out unless it is in use; null when there is none to be let go.
   std::shared_ptr<ApartamentoHost> Saca();
 
   ComModule modulo_;    // class factories are counted here; objects by their apartment
   std::mutex candado_;  // of the map alone: nobody is called under it
-  std::map<Hilo, std::shared_ptr<ApartamentoHost>> apartamentos_;
+  std::map<ThreadIdentity, std::shared_ptr<ApartamentoHost>> apartamentos_;
 };
 
 }  // namespace zuvi::host

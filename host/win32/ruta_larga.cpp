@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "com/automation/com_module.h"
+
 namespace zuvi::host {
 namespace {
 
@@ -57,14 +59,7 @@ std::wstring RutaCorta(const std::wstring& ruta) {
 }
 
 std::wstring CarpetaDe(HMODULE modulo) {
-  // A full buffer means that there is more.
-  std::wstring ruta(MAX_PATH, L'\0');
-  DWORD largo = GetModuleFileNameW(modulo, ruta.data(), static_cast<DWORD>(ruta.size()));
-  while (largo == ruta.size()) {
-    ruta.resize(ruta.size() * 2);
-    largo = GetModuleFileNameW(modulo, ruta.data(), static_cast<DWORD>(ruta.size()));
-  }
-  ruta.resize(largo);
+  const std::wstring ruta = PathOf(modulo);
   const auto barra = ruta.find_last_of(L'\\');
   return barra == std::wstring::npos ? L"." : ruta.substr(0, barra);
 }

@@ -220,8 +220,6 @@ VentanaTrabajo::~VentanaTrabajo() {
   SetWindowLongPtrW(partes_->ventana, GWLP_USERDATA, 0);
   UnregisterHotKey(partes_->ventana, kTeclaCancela);
   DestroyWindow(partes_->ventana);
-  // The class must not outlive the DLL; another window of it keeps it.
-  UnregisterClassW(kClase, Modulo());
 }
 
 void VentanaTrabajo::Avanza(std::int32_t paso, const std::string& texto, const std::string& texto2) {

@@ -204,6 +204,13 @@ TEST_F(ConHost, WithoutADOTheErrorIsTheSystems) {
   EXPECT_EQ(Campo(recordset.get()), 42);
 }
 
+TEST_F(ConHost, TheCodeOfWhatItKeepsStays) {
+  EXPECT_EQ(Hace(Recordset().get(), L"Close", kMetodo, {}), S_OK);
+  // The end of a thread's use of COM takes every DLL away that COM had loaded for it.
+  for (int i = 0; i < 4; ++i) ::FreeLibrary(::GetModuleHandleW(kAdoFalso));
+  ASSERT_NE(::GetModuleHandleW(kAdoFalso), nullptr);
+}
+
 TEST_F(ConHost, EveryApartmentHasItsOwn) {
   Conexion();
   std::thread([&] {

@@ -4,10 +4,12 @@
 
 namespace zuvi::native {
 
-void PinModule() noexcept {
+void PinModule() noexcept { PinModuleOf(reinterpret_cast<const void*>(&PinModule)); }
+
+void PinModuleOf(const void* within) noexcept {
   HMODULE pinned = nullptr;
   ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
-                       reinterpret_cast<LPCWSTR>(&PinModule), &pinned);
+                       static_cast<LPCWSTR>(within), &pinned);
 }
 
 }  // namespace zuvi::native

@@ -8,4 +8,8 @@ namespace zuvi::native {
 /// there.
 void PinModule() noexcept;
 
+/// The same for the program file in which an address lies: somebody else's, whose object is kept here until
+/// COM takes the thread down.
+void PinModuleOf(const void* within) noexcept;
+
 }  // namespace zuvi::native
