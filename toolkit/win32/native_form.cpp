@@ -209,6 +209,9 @@ void NativeForm::Update(Aspect aspect) {
                        SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
       }
       break;
+    case Aspect::Content:
+      if (!showing_ && !sizing_ && !::IsIconic(Window())) LayOutWithBars();
+      break;
     case Aspect::State: {
       const WindowState now = ::IsIconic(Window())   ? WindowState::Minimized
                               : ::IsZoomed(Window()) ? WindowState::Maximized
@@ -255,9 +258,13 @@ void NativeForm::OnSize(WPARAM kind, int width, int height) {
     form_.SetState(WindowState::Minimized);
     return;
   }
-  const auto life = life_;
   form_.SetState(kind == SIZE_MAXIMIZED ? WindowState::Maximized : WindowState::Normal);
   if (width == Pixels(form_.InsideWidth()) && height == Pixels(form_.InsideHeight())) return;
+  LayOutWithBars();
+}
+
+void NativeForm::LayOutWithBars() {
+  const auto life = life_;
   scroll_.Hide();
   LayOut();
   // A bar takes room, for which something may give way, or the other bar be needed.

@@ -92,6 +92,8 @@ class NativeForm final : public Peer {
   void OnSize(WPARAM kind, int width, int height);
   /// Lays the controls out in the inside that the window has.
   void LayOut();
+  /// The same, and shows the bars that are needed then.
+  void LayOutWithBars();
   void OnPaint(HWND window);
   void OnWheel(const Message& message);
   void OnModalEnded();
