@@ -27,7 +27,8 @@ class FakeList {
     current_ = nullptr;
   }
   int count = 0, selected = -1, focused = -1;
-  int meddled = 0;  // changes that came while it was at work
+  int meddled = 0;                 // changes that came while it was at work
+  std::function<void()> on_press;  // what happens while it waits for a drag
 
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM w, LPARAM l) {
@@ -105,6 +106,7 @@ class FakeList {
   }
   void Press(HWND window, int row, bool twice) {
     working_ = 1;
+    if (on_press) on_press();
     MoveTo(window, row);
     NMITEMACTIVATE what{};
     what.iItem = row;
@@ -223,6 +225,25 @@ TEST_F(FakedLists, ChangedByTheirHandlers) {
   EXPECT_EQ(native.meddled, 0);
 }
 
+TEST_F(FakedLists, FilledAnewWhileAButtonGoesDown) {
+  list.OnClick = [&] { screen.diario.Anota("Click"); };
+  Click(2);
+  native.on_press = [&] {
+    list.Items().Clear();
+    for (const char* key : {"n0", "n1", "n2", "n3"}) list.Items().Add(key, key);
+    list.Select(list.Items().ByKey("n1"));
+  };
+  screen.Take();
+  Click(3);
+  screen.Settle(100);
+  EXPECT_EQ(screen.Take(), Sucesos{});  // the row that was pressed is gone: nobody acts on another
+  EXPECT_EQ(native.selected, 1);
+  native.on_press = nullptr;
+  Click(3);
+  EXPECT_EQ(screen.Take(), (Sucesos{"lista.ItemClick n3", "Click"}));
+  EXPECT_EQ(native.meddled, 0);
+}
+
 TEST_F(FakedLists, AreLeftAloneWhileTheButtonIsHeld) {
   std::array<BYTE, 256> keys{};
   ::GetKeyboardState(keys.data());
@@ -236,6 +257,47 @@ TEST_F(FakedLists, AreLeftAloneWhileTheButtonIsHeld) {
   ::SetKeyboardState(keys.data());
   screen.Settle(100);
   EXPECT_EQ(native.count, 21);
+}
+
+TEST(Lists, FollowASelectionThatNoKeyOrPressMade) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  ListView& list = *form->lista;
+  list.Select(list.Items().ByKey("z"));  // and is still to be shown
+  LVITEMW selected{};
+  selected.state = selected.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+  for (const WPARAM row : {0, 1})
+    screen.Ask(list, LVM_SETITEMSTATE, row, reinterpret_cast<LPARAM>(&selected));
+  screen.Settle(100);
+  ASSERT_TRUE(list.SelectedItem());
+  EXPECT_EQ(list.SelectedItem()->Key(), "y");
+  EXPECT_EQ(screen.Ask(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED), 1);
+  EXPECT_EQ(screen.Take(), (Sucesos{"lista.ItemClick x", "lista.ItemClick y"}));
+}
+
+TEST(Lists, AColumnThatWasDraggedStays) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  ListView& list = *form->lista;
+  list.Columns().Add("a", "Uno", Dip(90));
+  list.Columns().Add("b", "Dos");
+  list.Columns().Add("c", "Tres", Dip(70));
+  screen.Settle(200);
+  const auto width = [&](WPARAM i) { return screen.Ask(list, LVM_GETCOLUMNWIDTH, i); };
+  const LRESULT last = width(2);
+  HDITEMW wanted{};
+  wanted.mask = HDI_WIDTH;
+  wanted.cxy = 110;
+  const auto header = reinterpret_cast<HWND>(screen.Ask(list, LVM_GETHEADER));
+  ::SendMessageW(header, HDM_SETITEMW, 0, reinterpret_cast<LPARAM>(&wanted));
+  for (int i = 0; i < 40; ++i) list.Items().Add("", "fila");
+  screen.Settle(200);
+  ASSERT_TRUE(::GetWindowLongPtrW(screen.HandleOf(list), GWL_STYLE) & WS_VSCROLL);
+  EXPECT_EQ(width(0), 110);
+  EXPECT_EQ(width(2), last);
+  RECT inside;
+  ::GetClientRect(screen.HandleOf(list), &inside);
+  EXPECT_EQ(width(0) + width(1) + width(2), inside.right);
 }
 
 TEST(Lists, AFirstColumnOnTheRight) {
