@@ -334,9 +334,11 @@ const Member* Form::MemberById(MemberId id) const {
 Value Form::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
   if (id < kFirstControl) return Object::Read(id, args, by_ref);
   const auto keep = Keep();
-  CommitInput();
   const auto place = static_cast<std::size_t>(id - kFirstControl);
   if (place >= published_.size()) throw HostError(ErrorNumber::NoSuchMember);
+  // Those of an array share its name. Whoever looks at another control is not to disturb the typing.
+  const auto typed_in = active_ ? names_.find(Minusculas(active_->Name())) : names_.end();
+  if (typed_in != names_.end() && typed_in->second == place) CommitInput();
   const ObjectPtr& object = published_[place];
   // `ventana.lv(0)` asks the array in the same call.
   return args.empty() ? Value(object) : object->Read(kDefaultMember, args, by_ref);
