@@ -301,53 +301,6 @@ TEST_F(Peers, CombosAndRowsThatDropDown) {
   EXPECT_FALSE(::IsWindowVisible(screen.HandleOf(multi)));
 }
 
-TEST_F(Peers, DatesMoveAndTellTheModel) {
-  screen.PressIn(*form->fecha, VK_UP);
-  EXPECT_NE(form->fecha->Value().Texto(), "2024-01-31 10:30:00");
-  EXPECT_TRUE(screen.Heard("fecha.Change"));
-  screen.PressIn(*form->mes, VK_DOWN);
-  EXPECT_TRUE(screen.Heard("mes.DateClick 2024-02-07"));
-  const auto marked = [&] {
-    SYSTEMTIME day{};
-    screen.Ask(*form->mes, MCM_GETCURSEL, 0, reinterpret_cast<LPARAM>(&day));
-    return Fecha::DesdeCivil({day.wYear, day.wMonth, day.wDay, 0, 0, 0});
-  };
-  EXPECT_EQ(marked().Texto(), "2024-02-07");
-  // A place where the calendar shows a kind of thing; of days that of the middle.
-  const auto place_of = [&](UINT kind) {
-    RECT inside;
-    ::GetClientRect(screen.HandleOf(*form->mes), &inside);
-    for (LONG y = kind == MCHT_CALENDARDATE ? inside.bottom / 2 : 2; y < inside.bottom; y += 3)
-      for (LONG x = 2; x < inside.right; x += 3) {
-        MCHITTESTINFO hit{};
-        hit.cbSize = MCHITTESTINFO_V1_SIZE;
-        hit.pt = {x, y};
-        screen.Ask(*form->mes, MCM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
-        if (hit.uHit == kind) return hit.pt;
-      }
-    ADD_FAILURE() << kind;
-    return POINT{};
-  };
-  // What is marked is the value, and each way there tells the model once.
-  for (const UINT kind : {MCHT_TITLEBTNNEXT, MCHT_CALENDARDATE, MCHT_TITLEBTNPREV}) {
-    const Fecha before = form->mes->Value();
-    const POINT at = place_of(kind);
-    screen.Take();
-    screen.Click(*form->mes, at.x, at.y);
-    EXPECT_NE(marked(), before) << kind;
-    EXPECT_EQ(form->mes->Value(), marked()) << kind;
-    EXPECT_EQ(std::ranges::count(screen.Take(), "mes.DateClick " + marked().Texto()), 1) << kind;
-  }
-  // Keys that come while the last day is still being worked on move it all the same.
-  form->mes->OnDateClick = [&](const Fecha&) { screen.desktop.PumpEvents(); };
-  form->mes->SetFocus();
-  const Fecha start = form->mes->Value();
-  for (int i = 0; i < 100; ++i) screen.Stroke(VK_RIGHT);
-  screen.Settle();
-  EXPECT_EQ(form->mes->Value().Serie() - start.Serie(), 100);
-  EXPECT_EQ(marked(), form->mes->Value());
-}
-
 BOOL CALLBACK Collect(HWND window, LPARAM list) {
   reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
   return TRUE;
@@ -439,70 +392,6 @@ TEST_F(Peers, SizeStateScaleAndTitleBar) {
   screen.Settle();
   EXPECT_TRUE(form->Closed());
   EXPECT_EQ(screen.Windows(), 0);
-}
-
-TEST_F(Peers, ModalBlocksItsOwnerAndGivesTheFocusBack) {
-  form->b->SetFocus();
-  const auto make = [&](const std::function<void(Muestra&)>& on_tick) {
-    const auto dialog = std::make_shared<Muestra>(screen.desktop, screen.diario);
-    dialog->reloj->OnTimer = [&dialog = *dialog, on_tick] { on_tick(dialog); };
-    dialog->reloj->SetInterval(60);
-    return dialog;
-  };
-  const auto ends = [&](Muestra& dialog) {
-    EXPECT_FALSE(form->Enabled() || ::IsWindowEnabled(screen.HandleOf(*form)));
-    EXPECT_EQ(::GetActiveWindow(), screen.HandleOf(dialog));
-    EXPECT_EQ(::GetFocus(), screen.HandleOf(*dialog.ActiveControl()));
-    ::PostMessageW(screen.HandleOf(dialog), WM_CLOSE, 0, 0);
-  };
-  for (const bool named : {true, false}) {
-    const auto dialog = make(ends);
-    screen.diario.al_suceder = [&](const std::string& event) {
-      if (event != "Load" || !named) return;
-      // It comes onto the screen before it is loaded, and takes no input yet.
-      dialog->ShowWhileLoading();
-      EXPECT_TRUE(::IsWindowVisible(screen.HandleOf(*dialog)));
-      EXPECT_FALSE(::IsWindowEnabled(screen.HandleOf(*dialog)) || ::IsWindowEnabled(screen.HandleOf(*form)));
-    };
-    dialog->ShowModal(named ? form.get() : nullptr);
-    screen.diario.al_suceder = nullptr;
-    EXPECT_TRUE(dialog->Closed() && form->Enabled());
-    screen.Settle();
-    EXPECT_EQ(::GetFocus(), screen.HandleOf(*form->b));
-  }
-  // One that ends while a later one keeps it from returning has its opener go on at once.
-  const auto other = screen.Open();
-  const auto early = make([](Muestra&) {}), late = make([&](Muestra&dialog) {
-                                              if (!early->Closed()) {
-                                                ::PostMessageW(screen.HandleOf(*early), WM_CLOSE, 0, 0);
-                                                return;
-                                              }
-                                              EXPECT_EQ(screen.Take().back(), "early");
-                                              EXPECT_TRUE(form->Enabled() && !other->Enabled());
-                                              EXPECT_EQ(::GetActiveWindow(), screen.HandleOf(*form));
-                                              ::PostMessageW(screen.HandleOf(dialog), WM_CLOSE, 0, 0);
-                                            });
-  other->reloj->OnTimer = [&] {
-    other->reloj->SetInterval(0);
-    late->ShowModal(other.get(), [&] { screen.diario.Anota("late"); });
-  };
-  other->reloj->SetInterval(60);
-  early->ShowModal(form.get(), [&] { screen.diario.Anota("early"); });
-  screen.Settle();
-  const Sucesos heard = screen.Take();
-  EXPECT_EQ(std::ranges::count(heard, "early"), 0);
-  EXPECT_EQ(std::ranges::count(heard, "late"), 1);
-  EXPECT_TRUE(other->Enabled());
-  EXPECT_EQ(::GetActiveWindow(), screen.HandleOf(*other));
-  // The end of the program reaches the loop outside.
-  const auto dialog = make([](Muestra&) { ::PostQuitMessage(7); });
-  dialog->ShowModal(form.get());
-  EXPECT_TRUE(dialog->Closed());
-  MSG message{};
-  while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) && message.message != WM_QUIT) {
-  }
-  EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
-  EXPECT_EQ(message.wParam, 7u);
 }
 
 }  // namespace
