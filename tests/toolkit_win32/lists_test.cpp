@@ -49,7 +49,9 @@ class FakeList {
         self.Press(window, (GET_Y_LPARAM(l) - kTop) / kHigh, id == WM_LBUTTONDBLCLK);
         return 0;
       case WM_LBUTTONUP:
-        return 0;  // taken out of the queue while the button was held
+        // Some tell of the same again.
+        if (self.selected >= 0) self.Changed(window, self.selected, 0, LVIS_FOCUSED | LVIS_SELECTED);
+        return 0;
       case WM_KEYDOWN:
         self.Key(window, w);
         return 0;
@@ -211,6 +213,16 @@ TEST_F(FakedLists, ChangedByTheirHandlers) {
   form->lista->OnKeyDown = [&](std::int16_t&, std::int16_t) { list.Items()(1).SetText("otro"); };
   screen.Press(VK_DOWN);
   EXPECT_EQ(list.SelectedItem()->Key(), "k1");
+  // A handler that has another row selected.
+  list.OnItemClick = [&](ListItem& item) {
+    screen.diario.Anota(item.Key());
+    list.Select(list.Items().ByKey("k0"));
+  };
+  screen.Take();
+  Click(3);
+  screen.Settle(100);
+  EXPECT_EQ(screen.Take(), (Sucesos{"k3", "lista.Click"}));
+  EXPECT_EQ(native.selected, 0);
   // A handler that fills the list anew, as a catalogue's does.
   list.OnItemClick = [&](ListItem&) {
     list.Items().Clear();

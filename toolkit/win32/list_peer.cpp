@@ -28,9 +28,8 @@ class ListPeer final : public NativeControl {
         FlushLater();
         break;
       case Aspect::Selection:
-        // What the control itself has selected it shows already.
-        if (const int shown = std::exchange(followed_, kNobody); shown == kNobody || shown != Wanted())
-          FlushLater();
+        // What the user has selected is shown already.
+        if (shown_ != Wanted()) FlushLater();
         break;
       case Aspect::Columns: {
         const Echo echo(*this);
@@ -62,7 +61,7 @@ class ListPeer final : public NativeControl {
          LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
     ::InvalidateRect(Window(), nullptr, FALSE);
     ShareWidth();
-    const int wanted = Wanted();
+    const int wanted = shown_ = Wanted();
     if (wanted == Next(LVNI_SELECTED)) return;
     SetState(-1, LVIS_SELECTED, 0);
     // All at once there is none that keeps the mark of the keyboard in every version of the control.
@@ -148,11 +147,12 @@ class ListPeer final : public NativeControl {
   }
   void Follow() {
     const int now = Next(LVNI_SELECTED);
-    if (now == Wanted()) return;
-    if (now < 0)
-      return FlushLater();  // a click beside the rows takes the native selection away, not the model's
-    followed_ = now;
-    list_.UserSelected(now + 1);
+    // Told once more of the same, what a handler has decided since stands.
+    if (now == std::exchange(shown_, now)) return;
+    if (now >= 0)
+      list_.UserSelected(now + 1);
+    else if (list_.SelectedItem())
+      FlushLater();  // a click beside the rows takes the native selection away, not the model's
   }
   /// The row that the model has selected; -1 for none.
   int Wanted() const { return list_.SelectedItem() ? list_.SelectedItem()->Index() - 1 : -1; }
@@ -278,10 +278,9 @@ class ListPeer final : public NativeControl {
   ListView& list_;
   int first_ = 0;  // place of the first column in the native control
   bool moved_ = false, clicked_ = false, double_clicked_ = false;  // told, and not heard by the model yet
-  static constexpr int kNobody = -2;
-  int followed_ = kNobody;  // row selected by the control, while the model is told of it
-  bool refilled_ = false;   // the control does not have the model's rows yet
-  bool lost_ = false;       // what was selected last was a row that had gone
+  int shown_ = -1;         // row selected in the control, as far as it has told
+  bool refilled_ = false;  // the control does not have the model's rows yet
+  bool lost_ = false;      // what was selected last was a row that had gone
   bool pressed_ = false;
   LONG shared_ = -1;        // width of the inside that the columns were made for
   std::vector<int> given_;  // width of each column, unless the user drags it
