@@ -62,7 +62,7 @@ void Control::Design(const Rect& bounds, unsigned anchors) {
   anchors_ = anchors;
   if (form_ && form_->Texts()) {
     laid_out_ = bounds_;
-    form_->Fit();
+    form_->Redesign();
     return;
   }
   laid_out_ = bounds;

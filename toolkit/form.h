@@ -80,6 +80,8 @@ class Form : public Object {
   const Extent& Content() const { return content_; }
   /// The same again, with the font it has: the native side has learnt what its controls need.
   void Fit();
+  /// A control's design has changed: all find their places anew in the inside there is.
+  void Redesign();
   /// The font of its texts; null until it is known.
   const TextMeasure* Texts() const { return texts_.get(); }
   /// Whether the user can change the size.
@@ -139,8 +141,8 @@ class Form : public Object {
   /// the new. Called by peers, and by `Control::SetFocus` where there are none.
   void FocusMoved(Control* control);
   /// What the user typed is in the model before any command runs: before the keyboard moves on, keys and
-  /// captions' letters do something, controls are clicked or read by name and the window closes. Handlers
-  /// run.
+  /// captions' letters do something, controls are clicked, the one being typed in is read by name and the
+  /// window closes. Handlers run.
   void CommitInput();
   /// The inside has a new size.
   void Resized(std::int32_t width, std::int32_t height);

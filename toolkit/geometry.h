@@ -17,6 +17,7 @@ struct Rect {
 /// A size, in twips.
 struct Extent {
   std::int32_t width = 0, height = 0;
+  friend bool operator==(const Extent&, const Extent&) = default;
 };
 
 /// Edges of the window that a control keeps its distance to; opposite ones together stretch it.

@@ -12,6 +12,7 @@ enum class Aspect {
   Enabled,    // enabled state
   Visible,    // shown or hidden
   Bounds,     // place and size
+  Content,    // room that the controls of a window take in all
   Selection,  // selected part of a text, selected item of a list
   Value,      // tick, date, position of a bar
   Items,      // rows of a list or cells of a grid

@@ -13,6 +13,7 @@
 #include "toolkit/buttons.h"
 #include "toolkit/combo_box.h"
 #include "toolkit/flex_grid.h"
+#include "toolkit/form.h"
 #include "toolkit/list_view.h"
 #include "toolkit/multi_combo.h"
 

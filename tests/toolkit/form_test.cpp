@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "tests/support/letra.h"
 #include "tests/toolkit/ventana.h"
 
 namespace zuvi::pruebas {
@@ -275,6 +276,26 @@ TEST_F(Formas, ControlsFollowTheWindowByTheirAnchors) {
   EXPECT_EQ(ventana->b->Bounds(), (Rect{1, 2, 3, 4}));
   crece(0, 0);
   EXPECT_EQ(ventana->a->Bounds(), ventana->a->DesignBounds());
+}
+
+TEST_F(Formas, AFieldGetsItsRowsInASqueezedWindow) {
+  ventana->Add<AutoResizer>("ajuste");
+  ventana->multi->SetBox(ventana->b);
+  ventana->mes->SetVisible(false);  // beside the list, which it would keep from giving way
+  ventana->FitTo(std::make_shared<Letra>(9, 96));
+  const std::int32_t ancho = ventana->DesignWidth() - Dip(20), alto = ventana->DesignHeight() - Dip(80);
+  const std::int32_t entera = ventana->lista->Height();
+  ventana->Resized(ancho, alto);
+  const Rect caja = ventana->b->Bounds(), lista = ventana->lista->Bounds();
+  ASSERT_LT(lista.height, entera);
+  for (const char* filas : {"SELECT", "", "SELECT"}) {
+    ventana->multi->SetRowSource(filas);
+    EXPECT_EQ(ventana->InsideWidth(), ancho);
+    EXPECT_EQ(ventana->InsideHeight(), alto);
+    EXPECT_EQ(ventana->lista->Bounds(), lista);
+    EXPECT_EQ(ventana->b->Left(), caja.left);
+    EXPECT_EQ(ventana->b->Width() < caja.width, *filas != 0);
+  }
 }
 
 /// A native side that moves the focus as a real one does: the model hears of it from within.

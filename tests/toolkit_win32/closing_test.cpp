@@ -1,5 +1,5 @@
 // A window that is closed by a handler of whatever event: nothing of it is used afterwards, and nothing is
-// left.
+// left. Modal ones give back what they kept from input.
 #include <gtest/gtest.h>
 
 #include "tests/toolkit_win32/pantalla.h"
@@ -80,6 +80,72 @@ TEST(Closings, FromAHandler) {
     EXPECT_TRUE(gone.expired());
     EXPECT_EQ(Pantalla::Windows(), 0);
   }
+}
+
+TEST(Modal, BlocksItsOwnerAndGivesTheFocusBack) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  form->b->SetFocus();
+  const auto make = [&](const std::function<void(Muestra&)>& on_tick) {
+    const auto dialog = std::make_shared<Muestra>(screen.desktop, screen.diario);
+    dialog->reloj->OnTimer = [&dialog = *dialog, on_tick] { on_tick(dialog); };
+    dialog->reloj->SetInterval(60);
+    return dialog;
+  };
+  const auto ends = [&](Muestra& dialog) {
+    EXPECT_FALSE(form->Enabled() || ::IsWindowEnabled(screen.HandleOf(*form)));
+    EXPECT_EQ(::GetActiveWindow(), screen.HandleOf(dialog));
+    EXPECT_EQ(::GetFocus(), screen.HandleOf(*dialog.ActiveControl()));
+    ::PostMessageW(screen.HandleOf(dialog), WM_CLOSE, 0, 0);
+  };
+  for (const bool named : {true, false}) {
+    const auto dialog = make(ends);
+    screen.diario.al_suceder = [&](const std::string& event) {
+      if (event != "Load" || !named) return;
+      // It comes onto the screen before it is loaded, and takes no input yet.
+      dialog->ShowWhileLoading();
+      EXPECT_TRUE(::IsWindowVisible(screen.HandleOf(*dialog)));
+      EXPECT_FALSE(::IsWindowEnabled(screen.HandleOf(*dialog)) || ::IsWindowEnabled(screen.HandleOf(*form)));
+    };
+    dialog->ShowModal(named ? form.get() : nullptr);
+    screen.diario.al_suceder = nullptr;
+    EXPECT_TRUE(dialog->Closed() && form->Enabled());
+    screen.Settle();
+    EXPECT_EQ(::GetFocus(), screen.HandleOf(*form->b));
+  }
+  // One that ends while a later one keeps it from returning has its opener go on at once.
+  const auto other = screen.Open();
+  const auto early = make([](Muestra&) {}), late = make([&](Muestra&dialog) {
+                                              if (!early->Closed()) {
+                                                ::PostMessageW(screen.HandleOf(*early), WM_CLOSE, 0, 0);
+                                                return;
+                                              }
+                                              EXPECT_EQ(screen.Take().back(), "early");
+                                              EXPECT_TRUE(form->Enabled() && !other->Enabled());
+                                              EXPECT_EQ(::GetActiveWindow(), screen.HandleOf(*form));
+                                              ::PostMessageW(screen.HandleOf(dialog), WM_CLOSE, 0, 0);
+                                            });
+  other->reloj->OnTimer = [&] {
+    other->reloj->SetInterval(0);
+    late->ShowModal(other.get(), [&] { screen.diario.Anota("late"); });
+  };
+  other->reloj->SetInterval(60);
+  early->ShowModal(form.get(), [&] { screen.diario.Anota("early"); });
+  screen.Settle();
+  const Sucesos heard = screen.Take();
+  EXPECT_EQ(std::ranges::count(heard, "early"), 0);
+  EXPECT_EQ(std::ranges::count(heard, "late"), 1);
+  EXPECT_TRUE(other->Enabled());
+  EXPECT_EQ(::GetActiveWindow(), screen.HandleOf(*other));
+  // The end of the program reaches the loop outside.
+  const auto dialog = make([](Muestra&) { ::PostQuitMessage(7); });
+  dialog->ShowModal(form.get());
+  EXPECT_TRUE(dialog->Closed());
+  MSG message{};
+  while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) && message.message != WM_QUIT) {
+  }
+  EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
+  EXPECT_EQ(message.wParam, 7u);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// A date of which digits were typed that the native control has not told of: whatever the user does next
-// finds it in the model.
+// Dates picked and typed: whatever the user does next finds them in the model, also digits that the native
+// control has not told of.
 #include <gtest/gtest.h>
 
 #include "tests/toolkit_win32/pantalla.h"
@@ -93,6 +93,10 @@ TEST(TypedDates, KeysThatGoOnTypingAreNotCommands) {
   const auto form = screen.Open();
   form->fecha->SetFocus();
   screen.Type("1");
+  std::ignore = form->Call("a");  // a host that looks at something else
+  // Twice, so that the next window finds the keyboard as it was.
+  for (const int key : {VK_NUMLOCK, VK_CAPITAL, VK_SCROLL, VK_INSERT, VK_DELETE})
+    for (int i = 0; i < 2; ++i) screen.Press(key);
   screen.Type("2");
   screen.Press(VK_RIGHT);
   screen.Type("1");
@@ -100,6 +104,55 @@ TEST(TypedDates, KeysThatGoOnTypingAreNotCommands) {
   screen.Press(VK_F5);
   const std::string day = form->fecha->Value().Texto().substr(5, 5);
   EXPECT_TRUE(day == "12-11" || day == "11-12") << day;
+}
+
+TEST(Dates, MoveAndTellTheModel) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  screen.PressIn(*form->fecha, VK_UP);
+  EXPECT_NE(form->fecha->Value().Texto(), "2024-01-31 10:30:00");
+  EXPECT_TRUE(screen.Heard("fecha.Change"));
+  screen.PressIn(*form->mes, VK_DOWN);
+  EXPECT_TRUE(screen.Heard("mes.DateClick 2024-02-07"));
+  const auto marked = [&] {
+    SYSTEMTIME day{};
+    screen.Ask(*form->mes, MCM_GETCURSEL, 0, reinterpret_cast<LPARAM>(&day));
+    return Fecha::DesdeCivil({day.wYear, day.wMonth, day.wDay, 0, 0, 0});
+  };
+  EXPECT_EQ(marked().Texto(), "2024-02-07");
+  // A place where the calendar shows a kind of thing; of days that of the middle.
+  const auto place_of = [&](UINT kind) {
+    RECT inside;
+    ::GetClientRect(screen.HandleOf(*form->mes), &inside);
+    for (LONG y = kind == MCHT_CALENDARDATE ? inside.bottom / 2 : 2; y < inside.bottom; y += 3)
+      for (LONG x = 2; x < inside.right; x += 3) {
+        MCHITTESTINFO hit{};
+        hit.cbSize = MCHITTESTINFO_V1_SIZE;
+        hit.pt = {x, y};
+        screen.Ask(*form->mes, MCM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
+        if (hit.uHit == kind) return hit.pt;
+      }
+    ADD_FAILURE() << kind;
+    return POINT{};
+  };
+  // What is marked is the value, and each way there tells the model once.
+  for (const UINT kind : {MCHT_TITLEBTNNEXT, MCHT_CALENDARDATE, MCHT_TITLEBTNPREV}) {
+    const Fecha before = form->mes->Value();
+    const POINT at = place_of(kind);
+    screen.Take();
+    screen.Click(*form->mes, at.x, at.y);
+    EXPECT_NE(marked(), before) << kind;
+    EXPECT_EQ(form->mes->Value(), marked()) << kind;
+    EXPECT_EQ(std::ranges::count(screen.Take(), "mes.DateClick " + marked().Texto()), 1) << kind;
+  }
+  // Keys that come while the last day is still being worked on move it all the same.
+  form->mes->OnDateClick = [&](const Fecha&) { screen.desktop.PumpEvents(); };
+  form->mes->SetFocus();
+  const Fecha start = form->mes->Value();
+  for (int i = 0; i < 100; ++i) screen.Stroke(VK_RIGHT);
+  screen.Settle();
+  EXPECT_EQ(form->mes->Value().Serie() - start.Serie(), 100);
+  EXPECT_EQ(marked(), form->mes->Value());
 }
 
 /// A calendar in a place too small for it, with neighbours.

@@ -27,7 +27,8 @@ class FakeList {
     current_ = nullptr;
   }
   int count = 0, selected = -1, focused = -1;
-  int meddled = 0;  // changes that came while it was at work
+  int meddled = 0;                 // changes that came while it was at work
+  std::function<void()> on_press;  // what happens while it waits for a drag
 
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM w, LPARAM l) {
@@ -48,7 +49,9 @@ class FakeList {
         self.Press(window, (GET_Y_LPARAM(l) - kTop) / kHigh, id == WM_LBUTTONDBLCLK);
         return 0;
       case WM_LBUTTONUP:
-        return 0;  // taken out of the queue while the button was held
+        // Some tell of the same again.
+        if (self.selected >= 0) self.Changed(window, self.selected, 0, LVIS_FOCUSED | LVIS_SELECTED);
+        return 0;
       case WM_KEYDOWN:
         self.Key(window, w);
         return 0;
@@ -105,6 +108,7 @@ class FakeList {
   }
   void Press(HWND window, int row, bool twice) {
     working_ = 1;
+    if (on_press) on_press();
     MoveTo(window, row);
     NMITEMACTIVATE what{};
     what.iItem = row;
@@ -209,6 +213,16 @@ TEST_F(FakedLists, ChangedByTheirHandlers) {
   form->lista->OnKeyDown = [&](std::int16_t&, std::int16_t) { list.Items()(1).SetText("otro"); };
   screen.Press(VK_DOWN);
   EXPECT_EQ(list.SelectedItem()->Key(), "k1");
+  // A handler that has another row selected.
+  list.OnItemClick = [&](ListItem& item) {
+    screen.diario.Anota(item.Key());
+    list.Select(list.Items().ByKey("k0"));
+  };
+  screen.Take();
+  Click(3);
+  screen.Settle(100);
+  EXPECT_EQ(screen.Take(), (Sucesos{"k3", "lista.Click"}));
+  EXPECT_EQ(native.selected, 0);
   // A handler that fills the list anew, as a catalogue's does.
   list.OnItemClick = [&](ListItem&) {
     list.Items().Clear();
@@ -220,6 +234,25 @@ TEST_F(FakedLists, ChangedByTheirHandlers) {
   screen.Settle(100);
   EXPECT_EQ(native.count, 3);
   EXPECT_EQ(native.selected, 2);
+  EXPECT_EQ(native.meddled, 0);
+}
+
+TEST_F(FakedLists, FilledAnewWhileAButtonGoesDown) {
+  list.OnClick = [&] { screen.diario.Anota("Click"); };
+  Click(2);
+  native.on_press = [&] {
+    list.Items().Clear();
+    for (const char* key : {"n0", "n1", "n2", "n3"}) list.Items().Add(key, key);
+    list.Select(list.Items().ByKey("n1"));
+  };
+  screen.Take();
+  Click(3);
+  screen.Settle(100);
+  EXPECT_EQ(screen.Take(), Sucesos{});  // the row that was pressed is gone: nobody acts on another
+  EXPECT_EQ(native.selected, 1);
+  native.on_press = nullptr;
+  Click(3);
+  EXPECT_EQ(screen.Take(), (Sucesos{"lista.ItemClick n3", "Click"}));
   EXPECT_EQ(native.meddled, 0);
 }
 
@@ -236,6 +269,47 @@ TEST_F(FakedLists, AreLeftAloneWhileTheButtonIsHeld) {
   ::SetKeyboardState(keys.data());
   screen.Settle(100);
   EXPECT_EQ(native.count, 21);
+}
+
+TEST(Lists, FollowASelectionThatNoKeyOrPressMade) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  ListView& list = *form->lista;
+  list.Select(list.Items().ByKey("z"));  // and is still to be shown
+  LVITEMW selected{};
+  selected.state = selected.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+  for (const WPARAM row : {0, 1})
+    screen.Ask(list, LVM_SETITEMSTATE, row, reinterpret_cast<LPARAM>(&selected));
+  screen.Settle(100);
+  ASSERT_TRUE(list.SelectedItem());
+  EXPECT_EQ(list.SelectedItem()->Key(), "y");
+  EXPECT_EQ(screen.Ask(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED), 1);
+  EXPECT_EQ(screen.Take(), (Sucesos{"lista.ItemClick x", "lista.ItemClick y"}));
+}
+
+TEST(Lists, AColumnThatWasDraggedStays) {
+  Pantalla screen;
+  const auto form = screen.Open();
+  ListView& list = *form->lista;
+  list.Columns().Add("a", "Uno", Dip(90));
+  list.Columns().Add("b", "Dos");
+  list.Columns().Add("c", "Tres", Dip(70));
+  screen.Settle(200);
+  const auto width = [&](WPARAM i) { return screen.Ask(list, LVM_GETCOLUMNWIDTH, i); };
+  const LRESULT last = width(2);
+  HDITEMW wanted{};
+  wanted.mask = HDI_WIDTH;
+  wanted.cxy = 110;
+  const auto header = reinterpret_cast<HWND>(screen.Ask(list, LVM_GETHEADER));
+  ::SendMessageW(header, HDM_SETITEMW, 0, reinterpret_cast<LPARAM>(&wanted));
+  for (int i = 0; i < 40; ++i) list.Items().Add("", "fila");
+  screen.Settle(200);
+  ASSERT_TRUE(::GetWindowLongPtrW(screen.HandleOf(list), GWL_STYLE) & WS_VSCROLL);
+  EXPECT_EQ(width(0), 110);
+  EXPECT_EQ(width(2), last);
+  RECT inside;
+  ::GetClientRect(screen.HandleOf(list), &inside);
+  EXPECT_EQ(width(0) + width(1) + width(2), inside.right);
 }
 
 TEST(Lists, AFirstColumnOnTheRight) {

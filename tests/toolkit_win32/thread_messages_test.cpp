@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/toolkit_win32/pantalla.h"
+#include "toolkit/win32/message_loop.h"
 
 namespace zuvi::pruebas {
 namespace {
@@ -115,6 +116,22 @@ TEST(ThreadMessages, ReachTheHostWhileOurLoopsServeIt) {
       form->Unload();
     }
   }
+}
+
+TEST(ThreadMessages, AClockThatWentOffIsLeftToTheHost) {
+  const std::vector<UINT> waiting{kOwn, WM_COMMAND, WM_TIMER, kOwn + 1};
+  {
+    native::GuestLoop loop;
+    MSG first{};
+    first.message = waiting.front();
+    loop.Serve(first);
+    // They come while the loop is ending.
+    for (std::size_t i = 1; i < waiting.size(); ++i)
+      ::PostThreadMessageW(::GetCurrentThreadId(), waiting[i], 0, 0);
+  }
+  std::vector<UINT> found;
+  for (MSG message; ::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);) found.push_back(message.message);
+  EXPECT_EQ(found, waiting);
 }
 
 TEST(ThreadMessages, TheEndOfTheProgramComesAfterThem) {

@@ -37,6 +37,11 @@ bool StaysInDate(const Message& key, std::int16_t shift) {
     case VK_DOWN:
     case VK_HOME:
     case VK_END:
+    case VK_INSERT:
+    case VK_DELETE:
+    case VK_NUMLOCK:
+    case VK_CAPITAL:
+    case VK_SCROLL:
     case VK_PACKET:
     case VK_PROCESSKEY:
       return (shift & shift::kAlt) == 0;
@@ -87,18 +92,15 @@ class DatePickerPeer final : public NativeControl {
   }
 
  protected:
+  void BeforeKey(const Message& message, std::int16_t shift) override {
+    if (!StaysInDate(message, shift)) Commit();
+  }
   void OwnChar(const Message& message) override {
     typed_ = true;
     NativeControl::OwnChar(message);
   }
   std::optional<LRESULT> OnMessage(const Message& message) override {
     switch (message.id) {
-      case WM_KEYDOWN:
-      case WM_SYSKEYDOWN: {
-        const Life alive = Alive();
-        if (!StaysInDate(message, ShiftState())) Commit();
-        return alive ? NativeControl::OnMessage(message) : 0;
-      }
       case WM_KILLFOCUS:
         // The model reads it when it hears where the keyboard went, or, where that is another window, later.
         typed_ = false;

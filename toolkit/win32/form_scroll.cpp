@@ -14,7 +14,9 @@ SIZE InsideOf(HWND window) {
   return {inside.right, inside.bottom};
 }
 
+/// Only of a bar that is shown: setting it would show any other, and with it change the inside.
 void SetBar(HWND window, int bar, int content, int page, int position) {
+  if (!(::GetWindowLongPtrW(window, GWL_STYLE) & (bar == SB_HORZ ? WS_HSCROLL : WS_VSCROLL))) return;
   SCROLLINFO info{};
   info.cbSize = sizeof info;
   info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;

@@ -24,8 +24,12 @@ class ListPeer final : public NativeControl {
   void Update(Aspect aspect) override {
     switch (aspect) {
       case Aspect::Items:
-      case Aspect::Selection:
+        refilled_ = true;
         FlushLater();
+        break;
+      case Aspect::Selection:
+        // What the user has selected is shown already.
+        if (shown_ != Wanted()) FlushLater();
         break;
       case Aspect::Columns: {
         const Echo echo(*this);
@@ -52,11 +56,12 @@ class ListPeer final : public NativeControl {
   }
 
   void Flush() override {
+    refilled_ = false;
     Send(LVM_SETITEMCOUNT, static_cast<WPARAM>(list_.Items().Count()),
          LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
     ::InvalidateRect(Window(), nullptr, FALSE);
     ShareWidth();
-    const int wanted = list_.SelectedItem() ? list_.SelectedItem()->Index() - 1 : -1;
+    const int wanted = shown_ = Wanted();
     if (wanted == Next(LVNI_SELECTED)) return;
     SetState(-1, LVIS_SELECTED, 0);
     // All at once there is none that keeps the mark of the keyboard in every version of the control.
@@ -119,9 +124,13 @@ class ListPeer final : public NativeControl {
     // All together, because asking the control is a message to it.
     const bool moved = std::exchange(moved_, false), clicked = std::exchange(clicked_, false),
                double_clicked = std::exchange(double_clicked_, false);
-    if (moved && !Dirty()) Follow();
-    if (alive && clicked) list_.Click();
-    if (alive && double_clicked) list_.DblClick();
+    // The row may have gone while the control was at work: then nobody acts on the one in its place, nor on
+    // the one before.
+    if (moved) lost_ = refilled_;
+    const bool lost = lost_;
+    if (moved && !lost) Follow();
+    if (alive && clicked && !lost) list_.Click();
+    if (alive && double_clicked && !lost) list_.DblClick();
   }
 
  private:
@@ -138,11 +147,15 @@ class ListPeer final : public NativeControl {
   }
   void Follow() {
     const int now = Next(LVNI_SELECTED);
+    // Told once more of the same, what a handler has decided since stands.
+    if (now == std::exchange(shown_, now)) return;
     if (now >= 0)
       list_.UserSelected(now + 1);
     else if (list_.SelectedItem())
       FlushLater();  // a click beside the rows takes the native selection away, not the model's
   }
+  /// The row that the model has selected; -1 for none.
+  int Wanted() const { return list_.SelectedItem() ? list_.SelectedItem()->Index() - 1 : -1; }
   /// Follows whether a button that went down here is still held: the control may wait for it to come up. True
   /// when it goes down now.
   bool Watch(const Message& message) {
@@ -151,6 +164,7 @@ class ListPeer final : public NativeControl {
       case WM_LBUTTONDBLCLK:
       case WM_RBUTTONDOWN:
       case WM_RBUTTONDBLCLK:
+        lost_ = false;
         return pressed_ = true;
       case WM_MOUSEMOVE:
         if (!(message.w & (MK_LBUTTON | MK_RBUTTON))) pressed_ = false;
@@ -210,23 +224,31 @@ class ListPeer final : public NativeControl {
     ShareWidth();
   }
 
-  /// Columns without a width of their own share what the others leave.
+  /// Columns without a width of their own share what the others leave. Those that the user has dragged stay
+  /// as they are until the columns are made anew.
   void ShareWidth() {
     RECT inside;
     ::GetClientRect(Window(), &inside);
     if (inside.right == shared_) return;
-    shared_ = inside.right;
+    const bool anew = std::exchange(shared_, inside.right) < 0;
     const Echo echo(*this);
-    if (list_.Columns().Count() == 0) {
-      Send(LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(first_), inside.right);
-      return;
-    }
+    const auto count = static_cast<std::size_t>(std::max(1, list_.Columns().Count()));
+    if (anew) given_.assign(count, 0);
+    int dragged = 0;
+    for (std::size_t i = 0; i < count && !anew; ++i) dragged += ColumnWidth(i) - given_[i];
+    const std::int32_t room = Parent().Twips(inside.right - dragged);
+    const std::vector<std::int32_t> widths =
+        list_.Columns().Count() > 0 ? list_.ColumnWidths(room) : std::vector{room};
     std::int32_t right = 0;
-    for (auto i = static_cast<WPARAM>(first_);
-         const std::int32_t width : list_.ColumnWidths(Parent().Twips(inside.right))) {
-      const int left = Parent().Pixels(right);
-      Send(LVM_SETCOLUMNWIDTH, i++, Parent().Pixels(right += width) - left);
+    for (std::size_t i = 0; i < count; ++i) {
+      const int left = Parent().Pixels(right), width = Parent().Pixels(right += widths[i]) - left;
+      if (!anew && ColumnWidth(i) != given_[i]) continue;
+      Send(LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(first_) + i, width);
+      given_[i] = ColumnWidth(i);
     }
+  }
+  int ColumnWidth(std::size_t i) const {
+    return static_cast<int>(Send(LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(first_) + i));
   }
 
   void GiveText(LVITEMW& item) const {
@@ -256,8 +278,12 @@ class ListPeer final : public NativeControl {
   ListView& list_;
   int first_ = 0;  // place of the first column in the native control
   bool moved_ = false, clicked_ = false, double_clicked_ = false;  // told, and not heard by the model yet
+  int shown_ = -1;         // row selected in the control, as far as it has told
+  bool refilled_ = false;  // the control does not have the model's rows yet
+  bool lost_ = false;      // what was selected last was a row that had gone
   bool pressed_ = false;
-  LONG shared_ = -1;  // width of the inside that the columns were made for
+  LONG shared_ = -1;        // width of the inside that the columns were made for
+  std::vector<int> given_;  // width of each column, unless the user drags it
 };
 
 }  // namespace

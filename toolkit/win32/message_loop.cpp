@@ -31,11 +31,15 @@ bool GuestLoop::Keep(const MSG& message) noexcept {
   // Timers come again by themselves, and those with a procedure are to be dispatched; WM_NULL only wakes.
   if (message.hwnd || message.message == WM_NULL || message.message == WM_TIMER || message.message == WM_QUIT)
     return false;
+  outermost_->Store(message);
+  return true;
+}
+
+void GuestLoop::Store(const MSG& message) noexcept {
   try {
-    outermost_->kept_.push_back(message);
-    return true;
+    kept_.push_back(message);
   } catch (...) {
-    return false;  // out of memory
+    // Out of memory: it is lost, as all of them are in a loop of the system's.
   }
 }
 
@@ -49,7 +53,8 @@ void GuestLoop::PutBack() noexcept {
       ::PostQuitMessage(static_cast<int>(waiting.wParam));
       break;  // it comes when all others have been read
     }
-    Keep(waiting);
+    // Nobody dispatches here: a clock that went off is left to the host's own loop.
+    if (!Keep(waiting) && waiting.message == WM_TIMER) Store(waiting);
   }
   const DWORD thread = ::GetCurrentThreadId();
   for (const MSG& message : kept_)

@@ -33,6 +33,7 @@ class GuestLoop {
   bool Keep(const MSG& message) noexcept;
 
  private:
+  void Store(const MSG& message) noexcept;
   void PutBack() noexcept;
 
   GuestLoop* outermost_;  // itself, unless it stands inside another

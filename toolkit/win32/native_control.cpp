@@ -249,7 +249,8 @@ std::optional<LRESULT> NativeControl::OnMessage(const Message& message) {
       if (OnlyReads())
         ::SetFocus(form_.Window());  // which passes it on to where it belongs
       else {
-        form_.Scroll().Reveal(NativeControl::Place());
+        // Not from under a button that is being pressed: that would mark text, or drag.
+        if (::GetKeyState(VK_LBUTTON) >= 0) form_.Scroll().Reveal(NativeControl::Place());
         form_.Model().FocusMoved(&control_);
       }
       return result;
@@ -299,6 +300,8 @@ void NativeControl::KeyDown(const Message& message) {
 
   const auto key = static_cast<std::int16_t>(message.w);
   const std::int16_t shift = ShiftState();
+  BeforeKey(message, shift);
+  if (!alive) return;
   if (form_.Dropped()) {
     listed_key_ = message.w;
     if (form_.Dropped()->Key(key, shift)) return;

@@ -117,6 +117,8 @@ class NativeControl : public Peer {
 
   /// A message before the native procedure has it; a result keeps it from there.
   virtual std::optional<LRESULT> OnMessage(const Message& message);
+  /// A key before anybody hears of it; handlers may run.
+  virtual void BeforeKey(const Message& /*message*/, std::int16_t /*shift*/) {}
   /// What the control does with a key that nobody used up. By default the native control does it.
   virtual void OwnKey(const Message& message, std::int16_t shift);
   /// The same for a character.

@@ -84,7 +84,15 @@ class NativeForm final : public Peer {
   static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM w, LPARAM l);
 
  private:
+  /// From its controls and timers; what is for neither goes on to the next.
   std::optional<LRESULT> Handle(const Message& message);
+  /// Keyboard, mouse and bars.
+  std::optional<LRESULT> HandleInput(const Message& message);
+  /// Size, painting, closing, and what changes on the system.
+  std::optional<LRESULT> HandleState(const Message& message);
+  /// False when the timer is none of ours.
+  bool OnTimer(WPARAM id);
+  void ScaleToolTips();
   void MakeFonts();
   RECT FrameOf(int width, int height) const;
   RECT FirstPlace(int nth) const;
@@ -92,6 +100,8 @@ class NativeForm final : public Peer {
   void OnSize(WPARAM kind, int width, int height);
   /// Lays the controls out in the inside that the window has.
   void LayOut();
+  /// The same, and shows the bars that are needed then.
+  void LayOutWithBars();
   void OnPaint(HWND window);
   void OnWheel(const Message& message);
   void OnModalEnded();
