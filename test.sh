@@ -27,6 +27,9 @@ for part in comun setup build mariadb wine wine32 suites; do
   # shellcheck disable=SC1090
   . "scripts/$part.sh"
 done
+# What the programs under test write goes with the run.
+make_temp TMPDIR
+export TMPDIR
 started=$SECONDS
 results_start
 # shellcheck disable=SC2034

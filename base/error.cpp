@@ -34,4 +34,20 @@ std::string DescripcionDe(ErrorNumber number) {
   return "Automation error";
 }
 
+std::string DescripcionActual() noexcept {
+  try {
+    try {
+      throw;
+    } catch (const std::bad_alloc&) {
+      return DescripcionDe(ErrorNumber::OutOfMemory);
+    } catch (const std::exception& e) {
+      return e.what();
+    } catch (...) {
+      return DescripcionDe(ErrorNumber::AutomationFailure);
+    }
+  } catch (...) {
+    return {};
+  }
+}
+
 }  // namespace zuvi

@@ -67,4 +67,7 @@ class ArgumentError final : public HostError {
   std::size_t index_;
 };
 
+/// The description of the exception being handled, for `catch (...)`.
+std::string DescripcionActual() noexcept;
+
 }  // namespace zuvi

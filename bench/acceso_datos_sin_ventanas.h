@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "component/services/acceso_datos.h"
+#include "services/acceso_datos.h"
 
 namespace zuvi::pruebas {
 

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "bench/acceso_datos_sin_ventanas.h"
-#include "component/services/control_procesos.h"
-#include "component/services/documento_inventario.h"
-#include "component/services/fabrica.h"
+#include "services/control_procesos.h"
+#include "services/documento_inventario.h"
+#include "services/fabrica.h"
 
 namespace zuvi::bench {
 

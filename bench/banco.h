@@ -11,9 +11,10 @@
 #include <vector>
 
 #include "component/produccion.h"
-#include "host/anfitrion.h"
-#include "host/interaccion_respuestas.h"
-#include "toolkit/headless_desktop.h"
+#include "host/anfitrion/anfitrion.h"
+#include "host/anfitrion/interaccion_respuestas.h"
+#include "host/services/fabrica_anfitrion.h"
+#include "tests/support/headless_desktop.h"
 
 namespace zuvi::bench {
 

@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-#include "com/automation/class_factory.h"
-#include "com/automation/com_ptr.h"
-#include "com/automation/handles.h"
+#include "automation/class_factory.h"
+#include "automation/com_ptr.h"
+#include "automation/handles.h"
 #include "tests/com/anfitrion_falso.h"
 #include "tests/com/cliente.h"
 

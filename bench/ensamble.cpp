@@ -15,7 +15,7 @@
 
 #include "bench/anfitrion_nulo.h"
 #include "bench/medida.h"
-#include "host/odbc_cadena.h"
+#include "host/odbc/odbc_cadena.h"
 
 namespace zuvi::bench {
 namespace {

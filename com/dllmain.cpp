@@ -1,7 +1,7 @@
 // Entry points of ZuviProduccion.dll.
 #include <new>
 
-#include "com/automation/class_factory.h"
+#include "automation/class_factory.h"
 #include "com/modulo_produccion.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;

@@ -1,5 +1,5 @@
 // The one place where the identifiers of the IDL get their storage.
-#include "com/automation/windows_com.h"
+#include "automation/windows_com.h"
 // Only after the system's headers, so that no identifier of theirs is defined here.
 #include <initguid.h>
 

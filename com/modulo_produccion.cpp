@@ -1,7 +1,7 @@
 #include "com/modulo_produccion.h"
 
+#include "automation/handles.h"
 #include "base/stack.h"
-#include "com/automation/handles.h"
 #include "com/produccion_com.h"
 
 namespace zuvi {

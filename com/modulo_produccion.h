@@ -5,12 +5,12 @@
 #include <mutex>
 #include <span>
 
-#include "com/automation/com_module.h"
-#include "com/automation/registration.h"
-#include "com/automation/thread_identity.h"
-#include "com/fabrica_com.h"
-#include "component/services/modulo.h"
+#include "automation/com_module.h"
+#include "automation/fabrica_com.h"
+#include "automation/registration.h"
+#include "automation/thread_identity.h"
 #include "toolkit/win32/win32_desktop.h"
+#include "windows/modulo.h"
 
 namespace zuvi {
 

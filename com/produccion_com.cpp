@@ -1,8 +1,8 @@
 #include "com/produccion_com.h"
 
-#include "com/automation/frontera.h"
-#include "com/automation/handles.h"
-#include "com/automation/invoke.h"
+#include "automation/frontera.h"
+#include "automation/handles.h"
+#include "automation/invoke.h"
 
 namespace zuvi {
 namespace {

@@ -3,8 +3,8 @@
 #include <atomic>
 #include <memory>
 
-#include "com/automation/com_module.h"
-#include "com/automation/dispatch_object.h"
+#include "automation/com_module.h"
+#include "automation/dispatch_object.h"
 #include "com/modulo_produccion.h"
 #include "component/produccion.h"
 

@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "component/produccion.h"
-#include "component/services/documento_inventario.h"
-#include "component/services/reporta_error.h"
-#include "component/services/sentencia.h"
+#include "services/documento_inventario.h"
+#include "windows/reporta_error.h"
+#include "windows/sentencia.h"
 
 namespace zuvi {
 

@@ -1,8 +1,8 @@
 // Opening an order in the editor.
 #include "base/text.h"
 #include "component/produccion.h"
-#include "component/services/reporta_error.h"
 #include "orders/frm_op.h"
+#include "windows/reporta_error.h"
 
 namespace zuvi {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <limits>
 
-#include "component/services/reporta_error.h"
-#include "component/services/ventanas_host.h"
 #include "fractions/frm_fracciones.h"
+#include "services/ventanas.h"
 #include "shifts/frm_turnos.h"
+#include "windows/reporta_error.h"
 
 namespace zuvi {
 

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "base/members.h"
-#include "component/services/ambiente.h"
-#include "component/services/modulo.h"
+#include "services/ambiente.h"
+#include "windows/modulo.h"
 
 namespace zuvi {
 

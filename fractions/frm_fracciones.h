@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 
-#include "component/services/ventana_modulo.h"
 #include "toolkit/indicators.h"
 #include "toolkit/text_box.h"
+#include "windows/ventana_modulo.h"
 
 namespace zuvi {
 

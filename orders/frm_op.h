@@ -10,13 +10,13 @@
 #include <optional>
 #include <string>
 
-#include "component/services/ventana_modulo.h"
 #include "toolkit/buttons.h"
 #include "toolkit/dates.h"
 #include "toolkit/flex_grid.h"
 #include "toolkit/indicators.h"
 #include "toolkit/multi_combo.h"
 #include "toolkit/text_box.h"
+#include "windows/ventana_modulo.h"
 
 namespace zuvi {
 

@@ -3,10 +3,10 @@
 #include <utility>
 
 #include "base/text.h"
-#include "component/services/sentencia.h"
-#include "component/services/ventanas_host.h"
 #include "orders/campos.h"
 #include "orders/frm_op.h"
+#include "services/ventanas.h"
+#include "windows/sentencia.h"
 
 namespace zuvi {
 namespace {

@@ -1,9 +1,9 @@
 #include <utility>
 
 #include "base/text.h"
-#include "component/services/sentencia.h"
 #include "orders/campos.h"
 #include "orders/frm_op.h"
+#include "windows/sentencia.h"
 
 namespace zuvi {
 namespace {

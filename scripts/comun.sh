@@ -13,6 +13,9 @@ mkdir -p "$ZUVI_LOGS" "$ZUVI_CACHE"
 # shellcheck disable=SC2034
 ZUVI_LOCALES="C es_MX.UTF-8 es_ES.UTF-8 tr_TR.UTF-8"
 
+# Servers live where an ordinary account does not look.
+export PATH=$PATH:/usr/sbin:/sbin
+
 say() { printf '%s\n' "$*"; }
 title() { printf '\n== %s\n' "$*"; }
 die() {

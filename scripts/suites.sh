@@ -4,6 +4,7 @@
 short_locale() { printf '%s' "${1%%.*}"; }
 
 format_suite() {
+  suite "flechas entre carpetas" 60 count_status bash "$ZUVI_ROOT/scripts/flechas.sh"
   # shellcheck disable=SC2016
   suite "formato de las fuentes" 120 count_status bash -c \
     'find "$1" -path "$1/build" -prune -o \( -name "*.h" -o -name "*.cpp" \) -print0 |

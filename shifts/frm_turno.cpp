@@ -3,7 +3,7 @@
 #include <array>
 
 #include "base/text.h"
-#include "component/services/sentencia.h"
+#include "windows/sentencia.h"
 
 namespace zuvi {
 namespace {

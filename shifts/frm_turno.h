@@ -3,11 +3,11 @@
 #include <memory>
 #include <string>
 
-#include "component/services/ventana_modulo.h"
 #include "toolkit/buttons.h"
 #include "toolkit/combo_box.h"
 #include "toolkit/indicators.h"
 #include "toolkit/list_view.h"
+#include "windows/ventana_modulo.h"
 
 namespace zuvi {
 

@@ -1,7 +1,7 @@
 #include "base/text.h"
-#include "component/services/sentencia.h"
 #include "shifts/columnas.h"
 #include "shifts/frm_turno.h"
+#include "windows/sentencia.h"
 
 namespace zuvi {
 namespace {

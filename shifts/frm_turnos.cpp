@@ -2,9 +2,9 @@
 
 #include "base/formato.h"
 #include "base/text.h"
-#include "component/services/sentencia.h"
 #include "shifts/columnas.h"
 #include "shifts/frm_turno.h"
+#include "windows/sentencia.h"
 
 namespace zuvi {
 

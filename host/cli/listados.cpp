@@ -3,12 +3,12 @@
 #include <array>
 #include <cmath>
 
-#include "host/celdas.h"
 #include "host/cli/tabla.h"
-#include "host/ocupadas.h"
-#include "host/ordenes.h"
-#include "host/revision.h"
-#include "host/valuacion.h"
+#include "host/shop/celdas.h"
+#include "host/shop/ocupadas.h"
+#include "host/shop/ordenes.h"
+#include "host/shop/revision.h"
+#include "host/shop/valuacion.h"
 
 namespace zuvi::cli {
 namespace {

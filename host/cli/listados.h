@@ -5,7 +5,7 @@
 #include <ostream>
 #include <string>
 
-#include "host/base_datos.h"
+#include "host/odbc/base_datos.h"
 
 namespace zuvi::cli {
 

@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "base/error.h"
+#include "host/anfitrion/consola.h"
 #include "host/cli/comandos.h"
-#include "host/consola.h"
 
 namespace {
 

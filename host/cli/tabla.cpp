@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/consola.h"
+#include "host/anfitrion/consola.h"
 
 namespace zuvi::cli {
 namespace {

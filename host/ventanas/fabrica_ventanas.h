@@ -2,8 +2,9 @@
 
 #include <memory>
 
+#include "host/services/fabrica_anfitrion.h"
+#include "host/services/ventanas_host.h"
 #include "host/ventanas/frm_master.h"
-#include "host/ventanas_host.h"
 
 namespace zuvi::host {
 

@@ -1,7 +1,7 @@
 #include "host/ventanas/frm_busca.h"
 
 #include "base/text.h"
-#include "host/celdas.h"
+#include "host/shop/celdas.h"
 #include "toolkit/indicators.h"
 
 namespace zuvi::host {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "host/catalogos.h"
+#include "host/shop/catalogos.h"
 #include "host/ventanas/ventana_host.h"
 
 namespace zuvi::host {

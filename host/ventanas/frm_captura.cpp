@@ -1,7 +1,7 @@
 #include "host/ventanas/frm_captura.h"
 
 #include "base/text.h"
-#include "host/numero_escrito.h"
+#include "host/shop/numero_escrito.h"
 
 namespace zuvi::host {
 namespace {

@@ -13,7 +13,8 @@ namespace zuvi::host {
 /// afterwards it tells the number.
 class frmCaptura final : public VentanaHost {  // NOLINT: the window's published name
  public:
-  /// `etiqueta` says what numbers are wanted (host/filtros.h), `actual` is the text to begin with, selected.
+  /// `etiqueta` says what numbers are wanted (host/shop/filtros.h), `actual` is the text to begin with,
+  /// selected.
   frmCaptura(const Escena& escena, const std::string& etiqueta, const std::string& actual);
 
   /// The number entered; none when the user walked away.

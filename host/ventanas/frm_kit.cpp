@@ -1,10 +1,10 @@
 #include "host/ventanas/frm_kit.h"
 
 #include "base/text.h"
-#include "component/services/ventanas_host.h"
-#include "host/celdas.h"
-#include "host/filtros.h"
-#include "host/numero_escrito.h"
+#include "host/shop/celdas.h"
+#include "host/shop/filtros.h"
+#include "host/shop/numero_escrito.h"
+#include "services/ventanas.h"
 
 namespace zuvi::host {
 namespace {

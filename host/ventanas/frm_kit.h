@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "component/services/late.h"
 #include "host/ventanas/ventana_host.h"
+#include "services/late.h"
 
 namespace zuvi::host {
 

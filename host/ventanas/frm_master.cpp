@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "host/celdas.h"
-#include "host/ordenes.h"
-#include "host/valuacion.h"
+#include "host/shop/celdas.h"
+#include "host/shop/ordenes.h"
+#include "host/shop/valuacion.h"
 
 namespace zuvi::host {
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "component/services/late.h"
 #include "host/ventanas/ventana_host.h"
+#include "services/late.h"
 #include "toolkit/indicators.h"
 
 namespace zuvi::host {

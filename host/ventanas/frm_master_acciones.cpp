@@ -1,8 +1,8 @@
 // The operations of the main window. The component reports its own errors and refusals; what it ends silently
 // is told here, from what it left in the database.
-#include "host/celdas.h"
-#include "host/ocupadas.h"
-#include "host/ordenes.h"
+#include "host/shop/celdas.h"
+#include "host/shop/ocupadas.h"
+#include "host/shop/ordenes.h"
 #include "host/ventanas/frm_kit.h"
 #include "host/ventanas/frm_master.h"
 

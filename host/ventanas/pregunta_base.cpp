@@ -1,6 +1,6 @@
 #include "host/ventanas/pregunta_base.h"
 
-#include "host/ubicacion.h"
+#include "host/odbc/ubicacion.h"
 
 namespace zuvi::host {
 namespace {

@@ -1,7 +1,7 @@
 #include "host/ventanas/ventana_host.h"
 
 #include "base/text.h"
-#include "host/filtros.h"
+#include "host/shop/filtros.h"
 
 namespace zuvi::host {
 

@@ -7,9 +7,9 @@
 #include <memory>
 #include <string>
 
-#include "component/services/fabrica.h"
-#include "component/services/reporta_error.h"
-#include "host/anfitrion.h"
+#include "base/error.h"
+#include "host/anfitrion/anfitrion.h"
+#include "services/fabrica.h"
 #include "toolkit/buttons.h"
 #include "toolkit/form.h"
 #include "toolkit/list_view.h"
@@ -72,7 +72,7 @@ class VentanaHost : public Form {
 /// Ties a search box to its list: Up, Down and the page keys move the selection while the focus stays in the
 /// box, and what is typed in the list goes to the box.
 void EnlazaBusqueda(TextBox& caja, ListView& lista);
-/// Lets only characters into a box that its tag admits (host/filtros.h).
+/// Lets only characters into a box that its tag admits (host/shop/filtros.h).
 void FiltraPorEtiqueta(TextBox& caja);
 
 }  // namespace zuvi::host

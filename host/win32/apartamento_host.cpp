@@ -1,6 +1,6 @@
 #include "host/win32/apartamento_host.h"
 
-#include "com/automation/frontera.h"
+#include "automation/frontera.h"
 #include "host/win32/modulo_host.h"
 #include "host/win32/opciones_windows.h"
 #include "host/win32/recordset_indeciso.h"

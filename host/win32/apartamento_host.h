@@ -1,10 +1,10 @@
 #pragma once
 
-#include "com/automation/windows_com.h"
+#include "automation/windows_com.h"
 
 #include <memory>
 
-#include "com/fabrica_com.h"
+#include "automation/fabrica_com.h"
 #include "host/ventanas/fabrica_ventanas.h"
 #include "host/win32/clase_recordset.h"
 #include "toolkit/win32/win32_desktop.h"

@@ -1,9 +1,9 @@
-#include "host/archivos.h"
+#include "host/system/archivos.h"
 
 #include <windows.h>
 
+#include "automation/handles.h"
 #include "base/text.h"
-#include "com/automation/handles.h"
 #include "host/win32/ruta_larga.h"
 
 namespace zuvi::host {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "com/automation/class_factory.h"
+#include "automation/class_factory.h"
 #include "toolkit/win32/module_pin.h"
 
 namespace zuvi::host {

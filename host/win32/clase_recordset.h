@@ -1,11 +1,11 @@
 #pragma once
 
-#include "com/automation/windows_com.h"
+#include "automation/windows_com.h"
 
 #include <functional>
 #include <memory>
 
-#include "com/automation/com_module.h"
+#include "automation/com_module.h"
 
 namespace zuvi::host {
 

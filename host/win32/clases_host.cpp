@@ -1,4 +1,4 @@
-#include "com/automation/windows_com.h"
+#include "automation/windows_com.h"
 // Only after the system's headers: here the identifiers of the libraries get their storage.
 #include <initguid.h>
 

@@ -1,12 +1,12 @@
 // Entry points of ZuviHost.dll.
-#include "com/automation/windows_com.h"
+#include "automation/windows_com.h"
 
 #include <algorithm>
 #include <new>
 #include <vector>
 
-#include "com/automation/class_factory.h"
-#include "com/automation/handles.h"
+#include "automation/class_factory.h"
+#include "automation/handles.h"
 #include "host/win32/modulo_host.h"
 
 namespace {

@@ -4,8 +4,8 @@
 // Only after the system's own types.
 #include <shellapi.h>
 
-#include "com/automation/handles.h"
-#include "host/archivos.h"
+#include "automation/handles.h"
+#include "host/system/archivos.h"
 #include "host/win32/ruta_larga.h"
 
 namespace zuvi::host {

@@ -7,9 +7,9 @@
 #include <map>
 #include <optional>
 
+#include "automation/dispatch_object.h"
+#include "automation/handles.h"
 #include "base/text.h"
-#include "com/automation/dispatch_object.h"
-#include "com/automation/handles.h"
 #include "host/win32/ruta_larga.h"
 #include "host/win32/wscript.h"
 #include "toolkit/win32/message_loop.h"

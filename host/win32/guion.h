@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "com/automation/com_module.h"
+#include "automation/com_module.h"
 #include "host/win32/salida_programa.h"
 
 namespace zuvi::host {

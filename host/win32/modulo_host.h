@@ -1,6 +1,6 @@
 #pragma once
 
-#include "com/automation/windows_com.h"
+#include "automation/windows_com.h"
 
 #include <map>
 #include <memory>
@@ -8,9 +8,9 @@
 #include <span>
 #include <utility>
 
-#include "com/automation/dispatch_object.h"
-#include "com/automation/registration.h"
-#include "com/automation/thread_identity.h"
+#include "automation/dispatch_object.h"
+#include "automation/registration.h"
+#include "automation/thread_identity.h"
 
 namespace zuvi::host {
 

@@ -1,7 +1,7 @@
 // The ODBC functions that the host calls, passed on to the system's own library. Linked in the usual way the
 // program's loader would look for that library beside the program first, where anybody may have put another.
 // A function that is missing here is taken from the import library as before.
-#include "host/odbc_api.h"
+#include "host/odbc/odbc_api.h"
 #include "toolkit/win32/system_library.h"
 
 namespace {

@@ -4,12 +4,12 @@
 #include <shlobj.h>
 #include <windows.h>
 
+#include "automation/handles.h"
 #include "base/text.h"
-#include "com/automation/handles.h"
-#include "host/archivos.h"
-#include "host/paginas.h"
-#include "host/red.h"
-#include "host/rutas.h"
+#include "host/processes/paginas.h"
+#include "host/system/archivos.h"
+#include "host/system/red.h"
+#include "host/system/rutas.h"
 #include "host/win32/ruta_larga.h"
 
 namespace zuvi::host {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/anfitrion.h"
+#include "host/anfitrion/anfitrion.h"
 
 namespace zuvi::host {
 

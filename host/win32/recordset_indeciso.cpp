@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <array>
 
+#include "automation/dispatch_object.h"
+#include "automation/frontera.h"
+#include "automation/invoke.h"
+#include "automation/variants.h"
 #include "base/text.h"
-#include "com/automation/dispatch_object.h"
-#include "com/automation/frontera.h"
-#include "com/automation/invoke.h"
-#include "com/automation/variants.h"
 
 namespace zuvi::host {
 namespace {

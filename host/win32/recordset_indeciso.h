@@ -1,13 +1,13 @@
 #pragma once
 
-#include "com/automation/windows_com.h"
+#include "automation/windows_com.h"
 
 #include <atomic>
 #include <memory>
 #include <optional>
 
-#include "com/automation/handles.h"
-#include "host/recordset_memoria.h"
+#include "automation/handles.h"
+#include "host/odbc/recordset_memoria.h"
 #include "host/win32/clase_recordset.h"
 
 namespace zuvi::host {

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "base/text.h"
-#include "host/red.h"
+#include "host/system/red.h"
 
 namespace zuvi::host {
 namespace {

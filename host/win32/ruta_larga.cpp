@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "com/automation/com_module.h"
+#include "automation/com_module.h"
 
 namespace zuvi::host {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "com/automation/handles.h"
+#include "automation/handles.h"
 
 namespace zuvi::host {
 namespace {

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "host/interaccion.h"
+#include "host/anfitrion/interaccion.h"
 #include "host/win32/opciones_windows.h"
 #include "host/win32/vigia_trabajo.h"
 #include "toolkit/win32/win32_desktop.h"

@@ -3,8 +3,8 @@
 #include <objbase.h>
 #include <windows.h>
 
+#include "automation/handles.h"
 #include "base/text.h"
-#include "com/automation/handles.h"
 #include "host/win32/guion.h"
 
 namespace zuvi::host {

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "automation/dispatch_object.h"
 #include "base/members.h"
-#include "com/automation/dispatch_object.h"
 #include "host/win32/salida_programa.h"
 
 namespace zuvi::host {

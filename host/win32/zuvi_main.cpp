@@ -9,11 +9,10 @@
 #include <string_view>
 #include <vector>
 
+#include "automation/dispatch_object.h"
+#include "automation/handles.h"
 #include "base/error.h"
 #include "base/text.h"
-#include "com/automation/dispatch_object.h"
-#include "com/automation/handles.h"
-#include "component/services/reporta_error.h"
 #include "host/win32/guion.h"
 #include "host/win32/ruta_larga.h"
 #include "host/win32/salida_programa.h"

@@ -1,7 +1,7 @@
 // A stand-in for the system's ADO: a DLL registered in its place, which notes what it is asked.
 #pragma once
 
-#include "com/automation/windows_com.h"
+#include "automation/windows_com.h"
 
 namespace zuvi::prueba {
 

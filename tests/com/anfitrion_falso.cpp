@@ -5,12 +5,12 @@
 #include <atomic>
 #include <functional>
 
+#include "automation/class_factory.h"
+#include "automation/com_object.h"
+#include "automation/dispatch_object.h"
+#include "automation/handles.h"
 #include "base/object.h"
 #include "base/text.h"
-#include "com/automation/class_factory.h"
-#include "com/automation/com_object.h"
-#include "com/automation/dispatch_object.h"
-#include "com/automation/handles.h"
 
 // After the system's headers.
 #include "ZuviQuery.h"

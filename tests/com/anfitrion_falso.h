@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "automation/com_module.h"
+#include "automation/variants.h"
 #include "base/value.h"
-#include "com/automation/com_module.h"
-#include "com/automation/variants.h"
 
 namespace zuvi::prueba {
 

@@ -6,11 +6,11 @@
 #include <limits>
 #include <map>
 
+#include "automation/com_object.h"
+#include "automation/dispatch_object.h"
+#include "automation/frontera.h"
+#include "automation/variants.h"
 #include "base/members.h"
-#include "com/automation/com_object.h"
-#include "com/automation/dispatch_object.h"
-#include "com/automation/frontera.h"
-#include "com/automation/variants.h"
 #include "tests/com/cliente.h"
 
 namespace zuvi::prueba {

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "com/automation/com_ptr.h"
-#include "com/automation/handles.h"
+#include "automation/com_ptr.h"
+#include "automation/handles.h"
 
 // After the system's headers.
 #include "ZuviProduccion.h"

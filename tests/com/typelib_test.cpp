@@ -6,8 +6,8 @@
 #include <regex>
 #include <sstream>
 
-#include "com/automation/com_ptr.h"
-#include "com/automation/handles.h"
+#include "automation/com_ptr.h"
+#include "automation/handles.h"
 
 namespace zuvi::prueba {
 namespace {

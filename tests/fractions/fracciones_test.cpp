@@ -1,5 +1,5 @@
 #include "fractions/frm_fracciones.h"
-#include "host/captura_fracciones.h"
+#include "host/processes/captura_fracciones.h"
 #include "tests/host/tienda.h"
 
 namespace zuvi::host {

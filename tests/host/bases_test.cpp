@@ -8,10 +8,11 @@
 #include <sstream>
 #include <thread>
 
-#include "host/consola.h"
-#include "host/odbc_cadena.h"
-#include "host/paginas.h"
-#include "host/revision.h"
+#include "host/anfitrion/consola.h"
+#include "host/odbc/odbc_cadena.h"
+#include "host/processes/paginas.h"
+#include "host/services/fabrica_anfitrion.h"
+#include "host/shop/revision.h"
 #include "host/ventanas/pregunta_base.h"
 #include "tests/host/carpeta.h"
 #include "tests/host/procesos.h"

@@ -10,9 +10,9 @@
 #include <fstream>
 #include <functional>
 
-#include "component/services/documento_inventario.h"
 #include "fractions/frm_fracciones.h"
-#include "host/catalogos.h"
+#include "host/shop/catalogos.h"
+#include "services/documento_inventario.h"
 #include "tests/host/tienda.h"
 
 namespace zuvi::host {

@@ -2,7 +2,7 @@
 // a file may lie.
 #include <cstdlib>
 
-#include "host/red_posix.h"
+#include "host/system/red_posix.h"
 #include "tests/host/carpeta.h"
 #include "tests/host/tienda.h"
 #include "tests/host/zuvi.h"

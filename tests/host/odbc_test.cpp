@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "host/base_datos.h"
-#include "host/compuerta.h"
-#include "host/odbc_cadena.h"
+#include "host/odbc/base_datos.h"
+#include "host/odbc/compuerta.h"
+#include "host/odbc/odbc_cadena.h"
 #include "tests/support/errores.h"
 
 namespace zuvi::host {

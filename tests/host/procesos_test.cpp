@@ -5,9 +5,10 @@
 #include <cstdio>
 #include <set>
 
-#include "component/services/documento_inventario.h"
-#include "host/folios.h"
-#include "host/revision.h"
+#include "host/services/fabrica_anfitrion.h"
+#include "host/shop/folios.h"
+#include "host/shop/revision.h"
+#include "services/documento_inventario.h"
 #include "tests/host/procesos.h"
 #include "tests/host/tienda.h"
 #include "tests/host/zuvi.h"

@@ -7,16 +7,16 @@
 #include <set>
 #include <sstream>
 
-#include "component/services/acceso_datos.h"
-#include "component/services/documento_inventario.h"
-#include "component/services/ventanas_host.h"
-#include "host/constructor_sql_host.h"
-#include "host/filtros.h"
-#include "host/mensajes.h"
-#include "host/reporte_orden.h"
-#include "host/rutas.h"
-#include "host/valuacion.h"
-#include "host/ventanas_host.h"
+#include "host/processes/reporte_orden.h"
+#include "host/services/constructor_sql_host.h"
+#include "host/services/ventanas_host.h"
+#include "host/shop/filtros.h"
+#include "host/shop/mensajes.h"
+#include "host/shop/valuacion.h"
+#include "host/system/rutas.h"
+#include "services/acceso_datos.h"
+#include "services/documento_inventario.h"
+#include "services/ventanas.h"
 #include "tests/host/tienda.h"
 
 namespace zuvi::host {

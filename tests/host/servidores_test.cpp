@@ -8,8 +8,8 @@
 #include <fstream>
 #include <memory>
 
-#include "host/odbc_cadena.h"
-#include "host/perdida.h"
+#include "host/odbc/odbc_cadena.h"
+#include "host/odbc/perdida.h"
 #include "host/ventanas/fabrica_ventanas.h"
 #include "tests/host/portero.h"
 #include "tests/host/procesos.h"

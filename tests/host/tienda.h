@@ -11,13 +11,14 @@
 #include <vector>
 
 #include "component/produccion.h"
-#include "host/anfitrion.h"
-#include "host/esquema.h"
-#include "host/interaccion_respuestas.h"
-#include "host/pila.h"
+#include "host/anfitrion/anfitrion.h"
+#include "host/anfitrion/interaccion_respuestas.h"
+#include "host/services/fabrica_anfitrion.h"
+#include "host/shop/esquema.h"
+#include "host/system/pila.h"
 #include "tests/support/controles.h"
 #include "tests/support/errores.h"
-#include "toolkit/headless_desktop.h"
+#include "tests/support/headless_desktop.h"
 #include "toolkit/text_box.h"
 
 namespace zuvi::host {

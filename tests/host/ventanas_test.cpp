@@ -2,8 +2,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "host/codigos.h"
-#include "host/rutas.h"
+#include "host/processes/codigos.h"
+#include "host/system/rutas.h"
 #include "host/ventanas/fabrica_ventanas.h"
 #include "tests/host/procesos.h"
 #include "tests/host/tienda.h"

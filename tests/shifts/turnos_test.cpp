@@ -1,8 +1,8 @@
 // The shift windows on a real shop: what they show, and what they do to the tables.
 #include <algorithm>
 
-#include "host/genera_horarios.h"
-#include "host/mensajes.h"
+#include "host/processes/genera_horarios.h"
+#include "host/shop/mensajes.h"
 #include "shifts/frm_turno.h"
 #include "shifts/frm_turnos.h"
 #include "tests/host/tienda.h"

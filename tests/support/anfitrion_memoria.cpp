@@ -3,10 +3,10 @@
 #include <array>
 
 #include "base/text.h"
-#include "component/services/acceso_datos.h"
-#include "component/services/control_procesos.h"
-#include "component/services/documento_inventario.h"
-#include "component/services/ventanas_host.h"
+#include "services/acceso_datos.h"
+#include "services/control_procesos.h"
+#include "services/documento_inventario.h"
+#include "services/ventanas.h"
 
 namespace zuvi::pruebas {
 namespace {

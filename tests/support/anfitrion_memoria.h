@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "component/services/fabrica.h"
+#include "services/fabrica.h"
 #include "tests/support/mundo.h"
 
 namespace zuvi::pruebas {

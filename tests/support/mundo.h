@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "base/object.h"
-#include "component/services/control_procesos.h"
+#include "services/control_procesos.h"
 
 namespace zuvi::pruebas {
 

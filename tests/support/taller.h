@@ -8,9 +8,9 @@
 #include <string>
 
 #include "component/produccion.h"
-#include "host/pila.h"
+#include "host/system/pila.h"
 #include "tests/support/anfitrion_memoria.h"
-#include "toolkit/headless_desktop.h"
+#include "tests/support/headless_desktop.h"
 
 namespace zuvi::pruebas {
 

@@ -12,12 +12,12 @@
 
 #include "tests/support/controles.h"
 #include "tests/support/errores.h"
+#include "tests/support/headless_desktop.h"
 #include "toolkit/buttons.h"
 #include "toolkit/combo_box.h"
 #include "toolkit/dates.h"
 #include "toolkit/flex_grid.h"
 #include "toolkit/form.h"
-#include "toolkit/headless_desktop.h"
 #include "toolkit/indicators.h"
 #include "toolkit/list_view.h"
 #include "toolkit/multi_combo.h"

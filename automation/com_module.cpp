@@ -1,0 +1,41 @@
+#include "automation/com_module.h"
+
+#include <algorithm>
+
+namespace zuvi {
+
+std::wstring PathOf(HMODULE module) {
+  // Paths may be longer than MAX_PATH; a full buffer means there is more.
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = ::GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+    if (length < path.size()) {
+      path.resize(length);
+      return path;
+    }
+    path.resize(path.size() * 2);
+  }
+}
+
+std::wstring ComModule::Path() const { return PathOf(instance_); }
+
+std::wstring ComModule::TypeLibPath(int number) const {
+  return number == 1 ? Path() : Path() + L"\\" + std::to_wstring(number);
+}
+
+ComPtr<ITypeInfo> ComModule::TypeInfo(REFGUID id) const {
+  for (int number = 1; number <= type_libraries_; ++number) {
+    ComPtr<ITypeLib> library;
+    ComPtr<ITypeInfo> info;
+    if (SUCCEEDED(::LoadTypeLibEx(TypeLibPath(number).c_str(), REGKIND_NONE, library.put())) &&
+        SUCCEEDED(library->GetTypeInfoOfGuid(id, info.put())))
+      return info;
+  }
+  return {};
+}
+
+bool ComModule::Idle() const noexcept {
+  return std::all_of(holds_.begin(), holds_.end(), [](const auto& count) { return count == 0; });
+}
+
+}  // namespace zuvi

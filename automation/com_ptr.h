@@ -1,0 +1,59 @@
+// automation/: what every automation DLL of ours needs, whatever it publishes. Depends on base only.
+#pragma once
+
+#include <utility>
+
+#include "automation/windows_com.h"
+
+namespace zuvi {
+
+/// A counted interface pointer. No implicit conversion and no overloaded address: `get()` and `put()` say
+/// what happens to the count.
+template <class T>
+class ComPtr {
+ public:
+  ComPtr() = default;
+  /// Shares: takes a reference of its own.
+  explicit ComPtr(T* pointer) : pointer_(pointer) {
+    if (pointer_) pointer_->AddRef();
+  }
+  /// Takes over the caller's reference.
+  static ComPtr Adopt(T* pointer) {
+    ComPtr adopted;
+    adopted.pointer_ = pointer;
+    return adopted;
+  }
+  ComPtr(const ComPtr& other) : ComPtr(other.pointer_) {}
+  ComPtr(ComPtr&& other) noexcept : pointer_(std::exchange(other.pointer_, nullptr)) {}
+  ComPtr& operator=(ComPtr other) noexcept {
+    std::swap(pointer_, other.pointer_);
+    return *this;
+  }
+  ~ComPtr() {
+    if (pointer_) pointer_->Release();
+  }
+
+  T* get() const { return pointer_; }
+  T* operator->() const { return pointer_; }
+  explicit operator bool() const { return pointer_ != nullptr; }
+  /// For out-parameters: lets go of what it holds.
+  T** put() {
+    *this = ComPtr();
+    return &pointer_;
+  }
+  void** put_void() { return reinterpret_cast<void**>(put()); }
+  /// Hands the reference over to the caller.
+  [[nodiscard]] T* detach() { return std::exchange(pointer_, nullptr); }
+  /// The same object by another interface; null when it has none.
+  template <class U>
+  ComPtr<U> As(REFIID iid = __uuidof(U)) const {
+    ComPtr<U> other;
+    if (pointer_ && FAILED(pointer_->QueryInterface(iid, other.put_void()))) return {};
+    return other;
+  }
+
+ private:
+  T* pointer_ = nullptr;
+};
+
+}  // namespace zuvi

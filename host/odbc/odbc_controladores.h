@@ -1,0 +1,26 @@
+// The ODBC drivers of this machine. Which there are, and by what names, differs from one to the next: the
+// same driver has one name in a package of Debian's and another in its installer for Windows.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/odbc/base_datos.h"
+
+namespace zuvi::host {
+
+/// Names of the drivers installed for programs of this one's bitness, in the driver manager's order. Throws
+/// HostError when the manager does not answer.
+std::vector<std::string> ControladoresInstalados();
+
+/// Name of the installed driver to use for an engine where none is asked for by name: of SQLite's the one
+/// whose attributes we write or, where it has no name that we know, the first that opens a database of
+/// version 3; of MariaDB's the first. Throws HostError, with what to install, when there is none.
+std::string ControladorDe(Motor motor);
+
+/// Why nothing could be connected, where the error says that it was for want of a driver or data source:
+/// `controlador` as a connection string names it, or the data source `origen`; both are empty for a driver
+/// that was found. Any other error comes back as it is.
+HostError SinControlador(const std::string& controlador, const std::string& origen, const HostError& error);
+
+}  // namespace zuvi::host

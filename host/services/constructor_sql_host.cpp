@@ -1,0 +1,94 @@
+#include "host/services/constructor_sql_host.h"
+
+#include "base/text.h"
+#include "services/by_name.h"
+
+namespace zuvi::host {
+
+const MemberTable* ConstructorSqlHost::Members() const {
+  using C = ConstructorSqlHost;
+  static const MemberTable table = MemberTable::Of<C>()
+                                       .Method<&C::PonConexion>("PonConexion", {"conexion"})
+                                       .Method<&C::PonRutas>("PonRutas", {"rutas"})
+                                       .Method<&C::Limpia>("Limpia")
+                                       .Method<&C::Tipo>("Tipo", {"tipo"})
+                                       .Method<&C::AgregaCampo>("AgregaCampo", {"tabla", "columna", "valor"})
+                                       .Method<&C::Condicion>("Condicion", {"condicion"})
+                                       .Method<&C::Genera>("Genera", {"tabla"})
+                                       .Method<&C::Ejecuta>("Ejecuta")
+                                       .Property<&C::Sentencia>("Sentencia");
+  return &table;
+}
+
+BaseDatos& ConstructorSqlHost::Base() {
+  if (!conexion_) return *anfitrion_->Base();
+  if (auto* base = dynamic_cast<BaseDatos*>(conexion_.get())) return *base;
+  throw HostError("La conexión no es de este anfitrión");
+}
+
+void ConstructorSqlHost::PonConexion(const std::shared_ptr<Conexion>& conexion) { conexion_ = conexion; }
+
+void ConstructorSqlHost::Limpia() {
+  clase_ = Clase::Ninguna;
+  tabla_.clear();
+  campos_.clear();
+  condicion_.clear();
+  sentencia_.reset();
+}
+
+void ConstructorSqlHost::Tipo(const std::string& tipo) {
+  if (IgualSinCaso(tipo, "INSERT"))
+    clase_ = Clase::Insert;
+  else if (IgualSinCaso(tipo, "UPDATE"))
+    clase_ = Clase::Update;
+  else
+    throw HostError("El tipo de la instrucción debe ser INSERT o UPDATE, no \"" + tipo + "\"");
+}
+
+void ConstructorSqlHost::AgregaCampo(const std::string& tabla, const std::string& columna,
+                                     const Value& valor) {
+  if (columna.empty()) throw HostError("Falta el nombre de la columna");
+  if (!tabla_.empty() && !IgualSinCaso(tabla, tabla_))
+    throw HostError("La columna " + columna + " es de la tabla " + tabla + ", pero la instrucción es de " +
+                    tabla_);
+  Value plano = valor;
+  if (valor.IsObject()) {
+    const ObjectPtr objeto = AObjeto(valor);
+    if (!objeto) throw HostError(ErrorNumber::ObjectNotSet);
+    plano = objeto->Default();
+    if (!plano.IsNull()) plano = ATexto(plano);
+  }
+  tabla_ = tabla;
+  campos_.emplace_back(columna, Literal(Base().TraeMotor(), plano));
+}
+
+void ConstructorSqlHost::Genera(const std::string& tabla) {
+  if (clase_ == Clase::Ninguna) throw HostError("Falta el tipo de la instrucción (INSERT o UPDATE)");
+  if (!tabla_.empty() && !IgualSinCaso(tabla, tabla_))
+    throw HostError("Las columnas son de la tabla " + tabla_ + ", pero la instrucción es de " + tabla);
+  std::string sql;
+  if (clase_ == Clase::Insert) {
+    if (campos_.empty()) throw HostError("Un INSERT en " + tabla + " necesita al menos una columna");
+    std::string columnas, valores;
+    for (const auto& [columna, literal] : campos_) {
+      columnas += (columnas.empty() ? "" : ", ") + columna;
+      valores += (valores.empty() ? "" : ", ") + literal;
+    }
+    sql = "INSERT INTO " + tabla + " (" + columnas + ") VALUES (" + valores + ")";
+  } else if (!campos_.empty()) {
+    if (Recorta(condicion_).empty()) throw HostError("Un UPDATE de " + tabla + " necesita una condición");
+    for (const auto& [columna, literal] : campos_)
+      sql += (sql.empty() ? "UPDATE " + tabla + " SET " : ", ") + columna + " = " + literal;
+    sql += " WHERE " + condicion_;
+  }
+  sentencia_ = std::move(sql);
+}
+
+void ConstructorSqlHost::Ejecuta() {
+  if (!sentencia_) throw HostError("No hay instrucción: falta llamar a Genera antes de Ejecuta");
+  if (sentencia_->empty()) return;
+  anfitrion_->ExigeNoCancelado();
+  Base().Ejecuta(*sentencia_);
+}
+
+}  // namespace zuvi::host

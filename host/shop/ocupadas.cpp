@@ -1,0 +1,36 @@
+#include "host/shop/ocupadas.h"
+
+#include "base/reloj.h"
+#include "host/shop/folios.h"
+
+namespace zuvi::host {
+
+std::shared_ptr<Recordset> OrdenesOcupadas(BaseDatos& base) {
+  return base.Consulta(
+      "SELECT op, estado, usuario, usufecha, usuhora FROM op WHERE ocupado <> 0 ORDER BY op");
+}
+
+bool LiberaOrden(BaseDatos& base, std::int32_t op, const std::string& usuario) {
+  const std::string numero = Decimal(op);
+  const auto orden = base.Consulta("SELECT usuario FROM op WHERE ocupado <> 0 AND op = " + numero);
+  if (orden->Eof()) return false;
+  const Value ocupante = orden->Campo(0);
+  const std::int32_t id = TomaFolios(base, "bitacora");
+  Transaccion transaccion(base);
+  if (base.Ejecuta("UPDATE op SET ocupado = 0 WHERE ocupado <> 0 AND op = " + numero) == 0) return false;
+  AnotaEnBitacora(base, id, usuario,
+                  "Liberada la orden " + numero + ", guardada por última vez por " +
+                      (ocupante.IsNull() ? "nadie" : ATexto(ocupante)));
+  transaccion.Confirma();
+  return true;
+}
+
+void AnotaEnBitacora(BaseDatos& base, std::int32_t id, const std::string& usuario,
+                     const std::string& suceso) {
+  const Motor motor = base.TraeMotor();
+  base.Ejecuta("INSERT INTO bitacora (id, fecha, usuario, suceso) VALUES (" + Decimal(id) + ", " +
+               LiteralFecha(motor, Fecha::DesdeCivil(Ahora())) + ", " + Literal(motor, usuario) + ", " +
+               Literal(motor, suceso) + ")");
+}
+
+}  // namespace zuvi::host

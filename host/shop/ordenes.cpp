@@ -1,0 +1,44 @@
+#include "host/shop/ordenes.h"
+
+#include "host/shop/celdas.h"
+
+namespace zuvi::host {
+
+std::shared_ptr<Recordset> ResumenDeOrdenes(BaseDatos& base) {
+  return base.Consulta(
+      "SELECT op.op, op.estado, op.cerrado, op.ocupado, op.f_emision, op.fechaEntrega, op.almacen, "
+      "almacen.nombre, op.usuario, op.usufecha, op.usuhora, COUNT(oppart.id_entrada) AS partidas, "
+      "COALESCE(SUM(oppart.cantidad), 0) AS cantidad, COALESCE(SUM(oppart.terminado), 0) AS terminado, "
+      "COALESCE(SUM(oppart.cantidad * oppart.precio), 0) AS importe FROM op LEFT JOIN almacen ON "
+      "almacen.almacen = op.almacen LEFT JOIN oppart ON oppart.op = op.op GROUP BY op.op, op.estado, "
+      "op.cerrado, op.ocupado, op.f_emision, op.fechaEntrega, op.almacen, almacen.nombre, op.usuario, "
+      "op.usufecha, op.usuhora ORDER BY op.op");
+}
+
+std::string EstadoEnPalabras(Recordset& orden) {
+  std::string estado = TextoDe(orden.Campo("estado")) == "CO" ? "Confirmada" : "Pendiente";
+  if (NumeroDe(orden.Campo("cerrado")) != 0) estado += ", cerrada";
+  return estado;
+}
+
+std::string PorEntregar(BaseDatos& base, std::int32_t op) {
+  std::string resto;
+  for (const auto filas = base.Consulta("SELECT articulo, cantidad, terminado FROM oppart WHERE (terminado "
+                                        "IS NULL OR terminado <> cantidad) AND op = " +
+                                        Decimal(op) + " ORDER BY id_entrada");
+       !filas->Eof(); filas->MoveNext())
+    resto += "  " + TextoDe(filas->Campo("articulo")) + ": " +
+             TextoDeNumero(NumeroDe(filas->Campo("terminado"))) + " de " +
+             TextoDeNumero(NumeroDe(filas->Campo("cantidad"))) + "\n";
+  return resto;
+}
+
+std::int32_t CuantasPartidas(BaseDatos& base, std::int32_t op) {
+  return AEntero32(base.Consulta("SELECT COUNT( * ) FROM oppart WHERE op = " + Decimal(op))->Campo(0));
+}
+
+bool HayOrden(BaseDatos& base, std::int32_t op) {
+  return !base.Consulta("SELECT op FROM op WHERE op = " + Decimal(op))->Eof();
+}
+
+}  // namespace zuvi::host

@@ -1,0 +1,17 @@
+#include "windows/reporta_error.h"
+
+namespace zuvi {
+
+bool ReportaError(Desktop& desktop, const std::string& modulo, const std::string& procedimiento,
+                  const std::string& descripcion) noexcept {
+  try {
+    desktop.Avisa("Error occured:\r\nModule: " + modulo + "\r\nFunction: " + procedimiento +
+                  "\r\nDescription: " + descripcion);
+  } catch (...) {
+    // No memory for the text itself: a short report is better than none.
+    desktop.Avisa({});
+  }
+  return true;
+}
+
+}  // namespace zuvi
