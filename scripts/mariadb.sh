@@ -17,7 +17,7 @@ mariadb_try_start() { # [port]
   local tries user_option=()
   ZUVI_MARIADB_PORT=${1:-$(free_port)}
   [ "$(id -u)" -eq 0 ] && user_option=(--user="$ZUVI_MARIADB_ACCOUNT")
-  mariadbd --no-defaults "${user_option[@]}" --datadir="$ZUVI_MARIADB_DIR/data" \
+  TMPDIR=$ZUVI_MARIADB_DIR mariadbd --no-defaults "${user_option[@]}" --datadir="$ZUVI_MARIADB_DIR/data" \
     --socket="$ZUVI_MARIADB_DIR/my.sock" --pid-file="$ZUVI_MARIADB_DIR/pid" \
     --bind-address=127.0.0.1 --port="$ZUVI_MARIADB_PORT" --skip-name-resolve \
     --log-bin="$ZUVI_MARIADB_DIR/bin" --server-id=1 --sync-binlog=0 \
@@ -45,7 +45,8 @@ mariadb_start() {
     chown "$ZUVI_MARIADB_ACCOUNT" "$ZUVI_MARIADB_DIR"
   fi
   : >"$ZUVI_LOGS/mariadb.log"
-  timeout 120 mariadb-install-db --no-defaults --user="$ZUVI_MARIADB_ACCOUNT" --auth-root-authentication-method=normal \
+  # Its account may write there, and in no other folder of the run.
+  TMPDIR=$ZUVI_MARIADB_DIR timeout 120 mariadb-install-db --no-defaults --user="$ZUVI_MARIADB_ACCOUNT" --auth-root-authentication-method=normal \
     --force --skip-name-resolve --skip-test-db --datadir="$ZUVI_MARIADB_DIR/data" >>"$ZUVI_LOGS/mariadb.log" 2>&1 </dev/null ||
     { tail -n 20 "$ZUVI_LOGS/mariadb.log" >&2; die "no se pudo preparar el servidor MariaDB"; }
   at_exit mariadb_stop
