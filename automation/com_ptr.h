@@ -1,4 +1,4 @@
-// automation/: what every automation DLL of ours needs, whatever it publishes. Depends on base only.
+// automation/: what every automation DLL of ours needs, whatever it publishes. Knows base and the contract.
 #pragma once
 
 #include <utility>

@@ -1,4 +1,5 @@
-// The tagged value that crosses every boundary of the module, and its conversions by automation's rules:
+// base/: values, dates, numbers, texts, errors and members by name, with no knowledge of the domain. Here:
+// the tagged value that crosses every boundary of the module, and its conversions by automation's rules:
 // round half to even, overflow is an error, Null where a number or a text is needed is an error, booleans are
 // -1/0. None of them depends on the locale: the decimal mark is always a point.
 #pragma once

@@ -1,3 +1,4 @@
+// com/: the edge of ZuviProduccion.dll: the type libraries' sources, the published class, the entry points.
 #pragma once
 
 #include <atomic>

@@ -1,3 +1,6 @@
+// windows/: what the windows of the module have in common: the state of the module, the report of errors, the
+// literals of statements, and VentanaModulo, from which each window derives. Knows the contract and the
+// toolkit.
 #pragma once
 
 #include <functional>

@@ -1,6 +1,6 @@
-// host/: the reference host, a small real back office. It offers every object of services on a real
-// database through ODBC, and depends on nothing else of the component. Portable here; windows and COM in
-// host/win32.
+// host/anfitrion/: the running host that all its objects share: settings, the open connection, hooks, the
+// open windows, and how it talks to its user. The reference host is a small real back office, and depends on
+// nothing of the component but the contract; windows and COM are in host/ventanas and host/win32.
 #pragma once
 
 #include <cstdint>

@@ -1,3 +1,5 @@
+// host/odbc/: the connection of the host: drivers, statements and the gate that they pass, record sets,
+// connecting anew, limits of time. Knows nothing of what the shop keeps in its tables.
 #pragma once
 
 #include <cstdint>

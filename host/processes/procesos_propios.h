@@ -1,3 +1,5 @@
+// host/processes/: what the host itself does under a process key: schedules, fractions, codes, and the
+// printable pages. A window is spoken to by name alone.
 #pragma once
 
 #include "host/anfitrion/anfitrion.h"

@@ -1,3 +1,5 @@
+// host/services/: the objects of the contract as this host offers them, one class each, with the members that
+// scripts see.
 #pragma once
 
 #include <memory>

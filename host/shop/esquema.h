@@ -1,3 +1,5 @@
+// host/shop/: what the shop keeps and its rules: schema, numbering, stock and cost, orders, catalogues, texts
+// of messages, key filters. Statements go through host/odbc; nobody is asked or shown anything here.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// Files that the host writes, under names of any length. The system's part is in archivos_posix.cpp and in
-// host/win32.
+// host/system/: files, disks and stacks as the system has them, for the rest of the host. Here: files that it
+// writes, under names of any length. The system's part is in *_posix.cpp and in host/win32.
 #pragma once
 
 #include <filesystem>

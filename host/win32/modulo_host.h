@@ -1,3 +1,5 @@
+// host/win32/: ZuviHost.dll and Zuvi.exe: the host's objects as COM classes, an own host for each apartment,
+// the progress window, the script runner, and what the host needs of Windows (files, disks, ODBC's library).
 #pragma once
 
 #include "automation/windows_com.h"

@@ -1,5 +1,3 @@
-// host/win32/: the reference host on Windows: its windows, the objects of ZuviHost.dll and the program
-// Zuvi.exe.
 #pragma once
 
 #include <chrono>
