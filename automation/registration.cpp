@@ -105,7 +105,7 @@ bool UnregisterClassKeys(const RegisteredClass& c, RegistrationScope scope) {
 /// A type library as the registry knows it. Its keys are written here: the system's functions for it write to
 /// the machine's or to the user's as they see fit, and look for what they are to remove in both.
 struct Library {
-  ComPtr<ITypeLib> library;
+  ComPtr<ITypeLib> types;
   std::wstring path, folder, id, description;
   std::wstring version;  // "1.0"
   WORD flags = 0;
@@ -122,14 +122,14 @@ std::optional<Library> Load(const ComModule& module, int number) {
   l.folder.resize(l.folder.rfind(L'\\') == std::wstring::npos ? 0 : l.folder.rfind(L'\\'));
   TLIBATTR* found = nullptr;
   UniqueBstr description;
-  if (FAILED(::LoadTypeLibEx(l.path.c_str(), REGKIND_NONE, l.library.put())) ||
-      FAILED(l.library->GetDocumentation(-1, nullptr, description.put(), nullptr, nullptr)) ||
-      FAILED(l.library->GetLibAttr(&found)))
+  if (FAILED(::LoadTypeLibEx(l.path.c_str(), REGKIND_NONE, l.types.put())) ||
+      FAILED(l.types->GetDocumentation(-1, nullptr, description.put(), nullptr, nullptr)) ||
+      FAILED(l.types->GetLibAttr(&found)))
     return std::nullopt;
   l.id = Text(found->guid);
   l.version = std::to_wstring(found->wMajorVerNum) + L"." + std::to_wstring(found->wMinorVerNum);
   l.flags = found->wLibFlags;
-  l.library->ReleaseTLibAttr(found);
+  l.types->ReleaseTLibAttr(found);
   if (description) l.description = description.get();
   return l;
 }
@@ -142,11 +142,11 @@ struct Interface {
 
 std::vector<Interface> Interfaces(const Library& l) {
   std::vector<Interface> all;
-  for (UINT i = 0; i < l.library->GetTypeInfoCount(); ++i) {
+  for (UINT i = 0; i < l.types->GetTypeInfoCount(); ++i) {
     ComPtr<ITypeInfo> info;
     TYPEATTR* a = nullptr;
     UniqueBstr name;
-    if (FAILED(l.library->GetTypeInfo(i, info.put())) || FAILED(info->GetTypeAttr(&a))) continue;
+    if (FAILED(l.types->GetTypeInfo(i, info.put())) || FAILED(info->GetTypeAttr(&a))) continue;
     const bool dual = (a->wTypeFlags & TYPEFLAG_FDUAL) != 0;
     const bool automation = dual || (a->wTypeFlags & (TYPEFLAG_FOLEAUTOMATION | TYPEFLAG_FDISPATCHABLE)) != 0;
     const std::wstring key = L"Interface\\" + Text(a->guid);
