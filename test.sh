@@ -46,6 +46,7 @@ say "Servidor MariaDB propio en el puerto $ZUVI_MARIADB_PORT (registro general e
 
 # The machine is kept busy: while one thing compiles, what is built already is being tested.
 title "Construcción y pruebas"
+win32=no
 jobs_of_ours=()
 in_background() {
   "$@" &
@@ -58,13 +59,13 @@ if build_preset linux; then
 fi
 if [ "$windows" = yes ]; then
   if [ "$wine32" = yes ]; then in_background wine32_root; fi
-  win32=no
   if build_preset win64; then
     in_background windows_suites
     in_background hands_suites
   fi
-  if build_preset win32; then win32=yes; fi
 fi
+in_background tidy_suite
+if [ "$windows" = yes ] && build_preset win32; then win32=yes; fi
 # Beside the 32-bit Wine, which mostly waits.
 asan_job=
 if [ "$quick" = no ] && build_preset asan; then

@@ -11,6 +11,9 @@ format_suite() {
      xargs -0 -r clang-format-14 --dry-run -Werror' - "$ZUVI_ROOT"
 }
 
+# What changed last, under clang-tidy; wants the builds that it looks at.
+tidy_suite() { suite "clang-tidy en lo que cambió" 180 count_status nice bash "$ZUVI_ROOT/scripts/tidy.sh"; }
+
 # All native tests, run by ctest.
 ctest_suite() { # name preset tests-left-out environment…
   local name=$1 preset=$2 except=$3
