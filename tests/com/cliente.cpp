@@ -153,6 +153,7 @@ void Llama(IDispatch* objeto, const wchar_t* nombre, WORD flags, std::span<const
   r.texto = Utf8De(text.get());
 }
 
+Texto::operator VARIANT() const { return V(VT_BSTR, texto_.get()); }
 VARIANT V(int n) { return V(VT_I4, static_cast<LONG>(n)); }
 VARIANT V(double n) { return V(VT_R8, n); }
 VARIANT V(IDispatch* d) { return V(VT_DISPATCH, d); }

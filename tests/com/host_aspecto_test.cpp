@@ -30,19 +30,14 @@ std::vector<Parte> PartesDe(HWND ventana) {
 }
 
 // This program asks for no look of its own, as many hosts do.
-TEST_F(ConHost, TheProgressWindowHasItsLookAndFitsAtEveryScale) {
-  ComPtr<IDispatch> progreso;
-  Crea(__uuidof(::VentanaProgreso), progreso);
-  UniqueBstr titulo, uno, dos, animacion;
+TEST_F(ConHost, LaVentanaDeAvanceTieneSuAspectoYCabeEnCadaEscala) {
+  const auto progreso = Crea(__uuidof(::VentanaProgreso));
   wchar_t ruta[MAX_PATH];
-  ::GetModuleFileNameW(dll, ruta, MAX_PATH);
-  const std::wstring archivo =
-      std::wstring(ruta).substr(0, std::wstring_view(ruta).rfind(L'\\')) + L"\\Images\\Gears.Avi";
-  ASSERT_EQ(Hace(progreso.get(), L"Inicia", kMetodo,
-                 {V(0), Texto(L"Ensamble", titulo), Texto(archivo.c_str(), animacion)}),
-            S_OK);
-  ASSERT_EQ(Hace(progreso.get(), L"Avanza", kMetodo,
-                 {V(1), Texto(L"Partida 1", uno), Texto(L"Jabón & ñandú", dos)}),
+  ::GetModuleFileNameW(::GetModuleHandleW(L"ZuviHost.dll"), ruta, MAX_PATH);
+  *wcsrchr(ruta, L'\\') = 0;
+  const Texto animacion((std::wstring(ruta) + L"\\Images\\Gears.Avi").c_str());
+  ASSERT_EQ(Hace(progreso.get(), L"Inicia", kMetodo, {V(0), Texto(L"Ensamble"), animacion}), S_OK);
+  ASSERT_EQ(Hace(progreso.get(), L"Avanza", kMetodo, {V(1), Texto(L"Partida 1"), Texto(L"Jabón & ñandú")}),
             S_OK);
   const HWND ventana = ::FindWindowW(L"ZuviVentanaTrabajo", L"Ensamble");
   ASSERT_TRUE(ventana);
@@ -93,7 +88,7 @@ TEST_F(ConHost, TheProgressWindowHasItsLookAndFitsAtEveryScale) {
 }
 
 // As the system itself reads it, with the assemblies it names.
-TEST(Program, ItsManifestTellsWhatItKnows) {
+TEST(Programa, SuManifiestoDiceLoQueSabe) {
   ACTCTXW fuente{};
   fuente.cbSize = sizeof fuente;
   fuente.dwFlags = ACTCTX_FLAG_RESOURCE_NAME_VALID;

@@ -3,13 +3,8 @@
 # (isql), and the statements come from the server's own log, or from the trace where there is no server.
 # Usage: nativo.sh ZUVI BASE [LOG DATABASE]   (the last two for MariaDB)
 set -u
-here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-# shellcheck source=../../scripts/comun.sh
-. "$here/../../scripts/comun.sh"
 zuvi=$1 base=$2 log=${3:-} database=${4:-}
-# shellcheck source=../../scripts/comprueba.sh
-. "$here/../../scripts/comprueba.sh"
-make_temp temp
+. "${0%/*}/comun.sh" comprueba
 # shellcheck disable=SC2154
 cd "$temp" || exit 1
 run_zuvi() { timeout 60 "$zuvi" --base "$base" --usuario E2E "$@" </dev/null; }

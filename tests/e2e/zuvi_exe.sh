@@ -4,17 +4,10 @@
 # registry it changes and puts back.
 # Usage: zuvi_exe.sh BIN
 set -u
-here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-for part in comun wine teclas; do
-  # shellcheck disable=SC1090
-  . "$here/../../scripts/$part.sh"
-done
-bin=$1
-make_temp temp
-# shellcheck disable=SC2034,SC2154
+bin=$1 base=
+. "${0%/*}/comun.sh" wine teclas comprueba
+# shellcheck disable=SC2154
 base=$temp/tienda.db
-# shellcheck source=../../scripts/comprueba.sh
-. "$here/../../scripts/comprueba.sh"
 unset ZUVI_REPORTES
 # Its folders have accents, for which the plain C locale has no names.
 export LC_ALL=C.UTF-8
