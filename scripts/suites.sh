@@ -84,7 +84,6 @@ wine_suites() { # build folder, name of the architecture, locales for the client
     for runner in cscript zuvi; do
       wine_script "$runner" "$bin" operaciones "$arch $short SQLite" "$locale" "$temp/$runner-$short.db"
       wine_script "$runner" "$bin" anfitrion_guion "$arch $short SQLite" "$locale" "$temp/$runner-$short.db"
-      wine_script "$runner" "$bin" ventanas "$arch $short SQLite" "$locale" "$temp/$runner-$short.db"
       base=$(mariadb_database "zuvi_${runner}_${arch}_$short")
       wine_script "$runner" "$bin" operaciones "$arch $short MariaDB" "$locale" \
         "$base" "$ZUVI_MARIADB_LOG" "zuvi_${runner}_${arch}_$short"

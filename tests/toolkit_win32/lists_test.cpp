@@ -145,9 +145,9 @@ class FakeList {
   int working_ = 0;
 };
 
-class FakedLists : public testing::Test {
+class ListasFingidas : public testing::Test {
  protected:
-  FakedLists() {
+  ListasFingidas() {
     list.Items().Clear();
     for (int i = 0; i < 20; ++i)
       list.Items().Add("k" + std::to_string(i), std::string(1, static_cast<char>('a' + i)));
@@ -155,7 +155,7 @@ class FakedLists : public testing::Test {
     screen.Settle(100);
     screen.Take();
   }
-  ~FakedLists() override { form->Unload(); }
+  ~ListasFingidas() override { form->Unload(); }
   void Click(int row) { screen.Click(list, 5, kTop + row * kHigh + 3); }
 
   Pantalla screen;
@@ -165,7 +165,7 @@ class FakedLists : public testing::Test {
   ListView& list = *form->lista;
 };
 
-TEST_F(FakedLists, ClickedAndWalkedThrough) {
+TEST_F(ListasFingidas, ClickedAndWalkedThrough) {
   list.OnClick = [&] { screen.diario.Anota("Click"); };
   list.OnDblClick = [&] { screen.diario.Anota("DblClick"); };
   /// What a list's user does, the row that is selected then, and what was heard of it.
@@ -207,22 +207,7 @@ TEST_F(FakedLists, ClickedAndWalkedThrough) {
   EXPECT_EQ(native.meddled, 0);
 }
 
-TEST_F(FakedLists, ChangedByTheirHandlers) {
-  Click(0);
-  // Rows that change on the way to what a key does.
-  form->lista->OnKeyDown = [&](std::int16_t&, std::int16_t) { list.Items()(1).SetText("otro"); };
-  screen.Press(VK_DOWN);
-  EXPECT_EQ(list.SelectedItem()->Key(), "k1");
-  // A handler that has another row selected.
-  list.OnItemClick = [&](ListItem& item) {
-    screen.diario.Anota(item.Key());
-    list.Select(list.Items().ByKey("k0"));
-  };
-  screen.Take();
-  Click(3);
-  screen.Settle(100);
-  EXPECT_EQ(screen.Take(), (Sucesos{"k3", "lista.Click"}));
-  EXPECT_EQ(native.selected, 0);
+TEST_F(ListasFingidas, ChangedByTheirHandlers) {
   // A handler that fills the list anew, as a catalogue's does.
   list.OnItemClick = [&](ListItem&) {
     list.Items().Clear();
@@ -237,7 +222,7 @@ TEST_F(FakedLists, ChangedByTheirHandlers) {
   EXPECT_EQ(native.meddled, 0);
 }
 
-TEST_F(FakedLists, FilledAnewWhileAButtonGoesDown) {
+TEST_F(ListasFingidas, FilledAnewWhileAButtonGoesDown) {
   list.OnClick = [&] { screen.diario.Anota("Click"); };
   Click(2);
   native.on_press = [&] {
@@ -256,7 +241,7 @@ TEST_F(FakedLists, FilledAnewWhileAButtonGoesDown) {
   EXPECT_EQ(native.meddled, 0);
 }
 
-TEST_F(FakedLists, AreLeftAloneWhileTheButtonIsHeld) {
+TEST_F(ListasFingidas, AreLeftAloneWhileTheButtonIsHeld) {
   std::array<BYTE, 256> keys{};
   ::GetKeyboardState(keys.data());
   keys[VK_LBUTTON] = 0x80;
@@ -271,9 +256,8 @@ TEST_F(FakedLists, AreLeftAloneWhileTheButtonIsHeld) {
   EXPECT_EQ(native.count, 21);
 }
 
-TEST(Lists, FollowASelectionThatNoKeyOrPressMade) {
-  Pantalla screen;
-  const auto form = screen.Open();
+using ListasNativas = EnPantalla;
+TEST_F(ListasNativas, FollowASelectionThatNoKeyOrPressMade) {
   ListView& list = *form->lista;
   list.Select(list.Items().ByKey("z"));  // and is still to be shown
   LVITEMW selected{};
@@ -287,9 +271,7 @@ TEST(Lists, FollowASelectionThatNoKeyOrPressMade) {
   EXPECT_EQ(screen.Take(), (Sucesos{"lista.ItemClick x", "lista.ItemClick y"}));
 }
 
-TEST(Lists, AColumnThatWasDraggedStays) {
-  Pantalla screen;
-  const auto form = screen.Open();
+TEST_F(ListasNativas, AColumnThatWasDraggedStays) {
   ListView& list = *form->lista;
   list.Columns().Add("a", "Uno", Dip(90));
   list.Columns().Add("b", "Dos");
@@ -312,16 +294,13 @@ TEST(Lists, AColumnThatWasDraggedStays) {
   EXPECT_EQ(width(0) + width(1) + width(2), inside.right);
 }
 
-TEST(Lists, AFirstColumnOnTheRight) {
-  Pantalla screen;
-  const auto form = screen.Open();
+TEST_F(ListasNativas, AFirstColumnOnTheRight) {
   ListView& list = *form->lista;
   list.Columns().Add("n", "Número", Dip(200), true);
   list.Columns().Add("t", "Texto", Dip(100));
   (*list.Items().ByKey("x")).SetText("MM");
   (*list.Items().ByKey("x")).SetSubItems(1, "dos");
   screen.Settle(200);
-  const HWND native = screen.HandleOf(list);
   const auto header = reinterpret_cast<HWND>(screen.Ask(list, LVM_GETHEADER));
   const auto shown = static_cast<WPARAM>(Header_GetItemCount(header) - 2);
   HDITEMW title{};
@@ -346,15 +325,9 @@ TEST(Lists, AFirstColumnOnTheRight) {
   // Its ink is at the end of the column.
   RECT row{LVIR_BOUNDS, 0, 0, 0};
   screen.Ask(list, LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&row));
-  ::UpdateWindow(native);
-  const HDC dc = ::GetDC(native);
-  LONG leftmost = 200, rightmost = 0;
-  for (LONG x = 0; x < 200; ++x)
-    for (LONG y = row.top + 2; y < row.bottom - 2; ++y)
-      if (GetGValue(::GetPixel(dc, x, y)) < 100) leftmost = std::min(leftmost, x), rightmost = x;
-  ::ReleaseDC(native, dc);
-  EXPECT_GT(leftmost, 100);
-  EXPECT_GT(rightmost, 180);
+  const auto ink = screen.InkOf(list, {0, row.top + 2, 200, row.bottom - 2});
+  EXPECT_GT(ink.left, 100);
+  EXPECT_GT(ink.right, 180);
 }
 
 }  // namespace
