@@ -1,6 +1,5 @@
-// What of the host is seen: the progress window in whatever program, and what Zuvi.exe tells the system.
+// What of the host is seen: the progress window in whatever program.
 #include <algorithm>
-#include <array>
 
 #include "tests/com/host_dll.h"
 
@@ -85,32 +84,6 @@ TEST_F(ConHost, LaVentanaDeAvanceTieneSuAspectoYCabeEnCadaEscala) {
     ::ReleaseDC(ventana, dc);
   }
   EXPECT_EQ(Hace(progreso.get(), L"Cierra", kMetodo, {}), S_OK);
-}
-
-// As the system itself reads it, with the assemblies it names.
-TEST(Programa, SuManifiestoDiceLoQueSabe) {
-  ACTCTXW fuente{};
-  fuente.cbSize = sizeof fuente;
-  fuente.dwFlags = ACTCTX_FLAG_RESOURCE_NAME_VALID;
-  fuente.lpSource = L"Zuvi.exe";
-  fuente.lpResourceName = MAKEINTRESOURCEW(1);
-  const HANDLE contexto = ::CreateActCtxW(&fuente);
-  ASSERT_NE(contexto, INVALID_HANDLE_VALUE) << ::GetLastError();
-  const auto dice = [&](const wchar_t* anio, const wchar_t* nombre) {
-    wchar_t valor[64] = L"";
-    const std::wstring espacio =
-        std::wstring(L"http://schemas.microsoft.com/SMI/") + anio + L"/WindowsSettings";
-    ::QueryActCtxSettingsW(0, contexto, espacio.c_str(), nombre, valor, 64, nullptr);
-    return Utf8De(valor);
-  };
-  EXPECT_EQ(dice(L"2016", L"dpiAwareness"), "PerMonitorV2, PerMonitor");
-  EXPECT_EQ(dice(L"2005", L"dpiAware"), "true");
-  EXPECT_EQ(dice(L"2016", L"longPathAware"), "true");
-  alignas(8) std::array<BYTE, 1024> datos{};
-  EXPECT_TRUE(::QueryActCtxW(0, contexto, nullptr, CompatibilityInformationInActivationContext, datos.data(),
-                             datos.size(), nullptr));
-  EXPECT_EQ(*reinterpret_cast<const DWORD*>(datos.data()), 4u);  // of Windows 7 to 11
-  ::ReleaseActCtx(contexto);
 }
 
 }  // namespace

@@ -184,12 +184,11 @@ TEST_F(Produccion, UnFinEnSilencioNoDejaErrorPegado) {
   const std::function<HRESULT()> silenciosos[] = {
       [&] { return produccion->NuevaOp(); }, [&] { return produccion->ModificaOp(&op); },
       [&] { return produccion->ConsultaOp(&op); }, [&] { return produccion->CancelaOp(&op, &hecho); }};
+  ComPtr<ICreateErrorInfo> viejo;
+  ASSERT_EQ(::CreateErrorInfo(viejo.put()), S_OK);
   for (const auto& metodo : silenciosos) {
-    ComPtr<ICreateErrorInfo> nuevo;
-    ComPtr<IErrorInfo> viejo, info;
-    ASSERT_EQ(::CreateErrorInfo(nuevo.put()), S_OK);
-    ASSERT_EQ(nuevo->QueryInterface(IID_IErrorInfo, viejo.put_void()), S_OK);
-    ::SetErrorInfo(0, viejo.get());
+    ComPtr<IErrorInfo> info;
+    ::SetErrorInfo(0, viejo.As<IErrorInfo>(IID_IErrorInfo).get());
     EXPECT_EQ(metodo(), S_OK);
     EXPECT_EQ(::GetErrorInfo(0, info.put()), S_FALSE);
   }

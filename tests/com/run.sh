@@ -52,6 +52,14 @@ only_entry_points() {
   [ "$exports" = "DllCanUnloadNow DllGetClassObject DllInstall DllRegisterServer DllUnregisterServer " ]
 }
 
+# What the program tells the system of itself.
+manifest() {
+  local text
+  for text in '>PerMonitorV2, PerMonitor<' '>true</dpiAware>' '>true</longPathAware>' '{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}'; do
+    grep -aq -- "$text" "$build/bin/Zuvi.exe" || { echo "$text"; return 1; }
+  done
+}
+
 registry() { run_wine 60 reg "$@"; }
 snapshot() { # the registered classes of machine and user, as text
   local root
@@ -114,6 +122,7 @@ for file in ZuviProduccion.dll ZuviHost.dll Zuvi.exe; do
   check "imports of $file" only_known_dlls $file
 done
 check "exports of ZuviProduccion.dll" only_entry_points ZuviProduccion.dll
+check "manifest of Zuvi.exe" manifest
 check "ZuviProduccion.dll registers for machine and user" \
   machine_and_user_apart ZuviProduccion.dll 'TypeLib\{7330E6FA-8958-4791-A687-AB114C772D8A}\1.0\0'
 check "ZuviHost.dll registers for machine and user" \

@@ -35,8 +35,6 @@ class Muestra final : public Ventana {
     notas = Pon<RichTextBox>("notas");
     for (auto* const caja : std::initializer_list<TextBox*>{b.get(), notas.get()})
       caja->OnChange = [d = &diario, nombre = caja->Name()] { d->Anota(nombre + ".Change"); };
-    editor = Add<TextBox>("editor");
-    editor->SetVisible(false);
     barra = Add<ProgressBar>("barra");
     barra->SetValue(40);
     pagina = Add<WebBrowser>("pagina");
@@ -59,7 +57,7 @@ class Muestra final : public Ventana {
     Add<AutoResizer>("ajuste");
   }
 
-  std::shared_ptr<TextBox> bloqueada, editor;
+  std::shared_ptr<TextBox> bloqueada;
   std::shared_ptr<ComboBox> turno;
   std::shared_ptr<RichTextBox> notas;
   std::shared_ptr<ProgressBar> barra;
