@@ -231,11 +231,21 @@ Value Tienda::Atiende(Object& objeto, const std::string& nombre, const DISPPARAM
 
 std::vector<std::string> Tienda::Hechos() const {
   std::vector<std::string> hechos;
-  for (const std::string& linea : mundo.bitacora)
-    for (const char* que : {"Consulta(", "EjecutaSQL(", "CierraProceso(", "PonArticulo(", "PonCantidad(",
-                            "PonCosto(", "AplicaMovimiento("})
-      if (const auto donde = linea.find(que); donde != std::string::npos)
-        hechos.push_back(linea.substr(donde));
+  std::string movimiento;
+  for (const std::string& linea : mundo.bitacora) {
+    const auto tras = [&](const std::string& que) {
+      const auto donde = linea.find(que + "(");
+      return donde == std::string::npos
+                 ? ""
+                 : linea.substr(donde + que.size() + 1, linea.rfind(')') - donde - que.size() - 1);
+    };
+    if (const auto articulo = tras("PonArticulo"); !articulo.empty()) movimiento = articulo;
+    for (const char* que : {"PonCantidad", "PonCosto"})
+      if (const auto cuanto = tras(que); !cuanto.empty()) movimiento += " " + cuanto;
+    if (!tras("AplicaMovimiento").empty()) hechos.push_back(movimiento);
+    for (const char* que : {"Consulta(", "EjecutaSQL(", "CierraProceso("})
+      if (linea.starts_with(que)) hechos.push_back(linea);
+  }
   return hechos;
 }
 

@@ -39,7 +39,7 @@ TEST_F(ProcesoPropio, SinVentanasLaDllSeVaCuandoNadieLaUsa) {
     BSTR texto = kit.get();
     LONG almacen = 2, cantidad = 6;
     EXPECT_EQ(taller.produccion->Ensamble(&texto, &almacen, &cantidad, nullptr), S_OK);
-    EXPECT_EQ(taller.tienda.Hechos().back(), "AplicaMovimiento(0)");
+    EXPECT_EQ(taller.tienda.Hechos().back(), "K 6 11.25");
   }
   // Once marks it, once more takes it away.
   for (int vez = 0; vez < 2; ++vez) ::CoFreeUnusedLibrariesEx(0, 0);

@@ -13,19 +13,10 @@ const std::vector<std::string> kEnsambleSinOrden = {
     "Consulta(SELECT * FROM comppart WHERE articulo =  'K')",
     "Consulta(SELECT * FROM componen WHERE articulo =  'K')",
     "Consulta(SELECT kit, costo FROM prods WHERE articulo = 'C1')",
-    "PonArticulo(C1)",
-    "PonCantidad(3)",
-    "PonCosto(2.5)",
-    "AplicaMovimiento(0)",
+    "C1 3 2.5",
     "Consulta(SELECT kit, costo FROM prods WHERE articulo = 'C2')",
-    "PonArticulo(C2)",
-    "PonCantidad(1.5)",
-    "PonCosto(2.5)",
-    "AplicaMovimiento(0)",
-    "PonArticulo(K)",
-    "PonCantidad(6)",
-    "PonCosto(11.25)",
-    "AplicaMovimiento(0)"};
+    "C2 1.5 2.5",
+    "K 6 11.25"};
 
 class Produccion : public ConTienda {
  protected:
@@ -295,7 +286,7 @@ TEST_F(Produccion, UnKitQueSeContieneTerminaEnUnInformeEnCualquierPila) {
       SCOPED_TRACE(kilobytes);
       // What people make is a few levels deep.
       ASSERT_EQ(desarma(40), std::vector<std::string>());
-      EXPECT_EQ(tienda->Hechos().back(), "AplicaMovimiento(0)");
+      EXPECT_TRUE(tienda->Hechos().back().starts_with("K "));
       EXPECT_EQ(desarma(kSinFin), std::vector<std::string>{Informe("Desensamble", "Out of stack space")});
       std::printf("%d KiB of stack: %d levels\n", kilobytes, kSinFin - quedan);
     });

@@ -1,7 +1,7 @@
 ' A host written in script: the environment is a VBScript object, the rest comes from the reference host.
 ' It counts what the component asks of it, and its hooks are handed what is done. Runs after operaciones.vbs on
 ' the same database.
-Const COMPROBACIONES = 32
+Const COMPROBACIONES = 28
 nombre = "anfitrion_guion"
 
 Class AmbienteDeGuion
@@ -124,13 +124,10 @@ Set produccion.Ambiente = ambiente.Real
 produccion.ModificaOp 7001
 Set editor = enganchado.Entregado
 Igual "abierta por el gancho", editor.OP, 7001
-Igual "celda", editor.fg2.TextMatrix(1, 0), "HARINA"
 editor.txtFields(4).Text = "PIÑÓN"
 Igual "miembro por omisión", editor.txtFields(4), "PIÑÓN"
 numero = editor.NoExiste
 Fallo "miembro desconocido", 438
-editor.Costo = 5
-Fallo "sólo de lectura", 438
 numero = editor.txtFields(99).Text
 Fallo "índice", 9
 Igual "ocupada", conexion.Execute(OCUPADA).Fields(0).Value, 1
@@ -142,9 +139,6 @@ alCerrar.Veto = False
 editor.Unload
 Igual "cerró", editor.Visible, False
 Igual "soltó la orden", conexion.Execute(OCUPADA).Fields(0).Value, 0
-Igual "se lee cerrada", editor.txtFields(4).Text, "PIÑÓN"
-editor.Unload
-Igual "cerrar otra vez", Err.Number, 0
 procesos.PonGancho "Op001", Nothing
 procesos.PonGancho "Op006", Nothing
 Igual "desenganchar", Err.Number, 0

@@ -60,9 +60,6 @@ $(windows_path "$temp")\\ $temp
 END
   ZUVI_REPORTES='Q:\no hay' run
   check "carpeta que no hay" "$(seen salida | grep -c '^No se pudo escribir el reporte ORDENP-103.html;Q:\\no hay: la carpeta no existe;.*ZUVI_REPORTES;0;')" 1
-  script "$print_order" 'Set f = WScript.CreateObject("Scripting.FileSystemObject").OpenTextFile(WScript.Arguments(0))' "$print_order"
-  ZUVI_REPORTES=$temp/tomada run "$(windows_path "$temp/guion.vbs")" "$(windows_path "$temp/tomada/ORDENP-103.html")"
-  check "página tomada por otro" "$(seen salida)$(ls -A "$temp/tomada" | tr '\n' ';')" '0;ORDENP-103 (2).html;ORDENP-103.html;'
   script 'On Error Resume Next' "$print_order" 'WScript.Echo Err.Description'
   # The user's documents, wherever they are; else what the user has in any case.
   keep "$folders"

@@ -142,14 +142,6 @@ TEST_F(FechasNativas, MoveAndTellTheModel) {
     EXPECT_EQ(form->mes->Value(), marked()) << kind;
     EXPECT_EQ(std::ranges::count(screen.Take(), "mes.DateClick " + marked().Texto()), 1) << kind;
   }
-  // Keys that come while the last day is still being worked on move it all the same.
-  form->mes->OnDateClick = [&](const Fecha&) { screen.desktop.PumpEvents(); };
-  form->mes->SetFocus();
-  const Fecha start = form->mes->Value();
-  for (int i = 0; i < 100; ++i) screen.Stroke(VK_RIGHT);
-  screen.Settle();
-  EXPECT_EQ(form->mes->Value().Serie() - start.Serie(), 100);
-  EXPECT_EQ(marked(), form->mes->Value());
 }
 
 /// A calendar in a place too small for it, with neighbours.

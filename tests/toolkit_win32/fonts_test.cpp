@@ -6,8 +6,6 @@
 namespace zuvi::pruebas {
 namespace {
 
-constexpr const char* kArticulos = "SELECT articulo, descrip FROM prods";
-
 /// The user's font for texts of windows; put back at the end.
 class MessageFont {
  public:
@@ -66,11 +64,8 @@ class Letras : public EnPantalla {
     const LONG text = RoomFor(L"Regreso de comida 1", header).cx;
     for (WPARAM i = 0; i < 3; ++i) EXPECT_LE(text + 12, screen.Ask(*form->lista, LVM_GETCOLUMNWIDTH, i));
   }
-  /// Where the screen has no room for the whole window, what has the keyboard comes into view; and a field
-  /// that gets and loses its rows changes nothing of what the window has.
+  /// Where the screen has no room for the whole window, what has the keyboard comes into view.
   void KeyboardIsInView() {
-    form->multi->SetRowSource("");
-    form->multi->SetRowSource(kArticulos);
     RECT inside;
     ::GetClientRect(window, &inside);
     EXPECT_NEAR(form->InsideWidth() * dpi / 1440, inside.right, 1);

@@ -134,8 +134,8 @@ TEST(MensajesDelHilo, AClockThatWentOffIsLeftToTheHost) {
   EXPECT_EQ(found, waiting);
 }
 
-using MensajesDelFin = EnPantalla;
-TEST_F(MensajesDelFin, TheEndOfTheProgramComesAfterThem) {
+using FinDelPrograma = EnPantalla;
+TEST_F(FinDelPrograma, TheEndOfTheProgramComesAfterThem) {
   ::PostThreadMessageW(::GetCurrentThreadId(), kOwn, 1, 0);
   ::PostQuitMessage(7);
   screen.desktop.PumpEvents();
