@@ -104,8 +104,8 @@ run_script() {
   say "ZuviProduccion.dll y ZuviHost.dll registradas"
   title "Tienda de ejemplo"
   new_shop "$base"
-  title "Cliente VBScript: tests/e2e/jornada.vbs"
-  ZUVI_BASE=$base run_wine 120 "$bin/Zuvi.exe" "$(windows_path "$ZUVI_ROOT/tests/e2e/jornada.vbs")" ||
+  title "Cliente VBScript: sdk/samples/jornada.vbs"
+  ZUVI_BASE=$base run_wine 120 "$bin/Zuvi.exe" "$(windows_path "$ZUVI_ROOT/sdk/samples/jornada.vbs")" ||
     die "el cliente terminó con código $?"
 }
 

@@ -26,7 +26,7 @@ Set produccion.Ambiente = ambiente
 produccion.CancelaOp 104
 V
 export ZUVI_USUARIO=ADMIN LC_ALL=es_MX.UTF-8
-ZUVI_BASE=$temp/tienda.db run_wine 120 "$bin/Zuvi.exe" "$(windows_path "$PWD/tests/e2e/jornada.vbs")" \
+ZUVI_BASE=$temp/tienda.db run_wine 120 "$bin/Zuvi.exe" "$(windows_path "$PWD/sdk/samples/jornada.vbs")" \
   >"$temp/jornada.txt" || die "la jornada no terminó bien"
 ZUVI_BASE=$temp/otra.db timeout 60 wine "$bin/Zuvi.exe" "$(windows_path "$temp/pregunta.vbs")" </dev/null 2>/dev/null &
 for ((i = 0; i < 100; i++)); do

@@ -65,20 +65,16 @@ asan_suites() {
 
 # The registered component under Wine, seen by COM clients and by scripts in both script runners.
 wine_suites() { # build folder, name of the architecture, locales for the clients in C++
-  local build=$1 arch=$2 com_locales=$3 bin=$1/bin locale short base runner temp share=0 shares
-  # The regions share the failure sweep; where there is but one it does a part.
-  shares=$(wc -w <<<"$com_locales")
-  [ "$shares" -gt 1 ] || shares=4
+  local build=$1 arch=$2 com_locales=$3 bin=$1/bin locale short base runner temp
   make_temp temp
   for locale in $ZUVI_LOCALES; do
     short=$(short_locale "$locale")
     case " $com_locales " in
       *" $locale "*)
-        suite "COM $arch $short" 600 count_last_line env LC_ALL="$locale" sh "$ZUVI_ROOT/tests/com/run.sh" "$build" "$share/$shares"
-        share=$((share + 1))
+        suite "COM $arch $short" 600 count_last_line env LC_ALL="$locale" bash "$ZUVI_ROOT/tests/com/run.sh" "$build"
         if [ "$locale" = "${com_locales%% *}" ]; then
-          suite "ventanas $arch" 600 count_last_line sh "$ZUVI_ROOT/tests/toolkit_win32/run.sh" "$build"
-          suite "sistema $arch" 300 count_last_line sh "$ZUVI_ROOT/tests/toolkit_win32/run.sh" "$build" host_win32_test
+          suite "ventanas $arch" 600 count_last_line bash "$ZUVI_ROOT/tests/toolkit_win32/run.sh" "$build"
+          suite "sistema $arch" 300 count_last_line bash "$ZUVI_ROOT/tests/toolkit_win32/run.sh" "$build" host_win32_test
           suite "Zuvi.exe en su Windows $arch" 300 count_last_line bash "$ZUVI_ROOT/tests/e2e/zuvi_exe.sh" "$bin"
         fi
         ;;
@@ -91,7 +87,6 @@ wine_suites() { # build folder, name of the architecture, locales for the client
     for runner in cscript zuvi; do
       wine_script "$runner" "$bin" operaciones "$arch $short SQLite" "$locale" "$temp/$runner-$short.db"
       wine_script "$runner" "$bin" anfitrion_guion "$arch $short SQLite" "$locale" "$temp/$runner-$short.db"
-      wine_script "$runner" "$bin" ventanas "$arch $short SQLite" "$locale" "$temp/$runner-$short.db"
       base=$(mariadb_database "zuvi_${runner}_${arch}_$short")
       wine_script "$runner" "$bin" operaciones "$arch $short MariaDB" "$locale" \
         "$base" "$ZUVI_MARIADB_LOG" "zuvi_${runner}_${arch}_$short"

@@ -1,8 +1,8 @@
 #include "tests/com/ado_falso.h"
 
-#include <cstdio>
-#include <cstring>
 #include <cwchar>
+#include <iterator>
+#include <utility>
 
 namespace zuvi::prueba {
 namespace {
@@ -26,19 +26,18 @@ constexpr Nombre kNombres[] = {{L"Fields", 0},
                                {L"EOF", 0x3EE},
                                {L"Supports", 0x40C}};
 
-void Anota(const Nombre* nombre, WORD modo, const DISPPARAMS& dados) {
-  char texto[80];
-  const bool pone = modo & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF);
+void Anota(const wchar_t* nombre, WORD modo, const DISPPARAMS& dados) {
+  wchar_t texto[80];
   VARIANT valor{};
-  if (pone && dados.cArgs == 1) VariantChangeType(&valor, &dados.rgvarg[0], 0, VT_BSTR);
-  const wchar_t* const dicho = V_VT(&valor) == VT_BSTR ? V_BSTR(&valor) : L"?";
-  if (pone)
-    std::snprintf(texto, sizeof texto, "%ls=%ls ", nombre ? nombre->nombre : L"?", dicho);
-  else
-    std::snprintf(texto, sizeof texto, "%ls/%u ", nombre ? nombre->nombre : L"?", dados.cArgs);
-  VariantClear(&valor);
-  if (std::strlen(visto.llamadas) + std::strlen(texto) < sizeof visto.llamadas)
-    std::strcat(visto.llamadas, texto);
+  if (modo & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) {
+    const bool se_lee = dados.cArgs == 1 && VariantChangeType(&valor, &dados.rgvarg[0], 0, VT_BSTR) == S_OK;
+    std::swprintf(texto, 80, L"%ls=%ls ", nombre, se_lee ? V_BSTR(&valor) : L"?");
+    VariantClear(&valor);
+  } else {
+    std::swprintf(texto, 80, L"%ls/%u ", nombre, dados.cArgs);
+  }
+  if (std::wcslen(visto.llamadas) + std::wcslen(texto) < std::size(visto.llamadas))
+    std::wcscat(visto.llamadas, texto);
 }
 
 class RecordsetFalso final : public IDispatch {
@@ -69,9 +68,9 @@ class RecordsetFalso final : public IDispatch {
   }
   STDMETHODIMP Invoke(DISPID id, REFIID, LCID region, WORD modo, DISPPARAMS* argumentos, VARIANT* resultado,
                       EXCEPINFO* excepcion, UINT* malo) noexcept override {
-    const Nombre* nombre = nullptr;
+    const wchar_t* nombre = L"?";
     for (const Nombre& n : kNombres)
-      if (n.id == id) nombre = &n;
+      if (n.id == id) nombre = n.nombre;
     Anota(nombre, modo, *argumentos);
     visto.argumentos = argumentos;
     visto.resultado = resultado;
@@ -79,11 +78,7 @@ class RecordsetFalso final : public IDispatch {
     visto.malo = malo;
     visto.region = region;
     visto.modo = modo;
-    if (FAILED(visto.al_llamar)) {
-      const HRESULT falla = visto.al_llamar;
-      visto.al_llamar = S_OK;
-      return falla;
-    }
+    if (FAILED(visto.al_llamar)) return std::exchange(visto.al_llamar, S_OK);
     if (id == 0x3FE) abierto_ = true;
     if (id == 0x3F6) abierto_ = false;
     if (resultado) {

@@ -7,7 +7,7 @@ namespace zuvi::prueba {
 
 struct AdoVisto {
   /// "nombre=valor" of each property put, "nombre/cuántos" of each other call, one after the other.
-  char llamadas[2048];
+  wchar_t llamadas[2048];
   // The last call as it came.
   DISPPARAMS* argumentos;
   VARIANT* resultado;

@@ -9,8 +9,10 @@
 #include "automation/com_object.h"
 #include "automation/dispatch_object.h"
 #include "automation/handles.h"
+#include "automation/variants.h"
 #include "base/object.h"
 #include "base/text.h"
+#include "tests/support/anfitrion_memoria.h"
 
 // After the system's headers.
 #include "ZuviQuery.h"
@@ -47,8 +49,8 @@ HRESULT Fallo(Modo modo, VARIANT* result, EXCEPINFO* exception) {
 
 class Falso final : public IDispatchEx {
  public:
-  Falso(Tienda& tienda, Estilo estilo, Respuestas responde, const IID* tipo)
-      : tienda_(tienda), estilo_(estilo), responde_(std::move(responde)) {
+  Falso(Tienda& tienda, Estilo estilo, ObjectPtr objeto, const IID* tipo)
+      : tienda_(tienda), estilo_(estilo), objeto_(std::move(objeto)) {
     ++vivos;
     if (estilo != Estilo::ConTipos || !tipo) return;
     for (const wchar_t* file : {L"" ZUVI_TLB_QUERY, L"" ZUVI_TLB_FOLDER "ZuviEnviroment.tlb"}) {
@@ -92,8 +94,7 @@ class Falso final : public IDispatchEx {
     if (const auto modo = tienda_.Toca()) return Fallo(*modo, result, exception);
     try {
       const ComPtr<IDispatch> self(this);
-      Llamada call(params, tienda_.Modulo());
-      const Value value = responde_(nombre->second, call);
+      const Value value = tienda_.Atiende(*objeto_, nombre->second, *params);
       if (result) ToVariant(value, tienda_.Modulo(), *result);
       return S_OK;
     } catch (...) {
@@ -125,7 +126,7 @@ class Falso final : public IDispatchEx {
   std::atomic<ULONG> references_{1};
   Tienda& tienda_;
   Estilo estilo_;
-  Respuestas responde_;
+  ObjectPtr objeto_;
   ComPtr<ITypeInfo> info_;
   std::map<DISPID, std::string> nombres_;
 };
@@ -139,13 +140,45 @@ CLSID Tienda::ClaseDe(std::size_t clase) {
 }
 
 Tienda::Tienda(Estilo estilo) : estilo_(estilo) {
+  static const IID* const kTipos[] = {&__uuidof(::_AccesoDatos), &__uuidof(::_ControlProcesos),
+                                      &__uuidof(::_VentanaProgreso), &__uuidof(::_DocumentoInventario)};
   for (std::size_t clase = 0; clase < std::size(kClases); ++clase) {
-    const auto factory = ComPtr<IClassFactory>::Adopt(
-        new ClassFactory(modulo_, [this, clase] { return Crea(clase).As<IUnknown>(IID_IUnknown); }));
+    const auto factory = ComPtr<IClassFactory>::Adopt(new ClassFactory(modulo_, [this, clase] {
+      const Value nuevo = Objeto(pruebas::FabricaMemoria(mundo).Crea(Utf8De(kClases[clase])), kTipos[clase]);
+      return Publish(AObjeto(nuevo), modulo_).As<IUnknown>(IID_IUnknown);
+    }));
     DWORD cookie = 0;
     ::CoRegisterClassObject(ClaseDe(clase), factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie);
     registradas_.push_back(cookie);
   }
+  mundo.proceso = [](PeticionProceso& p) { p.bandera = false; };
+  mundo.tablas = {
+      {"SELECT * FROM componen WHERE articulo =  'K'", {{{"Minimo", 4.0}}}},
+      {"SELECT * FROM comppart WHERE articulo =  'K'",
+       {{{"Componente", "C1"}, {"Cantidad", 2.0}, {"Almacen", 3}},
+        {{"Componente", "C2"}, {"Cantidad", 1.0}, {"Almacen", 4}}}},
+      {"SELECT COUNT( * ) FROM oppart WHERE op = 12", {{{"n", 1}}}},
+      {"SELECT COUNT( * ) FROM turnos", {{{"n", 0}}}},
+      {"SELECT * FROM oppart WHERE Op = (12)",
+       {{{"Articulo", "K"}, {"Cantidad", 2.5}, {"Precio", 10.0}, {"Observ", "urge"}, {"id_entrada", 71}}}}};
+  for (const char* articulo : {"C1", "C2"}) PonCosto(articulo, 0);
+  for (const char* sql : {"SELECT * FROM op WHERE op = 12", "SELECT * FROM op WHERE (((op) = 12))"})
+    mundo.tablas[sql] = {{{"op", 12},
+                          {"estado", "PE"},
+                          {"ocupado", 0},
+                          {"usuario", "ANA"},
+                          {"almacen", "1"},
+                          {"f_emision", Fecha::DesdeSerie(45000)},
+                          {"fechaEntrega", Null{}},
+                          {"observ", Null{}},
+                          {"automatico", 1},
+                          {"ordencompra", Null{}}}};
+}
+
+void Tienda::PonCosto(const std::string& articulo, std::int16_t es_kit) {
+  for (const char* columnas : {"kit, costo", "articulo, kit, costo"})
+    mundo.tablas[std::string("SELECT ") + columnas + " FROM prods WHERE articulo = '" + articulo + "'"] = {
+        {{"articulo", articulo}, {"kit", es_kit}, {"costo", 2.5}}};
 }
 
 Tienda::~Tienda() {
@@ -159,156 +192,61 @@ std::optional<Modo> Tienda::Toca() {
   return std::nullopt;
 }
 
-Value Tienda::Objeto(Respuestas responde, const IID* tipo) {
-  auto object = ComPtr<IDispatch>::Adopt(new Falso(*this, estilo_, std::move(responde), tipo));
-  return ObjectPtr(std::make_shared<ComObject>(std::move(object), modulo_));
-}
-
-ComPtr<IDispatch> Tienda::Crea(std::size_t clase) {
-  using Responde = Value (Tienda::*)(const std::string&, Llamada&);
-  static constexpr std::pair<Responde, const IID*> kQuien[] = {
-      {&Tienda::AccesoDatos, &__uuidof(::_AccesoDatos)},
-      {&Tienda::Procesos, &__uuidof(::_ControlProcesos)},
-      {&Tienda::Nada, &__uuidof(::_VentanaProgreso)},
-      {&Tienda::Documento, &__uuidof(::_DocumentoInventario)}};
-  const auto [responde, tipo] = kQuien[clase];
-  return Publish(AObjeto(Objeto(std::bind_front(responde, this), tipo)), modulo_);
+Value Tienda::Objeto(ObjectPtr objeto, const IID* tipo) {
+  auto publicado = ComPtr<IDispatch>::Adopt(new Falso(*this, estilo_, std::move(objeto), tipo));
+  return ObjectPtr(std::make_shared<ComObject>(std::move(publicado), modulo_));
 }
 
 ComPtr<IDispatch> Tienda::Ambiente() {
-  const std::map<std::string, Value> datos = {{"Conexion", Objeto(std::bind_front(&Tienda::Nada, this))},
-                                              {"UsuarioActual", "ANA"},
-                                              {"RutaAplicacion", "C:\\Tienda"},
-                                              {"DatoFechaA", 7},
-                                              {"DatoFechaB", 8},
-                                              {"DatoDocumento", "D"},
-                                              {"ContenedorRutas", ObjectPtr()}};
-  return Publish(AObjeto(Objeto(
-                     [this, datos](const std::string& nombre, Llamada& c) {
-                       if (nombre == "EjecutaSQL") Ejecuta(c);
-                       if (nombre == "ParametrosEstacion") return Filas({{"almacen", 1, "lector", Null{}}});
-                       const auto dato = datos.find(nombre);
-                       return dato == datos.end() ? Value() : dato->second;
-                     },
-                     &__uuidof(::Ambiente))),
-                 modulo_);
+  return Publish(AObjeto(Objeto(pruebas::AmbienteMemoria(mundo), &__uuidof(::Ambiente))), modulo_);
 }
 
-void Tienda::Ejecuta(Llamada& c) {
-  hechos.push_back(c.Texto(0));
-  tipos.clear();
-  for (std::size_t i = 0; i < c.Cuantos(); ++i) tipos.push_back(V_VT(&c.Crudo(i)));
-  // What it leaves for an answer nobody can convert.
-  if (tipos.size() > 1) V_VT(V_VARIANTREF(&c.Crudo(1))) = VT_ERROR;
-}
-
-Value Tienda::Filas(std::vector<Renglon> filas) {
-  const auto en = std::make_shared<std::size_t>(0);
-  const auto item = [this, filas, en](const std::string&, Llamada& c) {
-    const Value clave = c.Arg(0);
-    if (*en >= filas.size()) throw HostError("no hay registro actual");
-    const Renglon& fila = filas[*en];
-    auto campo = fila.begin();
-    if (std::holds_alternative<std::string>(clave.Get()))
-      for (const std::string columna = Minusculas(ATexto(clave)); *campo != Value(columna); campo += 2)
-        if (fila.end() - campo == 2) throw HostError("no existe la columna " + columna);
-    return Objeto([valor = campo[1]](const std::string&, Llamada&) { return valor; });
-  };
-  return Objeto([this, item, en, cuantas = filas.size()](const std::string& nombre, Llamada&) {
-    if (nombre == "EOF") return Value(*en >= cuantas);
-    if (nombre == "Fields") return Objeto(item);
-    if ((*en)++ >= cuantas) throw HostError("fin del conjunto");
-    return Value();
-  });
-}
-
-Value Tienda::Consulta(const std::string& sql) {
-  hechos.push_back(sql);
-  if (durante_consulta) durante_consulta();
-  const auto tiene = [&](const char* text) { return sql.find(text) != std::string::npos; };
-  if (tiene("FROM comppart")) {
-    if (kits_dentro > 0) return Filas({{"componente", "K", "cantidad", 1.0, "almacen", 1}});
-    return Filas({{"componente", "C1", "cantidad", 2.0, "almacen", 3},
-                  {"componente", "C2", "cantidad", 1.0, "almacen", 4}});
+Value Tienda::Atiende(Object& objeto, const std::string& nombre, const DISPPARAMS& params) {
+  std::vector<VARIANT*> crudos;
+  std::vector<Value> args;
+  for (UINT i = params.cArgs; i-- > 0;) {
+    crudos.push_back(&params.rgvarg[i]);
+    args.push_back(ValueDe(params.rgvarg[i], modulo_));
   }
-  if (tiene("FROM componen")) return Filas({{"minimo", 4.0}});
-  if (tiene("FROM prods")) {
-    const std::int16_t es_kit = kits_dentro > 0;
-    kits_dentro -= es_kit;
-    return Filas({{"articulo", "K", "kit", es_kit, "costo", 2.5}});
-  }
-  if (tiene("COUNT( * )")) return Filas({{"n", 2}});
-  if (tiene("FROM oppart WHERE Op = ("))
-    return Filas({{"articulo", "K", "cantidad", 2.5, "precio", 10.0, "observ", "urge", "id_entrada", 71}});
-  if (tiene("FROM op "))
-    return Filas({{"op",           12,     "estado",  estado, "ocupado",    0,
-                   "usuario",      "ANA",  "almacen", "1",    "f_emision",  Fecha::DesdeSerie(45000),
-                   "fechaentrega", Null{}, "observ",  Null{}, "automatico", 1,
-                   "ordencompra",  Null{}}});
-  if (tiene("FROM turnos"))
-    return Filas({{"turno", "Matutino", "entrada", "06:00", "comida", "10:00", "regcomida", "10:30", "salida",
-                   "14:00"},
-                  {"turno", "Nocturno", "entrada", "22:00", "comida", Null{}, "regcomida", Null{}, "salida",
-                   "06:00"}});
-  return Filas({});
-}
-
-Value Tienda::Nada(const std::string&, Llamada&) { return {}; }
-
-Value Tienda::AccesoDatos(const std::string& nombre, Llamada& c) {
-  static const std::map<std::string, Value> kFijas = {{"TraeMensaje", "¿Cancelar?"},
-                                                      {"ComponeFecha", Fecha::DesdeSerie(45000)},
-                                                      {"FechaSQL", "'2026-03-05'"},
-                                                      {"ExisteClave", true},
-                                                      {"UbicacionRestringida", false}};
-  if (const auto fija = kFijas.find(nombre); fija != kFijas.end()) return fija->second;
-  if (nombre == "Consulta") return Consulta(c.Texto(0));
-  if (nombre == "ValorNumerico") return ANumero(c.Arg(0));
-  if (nombre == "ValorTexto") return c.Arg(0).IsNull() ? std::string() : c.Texto(0);
-  if (nombre == "EstaVacio") return Recorta(c.Texto(0)).empty();
-  if (nombre == "Pregunta") return confirma;
-  if (nombre == "SiguienteFolio") return c.Deja(2, 55), Value(900);
-  if (nombre == "TextoConCeros") return c.Texto(0);
-  if (nombre == "NuevoConstructorSql")
-    return Objeto([this](const std::string& paso, Llamada&) {
-      if (paso == "Ejecuta") hechos.push_back(paso);
-      return Value();
-    });
-  if (nombre == "PreparaVentana" || nombre == "LiberaVentana") Recibe(nombre, c.Arg(0));
-  if (nombre == "FormateaCampo") return AObjeto(c.Arg(0))->Call("Text");
-  if (nombre == "FiltroMayusculas") return c.Arg(1);
-  if (nombre == "FiltroTecla") return c.Arg(2);
-  return {};
-}
-
-void Tienda::Recibe(const std::string& momento, const Value& ventana) {
-  if (con_ventana) con_ventana(momento, Publish(AObjeto(ventana), modulo_));
-}
-
-Value Tienda::Procesos(const std::string& nombre, Llamada& c) {
-  if (nombre == "IniciaProceso") {
+  const bool inicia = nombre == "IniciaProceso", ejecuta = nombre == "EjecutaSQL";
+  if (inicia || ejecuta) {
     tipos.clear();
-    for (std::size_t i = 0; i < c.Cuantos(); ++i) tipos.push_back(V_VT(&c.Crudo(i)));
-    de_parte_de = Publish(AObjeto(c.Arg(1)), modulo_).As<IUnknown>(IID_IUnknown).get();
-    c.Deja(5, veta);
-    Recibe(c.Texto(0), c.Arg(1));
+    for (const VARIANT* crudo : crudos) tipos.push_back(V_VT(crudo));
   }
-  if (nombre == "ConsultaProceso") c.Deja(0, veta);
-  if (nombre == "CierraProceso") hechos.push_back("CierraProceso " + c.Texto(0));
-  return {};
+  if (inicia || nombre == "PreparaVentana" || nombre == "LiberaVentana") {
+    const auto ventana = Publish(AObjeto(args.at(inicia)), modulo_);
+    if (inicia) de_parte_de = ventana.As<IUnknown>(IID_IUnknown).get();
+    if (con_ventana) con_ventana(inicia ? ATexto(args[0]) : nombre, ventana);
+  }
+  const std::vector<Value> antes = args;
+  Value resultado = objeto.Call(nombre, args, kAllByRef);
+  // A document's number has letters, where there is room for them.
+  for (std::size_t i = 0; i < args.size(); ++i)
+    if (args[i] != antes[i] && V_VT(crudos[i]) != (VT_BYREF | VT_I4)) WriteBack(args[i], *crudos[i], modulo_);
+  // What a statement leaves for an answer nobody can convert.
+  if (ejecuta && crudos.size() > 1) V_VT(V_VARIANTREF(crudos[1])) = VT_ERROR;
+  const ObjectPtr dado = resultado.IsObject() ? AObjeto(resultado) : nullptr;
+  return dado && !dado->Foreign() ? Objeto(dado) : resultado;
 }
 
-Value Tienda::Documento(const std::string& nombre, Llamada& c) {
-  auto& d = documento_;
-  if (nombre != "AplicaMovimiento") {
-    if (!c.Arg(0).IsObject()) d[nombre] = c.Texto(0);
-    return {};
+std::vector<std::string> Tienda::Hechos() const {
+  std::vector<std::string> hechos;
+  std::string movimiento;
+  for (const std::string& linea : mundo.bitacora) {
+    const auto tras = [&](const std::string& que) {
+      const auto donde = linea.find(que + "(");
+      return donde == std::string::npos
+                 ? ""
+                 : linea.substr(donde + que.size() + 1, linea.rfind(')') - donde - que.size() - 1);
+    };
+    if (const auto articulo = tras("PonArticulo"); !articulo.empty()) movimiento = articulo;
+    for (const char* que : {"PonCantidad", "PonCosto"})
+      if (const auto cuanto = tras(que); !cuanto.empty()) movimiento += " " + cuanto;
+    if (!tras("AplicaMovimiento").empty()) hechos.push_back(movimiento);
+    for (const char* que : {"Consulta(", "EjecutaSQL(", "CierraProceso("})
+      if (linea.starts_with(que)) hechos.push_back(linea);
   }
-  hechos.push_back(d["PonTipo"] + " " + d["PonConcepto"] + " " + d["PonAlmacen"] + " " + d["PonArticulo"] +
-                   " " + d["PonCantidad"] + " " + d["PonCosto"]);
-  // Where there is room for it, its numbers have a letter.
-  if (V_VT(&c.Crudo(0)) == (VT_BYREF | VT_VARIANT)) c.Deja(0, "M-12");
-  return NumeroDeTexto(d["PonCantidad"]) * NumeroDeTexto(d["PonCosto"]);
+  return hechos;
 }
 
 }  // namespace zuvi::prueba

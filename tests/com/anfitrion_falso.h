@@ -1,16 +1,15 @@
-// A host for the tests: every object of the contract is a bare IDispatch, so that calls arrive as a stranger
-// would see them. Each call can be made to fail, once or from then on, in the ways real hosts fail.
+// The host in memory as a stranger's: every object is a bare IDispatch. Each call can be made to fail, once
+// or from then on, in the ways real hosts fail.
 #pragma once
 
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "automation/com_module.h"
-#include "automation/variants.h"
-#include "base/value.h"
+#include "automation/com_ptr.h"
+#include "tests/support/mundo.h"
 
 namespace zuvi::prueba {
 
@@ -35,75 +34,44 @@ inline constexpr const wchar_t* kTextoError = L"se perdió la conexión\r\nseña
 /// What a host object offers to the type information seekers and the name seekers.
 enum class Estilo { Simple, ConTipos, SoloEx };
 
-class Tienda;
-
-/// One late-bound call as the host sees it; arguments in declaration order.
-class Llamada {
- public:
-  Llamada(DISPPARAMS* params, ComModule& module) : params_(params), module_(module) {}
-  std::size_t Cuantos() const { return params_->cArgs; }
-  VARIANT& Crudo(std::size_t i) const { return params_->rgvarg[params_->cArgs - 1 - i]; }
-  Value Arg(std::size_t i) const { return ValueDe(Crudo(i), module_); }
-  std::string Texto(std::size_t i) const { return ATexto(Arg(i)); }
-  void Deja(std::size_t i, const Value& value) const { WriteBack(value, Crudo(i), module_); }
-
- private:
-  DISPPARAMS* params_;
-  ComModule& module_;
-};
-
-/// What an object answers to any name it is called by.
-using Respuestas = std::function<Value(const std::string& nombre, Llamada& llamada)>;
-
-/// The whole shop: one order with two lines, kit K of two components, and what the module did with them.
+/// The shop of the host in memory, published: an order, kit K of two components, and what the module did.
 class Tienda {
  public:
+  /// Registers the host's classes for this process; the programmatic names must lead to `ClaseDe`.
   explicit Tienda(Estilo estilo = Estilo::Simple);
   ~Tienda();
   Tienda(const Tienda&) = delete;
   Tienda& operator=(const Tienda&) = delete;
 
-  /// Registers the host's classes for this process; the programmatic names must lead to `ClaseDe`.
   static CLSID ClaseDe(std::size_t clase);
   static constexpr const wchar_t* kClases[] = {L"ZuviQuery.AccesoDatos", L"ZuviQuery.ControlProcesos",
                                                L"ZuviQuery.VentanaProgreso",
                                                L"ZuviQuery.DocumentoInventario"};
   ComPtr<IDispatch> Ambiente();
-  ComPtr<IDispatch> Crea(std::size_t clase);
   ComModule& Modulo() { return modulo_; }
   /// Makes the `nth` call fail (from 1), and all after it when `siempre`.
   void Rompe(int nth, Modo modo, bool siempre) { nth_ = nth, modo_ = modo, siempre_ = siempre; }
   std::optional<Modo> Toca();
+  /// One call as it came, answered by the object in memory.
+  Value Atiende(Object& objeto, const std::string& nombre, const DISPPARAMS& params);
+  /// An article in the catalogue.
+  void PonCosto(const std::string& articulo, std::int16_t es_kit);
+  /// Statements, movements and processes closed, as the log has them.
+  std::vector<std::string> Hechos() const;
   /// Living objects of this shop.
   static long Vivos();
 
-  bool veta = false;
-  /// The kit contains itself, as many levels deep.
-  int kits_dentro = 0;
-  bool confirma = true;
-  std::string estado = "PE";
+  pruebas::Mundo mundo;
   int llamadas = 0;
   /// No run needs more; past it every call fails, so that a lying host cannot keep the module busy for ever.
   int limite = 3000;
-  std::vector<std::string> hechos;  // statements and movements
   std::vector<VARTYPE> tipos;       // of the arguments of IniciaProceso or EjecutaSQL, whichever was last
-  IUnknown* de_parte_de = nullptr;  // its second argument, not held
-  std::function<void()> durante_consulta;  // what the host does while the module waits
+  IUnknown* de_parte_de = nullptr;  // the second one of IniciaProceso, not held
   /// What it does with a window it is handed: "PreparaVentana", "LiberaVentana", or the key of a process.
   std::function<void(const std::string& momento, const ComPtr<IDispatch>& ventana)> con_ventana;
 
  private:
-  Value Objeto(Respuestas responde, const IID* tipo = nullptr);
-  Value Consulta(const std::string& sql);
-  /// Columns and their values in turn.
-  using Renglon = std::vector<Value>;
-  Value Filas(std::vector<Renglon> filas);
-  Value Nada(const std::string& nombre, Llamada& llamada);
-  Value AccesoDatos(const std::string& nombre, Llamada& llamada);
-  Value Procesos(const std::string& nombre, Llamada& llamada);
-  Value Documento(const std::string& nombre, Llamada& llamada);
-  void Ejecuta(Llamada& llamada);
-  void Recibe(const std::string& momento, const Value& ventana);
+  Value Objeto(ObjectPtr objeto, const IID* tipo = nullptr);
 
   ComModule modulo_{"prueba", nullptr, 0};
   Estilo estilo_;
@@ -111,7 +79,6 @@ class Tienda {
   int nth_ = 0;
   Modo modo_ = Modo::ConTexto;
   bool siempre_ = false;
-  std::map<std::string, std::string> documento_;
 };
 
 }  // namespace zuvi::prueba

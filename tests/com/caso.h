@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "automation/variants.h"
 #include "tests/com/anfitrion_falso.h"
 #include "tests/com/cliente.h"
 

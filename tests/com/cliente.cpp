@@ -25,38 +25,34 @@ LRESULT CALLBACK AlIniciar(int code, WPARAM sender, LPARAM data) {
 }
 
 std::wstring Clave(std::size_t clase) {
-  return L"Software\\Classes\\" + std::wstring(Tienda::kClases[clase]) + L"\\CLSID";
+  return L"Software\\Classes\\" + std::wstring(Tienda::kClases[clase]);
 }
 
-void Pon(const std::wstring& clave, const std::wstring& valor) {
-  UniqueKey key;
-  ::RegCreateKeyExW(HKEY_LOCAL_MACHINE, clave.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, key.put(), nullptr);
-  ::RegSetValueExW(key.get(), nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(valor.c_str()),
-                   static_cast<DWORD>((valor.size() + 1) * sizeof(wchar_t)));
+void Pon(std::size_t clase, const std::wstring& valor) {
+  ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, (Clave(clase) + L"\\CLSID").c_str(), nullptr, REG_SZ, valor.c_str(),
+                    static_cast<DWORD>((valor.size() + 1) * sizeof(wchar_t)));
 }
 
 }  // namespace
 
 NombresDePrueba::NombresDePrueba() {
   for (std::size_t clase = 0; clase < std::size(Tienda::kClases); ++clase) {
-    wchar_t antes[64] = {};
+    wchar_t antes[64] = {}, texto[40];
     DWORD bytes = sizeof antes;
-    ::RegGetValueW(HKEY_LOCAL_MACHINE, Clave(clase).c_str(), nullptr, RRF_RT_REG_SZ, nullptr, antes, &bytes);
+    ::RegGetValueW(HKEY_LOCAL_MACHINE, (Clave(clase) + L"\\CLSID").c_str(), nullptr, RRF_RT_REG_SZ, nullptr,
+                   antes, &bytes);
     antes_.emplace_back(antes);
-    wchar_t texto[40];
     ::StringFromGUID2(Tienda::ClaseDe(clase), texto, 40);
-    Pon(Clave(clase), texto);
+    Pon(clase, texto);
   }
 }
 
 NombresDePrueba::~NombresDePrueba() {
-  for (std::size_t clase = 0; clase < antes_.size(); ++clase) {
-    if (!antes_[clase].empty())
-      Pon(Clave(clase), antes_[clase]);
+  for (std::size_t clase = 0; clase < antes_.size(); ++clase)
+    if (antes_[clase].empty())
+      ::RegDeleteTreeW(HKEY_LOCAL_MACHINE, Clave(clase).c_str());
     else
-      ::RegDeleteTreeW(HKEY_LOCAL_MACHINE,
-                       (L"Software\\Classes\\" + std::wstring(Tienda::kClases[clase])).c_str());
-  }
+      Pon(clase, antes_[clase]);
 }
 
 BibliotecaDelEntorno::BibliotecaDelEntorno() {
@@ -153,6 +149,7 @@ void Llama(IDispatch* objeto, const wchar_t* nombre, WORD flags, std::span<const
   r.texto = Utf8De(text.get());
 }
 
+Texto::operator VARIANT() const { return V(VT_BSTR, texto_.get()); }
 VARIANT V(int n) { return V(VT_I4, static_cast<LONG>(n)); }
 VARIANT V(double n) { return V(VT_R8, n); }
 VARIANT V(IDispatch* d) { return V(VT_DISPATCH, d); }

@@ -101,6 +101,16 @@ inline constexpr WORD kMetodo = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
 VARIANT V(int n);
 VARIANT V(double n);
 VARIANT V(IDispatch* d);
+/// A text as an argument, as long as it lives.
+class Texto {
+ public:
+  explicit Texto(const wchar_t* texto) : texto_(::SysAllocString(texto)) {}
+  BSTR get() const { return texto_.get(); }
+  operator VARIANT() const;
+
+ private:
+  UniqueBstr texto_;
+};
 /// A variant of any type that fits in eight bytes.
 template <class T>
 VARIANT V(VARTYPE type, T value) {

@@ -1,6 +1,5 @@
-// What of the host is seen: the progress window in whatever program, and what Zuvi.exe tells the system.
+// What of the host is seen: the progress window in whatever program.
 #include <algorithm>
-#include <array>
 
 #include "tests/com/host_dll.h"
 
@@ -30,19 +29,14 @@ std::vector<Parte> PartesDe(HWND ventana) {
 }
 
 // This program asks for no look of its own, as many hosts do.
-TEST_F(ConHost, TheProgressWindowHasItsLookAndFitsAtEveryScale) {
-  ComPtr<IDispatch> progreso;
-  Crea(__uuidof(::VentanaProgreso), progreso);
-  UniqueBstr titulo, uno, dos, animacion;
+TEST_F(ConHost, LaVentanaDeAvanceTieneSuAspectoYCabeEnCadaEscala) {
+  const auto progreso = Crea(__uuidof(::VentanaProgreso));
   wchar_t ruta[MAX_PATH];
-  ::GetModuleFileNameW(dll, ruta, MAX_PATH);
-  const std::wstring archivo =
-      std::wstring(ruta).substr(0, std::wstring_view(ruta).rfind(L'\\')) + L"\\Images\\Gears.Avi";
-  ASSERT_EQ(Hace(progreso.get(), L"Inicia", kMetodo,
-                 {V(0), Texto(L"Ensamble", titulo), Texto(archivo.c_str(), animacion)}),
-            S_OK);
-  ASSERT_EQ(Hace(progreso.get(), L"Avanza", kMetodo,
-                 {V(1), Texto(L"Partida 1", uno), Texto(L"Jabón & ñandú", dos)}),
+  ::GetModuleFileNameW(::GetModuleHandleW(L"ZuviHost.dll"), ruta, MAX_PATH);
+  *wcsrchr(ruta, L'\\') = 0;
+  const Texto animacion((std::wstring(ruta) + L"\\Images\\Gears.Avi").c_str());
+  ASSERT_EQ(Hace(progreso.get(), L"Inicia", kMetodo, {V(0), Texto(L"Ensamble"), animacion}), S_OK);
+  ASSERT_EQ(Hace(progreso.get(), L"Avanza", kMetodo, {V(1), Texto(L"Partida 1"), Texto(L"Jabón & ñandú")}),
             S_OK);
   const HWND ventana = ::FindWindowW(L"ZuviVentanaTrabajo", L"Ensamble");
   ASSERT_TRUE(ventana);
@@ -90,32 +84,6 @@ TEST_F(ConHost, TheProgressWindowHasItsLookAndFitsAtEveryScale) {
     ::ReleaseDC(ventana, dc);
   }
   EXPECT_EQ(Hace(progreso.get(), L"Cierra", kMetodo, {}), S_OK);
-}
-
-// As the system itself reads it, with the assemblies it names.
-TEST(Program, ItsManifestTellsWhatItKnows) {
-  ACTCTXW fuente{};
-  fuente.cbSize = sizeof fuente;
-  fuente.dwFlags = ACTCTX_FLAG_RESOURCE_NAME_VALID;
-  fuente.lpSource = L"Zuvi.exe";
-  fuente.lpResourceName = MAKEINTRESOURCEW(1);
-  const HANDLE contexto = ::CreateActCtxW(&fuente);
-  ASSERT_NE(contexto, INVALID_HANDLE_VALUE) << ::GetLastError();
-  const auto dice = [&](const wchar_t* anio, const wchar_t* nombre) {
-    wchar_t valor[64] = L"";
-    const std::wstring espacio =
-        std::wstring(L"http://schemas.microsoft.com/SMI/") + anio + L"/WindowsSettings";
-    ::QueryActCtxSettingsW(0, contexto, espacio.c_str(), nombre, valor, 64, nullptr);
-    return Utf8De(valor);
-  };
-  EXPECT_EQ(dice(L"2016", L"dpiAwareness"), "PerMonitorV2, PerMonitor");
-  EXPECT_EQ(dice(L"2005", L"dpiAware"), "true");
-  EXPECT_EQ(dice(L"2016", L"longPathAware"), "true");
-  alignas(8) std::array<BYTE, 1024> datos{};
-  EXPECT_TRUE(::QueryActCtxW(0, contexto, nullptr, CompatibilityInformationInActivationContext, datos.data(),
-                             datos.size(), nullptr));
-  EXPECT_EQ(*reinterpret_cast<const DWORD*>(datos.data()), 4u);  // of Windows 7 to 11
-  ::ReleaseActCtx(contexto);
 }
 
 }  // namespace

@@ -39,7 +39,7 @@ class EnLugarDeAdo {
   const wchar_t* Verdadero() const { return antes_; }
   /// What it was asked since the last time.
   std::string Toma() const {
-    std::string llamadas = Visto().llamadas;
+    std::string llamadas = Utf8De(Visto().llamadas);
     Visto().llamadas[0] = 0;
     return llamadas;
   }
@@ -53,41 +53,30 @@ class EnLugarDeAdo {
   wchar_t antes_[MAX_PATH] = {};
 };
 
-inline VARIANT Texto(const wchar_t* texto, UniqueBstr& duenio) {
-  duenio = UniqueBstr(::SysAllocString(texto));
-  return V(VT_BSTR, duenio.get());
-}
-
 class ConHost : public testing::Test {
  protected:
-  void SetUp() override { Ambiente(ambiente); }
-  void Ambiente(ComPtr<IDispatch>& nuevo) { Crea(__uuidof(::AmbienteHost), nuevo); }
   void TearDown() override {
     conexion = {};
     ambiente = {};
     EXPECT_EQ(PuedeDescargarse(), S_OK);
     EXPECT_EQ(ado.Visto().vivos, 0);
   }
-  void Crea(REFCLSID clase, ComPtr<IDispatch>& nuevo) {
-    const auto da = Entrada<HRESULT(WINAPI*)(REFCLSID, REFIID, void**)>("DllGetClassObject");
-    ComPtr<IClassFactory> fabrica;
-    ASSERT_EQ(da(clase, IID_IClassFactory, fabrica.put_void()), S_OK);
-    ASSERT_EQ(fabrica->CreateInstance(nullptr, IID_IDispatch, nuevo.put_void()), S_OK);
+  ComPtr<IDispatch> Crea(REFCLSID clase) { return dll.Crea(clase).As<IDispatch>(IID_IDispatch); }
+  ComPtr<IDispatch> Ambiente() { return Crea(__uuidof(::AmbienteHost)); }
+  HRESULT PuedeDescargarse() { return dll.PuedeDescargarse(); }
+  static ComPtr<IDispatch> ConexionDe(IDispatch* de) {
+    Respuesta r;
+    Llama(de, L"Conexion", kMetodo, {}, r);
+    EXPECT_EQ(r.codigo, S_OK) << r.texto;
+    return r.codigo == S_OK ? ComPtr<IDispatch>(V_DISPATCH(&r.valor.get())) : ComPtr<IDispatch>();
   }
-  HRESULT PuedeDescargarse() { return Entrada<HRESULT(WINAPI*)()>("DllCanUnloadNow")(); }
   IDispatch* Conexion() {
-    if (!conexion) {
-      Respuesta r;
-      Llama(ambiente.get(), L"Conexion", kMetodo, {}, r);
-      EXPECT_EQ(r.codigo, S_OK) << r.texto;
-      if (r.codigo == S_OK) conexion = ComPtr<IDispatch>(V_DISPATCH(&r.valor.get()));
-    }
+    if (!conexion) conexion = ConexionDe(ambiente.get());
     return conexion.get();
   }
-  static ComPtr<IDispatch> Recordset() {
+  static ComPtr<IDispatch> Recordset(REFIID iid = IID_IDispatch, HRESULT esperado = S_OK) {
     ComPtr<IDispatch> nuevo;
-    EXPECT_EQ(::CoCreateInstance(kClaseAdo, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, nuevo.put_void()),
-              S_OK);
+    EXPECT_EQ(::CoCreateInstance(kClaseAdo, nullptr, CLSCTX_INPROC_SERVER, iid, nuevo.put_void()), esperado);
     return nuevo;
   }
   static HRESULT Hace(IDispatch* objeto, const wchar_t* nombre, WORD modo,
@@ -104,26 +93,23 @@ class ConHost : public testing::Test {
     ::VariantChangeType(numero.put(), &r.valor.get(), 0, VT_I4);
     return V_I4(&numero.get());
   }
-  HRESULT AbreConsulta(IDispatch* recordset) {
-    UniqueBstr sql;
-    return Hace(recordset, L"Open", kMetodo,
-                {Texto(L"SELECT 42 AS uno", sql), V(Conexion()), V(-1), V(-1), V(1)});
+  static HRESULT AbreConsulta(IDispatch* recordset, IDispatch* en) {
+    return Hace(recordset, L"Open", kMetodo, {Texto(L"SELECT 42 AS uno"), V(en), V(-1), V(-1), V(1)});
+  }
+  HRESULT AbreConsulta(const ComPtr<IDispatch>& recordset) {
+    return AbreConsulta(recordset.get(), Conexion());
   }
   /// Value of the first field.
-  static LONG Campo(IDispatch* recordset) {
+  static LONG Campo(const ComPtr<IDispatch>& recordset) {
     Respuesta r;
-    Llama(recordset, L"Fields", kMetodo, {V(0)}, r);
+    Llama(recordset.get(), L"Fields", kMetodo, {V(0)}, r);
     EXPECT_EQ(r.codigo, S_OK);
     return r.codigo == S_OK ? Numero(V_DISPATCH(&r.valor.get()), L"Value") : -1;
   }
-  template <class Funcion>
-  Funcion Entrada(const char* nombre) const {
-    return reinterpret_cast<Funcion>(reinterpret_cast<void*>(::GetProcAddress(dll, nombre)));
-  }
 
-  HMODULE dll = ::LoadLibraryW(L"ZuviHost.dll");
+  Dll dll{L"ZuviHost.dll"};
   EnLugarDeAdo ado;
-  ComPtr<IDispatch> ambiente, conexion;
+  ComPtr<IDispatch> ambiente = Ambiente(), conexion;
 };
 
 }  // namespace zuvi::prueba

@@ -11,34 +11,29 @@
 namespace zuvi::prueba {
 namespace {
 
-TEST_F(ConHost, OnOurConnectionADOIsNeverAsked) {
+TEST_F(ConHost, EnNuestraConexionNuncaSePreguntaAAdo) {
   const auto recordset = Recordset();
   // All names before it is known whose it is.
-  std::array<LPOLESTR, 1> nombre{};
-  DISPID abre = 0, fin = 0, campos = 0, sigue = 0;
-  std::array<std::pair<const wchar_t*, DISPID*>, 4> nombres{
-      {{L"open", &abre}, {L"EOF", &fin}, {L"Fields", &campos}, {L"MoveNext", &sigue}}};
-  for (auto& [texto, id] : nombres) {
-    nombre[0] = const_cast<LPOLESTR>(texto);
-    ASSERT_EQ(recordset->GetIDsOfNames(IID_NULL, nombre.data(), 1, 0, id), S_OK);
+  DISPID abre = 0, fin = 0, sigue = 0;
+  for (const auto& [texto, id] : {std::pair{L"open", &abre}, {L"EOF", &fin}, {L"MoveNext", &sigue}}) {
+    auto* nombre = const_cast<LPOLESTR>(texto);
+    ASSERT_EQ(recordset->GetIDsOfNames(IID_NULL, &nombre, 1, 0, id), S_OK);
   }
   EXPECT_EQ(Numero(recordset.get(), L"State"), 0);
-  EXPECT_EQ(Hace(recordset.get(), L"CursorType", kPon, {V(1)}), S_OK);
-  EXPECT_EQ(Hace(recordset.get(), L"LockType", kPon, {V(3)}), S_OK);
-  EXPECT_EQ(Hace(recordset.get(), L"CursorLocation", kPon, {V(3)}), S_OK);
+  for (const auto& [nombre, valor] : {std::pair{L"CursorType", 1}, {L"LockType", 3}, {L"CursorLocation", 3}})
+    EXPECT_EQ(Hace(recordset.get(), nombre, kPon, {V(valor)}), S_OK);
   EXPECT_EQ(Numero(recordset.get(), L"CursorType"), 1);
   // The connection by name, in a variant of a variant.
-  UniqueBstr sql;
+  const Texto sql(L"SELECT 42 AS uno");
   VARIANT objeto = V(Conexion());
-  std::array<VARIANT, 2> args{V(VT_BYREF | VT_VARIANT, &objeto), Texto(L"SELECT 42 AS uno", sql)};
+  std::array<VARIANT, 2> args{V(VT_BYREF | VT_VARIANT, &objeto), sql};
   DISPID conexion_por_nombre = 1;
-  DISPPARAMS dados{args.data(), &conexion_por_nombre, 2, 1};
+  DISPPARAMS dados{args.data(), &conexion_por_nombre, 2, 1}, ninguno{};
   ASSERT_EQ(recordset->Invoke(abre, IID_NULL, 0, kMetodo, &dados, nullptr, nullptr, nullptr), S_OK);
-  EXPECT_EQ(Campo(recordset.get()), 42);
+  EXPECT_EQ(Campo(recordset), 42);
   EXPECT_EQ(Numero(recordset.get(), L"CursorType") * 100 + Numero(recordset.get(), L"LockType") * 10 +
                 Numero(recordset.get(), L"CursorLocation"),
             133);
-  DISPPARAMS ninguno{};
   UniqueVariant valor;
   ASSERT_EQ(recordset->Invoke(sigue, IID_NULL, 0, kMetodo, &ninguno, nullptr, nullptr, nullptr), S_OK);
   ASSERT_EQ(recordset->Invoke(fin, IID_NULL, 0, kMetodo, &ninguno, &valor.get(), nullptr, nullptr), S_OK);
@@ -47,13 +42,13 @@ TEST_F(ConHost, OnOurConnectionADOIsNeverAsked) {
   EXPECT_EQ(Hace(recordset.get(), L"Close", kMetodo, {}), S_OK);
   const auto otro = Recordset();
   EXPECT_EQ(Hace(otro.get(), L"ActiveConnection", DISPATCH_PROPERTYPUTREF, {V(Conexion())}), S_OK);
-  EXPECT_EQ(Hace(otro.get(), L"Open", kMetodo, {args[1]}), S_OK);
-  EXPECT_EQ(Campo(otro.get()), 42);
+  EXPECT_EQ(Hace(otro.get(), L"Open", kMetodo, {sql}), S_OK);
+  EXPECT_EQ(Campo(otro), 42);
   EXPECT_EQ(ado.Visto().creados, 0);
 }
 
 // Programs that were compiled against ADO call by its numbers, whoever answers.
-TEST_F(ConHost, TheNumbersOfMembersAreADOs) {
+TEST_F(ConHost, LosNumerosDeLosMiembrosSonLosDeAdo) {
   ComPtr<ITypeLib> biblioteca;
   ComPtr<ITypeInfo> tipo;
   ASSERT_EQ(::LoadTypeLibEx(ado.Verdadero(), REGKIND_NONE, biblioteca.put()), S_OK);
@@ -70,85 +65,63 @@ TEST_F(ConHost, TheNumbersOfMembersAreADOs) {
   }
 }
 
-TEST_F(ConHost, WhateverIsNotOursIsTheSystems) {
-  struct {
-    const char* caso;
+TEST_F(ConHost, LoQueNoEsNuestroEsDelSistema) {
+  constexpr WORD kPonRef = DISPATCH_PROPERTYPUTREF;
+  const struct {
     const wchar_t* nombre;
     WORD modo;
     std::vector<VARIANT> args;
     const char* visto;
-  } const casos[] = {
-      {"cadena de conexión",
-       L"Open",
-       kMetodo,
-       {V(7), V(8)},
-       "CursorLocation=3 CursorType=1 LockType=3 Open/2 "},
-      {"sin conexión", L"Open", kMetodo, {}, "CursorLocation=3 CursorType=1 LockType=3 Open/0 "},
-      {"Nothing",
-       L"ActiveConnection",
-       DISPATCH_PROPERTYPUTREF,
-       {V(nullptr)},
-       "CursorLocation=3 CursorType=1 LockType=3 ActiveConnection=? "},
-      {"otro objeto",
-       L"ActiveConnection",
-       DISPATCH_PROPERTYPUTREF,
-       {V(ambiente.get())},
-       "CursorLocation=3 CursorType=1 LockType=3 ActiveConnection=? "},
-      {"fabricado", L"Fields", kMetodo, {}, "CursorLocation=3 CursorType=1 LockType=3 Fields/0 "},
-      {"otro miembro", L"Supports", kMetodo, {V(1)}, "CursorLocation=3 CursorType=1 LockType=3 Supports/1 "},
-      {"fuera de rango",
-       L"CursorType",
-       kPon,
-       {V(99)},
-       "CursorLocation=3 CursorType=1 LockType=3 CursorType=99 "},
-  };
-  for (const auto& caso : casos) {
-    SCOPED_TRACE(caso.caso);
+  } casos[] = {{L"Open", kMetodo, {V(7), V(8)}, "Open/2 "},
+               {L"Open", kMetodo, {}, "Open/0 "},
+               {L"ActiveConnection", kPonRef, {V(nullptr)}, "ActiveConnection=? "},
+               {L"ActiveConnection", kPonRef, {V(ambiente.get())}, "ActiveConnection=? "},
+               {L"Fields", kMetodo, {}, "Fields/0 "},
+               {L"Supports", kMetodo, {V(1)}, "Supports/1 "},
+               {L"CursorType", kPon, {V(99)}, "CursorType=99 "}};
+  for (const auto& [nombre, modo, args, visto] : casos) {
+    SCOPED_TRACE(visto);
     const auto recordset = Recordset();
     EXPECT_EQ(Hace(recordset.get(), L"LockType", kPon, {V(3)}), S_OK);
     EXPECT_EQ(Hace(recordset.get(), L"CursorType", kPon, {V(1)}), S_OK);
     EXPECT_EQ(Hace(recordset.get(), L"CursorLocation", kPon, {V(VT_I2, short{3})}), S_OK);
     EXPECT_EQ(ado.Toma(), "");
     Respuesta r;
-    Llama(recordset.get(), caso.nombre, caso.modo, caso.args, r);
+    Llama(recordset.get(), nombre, modo, args, r);
     EXPECT_EQ(r.codigo, S_OK);
-    EXPECT_EQ(ado.Toma(), caso.visto);
+    EXPECT_EQ(ado.Toma(), std::string("CursorLocation=3 CursorType=1 LockType=3 ") + visto);
     // Nothing of what was set is put twice.
     EXPECT_EQ(Numero(recordset.get(), L"EOF"), 4711);
     EXPECT_EQ(ado.Toma(), "EOF/0 ");
   }
 }
 
-TEST_F(ConHost, TheSystemsObjectGetsEveryCallAsItCame) {
+TEST_F(ConHost, ElObjetoDelSistemaRecibeCadaLlamadaComoVino) {
   const auto recordset = Recordset();
   EXPECT_EQ(Numero(recordset.get(), L"EOF"), 4711);
   VARIANT arreglo[3] = {V(1), V(VT_ERROR, DISP_E_PARAMNOTFOUND), V(VT_BYREF | VT_VARIANT, &arreglo[0])};
-  V_VT(&arreglo[0]) = VT_DECIMAL;
   DISPID nombres[] = {5, 2};
   DISPPARAMS dados{arreglo, nombres, 3, 2};
   UniqueVariant resultado;
   EXCEPINFO excepcion{};
   UINT malo = 0;
   const AdoVisto& visto = ado.Visto();
-  ado.Visto().al_llamar = static_cast<HRESULT>(0x80040E14);
+  constexpr auto kFalla = static_cast<HRESULT>(0x80040E14);
+  ado.Visto().al_llamar = kFalla;
   EXPECT_EQ(
       recordset->Invoke(0x40C, IID_NULL, 0x80A, DISPATCH_METHOD, &dados, &resultado.get(), &excepcion, &malo),
-      static_cast<HRESULT>(0x80040E14));
-  EXPECT_EQ(visto.argumentos, &dados);
-  EXPECT_EQ(visto.resultado, &resultado.get());
-  EXPECT_EQ(visto.excepcion, &excepcion);
-  EXPECT_EQ(visto.malo, &malo);
+      kFalla);
+  EXPECT_TRUE(visto.argumentos == &dados && visto.resultado == &resultado.get());
+  EXPECT_TRUE(visto.excepcion == &excepcion && visto.malo == &malo);
   EXPECT_EQ(visto.region, 0x80Au);
   EXPECT_EQ(visto.modo, DISPATCH_METHOD);
   UINT tipos = 0;
   EXPECT_EQ(recordset->GetTypeInfoCount(&tipos), S_OK);
   EXPECT_EQ(tipos, 7u);
   // Early-bound and aggregating programs never see ours.
-  ComPtr<IDispatch> directo;
-  const LONG antes = visto.creados;
-  EXPECT_EQ(::CoCreateInstance(kClaseAdo, nullptr, CLSCTX_INPROC_SERVER, kInterfazAdo, directo.put_void()),
-            S_OK);
-  EXPECT_EQ(visto.creados, antes + 1);
+  LONG creados = visto.creados;
+  Recordset(kInterfazAdo);
+  EXPECT_EQ(visto.creados, ++creados);
   ComPtr<IUnknown> agregado;
   EXPECT_EQ(
       ::CoCreateInstance(kClaseAdo, ambiente.get(), CLSCTX_INPROC_SERVER, IID_IUnknown, agregado.put_void()),
@@ -157,61 +130,58 @@ TEST_F(ConHost, TheSystemsObjectGetsEveryCallAsItCame) {
   // One asked for its own interface stays the system's; what everybody is asked for is no such question.
   const auto usado = Recordset();
   ado.Toma();
-  const LONG creados = visto.creados;
   for (const IID& iid : {IID_IMarshal, __uuidof(IDispatchEx), IID_IProvideClassInfo, IID_IRunnableObject,
                          IID_IPersistStreamInit, IID_ISupportErrorInfo})
     EXPECT_FALSE(usado.As<IUnknown>(iid));
   EXPECT_EQ(visto.creados, creados);
   EXPECT_TRUE(usado.As<IUnknown>(kInterfazAdo));
   EXPECT_EQ(visto.creados, creados + 1);
-  AbreConsulta(usado.get());
+  AbreConsulta(usado);
   EXPECT_EQ(ado.Toma(), "Open/5 ");
   // The class is still published after all that.
   const auto nuestro = Recordset();
-  EXPECT_EQ(AbreConsulta(nuestro.get()), S_OK);
-  EXPECT_EQ(Campo(nuestro.get()), 42);
+  EXPECT_EQ(AbreConsulta(nuestro), S_OK);
+  EXPECT_EQ(Campo(nuestro), 42);
 }
 
-TEST_F(ConHost, EachOpeningSettlesWhoseItIs) {
+TEST_F(ConHost, CadaAperturaDecideDeQuienEs) {
   const auto recordset = Recordset();
   EXPECT_EQ(Hace(recordset.get(), L"LockType", kPon, {V(2)}), S_OK);
-  EXPECT_EQ(AbreConsulta(recordset.get()), S_OK);
+  EXPECT_EQ(AbreConsulta(recordset), S_OK);
   // An open one refuses, whoever has it.
-  EXPECT_NE(AbreConsulta(recordset.get()), S_OK);
+  EXPECT_NE(AbreConsulta(recordset), S_OK);
   EXPECT_NE(Hace(recordset.get(), L"Open", kMetodo, {V(7), V(8)}), S_OK);
   EXPECT_EQ(ado.Visto().creados, 0);
   EXPECT_EQ(Hace(recordset.get(), L"Close", kMetodo, {}), S_OK);
   EXPECT_EQ(Hace(recordset.get(), L"CursorType", kPon, {V(3)}), S_OK);
   EXPECT_EQ(Hace(recordset.get(), L"Open", kMetodo, {V(7), V(8)}), S_OK);
   EXPECT_EQ(ado.Toma(), "CursorType=3 LockType=2 Open/2 ");
-  EXPECT_EQ(AbreConsulta(recordset.get()), S_OK);  // the stand-in takes anything
+  EXPECT_EQ(AbreConsulta(recordset), S_OK);  // the stand-in takes anything
   EXPECT_EQ(ado.Toma(), "State/0 Open/5 ");
   EXPECT_EQ(Hace(recordset.get(), L"Close", kMetodo, {}), S_OK);
-  EXPECT_EQ(AbreConsulta(recordset.get()), S_OK);
-  EXPECT_EQ(Campo(recordset.get()), 42);
+  EXPECT_EQ(AbreConsulta(recordset), S_OK);
+  EXPECT_EQ(Campo(recordset), 42);
   EXPECT_EQ(Numero(recordset.get(), L"CursorType"), 3);
 }
 
-TEST_F(ConHost, WithoutADOTheErrorIsTheSystems) {
+TEST_F(ConHost, SinAdoElErrorEsDelSistema) {
   ado.Visto().al_crear = REGDB_E_CLASSNOTREG;
   const auto recordset = Recordset();
   EXPECT_EQ(Hace(recordset.get(), L"Open", kMetodo, {V(7), V(8)}), REGDB_E_CLASSNOTREG);
   EXPECT_EQ(Hace(recordset.get(), L"AddNew", kMetodo, {}), REGDB_E_CLASSNOTREG);
-  ComPtr<IUnknown> directo;
-  EXPECT_EQ(::CoCreateInstance(kClaseAdo, nullptr, CLSCTX_INPROC_SERVER, kInterfazAdo, directo.put_void()),
-            REGDB_E_CLASSNOTREG);
-  EXPECT_EQ(AbreConsulta(recordset.get()), S_OK);
-  EXPECT_EQ(Campo(recordset.get()), 42);
+  Recordset(kInterfazAdo, REGDB_E_CLASSNOTREG);
+  EXPECT_EQ(AbreConsulta(recordset), S_OK);
+  EXPECT_EQ(Campo(recordset), 42);
 }
 
-TEST_F(ConHost, TheCodeOfWhatItKeepsStays) {
+TEST_F(ConHost, ElCodigoDeLoQueGuardaSeQueda) {
   EXPECT_EQ(Hace(Recordset().get(), L"Close", kMetodo, {}), S_OK);
   // The end of a thread's use of COM takes every DLL away that COM had loaded for it.
   for (int i = 0; i < 4; ++i) ::FreeLibrary(::GetModuleHandleW(kAdoFalso));
   ASSERT_NE(::GetModuleHandleW(kAdoFalso), nullptr);
 }
 
-TEST_F(ConHost, EveryApartmentHasItsOwn) {
+TEST_F(ConHost, CadaDepartamentoTieneElSuyo) {
   Conexion();
   std::thread([&] {
     const Departamento departamento;
@@ -221,32 +191,22 @@ TEST_F(ConHost, EveryApartmentHasItsOwn) {
     };
     EXPECT_EQ(del_sistema(), 1);
     {
-      ComPtr<IDispatch> suyo, suya;
-      Ambiente(suyo);
-      Respuesta r;
-      Llama(suyo.get(), L"Conexion", kMetodo, {}, r);
-      ASSERT_EQ(r.codigo, S_OK) << r.texto;
-      EXPECT_NE(V_DISPATCH(&r.valor.get()), conexion.get());
-      const auto recordset = Recordset();
-      UniqueBstr sql;
-      EXPECT_EQ(Hace(recordset.get(), L"Open", kMetodo,
-                     {Texto(L"SELECT 42 AS uno", sql), V(V_DISPATCH(&r.valor.get()))}),
-                S_OK);
-      EXPECT_EQ(Campo(recordset.get()), 42);
+      const auto suyo = Ambiente(), suya = ConexionDe(suyo.get()), recordset = Recordset();
+      EXPECT_NE(suya.get(), conexion.get());
+      EXPECT_EQ(AbreConsulta(recordset.get(), suya.get()), S_OK);
+      EXPECT_EQ(Campo(recordset), 42);
       EXPECT_EQ(PuedeDescargarse(), S_FALSE);
       EXPECT_EQ(del_sistema(), 0);
     }
     // Its host goes on its own thread, and with it what it publishes.
     EXPECT_EQ(PuedeDescargarse(), S_FALSE);
     EXPECT_EQ(del_sistema(), 1);
-    ComPtr<IDispatch> otro;
-    Ambiente(otro);
+    Ambiente();
   }).join();  // this time the end of the apartment takes it away
-  const auto nuestro = Recordset();
-  EXPECT_EQ(AbreConsulta(nuestro.get()), S_OK);
+  EXPECT_EQ(AbreConsulta(Recordset()), S_OK);
 }
 
-TEST_F(ConHost, AnotherThreadTakesNothingDown) {
+TEST_F(ConHost, OtroHiloNoSeLlevaNada) {
   const auto pregunta = [&] {
     HRESULT dice = E_FAIL;
     std::thread([&] { dice = PuedeDescargarse(); }).join();
@@ -258,26 +218,21 @@ TEST_F(ConHost, AnotherThreadTakesNothingDown) {
   ambiente = {};
   // Nothing is in use any more, but what there is belongs to this thread.
   EXPECT_EQ(pregunta(), S_FALSE);
-  const auto recordset = Recordset();
-  EXPECT_EQ(Hace(recordset.get(), L"LockType", kPon, {V(3)}), S_OK);
+  EXPECT_EQ(Hace(Recordset().get(), L"LockType", kPon, {V(3)}), S_OK);
   EXPECT_EQ(ado.Visto().creados, 0);
 }
 
-TEST_F(ConHost, ThreadsThatComeAndGoWhileOthersAskAreNoDanger) {
+TEST_F(ConHost, HilosQueVienenYVanMientrasOtrosPreguntanNoSonPeligro) {
   std::atomic<int> hechas{0};
   std::array<std::thread, 3> hilos;
   for (auto& hilo : hilos)
     hilo = std::thread([&] {
       for (int i = 0; i < 8; ++i) {
         const Departamento departamento;
-        ComPtr<IDispatch> suyo;
-        Ambiente(suyo);
-        Respuesta r;
-        Llama(suyo.get(), L"Conexion", kMetodo, {}, r);
-        if (r.codigo == S_OK) ++hechas;
+        auto suyo = Ambiente(), suya = ConexionDe(suyo.get());
+        if (suya) ++hechas;
         if (i % 2) {
-          r.valor.put();
-          suyo = {};
+          suya = suyo = {};
           PuedeDescargarse();
         }
       }

@@ -35,11 +35,11 @@ TEST_F(ProcesoPropio, SinVentanasLaDllSeVaCuandoNadieLaUsa) {
     ASSERT_TRUE(taller.produccion);
     ::CoFreeUnusedLibrariesEx(0, 0);
     EXPECT_TRUE(EnMemoria(kModulo));
-    const UniqueBstr kit(::SysAllocString(L"K"));
+    const Texto kit(L"K");
     BSTR texto = kit.get();
     LONG almacen = 2, cantidad = 6;
     EXPECT_EQ(taller.produccion->Ensamble(&texto, &almacen, &cantidad, nullptr), S_OK);
-    EXPECT_EQ(taller.tienda.hechos.back(), "E DE 2 K 6 11.25");
+    EXPECT_EQ(taller.tienda.Hechos().back(), "K 6 11.25");
   }
   // Once marks it, once more takes it away.
   for (int vez = 0; vez < 2; ++vez) ::CoFreeUnusedLibrariesEx(0, 0);
@@ -70,10 +70,9 @@ TEST_F(ProcesoPropio, ConUnTrabajoEnCursoElAnfitrionSeQueda) {
     // A job lasts until the message loop rests, which a timer tells.
     const auto progreso = dll.Crea(__uuidof(::VentanaProgreso)).As<IDispatch>(IID_IDispatch);
     ASSERT_TRUE(progreso);
-    const UniqueBstr titulo(::SysAllocString(L"Prueba"));
     Respuesta r;
     for (const auto& [miembro, numero] : {std::pair{L"Inicia", 2}, {L"Avanza", 1}}) {
-      Llama(progreso.get(), miembro, kMetodo, {V(numero), V(VT_BSTR, titulo.get())}, r);
+      Llama(progreso.get(), miembro, kMetodo, {V(numero), Texto(L"Prueba")}, r);
       EXPECT_EQ(r.codigo, S_OK) << r.texto;
     }
   }
@@ -90,12 +89,12 @@ TEST_F(ProcesoPropio, LasExcepcionesNoDependenDeLoQueElProgramaHayaCargado) {
   ASSERT_NE(archivo, nullptr);
   ASSERT_NE(::LoadLibraryW(archivo), nullptr);
   ASSERT_TRUE(EnMemoria(L"libgcc_s_dw2-1.dll"));
-  const UniqueBstr texto(::SysAllocString(L"no es un número"));
+  const Texto texto(L"no es un número");
   const auto rechaza = [&](Dll& dll, REFCLSID clase, const wchar_t* miembro) {
     Respuesta r;
     const auto objeto = dll.Crea(clase).As<IDispatch>(IID_IDispatch);
     ASSERT_TRUE(objeto);
-    Llama(objeto.get(), miembro, kMetodo, {V(VT_BSTR, texto.get()), V(VT_BSTR, texto.get()), V(1)}, r);
+    Llama(objeto.get(), miembro, kMetodo, {texto, texto, V(1)}, r);
     EXPECT_EQ(r.codigo, DISP_E_TYPEMISMATCH) << Utf8De(miembro);
   };
   // Loaded anew, too: at other addresses, or at those that another file has had.

@@ -1,16 +1,19 @@
-#!/bin/sh
-# Tests of the COM boundary under Wine: run.sh BUILD_DIR [SHARE/SHARES of the failure sweep]. The caller gives WINEPREFIX and DISPLAY; the last line
+#!/usr/bin/env bash
+# Tests of the COM boundary under Wine: run.sh BUILD_DIR. The caller gives WINEPREFIX and DISPLAY; the last line
 # is "N passed, N failed". Everything it registers it takes away again.
 set -u
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+for part in comun wine; do
+  # shellcheck disable=SC1090
+  . "$here/../../scripts/$part.sh"
+done
 build=$(cd "$1" && pwd) || exit 2
-here=$(cd "$(dirname "$0")" && pwd)
 : "${WINEPREFIX:?}" "${DISPLAY:?}"
 export WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
-passed=0
-failed=0
+passed=0 failed=0
 
-check() {  # check NAME COMMAND…: one case, its output shown when it fails
-  name=$1
+check() { # name command…: one case, its output shown when it fails
+  local name=$1 out
   shift
   if out=$("$@" 2>&1); then
     passed=$((passed + 1))
@@ -18,97 +21,108 @@ check() {  # check NAME COMMAND…: one case, its output shown when it fails
   else
     failed=$((failed + 1))
     echo "FAIL $name"
-    echo "$out" | tail -40
+    tail -40 <<<"$out"
   fi
 }
 
-tmp=$(mktemp -d)
-trap 'rm -rf "$tmp"' EXIT
+make_temp tmp
 # A path as users have them.
+# shellcheck disable=SC2154
 folder="$tmp/Producción y ñandúes"
 mkdir "$folder"
 cp "$build/bin/ZuviProduccion.dll" "$build/bin/ZuviHost.dll" "$folder/"
+classes='HKLM\Software\Classes'
+
+objdump() { LC_ALL=C x86_64-w64-mingw32-objdump -p "$build/bin/$1"; }
 
 # Those that the loader takes from the system's folder, whatever lies beside the program. Any other is to be
 # loaded by its full path.
 only_known_dlls() {
-  imports=$(LC_ALL=C x86_64-w64-mingw32-objdump -p "$build/bin/$1" | sed -n 's/.*DLL Name: //p' | tr 'A-Z' 'a-z' | sort -u)
+  local imports
+  imports=$(objdump "$1" | sed -n 's/.*DLL Name: //p' | tr 'A-Z' 'a-z' | sort -u)
   echo "$imports"
-  [ -n "$imports" ] && ! echo "$imports" |
-    grep -vxE 'advapi32.dll|comctl32.dll|comdlg32.dll|gdi32.dll|kernel32.dll|msvcrt.dll|ole32.dll|oleaut32.dll|shell32.dll|user32.dll'
+  [ -n "$imports" ] && ! grep -vxE <<<"$imports" \
+    '(advapi32|comctl32|comdlg32|gdi32|kernel32|msvcrt|ole32|oleaut32|shell32|user32)\.dll'
 }
 
 only_entry_points() {
-  exports=$(LC_ALL=C x86_64-w64-mingw32-objdump -p "$build/bin/$1" | sed -n 's/^\t\[ *[0-9]*\] \([A-Za-z]\)/\1/p' | sort | tr '\n' ' ')
+  local exports
+  exports=$(objdump "$1" | sed -n 's/^\t\[ *[0-9]*\] \([A-Za-z]\)/\1/p' | sort | tr '\n' ' ')
   echo "$exports"
   [ "$exports" = "DllCanUnloadNow DllGetClassObject DllInstall DllRegisterServer DllUnregisterServer " ]
 }
 
-snapshot() {  # the registered classes of machine and user, as text
+# What the program tells the system of itself.
+manifest() {
+  local text
+  for text in '>PerMonitorV2, PerMonitor<' '>true</dpiAware>' '>true</longPathAware>' '{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}'; do
+    grep -aq -- "$text" "$build/bin/Zuvi.exe" || { echo "$text"; return 1; }
+  done
+}
+
+registry() { run_wine 60 reg "$@"; }
+snapshot() { # the registered classes of machine and user, as text
+  local root
   for root in HKLM HKCU; do
     rm -f "$tmp/part.reg"
-    timeout 60 wine reg export "$root\\Software\\Classes" "$(wine winepath -w "$tmp/part.reg" | tr -d '\r')" /y >/dev/null 2>&1
-    [ -f "$tmp/part.reg" ] && iconv -f UTF-16 -t UTF-8 "$tmp/part.reg"
+    registry export "$root\\Software\\Classes" "$(windows_path "$tmp/part.reg")" /y >/dev/null 2>&1
+    [ ! -f "$tmp/part.reg" ] || iconv -f UTF-16 -t UTF-8 "$tmp/part.reg"
   done >"$1"
 }
+# As it was in that snapshot.
+same() { snapshot "$tmp/now" && diff "$tmp/$1" "$tmp/now"; }
 
-registration() {  # registration DLL ARGUMENTS…: regsvr32, silently
-  file=$1
+registration() { # dll arguments…: regsvr32, silently
+  local file=$1
   shift
-  timeout 60 wine regsvr32 /s "$@" "$(wine winepath -w "$folder/$file" | tr -d '\r')"
+  run_wine 60 regsvr32 /s "$@" "$(windows_path "$folder/$file")"
 }
+twice() { "$@" && "$@"; }
 
-machine_and_user_apart() {  # machine_and_user_apart DLL KEY: whatever is done to one scope leaves the other as it is
+machine_and_user_apart() { # dll key: whatever is done to one scope leaves the other as it is
+  local user="/n /i:user" first second root all
   # The folders of the user's classes stay once any program has made them.
-  for all in CLSID Interface TypeLib; do timeout 60 wine reg add "HKCU\\Software\\Classes\\$all" /f >/dev/null; done
-  user="/n /i:user"
+  for all in CLSID Interface TypeLib; do registry add "HKCU\\Software\\Classes\\$all" /f >/dev/null; done
   snapshot "$tmp/none"
   for first in "" "$user"; do
     [ -z "$first" ] && second=$user || second=
     # shellcheck disable=SC2086
     {
-      # Twice in, and the other out, which has never been there.
-      for _ in 1 2; do registration "$1" $first || return 1; done
+      twice registration "$1" $first || return 1
       snapshot "$tmp/one"
-      for _ in 1 2; do registration "$1" /u $second || return 1; done
-      snapshot "$tmp/now"
-      diff "$tmp/one" "$tmp/now" || return 1
-      registration "$1" $second || return 1
-      for root in HKLM HKCU; do timeout 60 wine reg query "$root\\Software\\Classes\\$2" || return 1; done
-      registration "$1" /u $second || return 1
-      snapshot "$tmp/now"
-      diff "$tmp/one" "$tmp/now" || return 1
-      for _ in 1 2; do registration "$1" /u $first || return 1; done
+      # The other out, which has never been there.
+      twice registration "$1" /u $second && same one && registration "$1" $second || return 1
+      for root in HKLM HKCU; do registry query "$root\\Software\\Classes\\$2" || return 1; done
+      registration "$1" /u $second && same one && twice registration "$1" /u $first || return 1
     }
-    snapshot "$tmp/now"
-    diff "$tmp/none" "$tmp/now" || return 1
+    same none || return 1
   done
 }
 
-names_stay_for_the_other_kind() {  # of process, whose registration of the class shares them; x64 only
-  class='HKLM\Software\Classes\CLSID\{89FBD527-F735-402B-8C4A-936C3D1C49C5}'
-  library='HKLM\Software\Classes\TypeLib\{7330E6FA-8958-4791-A687-AB114C772D8A}\1.0\0\win32'
-  timeout 60 wine reg add "$class\\InprocServer32" /ve /d C:\\otra.dll /f /reg:32 >/dev/null || return 1
-  timeout 60 wine reg add "$library" /ve /d C:\\otra.dll /f >/dev/null || return 1
-  registration ZuviProduccion.dll && registration ZuviProduccion.dll /u || return 1
-  timeout 60 wine reg query 'HKLM\Software\Classes\ZuviProduccion.Produccion\CLSID' || return 1
-  timeout 60 wine reg query "$library" || return 1
-  timeout 60 wine reg delete "$class" /f /reg:32 >/dev/null || return 1
-  registration ZuviProduccion.dll && timeout 60 wine reg delete "$library" /f >/dev/null &&
-    registration ZuviProduccion.dll /u || return 1
-  ! timeout 60 wine reg query 'HKLM\Software\Classes\ZuviProduccion.Produccion'
+names_stay_for_the_other_kind() { # of process, whose registration of the class shares them; x64 only
+  local class="$classes\\CLSID\\{89FBD527-F735-402B-8C4A-936C3D1C49C5}"
+  local library="$classes\\TypeLib\\{7330E6FA-8958-4791-A687-AB114C772D8A}\\1.0\\0\\win32"
+  registry add "$class\\InprocServer32" /ve /d C:\\otra.dll /f /reg:32 >/dev/null &&
+    registry add "$library" /ve /d C:\\otra.dll /f >/dev/null &&
+    registration ZuviProduccion.dll && registration ZuviProduccion.dll /u &&
+    registry query "$classes\\ZuviProduccion.Produccion\\CLSID" && registry query "$library" &&
+    registry delete "$class" /f /reg:32 >/dev/null &&
+    registration ZuviProduccion.dll && registry delete "$library" /f >/dev/null &&
+    registration ZuviProduccion.dll /u && ! registry query "$classes\\ZuviProduccion.Produccion"
 }
 
-script() {  # script FILE: run by the system's script host; its last line is the verdict
-  out=$(timeout 60 wine cscript //nologo "$(wine winepath -w "$here/$1" | tr -d '\r')" | tr -d '\r')
+script() { # file: run by the system's script host; its last line is the verdict
+  local out
+  out=$(run_wine 60 cscript //nologo "$(windows_path "$here/$1")" | tr -d '\r')
   echo "$out"
-  [ "$(echo "$out" | tail -1)" = "bien" ]
+  [ "$(tail -1 <<<"$out")" = "bien" ]
 }
 
 for file in ZuviProduccion.dll ZuviHost.dll Zuvi.exe; do
   check "imports of $file" only_known_dlls $file
 done
 check "exports of ZuviProduccion.dll" only_entry_points ZuviProduccion.dll
+check "manifest of Zuvi.exe" manifest
 check "ZuviProduccion.dll registers for machine and user" \
   machine_and_user_apart ZuviProduccion.dll 'TypeLib\{7330E6FA-8958-4791-A687-AB114C772D8A}\1.0\0'
 check "ZuviHost.dll registers for machine and user" \
@@ -118,29 +132,20 @@ registration ZuviProduccion.dll
 check "JScript" script cliente.js
 registration ZuviProduccion.dll /u
 
-cd "$build/bin" || exit 2
 # What is theirs alone in a process; x86 with the compiler's own runtime loaded, as programs of that compiler have it.
 other=$(i686-w64-mingw32-g++-posix -print-file-name=libgcc_s_dw2-1.dll)
 cp "$other" /usr/i686-w64-mingw32/lib/libwinpthread-1.dll "$tmp/"
 export ZUVI_OTRO_RUNTIME="Z:$tmp/libgcc_s_dw2-1.dll" WINEPATH="Z:$tmp"
+program() { bash "$here/../toolkit_win32/run.sh" "$build" "$@"; }
+cd "$build/bin" || exit 2
 own=$(timeout 60 wine com_test.exe --gtest_list_tests --gtest_filter='ProcesoPropio.*' | tr -d ' \r' | grep -v '\.$')
 check "tests with a process of their own" test -n "$own"
-for test in $own; do
-  check "$test" timeout 120 wine com_test.exe --gtest_filter="ProcesoPropio.$test"
+for test in $own; do check "$test" program com_test "ProcesoPropio.$test"; done
+for tests in com_test host_com_test; do
+  program $tests '-ProcesoPropio.*' >"$tmp/out"
+  read -r p f < <(count_last_line <"$tmp/out")
+  [ "$f" -eq 0 ] || cat "$tmp/out"
+  passed=$((passed + p)) failed=$((failed + f))
 done
-[ $# -lt 2 ] || export ZUVI_BARRIDO="$2"
-for program in com_test host_com_test; do
-  timeout 580 wine $program.exe --gtest_filter='-ProcesoPropio.*' >"$tmp/$program.txt" 2>&1
-  cases=$(grep -c '^\[       OK \]' "$tmp/$program.txt")
-  if grep -q '^\[  PASSED  \]' "$tmp/$program.txt"; then
-    broken=$(grep -c '^\[  FAILED  \] .*ms)' "$tmp/$program.txt")
-  else
-    broken=1
-  fi
-  [ "$broken" -eq 0 ] || grep -E -A12 'Failure|FAILED' "$tmp/$program.txt" | cut -c1-400 | head -80
-  passed=$((passed + cases))
-  failed=$((failed + broken))
-done
-grep 'failure sweep' "$tmp/com_test.txt"
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]

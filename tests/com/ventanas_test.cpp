@@ -47,10 +47,6 @@ class Ventanas : public ConTienda {
   HRESULT Pon(const ComPtr<IDispatch>& objeto, const std::string& camino, const VARIANT& valor) {
     return Codigo(objeto, camino, &valor);
   }
-  HRESULT Pon(const ComPtr<IDispatch>& objeto, const std::string& camino, const wchar_t* texto) {
-    const UniqueBstr copia(::SysAllocString(texto));
-    return Pon(objeto, camino, V(VT_BSTR, copia.get()));
-  }
   /// The window that a method of the component opens, as the host is handed it.
   ComPtr<IDispatch> VentanaDe(const std::function<HRESULT()>& metodo) {
     ComPtr<IDispatch> recibida;
@@ -95,7 +91,7 @@ TEST_F(Ventanas, SeLeenYSeCambianPorNombreDondeElAnfitrionLasRecibe) {
       EXPECT_EQ(ventana.As<IUnknown>(IID_IUnknown).get(), guardada.As<IUnknown>(IID_IUnknown).get());
       EXPECT_EQ(Lee(ventana, "Modo") + Lee(ventana, "op") + Lee(ventana, "RECHAZADO"), "MODIFICACION12False");
       EXPECT_EQ(Lee(ventana, "txtFields(14).Text") + Lee(ventana, "fg2.TextMatrix(1,0)"), "1K");
-      EXPECT_EQ(Pon(ventana, "txtFields(4).Text", L"piñón"), S_OK);
+      EXPECT_EQ(Pon(ventana, "txtFields(4).Text", Texto(L"piñón")), S_OK);
       EXPECT_EQ(Pon(ventana, "Rechazado", V(VT_BOOL, VARIANT_TRUE)), S_OK);
     };
     ASSERT_EQ(modifica(), S_OK);
@@ -110,7 +106,7 @@ TEST_F(Ventanas, SeLeenYSeCambianPorNombreDondeElAnfitrionLasRecibe) {
     EXPECT_EQ(Codigo(guardada, "txtFields(1,2)"), DISP_E_BADPARAMCOUNT);
     for (const char* de_lectura : {"Visible", "Costo", "txtFields"})
       EXPECT_EQ(Pon(guardada, de_lectura, V(5)), DISP_E_MEMBERNOTFOUND) << de_lectura;
-    EXPECT_EQ(Pon(guardada, "Op", L"doce"), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(Pon(guardada, "Op", Texto(L"doce")), DISP_E_TYPEMISMATCH);
     EXPECT_EQ(Lee(guardada, "Op"), "12");
 
     EXPECT_EQ(Codigo(guardada, "Unload"), S_OK);

@@ -1,6 +1,7 @@
 ' A host written in script: the environment is a VBScript object, the rest comes from the reference host.
-' It counts what the component asks of it. Runs after operaciones.vbs on the same database.
-Const COMPROBACIONES = 19
+' It counts what the component asks of it, and its hooks are handed what is done. Runs after operaciones.vbs on
+' the same database.
+Const COMPROBACIONES = 28
 nombre = "anfitrion_guion"
 
 Class AmbienteDeGuion
@@ -38,15 +39,25 @@ End Class
 Class Gancho
   Public Veces
   Public Veto
+  Public Entregado
   Public Function Ejecuta(objeto, ambiente)
     Veces = Veces + 1
+    Set Entregado = objeto
     Ejecuta = Veto
   End Function
 End Class
 
+' The error that the statement before has left.
+Sub Fallo(que, numero)
+  Dim visto
+  visto = Err.Number
+  Err.Clear
+  Igual que, visto, numero
+End Sub
+
 On Error Resume Next
 
-Dim ambiente, produccion, filas
+Dim ambiente, produccion, filas, conexion
 Set ambiente = New AmbienteDeGuion
 ambiente.Ordenes = ""
 ambiente.Usuarios = 0
@@ -98,5 +109,37 @@ procesos.PonGancho "OPAUTO002", Nothing
 produccion.Ensamble "E2E-BANCO", 3, 1
 Igual "desenganchado", enganchado.Veces, 2
 
+' The editor's window, handed to a hook: used by name, and refused its first closing by another hook.
+Const OCUPADA = "SELECT ocupado FROM op WHERE op = 7001"
+Dim alCerrar, editor, numero
+Set conexion = ambiente.Conexion
+conexion.Execute "INSERT INTO op (op, estado, ocupado, usuario, f_emision, fechaEntrega, almacen, Tipo_doc) VALUES (7001, 'PE', 0, 'ANA', '2026-03-01', '2026-03-20', '1', 'OP')"
+conexion.Execute "INSERT INTO oppart (id_entrada, op, articulo, cantidad, precio, observ) VALUES (70011, 7001, 'HARINA', 2.5, 10, 'urge')"
+Set alCerrar = New Gancho
+alCerrar.Veto = True
+procesos.PonGancho "Op001", enganchado
+procesos.PonGancho "Op006", alCerrar
+Set produccion = CreateObject("ZuviProduccion.Produccion")
+Set produccion.Ambiente = ambiente.Real
+produccion.ModificaOp 7001
+Set editor = enganchado.Entregado
+Igual "abierta por el gancho", editor.OP, 7001
+editor.txtFields(4).Text = "PIÑÓN"
+Igual "miembro por omisión", editor.txtFields(4), "PIÑÓN"
+numero = editor.NoExiste
+Fallo "miembro desconocido", 438
+numero = editor.txtFields(99).Text
+Fallo "índice", 9
+Igual "ocupada", conexion.Execute(OCUPADA).Fields(0).Value, 1
+' The window does not need who opened it.
 Set produccion = Nothing
+editor.Unload
+Igual "se negó a cerrar", editor.Visible, True
+alCerrar.Veto = False
+editor.Unload
+Igual "cerró", editor.Visible, False
+Igual "soltó la orden", conexion.Execute(OCUPADA).Fields(0).Value, 0
+procesos.PonGancho "Op001", Nothing
+procesos.PonGancho "Op006", Nothing
+Igual "desenganchar", Err.Number, 0
 Termina

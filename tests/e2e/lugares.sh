@@ -3,18 +3,12 @@
 # this system, and databases that somebody put on a share.
 # Usage: lugares.sh BIN 64|32   in the Wine prefix and on the display of the environment.
 set -u
-here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-for part in comun wine; do
-  # shellcheck disable=SC1090
-  . "$here/../../scripts/$part.sh"
-done
-bin=$1 bits=$2
-make_temp temp
+bin=$1 bits=$2 base=
+. "${0%/*}/comun.sh" wine comprueba
 # shellcheck disable=SC2154
 printf 'WScript.Echo "TRUFAS " & Ambiente.Existencia("TRUFAS", 1)\r\n' >"$temp/guion.vbs"
 export ODBCSYSINI=$temp HOME=$temp
 unset ZUVI_BASE
-passed=0 failed=0
 
 # says NAME TEXT…: the script, on the database that ZUVI_BASE names, says all of these.
 says() {
@@ -22,15 +16,9 @@ says() {
   shift
   out=$(run_wine 60 "$bin/Zuvi.exe" "$(windows_path "$temp/guion.vbs")" 2>&1)
   for text in "$@"; do
-    grep -qF -- "$text" <<<"$out" || missing+=" «$text»"
+    grep -qF -- "$text" <<<"$out" || missing+=" falta «$text» en: $out"
   done
-  if [ -z "$missing" ]; then
-    passed=$((passed + 1))
-    printf 'ok   %s\n' "$name"
-  else
-    failed=$((failed + 1))
-    printf 'FALLA %s: falta%s\n%s\n' "$name" "$missing" "$out"
-  fi
+  check "$name" "$missing" ""
 }
 drivers() { # NAME=LIBRARY…
   local driver
@@ -61,9 +49,9 @@ here_named=$(windows_path "$temp/b.db")
 for base in "$here_named" "\\\\?\\$here_named" "\\\\.\\$here_named"; do
   ZUVI_BASE=$base says "en disco propio: $base" "TRUFAS "
 done
-[ -z "$(ls "$temp/remota")" ] && [ -f "$temp/b.db" ] || failed=$((failed + 1))
+check "nada escrito en red" "$(ls "$temp/remota")" ""
+check "lo propio sí" "$(ls "$temp/b.db")" "$temp/b.db"
 run_wine 60 reg delete 'HKLM\Software\Wine\Drives' /v y: /f >/dev/null
 rm "$WINEPREFIX/dosdevices/y:"
 wine_stop
-printf '%d passed, %d failed\n' "$passed" "$failed"
-[ "$failed" -eq 0 ]
+finish

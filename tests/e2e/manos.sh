@@ -4,16 +4,9 @@
 # Usage: manos.sh BIN BASE zuvi|guion STEP…   BASE is empty before; a step is the seconds from one entry to the next.
 # In the Wine prefix and on the display of the environment. ZUVI_CAPTURAS=folder leaves pictures.
 set -u
-here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-for part in comun wine teclas; do
-  # shellcheck disable=SC1090
-  . "$here/../../scripts/$part.sh"
-done
 bin=$1 base=$2 program=$3
+. "${0%/*}/comun.sh" wine teclas comprueba
 shift 3
-# shellcheck source=../../scripts/comprueba.sh
-. "$here/../../scripts/comprueba.sh"
-make_temp temp
 today=$(date +%F)
 export ZUVI_BASE=$base ZUVI_USUARIO=ADMIN ZUVI_IMPRIME=no
 

@@ -2,14 +2,10 @@
 # The part of docs/prueba-windows.md that needs no hands, against the registered DLLs, in the Wine prefix and on
 # the display of the environment. Usage: prueba.sh BIN
 set -u
-here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-# shellcheck source=../../scripts/comun.sh
-. "$here/../../scripts/comun.sh"
-# shellcheck source=../../scripts/wine.sh
-. "$here/../../scripts/wine.sh"
+. "${0%/*}/comun.sh" wine
 bin=$1 script=$here/../../sdk/prueba/prueba.vbs
 passed=0 failed=0
-make_temp temp
+# shellcheck disable=SC2154
 export ZUVI_BASE=$temp/prueba.db
 for_cscript "$script" >"$temp/guion.vbs"
 

@@ -3,17 +3,12 @@
 # stays, every message says what happened, and the order is finished in the same window.
 # Usage: reinicio.sh BIN   in the Wine prefix and on the display of the environment; the server is one of its own.
 set -u
-here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-for part in comun setup mariadb wine teclas; do
-  # shellcheck disable=SC1090
-  . "$here/../../scripts/$part.sh"
-done
-bin=$1
+bin=$1 base=
+. "${0%/*}/comun.sh" setup mariadb wine teclas
 mariadb_start
 base=$(mariadb_database zuvi_reinicio)
 # shellcheck source=../../scripts/comprueba.sh
 . "$here/../../scripts/comprueba.sh"
-make_temp temp
 export ZUVI_BASE=$base ZUVI_USUARIO=ADMIN ZUVI_IMPRIME=no ZUVI_LIMITE_CONEXION=2 ZUVI_LIMITE_LECTURA=2 ZUVI_LIMITE_ESCRITURA=2
 
 # Closes the messages that stand, one after the other; there has to be one at least, and few.
@@ -40,11 +35,7 @@ line() { # article quantity
   keys Return
 }
 
-wine_shop "$bin/Zuvi.exe" || give_up tienda
-run_wine 300 "$bin/Zuvi.exe" >"$temp/out" 2>&1 &
-program=$!
-at_exit "kill $program 2>/dev/null"
-window '^Zuvi: '
+open_program 300
 keys Insert
 window '^Orden de fabricaci'
 typed 9001
@@ -91,8 +82,5 @@ window "$op\$"
 keys alt+F4
 window '^Zuvi: '
 becomes "y queda libre" "SELECT estado, ocupado FROM op WHERE op = $op" 'PE|0;'
-keys alt+s
-status=0
-wait "$program" || status=$?
-check "el programa termina" "$status" 0
+close_program
 finish

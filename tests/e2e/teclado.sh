@@ -4,15 +4,8 @@
 # Usage: teclado.sh BIN BASE [LOG DATABASE]   BASE is empty before; with LOG and DATABASE the server's statements
 # on orders and shifts are compared as well. ZUVI_CAPTURAS=folder leaves pictures.
 set -u
-here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-for part in comun wine teclas; do
-  # shellcheck disable=SC1090
-  . "$here/../../scripts/$part.sh"
-done
 bin=$1 base=$2 log=${3:-} database=${4:-}
-# shellcheck source=../../scripts/comprueba.sh
-. "$here/../../scripts/comprueba.sh"
-make_temp temp
+. "${0%/*}/comun.sh" wine teclas comprueba
 # shellcheck disable=SC2154
 seen=$temp/seen
 today=$(date +%F)
@@ -270,11 +263,7 @@ compare_statements() {
 }
 
 export ZUVI_BASE=$base ZUVI_USUARIO=ADMIN ZUVI_IMPRIME=no ZUVI_REPORTES=$temp/reportes
-wine_shop "$bin/Zuvi.exe" >"$temp/out" 2>&1 || cat "$temp/out"
-run_wine 400 "$bin/Zuvi.exe" >"$temp/out" 2>&1 &
-program=$!
-at_exit "kill $program 2>/dev/null"
-window '^Zuvi: '
+open_program 400
 fixtures
 picture principal
 new_order
@@ -286,10 +275,6 @@ keep_pending
 picture principal-despues
 shifts
 fractions
-keys alt+s
-status=0
-wait "$program" || status=$?
-check "el programa termina" "$status" 0
-check "sin errores" "$(cat "$temp/out")" ""
+close_program
 [ -z "$log" ] || compare_statements
 finish

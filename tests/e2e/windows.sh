@@ -3,14 +3,9 @@
 # Usage: windows.sh cscript|zuvi BIN SCRIPT BASE [LOG DATABASE]
 # With LOG and DATABASE the server's statements are compared as well; counts both together.
 set -u
-here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-# shellcheck source=../../scripts/comun.sh
-. "$here/../../scripts/comun.sh"
-# shellcheck source=../../scripts/wine.sh
-. "$here/../../scripts/wine.sh"
+. "${0%/*}/comun.sh" wine
 runner=$1 bin=$2 script=$3 log=${5:-} database=${6:-}
 export ZUVI_BASE=$4 ZUVI_USUARIO=E2E
-make_temp temp
 # shellcheck disable=SC2154
 cp "$here/datos.sql" "$temp/"
 cat "$here/comprueba.vbs" "$script" >"$temp/entero.vbs"

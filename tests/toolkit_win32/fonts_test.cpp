@@ -6,8 +6,6 @@
 namespace zuvi::pruebas {
 namespace {
 
-constexpr const char* kArticulos = "SELECT articulo, descrip FROM prods";
-
 /// The user's font for texts of windows; put back at the end.
 class MessageFont {
  public:
@@ -33,70 +31,41 @@ class MessageFont {
   NONCLIENTMETRICSW before_{};
 };
 
-/// Room that a control's caption takes in the font that it really has.
-SIZE CaptionOf(HWND window) {
-  const HDC canvas = ::GetDC(window);
-  const HGDIOBJ before =
-      ::SelectObject(canvas, reinterpret_cast<HGDIOBJ>(::SendMessageW(window, WM_GETFONT, 0, 0)));
-  RECT room{};
-  ::DrawTextW(canvas, native::TextOf(window).c_str(), -1, &room, DT_CALCRECT | DT_SINGLELINE);
-  ::SelectObject(canvas, before);
-  ::ReleaseDC(window, canvas);
-  return {room.right, room.bottom};
-}
-
-RECT PlaceOf(HWND window) {
-  RECT place;
-  ::GetWindowRect(window, &place);
-  return place;
-}
-
 /// The window with long captions, in which nothing gives way to a small screen.
-class Fonts : public testing::Test {
+class Letras : public EnPantalla {
  protected:
-  Fonts() {
+  Letras() {
     Control<AutoResizer>(*form, "ajuste").SetEnabled(false);
     form->etiqueta->SetCaption("&Observaciones a la orden de producción");
     form->boton->SetCaption("&Generar códigos de las partidas");
     form->casilla->SetCaption("&Dejar como movimiento pendiente");
     for (int i = 1; i <= 3; ++i) form->lista->Columns().Add("", "Regreso de comida " + Decimal(i));
   }
-  static LONG WidthOf(HWND window, const wchar_t* text) {
+  /// Room that a text takes in the font that a window really has.
+  static SIZE RoomFor(const std::wstring& text, HWND window) {
     const HDC canvas = ::GetDC(window);
     const HGDIOBJ before =
         ::SelectObject(canvas, reinterpret_cast<HGDIOBJ>(::SendMessageW(window, WM_GETFONT, 0, 0)));
-    SIZE room{};
-    ::GetTextExtentPoint32W(canvas, text, ::lstrlenW(text), &room);
+    RECT room{};
+    ::DrawTextW(canvas, text.c_str(), -1, &room, DT_CALCRECT | DT_SINGLELINE);
     ::SelectObject(canvas, before);
     ::ReleaseDC(window, canvas);
-    return room.cx;
+    return {room.right, room.bottom};
   }
   void CaptionFits(const zuvi::Control& control, int beside, int above) {
     const HWND native = screen.HandleOf(control);
-    const SIZE text = CaptionOf(native);
-    const RECT place = PlaceOf(native);
+    const SIZE text = RoomFor(native::TextOf(native), native);
+    const RECT place = screen.PlaceOf(native);
     EXPECT_LE(text.cx + beside, place.right - place.left) << control.Name();
     EXPECT_LE(text.cy + above, place.bottom - place.top) << control.Name();
   }
   void HeadingsFit() {
     const HWND header = reinterpret_cast<HWND>(screen.Ask(*form->lista, LVM_GETHEADER));
-    const LONG text = WidthOf(header, L"Regreso de comida 1");
+    const LONG text = RoomFor(L"Regreso de comida 1", header).cx;
     for (WPARAM i = 0; i < 3; ++i) EXPECT_LE(text + 12, screen.Ask(*form->lista, LVM_GETCOLUMNWIDTH, i));
   }
-  void NobodyIsCovered() {
-    LONG below = PlaceOf(screen.HandleOf(*form->etiqueta)).top;
-    for (const zuvi::Control* control : std::initializer_list<const zuvi::Control*>{
-             form->etiqueta.get(), form->a.get(), form->b.get(), form->boton.get(), form->casilla.get()}) {
-      const RECT place = PlaceOf(screen.HandleOf(*control));
-      EXPECT_GE(place.top, below) << control->Name();
-      below = place.bottom;
-    }
-  }
-  /// Where the screen has no room for the whole window, what has the keyboard comes into view; and a field
-  /// that gets and loses its rows changes nothing of what the window has.
+  /// Where the screen has no room for the whole window, what has the keyboard comes into view.
   void KeyboardIsInView() {
-    form->multi->SetRowSource("");
-    form->multi->SetRowSource(kArticulos);
     RECT inside;
     ::GetClientRect(window, &inside);
     EXPECT_NEAR(form->InsideWidth() * dpi / 1440, inside.right, 1);
@@ -105,7 +74,7 @@ class Fonts : public testing::Test {
          std::initializer_list<zuvi::Control*>{form->cancelar.get(), form->a.get()}) {
       control->SetFocus();
       screen.Settle();
-      const RECT place = PlaceOf(screen.HandleOf(*control));
+      const RECT place = screen.PlaceOf(*control);
       EXPECT_TRUE(place.left >= inside.left && place.top >= inside.top && place.right <= inside.right &&
                   place.bottom <= inside.bottom)
           << control->Name();
@@ -116,18 +85,15 @@ class Fonts : public testing::Test {
     CaptionFits(*form->boton, 8, 6);
     CaptionFits(*form->casilla, 18, 0);
     HeadingsFit();
-    NobodyIsCovered();
     KeyboardIsInView();
   }
 
-  Pantalla screen;
-  std::shared_ptr<Muestra> form = screen.Open();
   const HWND window = screen.HandleOf(*form);
   LONG dpi = 96;
 };
 
-TEST_F(Fonts, CaptionsAreReadInFullInTheUsersFontAndScale) {
-  const RECT first = PlaceOf(window), box = PlaceOf(screen.HandleOf(*form->a));
+TEST_F(Letras, CaptionsAreReadInFullInTheUsersFontAndScale) {
+  const RECT first = screen.PlaceOf(window), box = screen.PlaceOf(*form->a);
   const MessageFont font;
   for (const int points : {13, 9, 11}) {
     SCOPED_TRACE(points);
@@ -139,12 +105,11 @@ TEST_F(Fonts, CaptionsAreReadInFullInTheUsersFontAndScale) {
     AllFit();
     for (LONG before = 96; const LONG next : {192, 120, 144, 96}) {
       SCOPED_TRACE(next);
-      RECT place = PlaceOf(window);
+      RECT place = screen.PlaceOf(window);
       place.right = place.left + (place.right - place.left) * next / before;
       place.bottom = place.top + (place.bottom - place.top) * next / before;
       before = dpi = next;
-      ::SendMessageW(window, WM_DPICHANGED, MAKEWPARAM(next, next), reinterpret_cast<LPARAM>(&place));
-      screen.Settle();
+      screen.Rescale(*form, next, &place);
       AllFit();
     }
   }
@@ -155,7 +120,7 @@ TEST_F(Fonts, CaptionsAreReadInFullInTheUsersFontAndScale) {
   font.BeAsBefore();
   ::SendMessageW(window, WM_SETTINGCHANGE, SPI_SETNONCLIENTMETRICS, 0);
   screen.Settle();
-  const RECT last = PlaceOf(window), box_now = PlaceOf(screen.HandleOf(*form->a));
+  const RECT last = screen.PlaceOf(window), box_now = screen.PlaceOf(*form->a);
   EXPECT_EQ(last.right - last.left, first.right - first.left);
   EXPECT_EQ(box_now.bottom - box_now.top, box.bottom - box.top);
 }

@@ -35,12 +35,9 @@ class Muestra final : public Ventana {
     notas = Pon<RichTextBox>("notas");
     for (auto* const caja : std::initializer_list<TextBox*>{b.get(), notas.get()})
       caja->OnChange = [d = &diario, nombre = caja->Name()] { d->Anota(nombre + ".Change"); };
-    editor = Add<TextBox>("editor");
-    editor->SetVisible(false);
     barra = Add<ProgressBar>("barra");
     barra->SetValue(40);
     pagina = Add<WebBrowser>("pagina");
-    pagina->SetHtml("<h1>Ayuda</h1><p>Una p&aacute;gina.</p>");
     cancelar = Pon<Button>("cancelar");
     cancelar->SetCaption("&Cancelar");
     std::int32_t arriba = 370;
@@ -60,7 +57,7 @@ class Muestra final : public Ventana {
     Add<AutoResizer>("ajuste");
   }
 
-  std::shared_ptr<TextBox> bloqueada, editor;
+  std::shared_ptr<TextBox> bloqueada;
   std::shared_ptr<ComboBox> turno;
   std::shared_ptr<RichTextBox> notas;
   std::shared_ptr<ProgressBar> barra;
@@ -149,6 +146,45 @@ class Pantalla {
   static std::string TextOf(const zuvi::Control& control) {
     return native::Narrow(native::TextOf(HandleOf(control)));
   }
+  static RECT PlaceOf(HWND window) {
+    RECT place;
+    ::GetWindowRect(window, &place);
+    return place;
+  }
+  static RECT PlaceOf(const zuvi::Control& control) { return PlaceOf(HandleOf(control)); }
+  /// The window comes to a screen of another scale, in that place or where it is.
+  void Rescale(const Form& form, int dpi, const RECT* place = nullptr) const {
+    const RECT here = PlaceOf(HandleOf(form));
+    ::SendMessageW(HandleOf(form), WM_DPICHANGED, MAKEWPARAM(dpi, dpi),
+                   reinterpret_cast<LPARAM>(place ? place : &here));
+    Settle();
+  }
+  struct Ink {
+    LONG left, right;
+    int darkest;
+  };
+  /// What is written in a part of a control.
+  static Ink InkOf(const zuvi::Control& control, const RECT& part) {
+    const HWND window = HandleOf(control);
+    ::UpdateWindow(window);
+    const HDC dc = ::GetDC(window);
+    Ink ink{part.right, part.left, 255};
+    for (LONG x = part.left; x < part.right; ++x)
+      for (LONG y = part.top; y < part.bottom; ++y) {
+        const int shade = GetGValue(::GetPixel(dc, x, y));
+        ink.darkest = std::min(ink.darkest, shade);
+        if (shade < 100) ink.left = std::min(ink.left, x), ink.right = x;
+      }
+    ::ReleaseDC(window, dc);
+    return ink;
+  }
+  /// The code that the program is to end with, after all other messages; -1 when it is not.
+  static int EndOfProgram() {
+    MSG message{};
+    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+      if (message.message == WM_QUIT) return static_cast<int>(message.wParam);
+    return -1;
+  }
   /// Native windows of ours that are left.
   static int Windows() {
     int found = 0;
@@ -173,6 +209,13 @@ class Pantalla {
   }
 
   Loop loop_;
+};
+
+/// An open window on a screen.
+class EnPantalla : public testing::Test {
+ protected:
+  Pantalla screen;
+  std::shared_ptr<Muestra> form = screen.Open();
 };
 
 }  // namespace zuvi::pruebas

@@ -103,7 +103,7 @@ const Serving kLoops[] = {{"pump",
                              form.reloj->SetInterval(0);
                            }}};
 
-TEST(ThreadMessages, ReachTheHostWhileOurLoopsServeIt) {
+TEST(MensajesDelHilo, ReachTheHostWhileOurLoopsServeIt) {
   for (const auto& [name, run] : kLoops) {
     for (const bool filters : {false, true}) {
       SCOPED_TRACE(testing::Message() << name << (filters ? ", filtered" : ""));
@@ -118,7 +118,7 @@ TEST(ThreadMessages, ReachTheHostWhileOurLoopsServeIt) {
   }
 }
 
-TEST(ThreadMessages, AClockThatWentOffIsLeftToTheHost) {
+TEST(MensajesDelHilo, AClockThatWentOffIsLeftToTheHost) {
   const std::vector<UINT> waiting{kOwn, WM_COMMAND, WM_TIMER, kOwn + 1};
   {
     native::GuestLoop loop;
@@ -134,21 +134,17 @@ TEST(ThreadMessages, AClockThatWentOffIsLeftToTheHost) {
   EXPECT_EQ(found, waiting);
 }
 
-TEST(ThreadMessages, TheEndOfTheProgramComesAfterThem) {
-  Pantalla screen;
-  const auto form = screen.Open();
+using FinDelPrograma = EnPantalla;
+TEST_F(FinDelPrograma, TheEndOfTheProgramComesAfterThem) {
   ::PostThreadMessageW(::GetCurrentThreadId(), kOwn, 1, 0);
   ::PostQuitMessage(7);
   screen.desktop.PumpEvents();
   // Characters of a key are looked for in the queue, where the end is found whatever one looks for.
   ::SendMessageW(screen.HandleOf(*form->a), WM_KEYDOWN, 'A', 1);
-  MSG message{};
+  MSG message;
   ASSERT_TRUE(::PeekMessageW(&message, nullptr, kOwn, kOwn, PM_REMOVE));
   EXPECT_EQ(message.message, kOwn);
-  while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) && message.message != WM_QUIT) {
-  }
-  EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
-  EXPECT_EQ(message.wParam, 7u);
+  EXPECT_EQ(screen.EndOfProgram(), 7);
 }
 
 }  // namespace
