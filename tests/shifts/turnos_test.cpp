@@ -97,7 +97,9 @@ TEST_P(Turnos, ListaLosTurnosYElHorarioDelSeleccionado) {
   std::string columnas;
   for (const auto* lista : {&turnos, &horarios})
     for (const auto& columna : lista->Columns().All()) columnas += columna.key + ":" + columna.caption + " ";
-  EXPECT_EQ(columnas, "x");
+  EXPECT_EQ(columnas,
+            "Turno:Turno Entrada:Entrada Comida:Comida RegComida:Regreso de Comida Salida:Salida id:id "
+            "Empleado:Empleado Fecha:Fecha HoraEntrada:Hora Entrada Comida:Comnida HoraSalida:Hora Salida ");
 
   turnos.UserSelected(2);
   mes.UserClicked(dia);
@@ -226,8 +228,14 @@ TEST_P(Turnos, UnaListaSeRellenaAlCerrarseSuPropioEditor) {
 TEST_P(Turnos, ElAltaPideCadaCampoYUnaClaveNueva) {
   const auto editor = Edita(kAlta);
   std::string nombres;
-  for (const auto& control : editor->Controls()) nombres += control->Name() + " ";
-  EXPECT_EQ(nombres, "x");
+  for (const auto& control : editor->Controls())
+    if (control->TakesFocus()) nombres += control->AccessibleName() + ", ";
+  EXPECT_EQ(
+      nombres,
+      "Turno:, Día de descanso, Hora de entrada, Hora de salida, Hora de comida, Regreso de comida, "
+      "Empleado, Agrega todos los empleados al turno, Agrega el empleado al turno, Quita el empleado del "
+      "turno, Quita todos los empleados del turno, Empleados dentro del turno, Aceptar, Cancelar, ");
+  EXPECT_EQ(Control<ProgressBar>(*editor, "ProgressBar1").Value(), 0);
   // Whoever belongs to a shift is not offered.
   EXPECT_THAT(Renglones(Lista(*editor, 0)), ElementsAre("E05|María José Núñez", "E06|Óscar Villalobos"));
   EXPECT_EQ(Campo(*editor, 1).ListCount(), 48);
