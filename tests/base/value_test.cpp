@@ -207,7 +207,7 @@ TEST(Utf, WhatIsBrokenBecomesReplacementAndSparesTheRest) {
   for (const auto& [utf16, utf8] : broken16) EXPECT_EQ(Utf8(utf16), utf8);
 }
 
-TEST(Texts, OnlyBlanksAreTrimmedAndOnlyAsciiFolds) {
+TEST(Textos, OnlyBlanksAreTrimmedAndOnlyAsciiFolds) {
   EXPECT_EQ(Recorta("   "), "");
   EXPECT_EQ(Recorta("\ta\n"), "\ta\n");
   EXPECT_EQ(Minusculas("AZ@[Ñ"), "az@[Ñ");

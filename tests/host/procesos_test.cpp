@@ -103,6 +103,19 @@ TEST(LineaDeOrdenes, AyudaYMalUso) {
   EXPECT_THAT(sin_base.texto, HasSubstr("zuvi crea"));
 }
 
+TEST(LineaDeOrdenes, RevisaEnseniaTambienLoQueNoSeDejaLeer) {
+  const Archivo archivo("zuvi_ilegible.db");
+  for (const char* sql :
+       {"UPDATE existencias SET valor = 9000000000000000000", "UPDATE op SET f_emision = '?'",
+        "UPDATE existencias SET cantidad = 1e300 WHERE articulo = 'NUEZ'",
+        "UPDATE prods SET costo = 'abc' WHERE articulo = 'HARINA'"})
+    AnfitrionEn(archivo.Texto())->Base()->Ejecuta(sql);
+  for (const char* orden : {"revisa", "existencias"})
+    EXPECT_THAT(Zuvi("--base " + archivo.Texto() + " " + orden).texto,
+                AllOf(HasSubstr("9E+18"), HasSubstr("1E+300"), HasSubstr("abc"), HasSubstr("TRUFAS")));
+  EXPECT_EQ(Zuvi("--base " + archivo.Texto() + " ordenes").codigo, 0);
+}
+
 TEST(LineaDeOrdenes, UnDiaDeTrabajo) {
   const Archivo archivo("zuvi_linea.db");
   const struct {

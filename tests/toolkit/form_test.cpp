@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "tests/support/letra.h"
 #include "tests/toolkit/ventana.h"
 
 namespace zuvi::pruebas {
@@ -234,6 +235,57 @@ TEST_F(Formas, ControlsFollowTheWindowByTheirAnchors) {
   EXPECT_LT(ventana->a->Width(), Dip(200));
   crece(0, 0);
   EXPECT_EQ(ventana->a->Bounds(), ventana->a->DesignBounds());
+}
+
+TEST_F(Formas, ATimerThatIsSwitchedOnBeginsItsIntervalAnew) {
+  const auto otro = ventana->Add<Timer>("otro");
+  otro->OnTimer = [&] { diario.Anota("otro"); };
+  ventana->reloj->SetInterval(30);
+  otro->SetInterval(30);
+  Cuando("reloj.Timer", [&] { otro->SetEnabled(true); });
+  EXPECT_THAT(Al([&] { escritorio.Advance(61); }), ElementsAre("reloj.Timer", "reloj.Timer", "otro"));
+  ventana->reloj->SetInterval(0);
+  otro->SetEnabled(false);
+  EXPECT_THAT(Al([&] { escritorio.Advance(1000); }), IsEmpty());
+}
+
+TEST_F(Formas, AFieldGetsItsRowsInASqueezedWindow) {
+  ventana->Add<AutoResizer>("ajuste");
+  ventana->multi->SetBox(ventana->b);
+  ventana->mes->SetVisible(false);  // beside the list, which it would keep from giving way
+  ventana->FitTo(std::make_shared<Letra>(9, 96));
+  const std::int32_t ancho = ventana->DesignWidth() - Dip(20), alto = ventana->DesignHeight() - Dip(80);
+  const std::int32_t entera = ventana->lista->Height();
+  ventana->Resized(ancho, alto);
+  const Rect caja = ventana->b->Bounds(), lista = ventana->lista->Bounds();
+  ASSERT_LT(lista.height, entera);
+  for (const char* filas : {"SELECT", "", "SELECT"}) {
+    ventana->multi->SetRowSource(filas);
+    EXPECT_EQ(ventana->InsideWidth(), ancho);
+    EXPECT_EQ(ventana->InsideHeight(), alto);
+    EXPECT_EQ(ventana->lista->Bounds(), lista);
+    EXPECT_EQ(ventana->b->Left(), caja.left);
+    EXPECT_EQ(ventana->b->Width() < caja.width, *filas != 0);
+  }
+}
+
+/// A native side that moves the focus as a real one does: the model hears of it from within.
+class Nativo final : public Peer {
+ public:
+  Nativo(Ventana& ventana, zuvi::Control& control) : ventana_(ventana), control_(control) {}
+  void Update(Aspect) override {}
+  void TakeFocus() override { ventana_.FocusMoved(&control_); }
+
+ private:
+  Ventana& ventana_;
+  zuvi::Control& control_;
+};
+
+TEST_F(Formas, WhatHandlersDecideWhileTheNativeFocusMovesStands) {
+  for (const auto& caja : {ventana->a, ventana->b}) caja->SetPeer(std::make_unique<Nativo>(*ventana, *caja));
+  Cuando("a.LostFocus", [&] { ventana->a->SetFocus(); });
+  EXPECT_THAT(Al([&] { ventana->b->SetFocus(); }), ElementsAre("a.LostFocus", "a.GotFocus"));
+  EXPECT_TRUE(ventana->a->HasFocus());
 }
 
 TEST_F(Formas, ControlsAreReachedByName) {

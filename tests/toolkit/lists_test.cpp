@@ -265,6 +265,18 @@ TEST_F(Rejillas, CellsAndRows) {
   EXPECT_EQ(ATexto(Value(ObjectPtr(ventana->rejilla))), "2.5");
 }
 
+TEST_F(Rejillas, WithoutRedrawNothingShowsUntilTheEnd) {
+  std::int64_t avisos = 0;
+  Rejilla().SetPeer(std::make_unique<Contador>(avisos));
+  Rejilla().SetRedraw(false);
+  for (std::int32_t fila = 1; fila < 50; ++fila) Rejilla().SetTextMatrix(fila, 1, "x");
+  Rejilla().MoveTo(40, 1);
+  Rejilla().SetColWidth(1, 10);
+  EXPECT_EQ(avisos, 0);
+  Rejilla().SetRedraw(true);
+  EXPECT_GT(avisos, 0);
+}
+
 TEST_F(Rejillas, DisabledItIsStillReadFromAButton) {
   for (std::int32_t fila = 1; fila <= 60; ++fila) Rejilla().SetTextMatrix(fila, 0, "x");
   const std::int32_t pagina = Rejilla().VisibleRows();
