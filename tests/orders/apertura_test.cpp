@@ -19,9 +19,12 @@ TEST_F(Apertura, ElEstadoYLaMarcaDecidenElModo) {
   const Caso casos[] = {
       {"sin marca", {{"ocupado", Null{}}, {"estado", Null{}}, {"almacen", Null{}}}, "", "MODIFICACION"},
       {"confirmada y ocupada", {{"estado", "CO"}, {"ocupado", si}}, "mensaje 753", "CONSULTA"},
+      {"minúsculas", {{"estado", "co"}}, "", "MODIFICACION"},
+      {"con blanco", {{"estado", "CO "}}, "", "MODIFICACION"},
       {"propia", {{"usuario", "ADMIN"}, {"ocupado", si}}, "mensaje 755", ""},
       {"con blancos", {{"usuario", "ADMIN "}, {"ocupado", -1}}, "mensaje 756 ADMIN mensaje 76", ""},
       {"ajena", {{"usuario", "  ANA  "}, {"ocupado", 2.0}}, "mensaje 756 ANA mensaje 76", ""},
+      {"de nadie", {{"usuario", Null{}}, {"ocupado", true}}, "mensaje 756  mensaje 76", ""},
       {"ver", {{"estado", "CO"}, {"ocupado", si}}, "", "CONSULTA", "ConsultaOp"},
   };
   for (const auto& caso : casos) {
@@ -44,7 +47,7 @@ TEST_F(Apertura, ElEstadoYLaMarcaDecidenElModo) {
                            ", 16, Ambiente)\n");
   }
   t.prod->PonAmbiente(nullptr);
-  EXPECT_FALSE(Abre("NuevaOp"));
+  for (const char* metodo : {"NuevaOp", "ModificaOp", "ConsultaOp"}) EXPECT_FALSE(Abre(metodo));
 }
 
 TEST_F(Apertura, CadaModoCargaHabilitaYSueltaLoSuyo) {
@@ -83,13 +86,19 @@ TEST_F(Apertura, CadaModoCargaHabilitaYSueltaLoSuyo) {
                 consulta ? rotulo || nombre == "Command1" || nombre == "Command2" || nombre == "AutoResizer1"
                          : nombre != "Command1" && !siempre_cerrados.contains(nombre))
           << nombre;
+      if (const auto* combo = dynamic_cast<const MultiCombo*>(control.get())) {
+        EXPECT_EQ(Mundo::Texto(combo->Connection()), "Conexion");
+      }
     }
     // The user starts at the first field, or at the one button that does something for a viewed order.
     EXPECT_EQ(Foco(), consulta ? "Command1" : "txtFields(0)");
     EXPECT_EQ(v->Call("Parent"), Value(padre));
-    Boton("Command2").Click();
+    // A viewed order that a host lets finish is closed and no more.
+    Boton("Command5").SetEnabled(true);
+    Boton(consulta ? "Command5" : "Command2").Click();
     EXPECT_TRUE(v->Closed());
-    EXPECT_EQ(Hecho(), "\n" + Proceso("Op006") + suelta + "Padre.SetFocus()\n" + kLibera);
+    EXPECT_EQ(Hecho(), (consulta ? "\nExisteClave(9, almacen, almacen, Conexion)\n" : "\n") +
+                           Proceso("Op006") + suelta + "Padre.SetFocus()\n" + kLibera);
   }
 }
 
@@ -113,7 +122,9 @@ TEST_F(Apertura, ElEncabezadoYLasLineasSeMuestran) {
   EXPECT_EQ(renglon(1), "ART31|2.5|10|| obs|31|||");
   EXPECT_EQ(renglon(2), "ART32|2.5|10|| |32|||");
   EXPECT_EQ(renglon(3), "||||||||");
+  EXPECT_EQ(Rejilla().Rows(), 101);
   EXPECT_EQ(std::pair(Rejilla().Row(), Rejilla().Col()), std::pair(1, 0));
+  EXPECT_TRUE(Rejilla().Redraw());
 
   // What is missing, and more lines than the grid has rows.
   t.mundo.parametros = {{"Almacen", std::int32_t{2}}, {"Lector", Null{}}};
@@ -125,6 +136,31 @@ TEST_F(Apertura, ElEncabezadoYLasLineasSeMuestran) {
   EXPECT_EQ(renglon(230), "ART33|2.5|10|| obs|33|||");
   ASSERT_TRUE(Abre("NuevaOp"));
   EXPECT_EQ(encabezado(), "2025-10-01 2025-10-01 2  00");
+}
+
+TEST_F(Apertura, CadaControlTieneSuLugarYNombreParaElLectorDePantalla) {
+  ASSERT_TRUE(Abre("NuevaOp"));
+  for (const std::int32_t mas : {0, Dip(300)}) {
+    v->SetInside(v->DesignWidth() + mas, v->DesignHeight() + mas);
+    std::set<std::string> nombres;
+    std::vector<Rect> puestos;
+    for (const auto& control : v->Controls()) {
+      const Rect& r = control->Bounds();
+      if (!control->Visible() || dynamic_cast<const MultiCombo*>(control.get()) || r == Rect{}) continue;
+      SCOPED_TRACE(Mundo::Texto(ObjectPtr(control)));
+      if (control->TakesFocus()) {
+        EXPECT_FALSE(control->AccessibleName().empty());
+        EXPECT_TRUE(nombres.insert(control->AccessibleName()).second);
+      }
+      EXPECT_TRUE(r.left >= 0 && r.top >= 0 && r.width > 0 && r.height > 0 &&
+                  r.left + r.width <= v->InsideWidth() && r.top + r.height <= v->InsideHeight());
+      for (const Rect& o : puestos)
+        EXPECT_FALSE(r.left < o.left + o.width && o.left < r.left + r.width && r.top < o.top + o.height &&
+                     o.top < r.top + r.height);
+      puestos.push_back(r);
+    }
+    EXPECT_TRUE(nombres.contains("Dejar como movimiento pendiente"));
+  }
 }
 
 TEST_F(Apertura, ElRechazoDeLaCargaImpideElPrimerCierre) {
@@ -148,7 +184,9 @@ TEST_F(Apertura, ElRechazoDeLaCargaImpideElPrimerCierre) {
   EXPECT_EQ(Veces(kSuelta), 0u);
   EXPECT_TRUE(v->Visible() && !v->Rechazado());
   EXPECT_FALSE(v->Unload(UnloadMode::TitleBar));
-  t.escritorio.Advance(10);
+  t.escritorio.Advance(9);
+  EXPECT_FALSE(v->Closed());
+  t.escritorio.Advance(1);
   EXPECT_TRUE(v->Closed());
   EXPECT_EQ(otra->Call("modo"), Value("ALTA"));
   EXPECT_EQ(Mundo::Texto(otra->Call("RegistroOp")), "Recordset");

@@ -42,6 +42,12 @@ TEST_F(Campos, EnterTabYF8LlevanAlCampoSiguiente) {
       F(hasta).SetEnabled(true);
     }
   }
+  // Shift+Tab goes back like everywhere, above all from the quantity: it adds no line.
+  F(5).SetFocus();
+  t.mundo.bitacora.clear();
+  v->Press(key::kTab, shift::kShift);
+  EXPECT_NE(Foco(), Campo(5));
+  EXPECT_EQ(Veces("Mensaje"), 0u);
 }
 
 TEST_F(Campos, F2YElDobleClicBuscanElCampoEnQueSePulsan) {
@@ -82,6 +88,8 @@ TEST_F(Campos, LaFlechaAbajoBuscaKitsYAbreListas) {
   EXPECT_EQ(Foco(), Campo(4));
   // In any other field the key drops down the list of the lookup around it, where there is one.
   F(14).SetFocus();
+  v->Press(key::kDown);
+  EXPECT_THAT(Avisos(), testing::IsEmpty());
   F(14).Container()->Put("RowSource", "SELECT almacen FROM almacen");
   v->Press(key::kDown);
   EXPECT_THAT(Avisos(), ElementsAre(testing::StartsWith(Informe("txtFields_KeyUp"))));
@@ -109,6 +117,11 @@ TEST_F(Campos, UnCampoLlenoAvanzaSolo) {
   EXPECT_EQ(std::pair(F(6).SelStart(), F(6).SelLength()), std::pair(0, 5));
   F(0).SetFocus();
   EXPECT_EQ(F(6).Text(), "<SDaño 3>");
+  // A full text set while the window loads is formatted and goes nowhere.
+  v->Hide();
+  F(5).SetText("15");
+  EXPECT_EQ(F(5).Text(), "99");
+  EXPECT_EQ(Veces("Mensaje"), 0u);
 }
 
 TEST_F(Campos, LaEtiquetaEligeElFiltro) {
@@ -134,6 +147,7 @@ TEST_F(Campos, ElCodigoOLaClaveTraenElArticulo) {
         Caso{4, "K2", "NADA|antes||K2|Caja||Caja||", 3},
         Caso{4, "K3", "K3|antes|||previo|previo|previo|previo|", 2},
         Caso{24, "K1", "MESA|Mesa de pino|PZA|K1|previo|previo|previo|previo|", 3},
+        Caso{24, "", "ANTES|antes|||||||", 0}, Caso{24, "K'3", "ANTES|antes||K'3|||||", 1},
         Caso{24, "K2", "ANTES|antes||K2|previo|previo|previo|previo|", 2}}) {
     SCOPED_TRACE(Campo(campo) + " " + escrito);
     Nuevo();

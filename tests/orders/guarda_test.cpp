@@ -77,7 +77,8 @@ TEST_F(Guarda, FinalizarSeDetieneDondeDebe) {
   EXPECT_EQ(intenta(false), "\n" + kAlmacenBueno + kPregunta);
   for (const char* fecha : {"2026-03-21", "1899-12-31", "2101-01-01"}) {
     dia.SetValue(Fecha::DesdeTexto(fecha));
-    EXPECT_EQ(intenta(true), "\n" + kAlmacenBueno + kPregunta + "Mensaje(mensaje 224, 64, Ambiente)\n");
+    EXPECT_EQ(intenta(true), "\n" + kAlmacenBueno + kPregunta + "Mensaje(mensaje 224, 64, Ambiente)\n")
+        << fecha;
     EXPECT_TRUE(dia.HasFocus());
   }
   dia.SetValue(Fecha::DesdeTexto("2026-03-20 23:00:00"));
@@ -110,6 +111,9 @@ TEST_F(Guarda, SinLineasSeGuardaPendienteYQuedaAbierta) {
                                  : SalvaOp("120", kPendiente)));
     EXPECT_EQ(Casilla("Check3").Value(), 1);
     EXPECT_TRUE(v->Visible());
+    // Nor can the key finish it once more.
+    Finaliza();
+    EXPECT_EQ(Hecho(), "\n" + kAlmacenBueno);
     // A new one was not marked busy.
     v->Unload();
     EXPECT_EQ(Hecho(), "\n" + Proceso("Op006") + (alta ? "" : kSuelta + "120)\n") + kLibera);
@@ -136,6 +140,11 @@ TEST_F(Guarda, FinalizarConservaElDineroYSumaElCosto) {
          for (const int fila : {2, 2}) Rejilla().MoveTo(fila, 1), v->Press(key::kDelete);
        },
        1000.25},
+      // What the stored line costs is not known here.
+      {[&] { Rejilla().MoveTo(1, 1), Rejilla().SetFocus(), v->Type("5"); }, 1000.25},
+      {[&] { Rejilla().SetFocus(), v->Press(key::kDelete); }, 1000.25},
+      // An article that was not looked up adds nothing.
+      {[&] { Agrega("MESA", "3"); }, 1000.25},
   };
   for (const auto& [hace, costo] : casos) {
     SCOPED_TRACE(&hace - &casos[0].first);

@@ -129,6 +129,8 @@ TEST_P(Turnos, LaPreguntaDeEliminarNombraElTurnoDeLaVentanaQuePregunta) {
   EXPECT_THAT(mensajes, ElementsAre(pregunta("Matutino"), pregunta("Reparto")));
   EXPECT_THAT(pregunta("Matutino"), HasSubstr("el turno \"Matutino\""));
   EXPECT_EQ(Cuenta("turnos"), 1);
+  // Asked for by nobody's window it names none.
+  EXPECT_THAT(t.Nuevo<AccesoDatos>()->TraeMensaje(1, nullptr), HasSubstr("el turno, con"));
 }
 
 TEST_P(Turnos, GeneraHorariosParaDiaSemanaYMes) {
@@ -145,6 +147,7 @@ TEST_P(Turnos, GeneraHorariosParaDiaSemanaYMes) {
     EXPECT_EQ(Cuenta("horarios"), filas);
   }
   EXPECT_EQ(t.Numero("SELECT COUNT(DISTINCT id) FROM horarios"), 52);
+  EXPECT_EQ(Cuenta("horarios WHERE fecha = '2026-11-22'"), 0);
   EXPECT_THAT(t.Filas("SELECT turno, Empleado, HoraEntrada, comida, HoraSalida FROM horarios WHERE fecha = "
                       "'2026-12-15' ORDER BY id",
                       5),
@@ -154,10 +157,14 @@ TEST_P(Turnos, GeneraHorariosParaDiaSemanaYMes) {
   EXPECT_EQ(PeriodoDe("Mes", Fecha::DesdeCivil({2027, 1, 31})).dias, 28);
   // Without a selection every shift is meant, which is asked before.
   const auto otra = Abre();
+  Control<MonthView>(*otra, "MonthView1").UserClicked(Fecha::DesdeCivil({2027, 1, 4}));
   Control<ComboBox>(*otra, "Combo1").UserChose(0);
-  generar.Click();
-  Control<Button>(*otra, "Command1").Click();
-  EXPECT_THAT(mensajes, Contains(AllOf(HasSubstr("todos los turnos, del 16-11-2026"), HasSubstr("-> si"))));
+  for (const auto& [respuesta, filas] : {std::pair("no", 0), {"si", 3}}) {
+    t.anfitrion->PonInteraccion(std::make_unique<RespuestasInteraccion>(respuesta));
+    Control<Button>(*otra, "Command1").Click();
+    EXPECT_EQ(Cuenta("horarios WHERE fecha = '2027-01-04'"), filas);
+  }
+  EXPECT_THAT(mensajes, Contains(AllOf(HasSubstr("todos los turnos, del 04-01-2027"), HasSubstr("-> si"))));
 }
 
 TEST_P(Turnos, MientrasGeneraLasVentanasContestan) {
@@ -181,9 +188,24 @@ TEST_P(Turnos, MientrasGeneraLasVentanasContestan) {
   t.anfitrion->PonInteraccion(std::make_unique<Manos>([] { return true; }));
   generar.Click();
   EXPECT_EQ(Cuenta("horarios"), 12);
+  const std::string ultimo = "SELECT ultimo FROM folios WHERE clave = 'horarios'";
+  const double folio = t.Numero(ultimo);
   EXPECT_EQ(t.Numero("SELECT MAX(id) - MIN(id) + 1 FROM horarios"), 12);
-  EXPECT_EQ(t.Numero("SELECT MAX(id) FROM horarios"),
-            t.Numero("SELECT ultimo FROM folios WHERE clave = 'horarios'"));
+  EXPECT_EQ(t.Numero("SELECT MAX(id) FROM horarios"), folio);
+  // What is complete costs no number.
+  const Generados otra_vez = GeneraHorarios(*t.anfitrion, "Matutino", {Fecha::DesdeCivil({2026, 11, 16}), 7});
+  EXPECT_EQ(otra_vez.renglones, 0);
+  EXPECT_EQ(otra_vez.dias, 7);
+  EXPECT_EQ(t.Numero(ultimo), folio);
+  // Somebody joins while it runs: from the next day on there is one more, and the numbers still fit.
+  int dias = 0;
+  GeneraHorarios(*t.anfitrion, "Matutino", {Fecha::DesdeCivil({2026, 12, 14}), 3}, [&] {
+    if (++dias == 2)
+      t.Base().Ejecuta("INSERT INTO turnoempleado (turno, empleado) VALUES ('Matutino', 'E99')");
+    return true;
+  });
+  EXPECT_EQ(t.Numero("SELECT COUNT( * ) FROM horarios WHERE Empleado = 'E99'"), 2);
+  EXPECT_EQ(t.Numero("SELECT MAX(id) FROM horarios"), t.Numero(ultimo));
   // Closing the window ends it.
   t.anfitrion->PonInteraccion(std::make_unique<Manos>([&] { return ventana->Unload(); }));
   generar.Click();
@@ -193,12 +215,23 @@ TEST_P(Turnos, MientrasGeneraLasVentanasContestan) {
 }
 
 TEST_P(Turnos, DosVentanasSonIndependientesYSeCierranEnPlenoLlenado) {
-  const auto una = Abre(), otra = Abre(), tercera = Crea<frmTurnos>();
+  const auto una = Abre(), otra = Abre();
   Lista(*una, 0).UserSelected(1);
   EXPECT_EQ(Lista(*otra, 0).SelectedItem(), nullptr);
+  const auto tercera = Crea<frmTurnos>();
   t.escritorio.Post([&] { tercera->Unload(UnloadMode::TitleBar); });
   tercera->Show();
   EXPECT_TRUE(tercera->Closed());
+  EXPECT_EQ(t.escritorio.Forms().size(), 2u);
+  // A newer fill of the same list takes over from the one it interrupted.
+  t.escritorio.Post([&] {
+    t.Base().Ejecuta("DELETE FROM turnos WHERE turno = 'Reparto'");
+    Lista(*otra, 0).UserSelected(1);
+    Control<Button>(*otra, "cmdEliminar").Click();
+  });
+  t.escritorio.OnModal([](Form& editor) { editor.Unload(); });
+  Control<Button>(*otra, "cmdTurnos").Click();
+  EXPECT_EQ(Lista(*otra, 0).Items().Count(), 1);
   EXPECT_THAT(t.escritorio.Avisos(), IsEmpty());
 }
 
@@ -218,10 +251,14 @@ TEST_P(Turnos, UnaListaSeRellenaAlCerrarseSuPropioEditor) {
     EXPECT_EQ(Lista(*una, 0).Items().Count(), 4);
     EXPECT_TRUE(una->Enabled() && !otra->Enabled());
     EXPECT_EQ(Lista(*otra, 0).Items().Count(), 3);
+    agrega("Tarde");
+    sentencias.clear();
     EXPECT_TRUE(segundo.Visible());
   });
   Control<Button>(*una, "cmdTurnos").Click();
-  EXPECT_EQ(Lista(*otra, 0).Items().Count(), 4);
+  EXPECT_EQ(Lista(*otra, 0).Items().Count(), 5);
+  // Each list was read once for its editor, with the one count before.
+  EXPECT_EQ(sentencias.size(), 2u);
   EXPECT_TRUE(una->Enabled() && otra->Enabled());
 }
 
@@ -261,6 +298,7 @@ TEST_P(Turnos, ElAltaPideCadaCampoYUnaClaveNueva) {
   Oprime(*editor, kAceptar);
   EXPECT_THAT(t.escritorio.Avisos(),
               ElementsAre(HasSubstr("Module: frmTurno\r\nFunction: SalvaCambios\r\n")));
+  EXPECT_EQ(Cuenta("turnoempleado WHERE turno = 'Matutino'"), 2);
   t.Base().Ejecuta("INSERT INTO turnos (turno) VALUES (' Matutino')");
   acepta(0, 832);
   Campo(*editor, 0).UserTyped("Noche");
@@ -282,6 +320,7 @@ TEST_P(Turnos, AlModificarLaClaveLosMiembrosDeLaAnteriorQuedan) {
   EXPECT_EQ(Campo(*editor, 0).Text() + Campo(*editor, 5).Text(), "Matutino10:30");
   EXPECT_EQ(Lista(*editor, 1).Items().Count(), 2);
   Oprime(*editor, kQuitaTodos);
+  EXPECT_EQ(Lista(*editor, 1).Items().Count(), 0);
   Oprime(*editor, kAgregaTodos);
   EXPECT_EQ(Lista(*editor, 1).Items().Count(), 4);
   Lista(*editor, 1).UserSelected(1);
@@ -305,6 +344,12 @@ TEST_P(Turnos, UnMiembroSinNombreNoDejaEntrarANadie) {
   Oprime(*editor, kQuita);  // nothing selected on the right
   EXPECT_THAT(mensajes, ElementsAre(TextoMensaje(839, "es")));
   EXPECT_EQ(Lista(*editor, 1).Items().Count(), 2);
+  // A key that is in both lists stops the move where it is; what moved stays moved.
+  Lista(*editor, 1).Items().Add("PE05", "E05").SetSubItems(1, "x");
+  Oprime(*editor, kAgregaTodos);
+  EXPECT_THAT(t.escritorio.Avisos(),
+              ElementsAre(HasSubstr("Module: frmTurno\r\nFunction: AgregaTodosLosUsuarios\r\n")));
+  EXPECT_EQ(Lista(*editor, 0).Items().Count(), 1);
   Oprime(*editor, kCancelar);
   EXPECT_TRUE(editor->Closed());
 }

@@ -30,15 +30,20 @@ class Formas : public ConVentana {
 TEST_F(Formas, AKeyGoesThroughItsStationsInOrder) {
   EXPECT_THAT(Al([&] { ventana->Type("x"); }),
               ElementsAre("KeyDown 88", "a.KeyDown 88", "a.KeyPress 120", "a.Change x", "a.KeyUp 88"));
-  // Another character in its place.
+  // Another character in its place, or none.
   diario.filtro = [](const std::string& suceso, std::int16_t& codigo) {
     if (suceso == "a.KeyPress") codigo = 'Y';
   };
-  EXPECT_THAT(Al([&] { ventana->Type("y"); }), testing::Contains("a.Change xY"));
+  EXPECT_THAT(Al([&] { ventana->Type("y"); }),
+              ElementsAre("KeyDown 89", "a.KeyDown 89", "a.KeyPress 121", "a.Change xY", "a.KeyUp 89"));
+  Gasta("a.KeyPress");
+  EXPECT_THAT(Al([&] { ventana->Type("z"); }),
+              ElementsAre("KeyDown 90", "a.KeyDown 90", "a.KeyPress 122", "a.KeyUp 90"));
   // Used up by the window's preview, the control hears only the end of it; by the control, no character
   // comes.
   Gasta("KeyDown");
   EXPECT_THAT(Tecla(key::kEnter), ElementsAre("KeyDown 13", "a.KeyUp 13"));
+  EXPECT_THAT(Tecla(key::kTab), ElementsAre("KeyDown 9", "a.KeyUp 9"));
   Gasta("a.KeyDown");
   EXPECT_THAT(Al([&] { ventana->Type("q"); }), ElementsAre("KeyDown 81", "a.KeyDown 81", "a.KeyUp 81"));
   EXPECT_EQ(ventana->a->Text(), "xY");
@@ -58,11 +63,20 @@ TEST_F(Formas, FocusIsLostBeforeItIsGot) {
   // click that wanted it comes to nothing.
   Cuando("b.LostFocus", [&] { ventana->b->SetFocus(); });
   EXPECT_THAT(Al([&] { ventana->boton->Click(); }), ElementsAre("b.LostFocus", "b.GotFocus"));
-  ventana->a->SetFocus();
+  // Two that throw it at each other come to an end.
+  Cuando("b.LostFocus", [&] {
+    Cuando("b.GotFocus", [&] { ventana->a->SetFocus(); });
+    ventana->b->SetFocus();
+  });
+  ventana->boton->SetFocus();
+  EXPECT_TRUE(ventana->a->HasFocus());
   // A handler that moves the focus uses up the key, and the character reaches neither.
   Cuando("a.KeyDown", [&] { ventana->b->SetFocus(); });
   EXPECT_THAT(Tecla(key::kEnter),
               ElementsAre("KeyDown 13", "a.KeyDown 13", "a.LostFocus", "b.GotFocus", "b.KeyUp 13"));
+  Cuando("b.KeyDown", [&] { ventana->casilla->SetFocus(); });
+  Tecla(key::kTab);
+  EXPECT_TRUE(ventana->casilla->HasFocus());
   ventana->a->SetFocus();
   Cuando("a.KeyPress", [&] { ventana->b->SetFocus(); });
   ventana->Type("k");
@@ -84,6 +98,8 @@ TEST_F(Formas, TabPassesByWhoCannotTakeTheFocus) {
   EXPECT_THAT(orden(shift::kNone), ElementsAre("boton", "combo", "fecha", "lista", "rejilla", "a", "boton"));
   EXPECT_THAT(orden(shift::kShift), ElementsAre("a", "rejilla", "lista", "fecha", "combo", "boton", "a"));
   EsperaError(ErrorNumber::InvalidCall, [&] { ventana->b->SetFocus(); });
+  EsperaError(ErrorNumber::InvalidCall, [&] { ventana->casilla->SetFocus(); });
+  EsperaError(ErrorNumber::InvalidCall, [&] { ventana->etiqueta->SetFocus(); });
   EXPECT_NO_THROW(ventana->mes->SetFocus());
   // Disabled with the focus, the next one has it; hidden, nobody until a key comes.
   ventana->a->SetFocus();
@@ -115,6 +131,8 @@ TEST_F(Formas, MnemonicsEnterAndEscapeReachTheirControls) {
   ventana->Mnemonic(u'Ñ');
   EXPECT_EQ(ventana->casilla->Value(), 1);
   EXPECT_FALSE(ventana->Mnemonic(u'y'));  // behind "&&" there is none
+  EXPECT_FALSE(ventana->Mnemonic(u'\0'));
+  EXPECT_EQ(MnemonicOf("Fin&"), 0);
   EXPECT_EQ(WithoutMark("A && &B&"), "A & B");
 
   int cancelados = 0;
@@ -123,9 +141,12 @@ TEST_F(Formas, MnemonicsEnterAndEscapeReachTheirControls) {
   ventana->SetDefaultButton(ventana->boton.get());
   ventana->SetCancelButton(cancelar.get());
   ventana->b->SetFocus();
-  EXPECT_THAT(Tecla(key::kEnter), testing::Contains("boton.Click"));
+  EXPECT_THAT(Tecla(key::kEnter), ElementsAre("KeyDown 13", "b.KeyDown 13", "b.LostFocus", "boton.GotFocus",
+                                              "boton.Click", "boton.KeyUp 13"));
+  EXPECT_THAT(Tecla(key::kSpace), testing::Contains("boton.Click"));
   cancelar->SetFocus();
   Tecla(key::kEnter);  // a button with the focus is its own default
+  EXPECT_EQ(cancelados, 1);
   ventana->rejilla->SetFocus();
   Tecla(key::kEscape);  // wanted by the grid itself
   EXPECT_EQ(cancelados, 1);
@@ -157,6 +178,8 @@ TEST_F(Formas, UnloadCanBeCancelled) {
   const auto boton = ventana->boton;
   ventana.reset();
   EXPECT_EQ(boton->Window(), nullptr);
+  EXPECT_EQ(boton->Container(), nullptr);
+  EXPECT_EQ(boton->AccessibleName(), "Hacer & ya");
 }
 
 TEST_F(Formas, AModalWindowThatWillNotCloseIsHidden) {
@@ -175,6 +198,10 @@ TEST_F(Formas, AModalWindowThatWillNotCloseIsHidden) {
   EXPECT_FALSE(otra->Visible());
   EXPECT_TRUE(otra->Loaded());
   EXPECT_TRUE(ventana->Enabled());
+  // Hidden while it is shown, it does not wait for a user.
+  Cuando("Paint", [&] { otra->Hide(); });
+  escritorio.OnModal([&](Form&) { ADD_FAILURE(); });
+  otra->ShowModal(nullptr);
 }
 
 TEST_F(Formas, ALongLoadIsSeenButTakesNoInput) {
@@ -203,6 +230,18 @@ TEST_F(Formas, ALongLoadIsSeenButTakesNoInput) {
   }
 }
 
+TEST_F(Formas, ATimerThatIsSwitchedOnBeginsItsIntervalAnew) {
+  const auto otro = ventana->Add<Timer>("otro");
+  otro->OnTimer = [&] { diario.Anota("otro"); };
+  ventana->reloj->SetInterval(30);
+  otro->SetInterval(30);
+  Cuando("reloj.Timer", [&] { otro->SetEnabled(true); });
+  EXPECT_THAT(Al([&] { escritorio.Advance(61); }), ElementsAre("reloj.Timer", "reloj.Timer", "otro"));
+  ventana->reloj->SetInterval(0);
+  otro->SetEnabled(false);
+  EXPECT_THAT(Al([&] { escritorio.Advance(1000); }), IsEmpty());
+}
+
 TEST_F(Formas, ControlsFollowTheWindowByTheirAnchors) {
   ventana->DesignInside(Dip(800), Dip(600));
   const auto en = [](std::int32_t x, std::int32_t y, std::int32_t ancho, std::int32_t alto) {
@@ -224,6 +263,7 @@ TEST_F(Formas, ControlsFollowTheWindowByTheirAnchors) {
   EXPECT_EQ(ventana->a->Bounds(), en(20, 100, 230, 50));
   EXPECT_EQ(ventana->b->Bounds(), en(130, 520, 200, 50));
   EXPECT_EQ(ventana->rejilla->Bounds(), en(0, 200, 830, 220));
+  ventana->b->Move({1, 2, 3, 4});  // code's from now on
   // Smaller than designed, the grid gives way and the rest keeps its size.
   crece(0, -80);
   EXPECT_EQ(ventana->rejilla->Bounds(), en(0, 200, 800, 120));
@@ -233,20 +273,9 @@ TEST_F(Formas, ControlsFollowTheWindowByTheirAnchors) {
   EXPECT_EQ(ventana->a->Left(), Dip(20));
   EXPECT_EQ(ventana->a->Height(), Dip(50));
   EXPECT_LT(ventana->a->Width(), Dip(200));
+  EXPECT_EQ(ventana->b->Bounds(), (Rect{1, 2, 3, 4}));
   crece(0, 0);
   EXPECT_EQ(ventana->a->Bounds(), ventana->a->DesignBounds());
-}
-
-TEST_F(Formas, ATimerThatIsSwitchedOnBeginsItsIntervalAnew) {
-  const auto otro = ventana->Add<Timer>("otro");
-  otro->OnTimer = [&] { diario.Anota("otro"); };
-  ventana->reloj->SetInterval(30);
-  otro->SetInterval(30);
-  Cuando("reloj.Timer", [&] { otro->SetEnabled(true); });
-  EXPECT_THAT(Al([&] { escritorio.Advance(61); }), ElementsAre("reloj.Timer", "reloj.Timer", "otro"));
-  ventana->reloj->SetInterval(0);
-  otro->SetEnabled(false);
-  EXPECT_THAT(Al([&] { escritorio.Advance(1000); }), IsEmpty());
 }
 
 TEST_F(Formas, AFieldGetsItsRowsInASqueezedWindow) {
@@ -297,11 +326,15 @@ TEST_F(Formas, ControlsAreReachedByName) {
   };
   EXPECT_EQ(lee(AObjeto(lee(ventana, "TXTCAMPOS", {4})), "Text"), Value("4"));
   const ObjectPtr arreglo = AObjeto(lee(ventana, "txtCampos"));
+  EXPECT_EQ(ATexto(lee(arreglo, "Item", {0})), "0");
+  EXPECT_EQ(AEntero32(lee(arreglo, "Count")), 3);
   EXPECT_EQ(AEntero32(lee(arreglo, "UBound")), 29);
   EsperaError(ErrorNumber::SubscriptOutOfRange, [&] { lee(ventana, "txtCampos", {1}); });
   const ObjectPtr cuarto = (*campos)(4).shared_from_this();
   EXPECT_EQ(AObjeto(lee(cuarto, "Container")), ventana);
   EXPECT_EQ(AEntero32(lee(cuarto, "Index")), 4);
+  ventana->boton->Put("Caption", "&Otro");
+  EXPECT_EQ(ventana->boton->AccessibleName(), "Otro");
   EsperaError(ErrorNumber::NoSuchMember, [&] { ventana->a->Put("Name", "otro"); });
   EsperaError(ErrorNumber::InvalidCall, [&] { ventana->casilla->Put("Value", 3); });
 }
