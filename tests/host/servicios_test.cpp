@@ -258,7 +258,8 @@ TEST_P(Servicios, ConversionesClavesYFolios) {
         std::pair("1,6900,0", "no es un número"), std::pair("0,125,000", "no es un número"),
         std::pair("1,690.50.1", "no es un número"), std::pair("1,690.5,0", "no es un número"),
         std::pair("12abc", "\"12abc\" no es un número"), std::pair("nan", "no es un número"),
-        std::pair("1,5E3", "no es un número"), std::pair("1e999", "demasiado grande")})
+        std::pair(",", "no es un número"), std::pair("1,5E3", "no es un número"),
+        std::pair("1e999", "demasiado grande")})
     EXPECT_THAT(ErrorDe([&] { datos->ValorNumerico(texto); }).what(), HasSubstr(dice));
   EXPECT_EQ(datos->ValorTexto(Null{}), "");
   EXPECT_EQ(datos->TextoConCeros(7, 2) + datos->TextoConCeros(123, 2) + datos->TextoConCeros(-7, 4),
