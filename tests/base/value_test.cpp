@@ -6,6 +6,7 @@
 
 #include "base/fecha.h"
 #include "base/members.h"
+#include "base/stack.h"
 #include "base/text.h"
 #include "tests/support/errores.h"
 
@@ -27,7 +28,7 @@ class Caja final : public Object {
   Value value_;
 };
 
-TEST(Rounding, GoesToTheEvenNeighbourAndStopsAtTheEdges) {
+TEST(Redondeo, GoesToTheEvenNeighbourAndStopsAtTheEdges) {
   const std::pair<double, std::int32_t> cases[] = {{0.5, 0},
                                                    {1.5, 2},
                                                    {2.5, 2},
@@ -44,7 +45,7 @@ TEST(Rounding, GoesToTheEvenNeighbourAndStopsAtTheEdges) {
     EsperaError(ErrorNumber::Overflow, [&] { RedondeaA16(number); });
 }
 
-TEST(NumberFromText, TakesADecimalPointUnderEveryLocaleAndNothingElse) {
+TEST(NumeroDeTexto, TakesADecimalPointUnderEveryLocaleAndNothingElse) {
   const std::pair<std::string_view, double> good[] = {
       {"  12  ", 12},     {"+3.5", 3.5},  {"-.5", -0.5},
       {"1.", 1},          {"1E-2", 0.01}, {"2147483648", 2147483648.0},
@@ -60,16 +61,11 @@ TEST(NumberFromText, TakesADecimalPointUnderEveryLocaleAndNothingElse) {
     EsperaError(ErrorNumber::Overflow, [&] { NumeroDeTexto(text); });
 }
 
-TEST(TextFromNumber, HasFifteenDigitsAndAPoint) {
-  const std::pair<double, const char*> cases[] = {{-0.0, "0"},
-                                                  {-2.5, "-2.5"},
-                                                  {0.1 + 0.2, "0.3"},
-                                                  {1.0 / 3, "0.333333333333333"},
-                                                  {0.000001, "1E-06"},
-                                                  {1e15, "1E+15"},
-                                                  {123456789012345, "123456789012345"},
-                                                  {kInf, "Inf"},
-                                                  {kNaN, "NaN"}};
+TEST(TextoDeNumero, HasFifteenDigitsAndAPoint) {
+  const std::pair<double, const char*> cases[] = {
+      {-0.0, "0"},         {-2.5, "-2.5"},  {0.1 + 0.2, "0.3"},     {1.0 / 3, "0.333333333333333"},
+      {0.000001, "1E-06"}, {1e15, "1E+15"}, {1.000001, "1.000001"}, {123456789012345, "123456789012345"},
+      {kInf, "Inf"},       {kNaN, "NaN"}};
   for (const auto& [number, expected] : cases) EXPECT_EQ(TextoDeNumero(number), expected);
   // What is written can be read again.
   for (const double number : {0.1, -2.5e-9, 1e22, 5e-324})
@@ -77,13 +73,14 @@ TEST(TextFromNumber, HasFifteenDigitsAndAPoint) {
   EXPECT_EQ(Decimal(INT32_MIN), "-2147483648");
 }
 
-TEST(TextFromNumber, AmountsHaveThousandsAndTwoDecimals) {
+TEST(TextoDeNumero, AmountsHaveThousandsAndTwoDecimals) {
   const std::pair<double, const char*> cases[] = {{0, "0.00"},
                                                   {-0.004, "0.00"},
                                                   {0.005, "0.01"},
                                                   {1.005, "1.01"},
                                                   {9.995, "10.00"},
                                                   {-1234.5, "-1,234.50"},
+                                                  {-123456, "-123,456.00"},
                                                   {999999999.999, "1,000,000,000.00"},
                                                   {1e-300, "0.00"},
                                                   {1e18, "1,000,000,000,000,000,000.00"},
@@ -91,7 +88,7 @@ TEST(TextFromNumber, AmountsHaveThousandsAndTwoDecimals) {
   for (const auto& [number, expected] : cases) EXPECT_EQ(TextoConMiles(number), expected);
 }
 
-TEST(Conversions, FollowTheRulesOfAutomation) {
+TEST(Conversiones, FollowTheRulesOfAutomation) {
   const auto caja = [](Value v) { return Value(std::make_shared<Caja>(std::move(v))); };
   struct {
     Value value;
@@ -210,13 +207,33 @@ TEST(Utf, WhatIsBrokenBecomesReplacementAndSparesTheRest) {
   for (const auto& [utf16, utf8] : broken16) EXPECT_EQ(Utf8(utf16), utf8);
 }
 
-TEST(Texts, OnlyBlanksAreTrimmedAndOnlyAsciiFolds) {
+TEST(Textos, OnlyBlanksAreTrimmedAndOnlyAsciiFolds) {
   EXPECT_EQ(Recorta("   "), "");
   EXPECT_EQ(Recorta("\ta\n"), "\ta\n");
   EXPECT_EQ(Minusculas("AZ@[Ñ"), "az@[Ñ");
   EXPECT_FALSE(IgualSinCaso("Ñ", "ñ"));
   EXPECT_FALSE(IgualSinCaso("a", "a "));
   EXPECT_FALSE(IgualSinCaso("@", "`"));
+}
+
+TEST(Pila, RecursionStopsAtAShareOfWhateverStackThereIs) {
+  constexpr std::uintptr_t kLow = 0x10000;
+  constexpr std::size_t kKiB = 1024;
+  const struct {
+    std::size_t size, reserve;
+  } stacks[] = {{8192 * kKiB, 256 * kKiB}, {1024 * kKiB, 256 * kKiB}, {1023 * kKiB, 1023 * kKiB / 4},
+                {400 * kKiB, 100 * kKiB},  {256 * kKiB, 96 * kKiB},   {64 * kKiB, 96 * kKiB}};
+  for (const auto& [size, reserve] : stacks) {
+    const StackBounds stack{kLow, kLow + size};
+    // What lies below has been set aside by the program: it is spent as well.
+    for (const std::uintptr_t here : {kLow - 1, kLow, kLow + reserve - 1})
+      EXPECT_TRUE(StackNearlySpent(stack, here)) << size;
+    for (const std::uintptr_t here : {kLow + reserve, kLow + size + reserve})
+      EXPECT_FALSE(StackNearlySpent(stack, here)) << size;
+  }
+  EXPECT_FALSE(StackNearlySpent({}, 0) || StackNearlySpent({}, kLow));
+  // More set aside than is in use.
+  EXPECT_TRUE(StackNearlySpent({kLow + 1, kLow}, kLow));
 }
 
 }  // namespace

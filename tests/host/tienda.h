@@ -26,11 +26,16 @@ namespace zuvi::host {
 using pruebas::Control;
 using pruebas::ErrorDe;
 
-/// Databases that the cases run on: SQLite in memory, and the server that ZUVI_MARIADB names.
+/// The server that ZUVI_MARIADB names; "" for none.
+inline std::string Servidor() {
+  const char* servidor = std::getenv("ZUVI_MARIADB");
+  return servidor ? servidor : "";
+}
+
+/// Databases that the cases run on: SQLite in memory, and the server.
 inline std::vector<std::string> Bases() {
-  std::vector<std::string> bases{":memory:"};
-  if (const char* servidor = std::getenv("ZUVI_MARIADB"); servidor && *servidor) bases.emplace_back(servidor);
-  return bases;
+  return Servidor().empty() ? std::vector<std::string>{":memory:"}
+                            : std::vector<std::string>{":memory:", Servidor()};
 }
 
 /// A host on this database, for one user.
@@ -110,6 +115,11 @@ class Tienda {
   HeadlessDesktop escritorio;
   Modulo modulo{fabrica, escritorio, PilaCasiAgotada};
   std::shared_ptr<Produccion> produccion = std::make_shared<Produccion>(modulo);
+};
+
+class ConTienda : public testing::TestWithParam<std::string> {
+ protected:
+  Tienda tienda{GetParam()};
 };
 
 /// A user who goes on working while the host is at it: what he does between two pieces of the work, and

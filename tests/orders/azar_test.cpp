@@ -24,10 +24,7 @@ class Azar {
   /// From 0 to n - 1; the same on every system.
   std::int32_t operator()(std::size_t n) { return static_cast<std::int32_t>(motor_() % n); }
   bool Uno(std::size_t de) { return (*this)(de) == 0; }
-  template <class Lista>
-  const auto& De(const Lista& lista) {
-    return lista[static_cast<std::size_t>((*this)(std::size(lista)))];
-  }
+  const auto& De(const auto& lista) { return lista[static_cast<std::size_t>((*this)(std::size(lista)))]; }
 
  private:
   std::mt19937 motor_;
@@ -99,15 +96,10 @@ class Paseo : public Tienda {
         {11, [this] { PulsaCelda(); }},
         {8, [this] { AgregaLinea(); }},
         {1, [this] { C<DatePicker>("DTPicker1").UserPicked(Fecha::DesdeSerie(46000 + azar(60))); }},
-        {1,
-         [this] {
-           if (F(0).CanFocus()) F(0).SetFocus();
-           v->Press(key::kF5);
-         }},
         {1, [this] { v->FocusMoved(nullptr); }},
         {1, [this] { escritorio.Advance(azar(20)); }},
         {1, [this] { v->Resized(Dip(700 + azar(600)), Dip(500 + azar(400))); }},
-        {1, [this] { v->Unload(azar.Uno(2) ? UnloadMode::TitleBar : UnloadMode::Code); }}};
+        {2, [this] { v->Unload(azar.Uno(2) ? UnloadMode::TitleBar : UnloadMode::Code); }}};
     int resto = azar(100);
     for (const auto& [peso, suceso] : sucesos)
       if ((resto -= peso) < 0) return suceso();
@@ -182,12 +174,8 @@ class Paseo : public Tienda {
     escritorio.OnModal([this](Form& ventana) {
       PonVisita();
       ++visitas;
-      for (int i = azar(5); i > 0 && !ventana.Closed(); --i) {
-        if (azar.Uno(2))
-          ventana.Type(azar.De(kTextos));
-        else
-          ventana.Press(azar.De(kTeclas));
-      }
+      for (int i = azar(5); i > 0 && !ventana.Closed(); --i)
+        azar.Uno(2) ? ventana.Type(azar.De(kTextos)) : ventana.Press(azar.De(kTeclas));
       if (!ventana.Closed() && !azar.Uno(3)) ventana.Press(key::kEnter);
     });
   }

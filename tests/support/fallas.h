@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <vector>
 
@@ -12,62 +11,71 @@
 
 namespace zuvi::pruebas {
 
-inline constexpr std::array kClases{Clase::Texto,        Clase::SinTexto,       Clase::SinMemoria,
-                                    Clase::SinMiembro,   Clase::TextoPorNumero, Clase::NumeroPorObjeto,
-                                    Clase::NadaPorObjeto};
+/// One way of failing: once or from then on.
+struct Modo {
+  Clase clase;
+  bool persistente;
+  /// Whether the failure is an error of the call; the others spoil what a call gives back.
+  bool EsError() const { return clase <= Clase::SinMiembro; }
+  /// What a report says of such a failure.
+  std::string Descripcion() const {
+    const char* const descripciones[] = {kTextoFalla,
+                                         "",
+                                         "Out of memory",
+                                         "Object doesn't support this property or method",
+                                         "Type mismatch",
+                                         "Type mismatch",
+                                         "Object variable or With block variable not set"};
+    return descripciones[static_cast<int>(clase)];
+  }
+};
 
-/// What an operation did, step by step.
+/// Runs a test with each host call failing in each way: `prueba(modo, n)` lets the n-th one fail and tells
+/// how many failed; run 0 is the clean one. How often it ran in the fullest mode.
+template <class Prueba>
+int EnCadaLlamada(Prueba&& prueba) {
+  int corridas = 0;
+  for (const bool persistente : {false, true})
+    for (int clase = 0; clase <= static_cast<int>(Clase::NadaPorObjeto); ++clase)
+      for (int n = 0, fallas = 1; fallas > 0; corridas = std::max(corridas, ++n)) {
+        const Modo modo{static_cast<Clase>(clase), persistente};
+        SCOPED_TRACE(modo.Descripcion() + (persistente ? " from call " : " at call ") + std::to_string(n));
+        const int dadas = prueba(modo, n);
+        if (n > 0) fallas = dadas;
+        if (testing::Test::HasFatalFailure()) return corridas;
+      }
+  return corridas;
+}
+
+/// What an operation did, step by step: those lines of the log that begin so.
 using Pasos = std::vector<std::string>;
+inline Pasos PasosDe(Pasos bitacora, const std::vector<std::string>& comienzos) {
+  std::erase_if(bitacora, [&](const std::string& linea) {
+    return std::ranges::none_of(comienzos, [&](const std::string& c) { return linea.starts_with(c); });
+  });
+  return bitacora;
+}
 
 inline bool EsComienzo(const Pasos& hecho, const Pasos& limpio) {
   return hecho.size() <= limpio.size() && std::equal(hecho.begin(), hecho.end(), limpio.begin());
 }
 
-/// For the names of tests.
-inline std::string NombreDe(Clase clase) {
-  static const char* const kNombres[] = {"Texto",          "SinTexto",        "SinMemoria",   "SinMiembro",
-                                         "TextoPorNumero", "NumeroPorObjeto", "NadaPorObjeto"};
-  return kNombres[static_cast<int>(clase)];
+/// Whether the steps are those of a clean run with some left out.
+inline bool EsParteDe(const Pasos& hecho, const Pasos& limpio) {
+  auto desde = limpio.begin();
+  return std::ranges::all_of(hecho, [&](const std::string& paso) {
+    desde = std::find(desde, limpio.end(), paso);
+    return desde != limpio.end() && (++desde, true);
+  });
 }
 
-/// What a report says of such a failure.
-inline std::string Descripcion(Clase clase) {
-  switch (clase) {
-    case Clase::Texto:
-      return kTextoFalla;
-    case Clase::SinTexto:
-      return "";
-    case Clase::SinMemoria:
-      return "Out of memory";
-    case Clase::SinMiembro:
-      return "Object doesn't support this property or method";
-    case Clase::TextoPorNumero:
-    case Clase::NumeroPorObjeto:
-      return "Type mismatch";
-    case Clase::NadaPorObjeto:
-      break;
-  }
-  return "Object variable or With block variable not set";
-}
-
-/// One way of failing: once or from then on.
-struct Modo {
-  Clase clase;
-  bool persistente;
-};
-
-inline std::vector<Modo> Modos() {
-  std::vector<Modo> modos;
-  for (const bool persistente : {false, true})
-    for (const Clase clase : kClases) modos.push_back({clase, persistente});
-  return modos;
-}
-
-/// Names a test whose parameter is what is done and in which mode it fails.
-template <class Parametros>
-std::string NombreDeCaso(const testing::TestParamInfo<Parametros>& info) {
-  const auto& [caso, modo] = info.param;
-  return std::string(caso.nombre) + NombreDe(modo.clase) + (modo.persistente ? "Siempre" : "UnaVez");
+/// Module and procedure of a report.
+inline std::string LugarDe(const std::string& aviso) {
+  const auto entre = [&](const std::string& marca) {
+    const auto desde = aviso.find(marca) + marca.size();
+    return aviso.substr(desde, aviso.find("\r\n", desde) - desde);
+  };
+  return entre("Module: ") + "." + entre("Function: ");
 }
 
 }  // namespace zuvi::pruebas

@@ -116,17 +116,4 @@ struct Taller {
   }
 };
 
-class EnTaller : public testing::Test {
- protected:
-  EnTaller() { t.PonMesa(); }
-  std::vector<std::string> Avisos() { return t.Avisos(); }
-  /// Lines of the log that begin so, without the beginning and the closing parenthesis.
-  std::vector<std::string> Valores(const std::string& comienzo) const {
-    auto valores = t.Lineas(comienzo + "(");
-    for (auto& valor : valores) valor = valor.substr(comienzo.size() + 1, valor.size() - comienzo.size() - 2);
-    return valores;
-  }
-  Taller t;
-};
-
 }  // namespace zuvi::pruebas
