@@ -192,6 +192,9 @@ TEST_F(Servidores, ElEditorConservaLoEscritoYTerminaSuOrden) {
       EXPECT_EQ(caja(4).Text(), "NUEZ");
       EXPECT_EQ(caja(5).Text(), "3");
       tienda.escritorio.Olvida();
+      // F5 while the server is away leaves the order open for the next try.
+      editor.Press(key::kF5);
+      EXPECT_FALSE(avisos.empty() || editor.Closed());
       portero->Repara();
       std::this_thread::sleep_for(std::chrono::milliseconds(1100));
       tienda.escritorio.Olvida();
@@ -238,6 +241,15 @@ TEST_F(Servidores, UnaTransaccionNoSigueEnOtraConexionNiSeRepite) {
   portero->Rompe(Averia::Corte);
   EXPECT_EQ(b.Consulta("SELECT 6")->Campo(0), Value(6));
   EXPECT_FALSE(anfitrion->SePerdioConexion());
+  // A transaction of a script's is lost until it ends it, whatever begins meanwhile.
+  b.Ejecuta("BEGIN");
+  portero->Rompe(Averia::Corte);
+  EXPECT_THROW(b.Ejecuta(anota(906)), ConexionPerdida);
+  anfitrion->NuevaOperacion();
+  EXPECT_THROW(b.Ejecuta(anota(907)), ConexionPerdida);
+  b.Ejecuta("ROLLBACK");
+  EXPECT_EQ(cuenta(), antes);
+
   // The answer to a COMMIT, or to a statement alone, gets lost: it is done, once, and nobody claims to know.
   const struct {
     std::vector<std::string> textos;
@@ -266,7 +278,9 @@ TEST_F(Servidores, UnaTransaccionNoSigueEnOtraConexionNiSeRepite) {
   anfitrion->NuevaOperacion();
   EXPECT_EQ(b.Consulta("SELECT 8")->Campo(0), Value(8));
 
-  // The way back leads to our own database only.
+  // An endless statement costs itself, not the connection; and the way back leads to our own database only.
+  EXPECT_THAT(ErrorDe([&] { b.Consulta("SELECT SLEEP(20)"); }).what(), HasSubstr("límite"));
+  EXPECT_FALSE(anfitrion->SePerdioConexion());
   directa->Ejecuta("UPDATE esquema SET version = version + 9");
   portero->Rompe(Averia::Corte);
   EXPECT_THAT(ErrorDe([&] { b.Consulta("SELECT 1"); }).what(), HasSubstr("ya no es la de este programa"));
@@ -304,6 +318,14 @@ TEST(ArchivoSqlite, UnoDanadoOLlenoSeDiceYNoPierdeLoGuardado) {
     base->Consulta("PRAGMA max_page_count = 20");
     EXPECT_THAT(ErrorDe([&] { llena(*base, 200); }).what(), HasSubstr("El disco está lleno"));
     EXPECT_GE(AEntero32(base->Consulta("SELECT COUNT( * ) FROM t")->Campo(0)), 40);
+  }
+  {
+    // Away while it is open, and back.
+    const auto base = BaseDatos::Abre(cadena, traza);
+    std::filesystem::rename(archivo.Texto(), archivo.Texto() + "-otro");
+    EXPECT_THAT(ErrorDe([&] { llena(*base, 1); }).what(), HasSubstr("ya no está en su lugar"));
+    std::filesystem::rename(archivo.Texto() + "-otro", archivo.Texto());
+    llena(*base, 1);
   }
   {
     std::fstream fichero(archivo.Texto(), std::ios::in | std::ios::out | std::ios::binary);
