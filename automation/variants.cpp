@@ -15,13 +15,6 @@ namespace {
 /// A variant may point to a variant; one that points to itself must not hang us.
 constexpr int kMaxNesting = 8;
 
-template <class... F>
-struct Overloaded : F... {
-  using F::operator()...;
-};
-template <class... F>
-Overloaded(F...) -> Overloaded<F...>;
-
 template <class Number>
 Value WholeNumber(Number number) {
   if (std::in_range<std::int32_t>(number)) return static_cast<std::int32_t>(number);
