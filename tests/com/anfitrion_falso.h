@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "automation/com_module.h"
+#include "automation/com_server.h"
 #include "automation/variants.h"
 #include "base/value.h"
 
