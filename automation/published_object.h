@@ -1,7 +1,7 @@
 #pragma once
 
-#include "automation/dispatch_object.h"
 #include "automation/com_error.h"
+#include "automation/dispatch_object.h"
 #include "automation/invoke.h"
 
 namespace zuvi {
