@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "automation/frontera.h"
+#include "automation/com_error.h"
 #include "automation/variants.h"
 
 namespace zuvi {
@@ -20,14 +20,12 @@ constexpr std::size_t kMaxKnownSteps = 8;
 /// A read may be meant for a method or for a property.
 constexpr WORD kRead = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
 
-/// The error a host tells in its exception record, which is freed here.
-HostError Take(EXCEPINFO& info) {
-  if (info.pfnDeferredFillIn) info.pfnDeferredFillIn(&info);
-  const UniqueBstr source(info.bstrSource), text(info.bstrDescription), help(info.bstrHelpFile);
-  const HRESULT code = FAILED(info.scode) ? info.scode : HresultDe(static_cast<ErrorNumber>(info.wCode));
-  const HostError standard = HostErrorDe(info.scode == 0 && info.wCode == 0 ? DISP_E_EXCEPTION : code);
-  if (::SysStringLen(text.get()) == 0) return standard;
-  return HostError(Utf8De(text.get(), ::SysStringLen(text.get())), standard.Number(), standard.NativeCode());
+/// The error a host tells in its exception record.
+HostError ErrorIn(const EXCEPINFO& info) {
+  const HRESULT code = FAILED(info.scode) ? info.scode : HresultOf(static_cast<ErrorNumber>(info.wCode));
+  const HostError standard = HostErrorOf(info.scode == 0 && info.wCode == 0 ? DISP_E_EXCEPTION : code);
+  if (::SysStringLen(info.bstrDescription) == 0) return standard;
+  return HostError(FromBstr(info.bstrDescription), standard.Number(), standard.NativeCode());
 }
 
 /// The arguments of one outgoing call, in automation's reversed order, each cleared at the end.
@@ -42,12 +40,12 @@ class OutgoingArguments {
   OutgoingArguments(const OutgoingArguments&) = delete;
   OutgoingArguments& operator=(const OutgoingArguments&) = delete;
 
-  void AddValue(const Value& value, ComModule& module) {
-    ToVariant(value, module, Place(filled_));
+  void AddValue(const Value& value, ComModule& server) {
+    ToVariant(value, server, Place(filled_));
     ++filled_;
   }
-  void AddReference(const Value& value, VARTYPE type, ComModule& module) {
-    Coerce(value, type, module, storage_[filled_]);
+  void AddReference(const Value& value, VARTYPE type, ComModule& server) {
+    Coerce(value, type, server, storage_[filled_]);
     MakeByRef(storage_[filled_], type, Place(filled_));
     by_reference_ |= ByRef{1} << filled_;
     ++filled_;
@@ -70,13 +68,13 @@ class OutgoingArguments {
 };
 
 void Invoke(IDispatch* dispatch, MemberId id, WORD flags, DISPPARAMS&& params, VARIANT* result) {
-  EXCEPINFO exception{};
+  UniqueExcepInfo exception;
   UINT bad_argument = 0;
-  const HRESULT code =
-      dispatch->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result, &exception, &bad_argument);
+  const HRESULT code = dispatch->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result,
+                                        exception.put(), &bad_argument);
   if (SUCCEEDED(code)) return;
-  if (code == DISP_E_EXCEPTION) throw Take(exception);
-  throw HostErrorDe(code);
+  if (code == DISP_E_EXCEPTION) throw ErrorIn(exception.Told());
+  throw HostErrorOf(code);
 }
 
 /// The id of a name on any object of a host; false when it has none of that name.
@@ -98,11 +96,11 @@ bool FindOn(IDispatch* dispatch, std::string_view name, MemberId& id) {
   if (SUCCEEDED(code)) return id = found, true;
   // Objects of some script engines answer by name only through their own interface.
   if (const auto extended = ComPtr<IDispatch>(dispatch).As<IDispatchEx>()) {
-    const UniqueBstr bstr = NuevoBstr(name);
+    const UniqueBstr bstr = ToBstr(name);
     if (SUCCEEDED(extended->GetDispID(bstr.get(), fdexNameCaseInsensitive, &found))) return id = found, true;
   }
   if (code == DISP_E_UNKNOWNNAME || code == DISP_E_MEMBERNOTFOUND || code == E_NOTIMPL) return false;
-  throw HostErrorDe(code);
+  throw HostErrorOf(code);
 }
 
 /// The object that a step of a chain gave. It lives as long as the result does, or `hold` where it had to be
@@ -159,7 +157,7 @@ MemberId ComObject::StepId(IDispatch* object, FixedText name, bool keep) {
 BSTR ComObject::KeyText(FixedText literal, bool keep, UniqueBstr& once) {
   for (const KnownKey& known : known_keys_)
     if (known.literal == literal.text) return known.text.get();
-  UniqueBstr text = NuevoBstr(literal.text);
+  UniqueBstr text = ToBstr(literal.text);
   if (!keep) return (once = std::move(text)).get();
   known_keys_.push_back({literal, std::move(text)});
   return known_keys_.back().text.get();
@@ -190,37 +188,37 @@ Value ComObject::ReadChain(std::span<const Step> steps) {
       Invoke(owner, id, kRead, {}, result);
     } else {
       OutgoingArguments out(step.args.size());
-      for (const Value& value : step.args) out.AddValue(value, module_);
+      for (const Value& value : step.args) out.AddValue(value, server_);
       Invoke(owner, id, kRead, out.Params(), result);
     }
   }
-  return ValueDe(results[latest].get(), module_);
+  return ValueDe(results[latest].get(), server_);
 }
 
 Value ComObject::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
   if (args.empty()) {
     UniqueVariant result;
     Invoke(dispatch_.get(), id, kRead, {}, &result.get());
-    return ValueDe(result.get(), module_);
+    return ValueDe(result.get(), server_);
   }
   OutgoingArguments out(args.size());
   for (std::size_t i = 0; i < args.size(); ++i) {
     if (!(by_ref >> i & 1)) {
-      out.AddValue(args[i], module_);
+      out.AddValue(args[i], server_);
     } else if (const auto form = Signatures().ArgumentForm(id, i); form.by_ref) {
-      out.AddReference(args[i], form.type, module_);
+      out.AddReference(args[i], form.type, server_);
     } else {
-      out.AddValue(args[i], module_);
+      out.AddValue(args[i], server_);
     }
   }
   UniqueVariant result;
   Invoke(dispatch_.get(), id, kRead, out.Params(), &result.get());
   if (by_ref && !(by_ref & kUnread))
     for (std::size_t i = 0; i < args.size(); ++i)
-      if (out.ByReference(i)) args[i] = ValueDe(out.Storage(i), module_);
+      if (out.ByReference(i)) args[i] = ValueDe(out.Storage(i), server_);
   // Most methods give nothing.
   if (V_VT(&result.get()) == VT_EMPTY) return {};
-  return ValueDe(result.get(), module_);
+  return ValueDe(result.get(), server_);
 }
 
 bool ComObject::TakesByRef(MemberId id, std::size_t index) {
@@ -230,7 +228,7 @@ bool ComObject::TakesByRef(MemberId id, std::size_t index) {
 void ComObject::Write(MemberId id, std::span<Value> args) {
   if (args.empty()) throw HostError(ErrorNumber::WrongArgumentCount);
   OutgoingArguments out(args.size());
-  for (const Value& value : args) out.AddValue(value, module_);
+  for (const Value& value : args) out.AddValue(value, server_);
   const bool by_reference = args.back().IsObject() && !Signatures().PutOnly(id);
   DISPID named = DISPID_PROPERTYPUT;
   Invoke(dispatch_.get(), id, by_reference ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT,

@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "automation/com_module.h"
+#include "automation/com_server.h"
 #include "automation/handles.h"
 #include "automation/host_signatures.h"
 #include "automation/windows_com.h"
@@ -15,8 +15,8 @@ namespace zuvi {
 /// have acted before it failed. Used in the apartment that handed it over, like every automation object.
 class ComObject final : public Object {
  public:
-  ComObject(ComPtr<IDispatch> dispatch, ComModule& module)
-      : dispatch_(std::move(dispatch)), module_(module) {}
+  ComObject(ComPtr<IDispatch> dispatch, ComModule& server)
+      : dispatch_(std::move(dispatch)), server_(server) {}
 
   IDispatch* Dispatch() const { return dispatch_.get(); }
   bool Foreign() const override { return true; }
@@ -53,7 +53,7 @@ class ComObject final : public Object {
   BSTR KeyText(FixedText literal, bool keep, UniqueBstr& once);
 
   ComPtr<IDispatch> dispatch_;
-  ComModule& module_;
+  ComModule& server_;
   const char* chain_head_ = nullptr;  // the first name of the last chain and its id: mostly the same literal
   MemberId chain_head_id_ = 0;
   std::vector<KnownStep> known_steps_;

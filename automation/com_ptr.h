@@ -1,6 +1,7 @@
 // automation/: what every automation DLL of ours needs, whatever it publishes. Knows base and the contract.
 #pragma once
 
+#include <atomic>
 #include <utility>
 
 #include "automation/windows_com.h"
@@ -54,6 +55,28 @@ class ComPtr {
 
  private:
   T* pointer_ = nullptr;
+};
+
+/// What objects held by COM's counted pointers have in common: they are made with one reference and go with
+/// the last.
+template <class... Interfaces>
+class Counted : public Interfaces... {
+ public:
+  Counted(const Counted&) = delete;
+  Counted& operator=(const Counted&) = delete;
+  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
+  STDMETHODIMP_(ULONG) Release() noexcept override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+
+ protected:
+  Counted() = default;
+  virtual ~Counted() = default;
+
+ private:
+  std::atomic<ULONG> references_{1};
 };
 
 }  // namespace zuvi

@@ -1,3 +1,5 @@
+// Owners of what automation hands out: texts, variants, exception records, descriptions that type information
+// lends.
 #pragma once
 
 #include <algorithm>
@@ -7,68 +9,22 @@
 #include <utility>
 
 #include "automation/windows_com.h"
-#include "base/text.h"
+#include "win32/handles.h"
+#include "win32/text.h"
 
 namespace zuvi {
 
-/// Owner of a system handle: one alias per kind names the type and what closes it.
-template <class T, auto close>
-class UniqueHandle {
- public:
-  UniqueHandle() = default;
-  explicit UniqueHandle(T handle) : handle_(handle) {}
-  UniqueHandle(UniqueHandle&& other) noexcept : handle_(std::exchange(other.handle_, T{})) {}
-  UniqueHandle& operator=(UniqueHandle&& other) noexcept {
-    std::swap(handle_, other.handle_);
-    return *this;
-  }
-  ~UniqueHandle() {
-    if (handle_) close(handle_);
-  }
-  T get() const { return handle_; }
-  explicit operator bool() const { return handle_ != T{}; }
-  T* put() {
-    *this = UniqueHandle();
-    return &handle_;
-  }
-  [[nodiscard]] T detach() { return std::exchange(handle_, T{}); }
-
- private:
-  T handle_{};
-};
-
 using UniqueBstr = UniqueHandle<BSTR, &::SysFreeString>;
-using UniqueKey = UniqueHandle<HKEY, &::RegCloseKey>;
 
-inline std::u16string_view View(const wchar_t* text, std::size_t length) {
-  return {reinterpret_cast<const char16_t*>(text), length};
-}
-/// UTF-8 of a text of the system; null is the empty text.
-inline std::string Utf8De(const wchar_t* text) {
-  return text ? Utf8(View(text, std::char_traits<wchar_t>::length(text))) : std::string();
-}
-/// UTF-8 of a BSTR, zeros inside included.
-inline std::string Utf8De(BSTR text, std::size_t length) {
-  if (!text) return {};
-  // Plain text, the usual case, is narrowed without looking for surrogates.
-  unsigned beyond_ascii = 0;
-  for (std::size_t i = 0; i < length; ++i) beyond_ascii |= text[i];
-  if (beyond_ascii >= 0x80) return Utf8(View(text, length));
-  std::string out(length, '\0');
-  std::transform(text, text + length, out.begin(), [](wchar_t c) { return static_cast<char>(c); });
-  return out;
-}
-inline std::wstring Ancho(std::string_view text) {
-  const std::u16string wide = Utf16(text);
-  return {reinterpret_cast<const wchar_t*>(wide.data()), wide.size()};
-}
+/// UTF-8 of a BSTR, zeros inside included; null is the empty text.
+inline std::string FromBstr(BSTR text) { return Narrow({text, ::SysStringLen(text)}); }
 /// Throws std::bad_alloc.
-inline UniqueBstr NuevoBstr(std::string_view text) {
+inline UniqueBstr ToBstr(std::string_view text) {
   // No early way out: a loop without one runs many characters at a time.
   unsigned char beyond_ascii = 0;
   for (const char c : text) beyond_ascii |= static_cast<unsigned char>(c);
   const bool plain = beyond_ascii < 0x80;
-  const std::wstring wide = plain ? std::wstring() : Ancho(text);
+  const std::wstring wide = plain ? std::wstring() : Wide(text);
   const std::size_t length = plain ? text.size() : wide.size();
   UniqueBstr bstr(::SysAllocStringLen(nullptr, static_cast<UINT>(length)));
   if (!bstr) throw std::bad_alloc();
@@ -115,5 +71,49 @@ class UniqueVariant {
  private:
   VARIANT variant_{};
 };
+
+/// The exception record of one call; its texts are freed with it.
+class UniqueExcepInfo {
+ public:
+  UniqueExcepInfo() = default;
+  UniqueExcepInfo(const UniqueExcepInfo&) = delete;
+  UniqueExcepInfo& operator=(const UniqueExcepInfo&) = delete;
+  ~UniqueExcepInfo() {
+    for (const BSTR text : {info_.bstrSource, info_.bstrDescription, info_.bstrHelpFile})
+      if (text) ::SysFreeString(text);
+  }
+  EXCEPINFO* put() { return &info_; }
+  /// What the callee told, with what it left to be asked for.
+  const EXCEPINFO& Told() {
+    if (const auto fill_in = std::exchange(info_.pfnDeferredFillIn, nullptr)) fill_in(&info_);
+    return info_;
+  }
+
+ private:
+  EXCEPINFO info_{};
+};
+
+/// A description that type information lends, given back at the end. The lender must outlive it.
+template <class Lender, class T, auto give_back>
+class Lent {
+ public:
+  explicit Lent(Lender* lender) : lender_(lender) {}
+  Lent(const Lent&) = delete;
+  Lent& operator=(const Lent&) = delete;
+  ~Lent() {
+    if (lent_) (lender_->*give_back)(lent_);
+  }
+  /// For the one call that asks for it.
+  T** put() { return &lent_; }
+  const T* operator->() const { return lent_; }
+  const T& operator*() const { return *lent_; }
+
+ private:
+  Lender* lender_;
+  T* lent_ = nullptr;
+};
+using TypeAttributes = Lent<ITypeInfo, TYPEATTR, &ITypeInfo::ReleaseTypeAttr>;
+using FunctionDescription = Lent<ITypeInfo, FUNCDESC, &ITypeInfo::ReleaseFuncDesc>;
+using LibraryAttributes = Lent<ITypeLib, TLIBATTR, &ITypeLib::ReleaseTLibAttr>;
 
 }  // namespace zuvi

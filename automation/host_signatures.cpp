@@ -1,5 +1,6 @@
 #include "automation/host_signatures.h"
 
+#include "automation/handles.h"
 #include "automation/variants.h"
 
 namespace zuvi {
@@ -8,15 +9,11 @@ namespace {
 /// Calls `visit(FUNCDESC)` for each function of a member.
 template <class Visit>
 void ForEachFunction(ITypeInfo* info, DISPID member, Visit&& visit) {
-  TYPEATTR* attributes = nullptr;
-  if (!info || FAILED(info->GetTypeAttr(&attributes))) return;
-  const UINT count = attributes->cFuncs;
-  info->ReleaseTypeAttr(attributes);
-  for (UINT i = 0; i < count; ++i) {
-    FUNCDESC* function = nullptr;
-    if (FAILED(info->GetFuncDesc(i, &function))) continue;
-    if (function->memid == member) visit(*function);
-    info->ReleaseFuncDesc(function);
+  TypeAttributes attributes(info);
+  if (!info || FAILED(info->GetTypeAttr(attributes.put()))) return;
+  for (UINT i = 0; i < attributes->cFuncs; ++i) {
+    FunctionDescription function(info);
+    if (SUCCEEDED(info->GetFuncDesc(i, function.put())) && function->memid == member) visit(*function);
   }
 }
 
@@ -24,23 +21,25 @@ void ForEachFunction(ITypeInfo* info, DISPID member, Visit&& visit) {
 /// everything with members is an object.
 VARTYPE UserDefined(ITypeInfo* info, HREFTYPE reference, int depth, bool& is_object) {
   ComPtr<ITypeInfo> type;
-  TYPEATTR* attributes = nullptr;
-  if (depth > 4 || FAILED(info->GetRefTypeInfo(reference, type.put())) ||
-      FAILED(type->GetTypeAttr(&attributes)))
+  if (depth > 4 || FAILED(info->GetRefTypeInfo(reference, type.put()))) return VT_EMPTY;
+  TypeAttributes attributes(type.get());
+  if (FAILED(type->GetTypeAttr(attributes.put())))
     return VT_EMPTY;  // most often a library that is not registered here
-  const TYPEKIND kind = attributes->typekind;
-  const TYPEDESC alias = attributes->tdescAlias;
-  VARTYPE found = VT_EMPTY;
-  if (kind == TKIND_ENUM) found = VT_I4;
-  if (kind == TKIND_DISPATCH || kind == TKIND_INTERFACE || kind == TKIND_COCLASS) {
-    is_object = true;
-    found = VT_DISPATCH;
+  const TYPEDESC& alias = attributes->tdescAlias;
+  switch (attributes->typekind) {
+    case TKIND_ENUM:
+      return VT_I4;
+    case TKIND_DISPATCH:
+    case TKIND_INTERFACE:
+    case TKIND_COCLASS:
+      is_object = true;
+      return VT_DISPATCH;
+    case TKIND_ALIAS:
+      return alias.vt == VT_USERDEFINED ? UserDefined(type.get(), alias.hreftype, depth + 1, is_object)
+                                        : alias.vt;
+    default:
+      return VT_EMPTY;
   }
-  if (kind == TKIND_ALIAS)
-    found =
-        alias.vt == VT_USERDEFINED ? UserDefined(type.get(), alias.hreftype, depth + 1, is_object) : alias.vt;
-  type->ReleaseTypeAttr(attributes);
-  return found;
 }
 
 HostSignatures::Form FormOf(ITypeInfo* info, const TYPEDESC& declared) {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "automation/frontera.h"
+#include "automation/com_error.h"
 #include "automation/handles.h"
 #include "automation/variants.h"
 #include "base/members.h"
@@ -27,7 +27,7 @@ struct Arguments {
   std::vector<UINT> places;
 };
 
-Arguments Collect(const DISPPARAMS& params, bool put, ComModule& module, const Member* member) {
+Arguments Collect(const DISPPARAMS& params, bool put, ComModule& server, const Member* member) {
   const UINT total = params.cArgs;
   // The new value of a property comes as the one named argument of that call; some callers leave the mark
   // out.
@@ -46,7 +46,7 @@ Arguments Collect(const DISPPARAMS& params, bool put, ComModule& module, const M
     }
     if (out.places[at] != kNowhere) throw Refusal{DISP_E_PARAMNOTFOUND, place};
     try {
-      out.values[at] = ValueDe(params.rgvarg[place], module);
+      out.values[at] = ValueDe(params.rgvarg[place], server);
     } catch (const HostError& error) {
       throw Refusal{error.Number() == ErrorNumber::Overflow ? DISP_E_OVERFLOW : DISP_E_TYPEMISMATCH, place};
     }
@@ -129,12 +129,12 @@ void Put(Object& object, MemberId id, std::span<Value> args) {
   throw Refusal{DISP_E_BADPARAMCOUNT};
 }
 
-void Run(Object& object, ComModule& module, const Invocation& call, Arguments& args) {
+void Run(Object& object, ComModule& server, const Invocation& call, Arguments& args) {
   static DISPPARAMS none{};
   DISPPARAMS& params = call.params ? *call.params : none;
   const bool put = (call.flags & kPut) != 0;
   const Member* member = MemberOf(object, call.member);
-  args = Collect(params, put, module, member);
+  args = Collect(params, put, server, member);
   if (put) return Put(object, call.member, args.values);
 
   ByRef by_ref = member ? member->in_out : 0;
@@ -144,10 +144,10 @@ void Run(Object& object, ComModule& module, const Invocation& call, Arguments& a
   const Value result = Get(object, call.member, args.values, by_ref);
   // The result first: when it cannot be told, the caller's variables are left alone as well.
   UniqueVariant out;
-  if (call.result) ToVariant(result, module, out.get());
+  if (call.result) ToVariant(result, server, out.get());
   for (std::size_t i = 0; i < std::min<std::size_t>(args.values.size(), 32); ++i)
     if ((by_ref >> i & 1) && args.places[i] < params.cArgs)
-      WriteBack(args.values[i], params.rgvarg[args.places[i]], module);
+      WriteBack(args.values[i], params.rgvarg[args.places[i]], server);
   if (call.result) *call.result = out.detach();
 }
 
@@ -158,30 +158,33 @@ bool IsConversion(ErrorNumber number) {
 
 }  // namespace
 
+HRESULT IdsOfParameters(const Member* member, LPOLESTR* names, UINT count, DISPID* ids) {
+  static const std::vector<std::string_view> kNone;
+  const auto& params = member ? member->params : kNone;
+  HRESULT result = S_OK;
+  for (UINT i = 1; i < count; ++i) {
+    const std::string name = Utf8De(names[i]);
+    const auto found = std::ranges::find_if(params, [&](auto param) { return IgualSinCaso(param, name); });
+    if (found != params.end())
+      ids[i] = static_cast<DISPID>(found - params.begin());
+    else
+      result = DISP_E_UNKNOWNNAME;
+  }
+  return result;
+}
+
 HRESULT IdsOfNames(Object& object, LPOLESTR* names, UINT count, DISPID* ids) noexcept {
   if (!names || !ids || count == 0) return E_INVALIDARG;
   std::fill_n(ids, count, DISPID_UNKNOWN);
-  return Frontera({}, [&]() -> HRESULT {
+  return Guarded({}, [&]() -> HRESULT {
     const auto id = object.Find(Utf8De(names[0]));
     if (!id) return DISP_E_UNKNOWNNAME;
     ids[0] = *id;
-    HRESULT result = S_OK;
-    const Member* member = object.MemberById(*id);
-    for (UINT i = 1; i < count; ++i) {
-      const std::string name = Utf8De(names[i]);
-      const auto same = [&](std::string_view param) { return IgualSinCaso(param, name); };
-      const auto found =
-          member ? std::ranges::find_if(member->params, same) : decltype(member->params.begin()){};
-      if (member && found != member->params.end())
-        ids[i] = static_cast<DISPID>(found - member->params.begin());
-      else
-        result = DISP_E_UNKNOWNNAME;
-    }
-    return result;
+    return IdsOfParameters(object.MemberById(*id), names, count, ids);
   });
 }
 
-HRESULT InvokeOn(Object& object, ComModule& module, const Invocation& call) noexcept {
+HRESULT InvokeOn(Object& object, ComModule& server, const Invocation& call) noexcept {
   if (call.result) ::VariantInit(call.result);
   Arguments args;
   const auto refuse = [&](HRESULT code, UINT argument) {
@@ -190,7 +193,7 @@ HRESULT InvokeOn(Object& object, ComModule& module, const Invocation& call) noex
     return code;
   };
   try {
-    Run(object, module, call, args);
+    Run(object, server, call, args);
     ClearError();
     return S_OK;
   } catch (const Refusal& refusal) {
@@ -199,9 +202,9 @@ HRESULT InvokeOn(Object& object, ComModule& module, const Invocation& call) noex
     if (IsConversion(error.Number()) && error.Index() < args.places.size())
       return refuse(error.Number() == ErrorNumber::Overflow ? DISP_E_OVERFLOW : DISP_E_TYPEMISMATCH,
                     args.places[error.Index()]);
-    FillExcepInfo(CurrentError(), module.Source(), call.exception);
+    FillExcepInfo(CurrentError(), server.Source(), call.exception);
   } catch (...) {
-    FillExcepInfo(CurrentError(), module.Source(), call.exception);
+    FillExcepInfo(CurrentError(), server.Source(), call.exception);
   }
   ClearError();
   return DISP_E_EXCEPTION;

@@ -4,7 +4,7 @@
 // counts.
 #pragma once
 
-#include "automation/com_module.h"
+#include "automation/com_server.h"
 #include "automation/windows_com.h"
 #include "base/object.h"
 
@@ -12,6 +12,9 @@ namespace zuvi {
 
 /// IDispatch::GetIDsOfNames: the member, then names of its parameters.
 HRESULT IdsOfNames(Object& object, LPOLESTR* names, UINT count, DISPID* ids) noexcept;
+
+/// The part of it after the member's own name: the places of its parameters, by the names from the second on.
+HRESULT IdsOfParameters(const Member* member, LPOLESTR* names, UINT count, DISPID* ids);
 
 /// The arguments of IDispatch::Invoke, as they come.
 struct Invocation {
@@ -24,6 +27,6 @@ struct Invocation {
 };
 
 /// IDispatch::Invoke.
-HRESULT InvokeOn(Object& object, ComModule& module, const Invocation& call) noexcept;
+HRESULT InvokeOn(Object& object, ComModule& server, const Invocation& call) noexcept;
 
 }  // namespace zuvi

@@ -3,8 +3,9 @@
 #include <optional>
 #include <vector>
 
-#include "automation/frontera.h"
+#include "automation/com_error.h"
 #include "automation/handles.h"
+#include "win32/image.h"
 
 namespace zuvi {
 namespace {
@@ -72,11 +73,11 @@ bool Remove(RegistrationScope scope, const std::wstring& key) {
   return status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND;
 }
 
-bool RegisterClassKeys(const ComModule& module, const RegisteredClass& c, RegistrationScope scope) {
+bool RegisterClassKeys(const ComModule& server, const RegisteredClass& c, RegistrationScope scope) {
   const std::wstring versioned = c.prog_id + L".1";
   const std::wstring key = L"CLSID\\" + Text(c.clsid);
   return Set(scope, key, nullptr, c.description) &&
-         Set(scope, key + L"\\InprocServer32", nullptr, module.Path()) &&
+         Set(scope, key + L"\\InprocServer32", nullptr, server.Path()) &&
          Set(scope, key + L"\\InprocServer32", L"ThreadingModel", L"Apartment") &&
          Set(scope, key + L"\\ProgID", nullptr, versioned) &&
          Set(scope, key + L"\\VersionIndependentProgID", nullptr, c.prog_id) &&
@@ -115,21 +116,19 @@ struct Library {
   std::wstring LanguageKey() const { return VersionKey() + L"\\0"; }
 };
 
-std::optional<Library> Load(const ComModule& module, int number) {
+std::optional<Library> Load(const ComModule& server, int number) {
   Library l;
-  l.path = module.TypeLibPath(number);
-  l.folder = module.Path();
-  l.folder.resize(l.folder.rfind(L'\\') == std::wstring::npos ? 0 : l.folder.rfind(L'\\'));
-  TLIBATTR* found = nullptr;
+  l.path = server.TypeLibPath(number);
+  l.folder = FolderOf(server.Instance());
   UniqueBstr description;
   if (FAILED(::LoadTypeLibEx(l.path.c_str(), REGKIND_NONE, l.types.put())) ||
-      FAILED(l.types->GetDocumentation(-1, nullptr, description.put(), nullptr, nullptr)) ||
-      FAILED(l.types->GetLibAttr(&found)))
+      FAILED(l.types->GetDocumentation(-1, nullptr, description.put(), nullptr, nullptr)))
     return std::nullopt;
+  LibraryAttributes found(l.types.get());
+  if (FAILED(l.types->GetLibAttr(found.put()))) return std::nullopt;
   l.id = Text(found->guid);
   l.version = std::to_wstring(found->wMajorVerNum) + L"." + std::to_wstring(found->wMinorVerNum);
   l.flags = found->wLibFlags;
-  l.types->ReleaseTLibAttr(found);
   if (description) l.description = description.get();
   return l;
 }
@@ -144,17 +143,16 @@ std::vector<Interface> Interfaces(const Library& l) {
   std::vector<Interface> all;
   for (UINT i = 0; i < l.types->GetTypeInfoCount(); ++i) {
     ComPtr<ITypeInfo> info;
-    TYPEATTR* a = nullptr;
     UniqueBstr name;
-    if (FAILED(l.types->GetTypeInfo(i, info.put())) || FAILED(info->GetTypeAttr(&a))) continue;
+    if (FAILED(l.types->GetTypeInfo(i, info.put()))) continue;
+    TypeAttributes a(info.get());
+    if (FAILED(info->GetTypeAttr(a.put()))) continue;
     const bool dual = (a->wTypeFlags & TYPEFLAG_FDUAL) != 0;
     const bool automation = dual || (a->wTypeFlags & (TYPEFLAG_FOLEAUTOMATION | TYPEFLAG_FDISPATCHABLE)) != 0;
-    const std::wstring key = L"Interface\\" + Text(a->guid);
     const bool usable = automation && (a->typekind == TKIND_INTERFACE || a->typekind == TKIND_DISPATCH);
     const bool by_vtable = dual || a->typekind == TKIND_INTERFACE;
-    info->ReleaseTypeAttr(a);
     if (usable && SUCCEEDED(info->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr)))
-      all.push_back({key, name.get(), by_vtable});
+      all.push_back({L"Interface\\" + Text(a->guid), name.get(), by_vtable});
   }
   return all;
 }
@@ -183,45 +181,45 @@ bool UnregisterLibrary(const Library& l, RegistrationScope scope) {
   return done;
 }
 
-HRESULT Unregister(const ComModule& module, std::span<const RegisteredClass> classes,
+HRESULT Unregister(const ComModule& server, std::span<const RegisteredClass> classes,
                    RegistrationScope scope) {
   HRESULT result = S_OK;
-  for (int number = 1; number <= module.TypeLibraries(); ++number)
-    if (const auto library = Load(module, number); !library || !UnregisterLibrary(*library, scope))
+  for (int number = 1; number <= server.TypeLibraries(); ++number)
+    if (const auto library = Load(server, number); !library || !UnregisterLibrary(*library, scope))
       result = SELFREG_E_TYPELIB;
   for (const RegisteredClass& c : classes)
     if (!UnregisterClassKeys(c, scope)) result = SELFREG_E_CLASS;
   return result;
 }
 
-HRESULT Register(const ComModule& module, std::span<const RegisteredClass> classes, RegistrationScope scope) {
+HRESULT Register(const ComModule& server, std::span<const RegisteredClass> classes, RegistrationScope scope) {
   HRESULT failure = S_OK;
   for (const RegisteredClass& c : classes)
-    if (SUCCEEDED(failure) && !RegisterClassKeys(module, c, scope)) failure = SELFREG_E_CLASS;
-  for (int number = 1; SUCCEEDED(failure) && number <= module.TypeLibraries(); ++number)
-    if (const auto library = Load(module, number); !library || !RegisterLibrary(*library, scope))
+    if (SUCCEEDED(failure) && !RegisterClassKeys(server, c, scope)) failure = SELFREG_E_CLASS;
+  for (int number = 1; SUCCEEDED(failure) && number <= server.TypeLibraries(); ++number)
+    if (const auto library = Load(server, number); !library || !RegisterLibrary(*library, scope))
       failure = SELFREG_E_TYPELIB;
-  if (FAILED(failure)) Unregister(module, classes, scope);
+  if (FAILED(failure)) Unregister(server, classes, scope);
   return failure;
 }
 
 }  // namespace
 
-HRESULT RegisterModule(const ComModule& module, std::span<const RegisteredClass> classes,
+HRESULT RegisterServer(const ComModule& server, std::span<const RegisteredClass> classes,
                        RegistrationScope scope) noexcept {
-  return Frontera(module.Source(), [&] { return Register(module, classes, scope); });
+  return Guarded(server.Source(), [&] { return Register(server, classes, scope); });
 }
 
-HRESULT UnregisterModule(const ComModule& module, std::span<const RegisteredClass> classes,
+HRESULT UnregisterServer(const ComModule& server, std::span<const RegisteredClass> classes,
                          RegistrationScope scope) noexcept {
-  return Frontera(module.Source(), [&] { return Unregister(module, classes, scope); });
+  return Guarded(server.Source(), [&] { return Unregister(server, classes, scope); });
 }
 
-HRESULT InstallModule(const ComModule& module, std::span<const RegisteredClass> classes, bool install,
+HRESULT InstallServer(const ComModule& server, std::span<const RegisteredClass> classes, bool install,
                       const wchar_t* command_line) noexcept {
   const bool user = command_line && ::CompareStringOrdinal(command_line, -1, L"user", -1, TRUE) == CSTR_EQUAL;
   const auto scope = user ? RegistrationScope::User : RegistrationScope::Machine;
-  return install ? RegisterModule(module, classes, scope) : UnregisterModule(module, classes, scope);
+  return install ? RegisterServer(server, classes, scope) : UnregisterServer(server, classes, scope);
 }
 
 }  // namespace zuvi

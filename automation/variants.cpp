@@ -4,9 +4,9 @@
 #include <cstring>
 #include <limits>
 
+#include "automation/com_error.h"
 #include "automation/com_object.h"
 #include "automation/dispatch_object.h"
-#include "automation/frontera.h"
 #include "base/object.h"
 
 namespace zuvi {
@@ -15,25 +15,18 @@ namespace {
 /// A variant may point to a variant; one that points to itself must not hang us.
 constexpr int kMaxNesting = 8;
 
-template <class... F>
-struct Overloaded : F... {
-  using F::operator()...;
-};
-template <class... F>
-Overloaded(F...) -> Overloaded<F...>;
-
 template <class Number>
 Value WholeNumber(Number number) {
   if (std::in_range<std::int32_t>(number)) return static_cast<std::int32_t>(number);
   return static_cast<double>(number);
 }
 
-Value ObjectValue(IUnknown* unknown, ComModule& module) {
+Value ObjectValue(IUnknown* unknown, ComModule& server) {
   if (!unknown) return ObjectPtr();
   ComPtr<IDispatch> dispatch;
   if (FAILED(unknown->QueryInterface(IID_IDispatch, dispatch.put_void())))
     throw HostError(ErrorNumber::TypeMismatch);
-  return ObjectDe(dispatch.get(), module);
+  return ObjectDe(dispatch.get(), server);
 }
 
 /// What a variant of that type holds, wherever it is kept: in the variant or behind its pointer.
@@ -44,7 +37,7 @@ const T& At(const VARIANT& v, const T& own) {
   return *static_cast<const T*>(V_BYREF(&v));
 }
 
-Value Convert(const VARIANT& v, ComModule& module, int depth) {
+Value Convert(const VARIANT& v, ComModule& server, int depth) {
   switch (V_VT(&v) & ~VT_BYREF) {
     case VT_EMPTY:
       return {};
@@ -82,22 +75,20 @@ Value Convert(const VARIANT& v, ComModule& module, int depth) {
     }
     case VT_DATE:
       return Fecha::DesdeSerie(At(v, V_DATE(&v)));
-    case VT_BSTR: {
-      const BSTR text = At(v, V_BSTR(&v));
-      return Utf8De(text, ::SysStringLen(text));
-    }
+    case VT_BSTR:
+      return FromBstr(At(v, V_BSTR(&v)));
     case VT_BOOL:
       return At(v, V_BOOL(&v)) != VARIANT_FALSE;
     case VT_DISPATCH:
-      return ObjectDe(At(v, V_DISPATCH(&v)), module);
+      return ObjectDe(At(v, V_DISPATCH(&v)), server);
     case VT_UNKNOWN:
-      return ObjectValue(At(v, V_UNKNOWN(&v)), module);
+      return ObjectValue(At(v, V_UNKNOWN(&v)), server);
     case VT_ERROR:
       if (At(v, V_ERROR(&v)) == DISP_E_PARAMNOTFOUND) return {};
       break;
     case VT_VARIANT:
       if ((V_VT(&v) & VT_BYREF) && V_VARIANTREF(&v) && depth < kMaxNesting)
-        return Convert(*V_VARIANTREF(&v), module, depth + 1);
+        return Convert(*V_VARIANTREF(&v), server, depth + 1);
       break;
     default:
       break;
@@ -116,144 +107,12 @@ Integer Rounded(const Value& value) {
 }
 
 void Check(HRESULT result) {
-  if (FAILED(result)) throw HostErrorDe(result);
+  if (FAILED(result)) throw HostErrorOf(result);
 }
 
-std::size_t SizeOf(VARTYPE type) {
+/// The value in a type of numbers; the tag is left to the caller.
+void CoerceNumber(const Value& value, VARTYPE type, VARIANT& out) {
   switch (type) {
-    case VT_I1:
-    case VT_UI1:
-      return 1;
-    case VT_I2:
-    case VT_UI2:
-    case VT_BOOL:
-      return 2;
-    case VT_I4:
-    case VT_UI4:
-    case VT_INT:
-    case VT_UINT:
-    case VT_R4:
-      return 4;
-    default:
-      return 8;
-  }
-}
-
-void Store(const Value& value, VARIANT& argument, ComModule& module, int depth) {
-  if (!(V_VT(&argument) & VT_BYREF) || !V_BYREF(&argument)) return;
-  const VARTYPE type = V_VT(&argument) & static_cast<VARTYPE>(~VT_BYREF);
-  if (type == VT_VARIANT) {
-    VARIANT& target = *V_VARIANTREF(&argument);
-    if (V_VT(&target) & VT_BYREF) {
-      if (depth < kMaxNesting) Store(value, target, module, depth + 1);
-      return;
-    }
-    UniqueVariant fresh;
-    ToVariant(value, module, fresh.get());
-    std::swap(target, fresh.get());
-    return;
-  }
-  UniqueVariant fresh;
-  Coerce(value, type, module, fresh.get());
-  // What was there goes out of scope with `fresh`, after the new contents are in place.
-  switch (type) {
-    case VT_BSTR:
-      std::swap(*V_BSTRREF(&argument), V_BSTR(&fresh.get()));
-      break;
-    case VT_DISPATCH:
-      std::swap(*V_DISPATCHREF(&argument), V_DISPATCH(&fresh.get()));
-      break;
-    case VT_UNKNOWN:
-      std::swap(*V_UNKNOWNREF(&argument), V_UNKNOWN(&fresh.get()));
-      break;
-    case VT_DECIMAL:
-      *V_DECIMALREF(&argument) = V_DECIMAL(&fresh.get());
-      V_DECIMALREF(&argument)->wReserved = 0;
-      break;
-    default:
-      std::memcpy(V_BYREF(&argument), &V_I8(&fresh.get()), SizeOf(type));
-  }
-}
-
-}  // namespace
-
-Value ValueDe(const VARIANT& variant, ComModule& module) { return Convert(variant, module, 0); }
-
-bool IsMissing(const VARIANT& variant) {
-  const VARIANT* v = &variant;
-  for (int depth = 0; V_VT(v) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(v) && depth < kMaxNesting; ++depth)
-    v = V_VARIANTREF(v);
-  return V_VT(v) == VT_ERROR && V_ERROR(v) == DISP_E_PARAMNOTFOUND;
-}
-
-void ToVariant(const Value& value, ComModule& module, VARIANT& out) {
-  out = {};
-  std::visit(Overloaded{[&](Empty) {}, [&](Null) { V_VT(&out) = VT_NULL; },
-                        [&](std::int16_t n) {
-                          V_VT(&out) = VT_I2;
-                          V_I2(&out) = n;
-                        },
-                        [&](std::int32_t n) {
-                          V_VT(&out) = VT_I4;
-                          V_I4(&out) = n;
-                        },
-                        [&](double n) {
-                          V_VT(&out) = VT_R8;
-                          V_R8(&out) = n;
-                        },
-                        [&](const std::string& s) {
-                          V_BSTR(&out) = NuevoBstr(s).detach();
-                          V_VT(&out) = VT_BSTR;
-                        },
-                        [&](const Fecha& f) {
-                          V_VT(&out) = VT_DATE;
-                          V_DATE(&out) = f.Serie();
-                        },
-                        [&](bool b) {
-                          V_VT(&out) = VT_BOOL;
-                          V_BOOL(&out) = b ? VARIANT_TRUE : VARIANT_FALSE;
-                        },
-                        [&](const ObjectPtr& o) {
-                          V_DISPATCH(&out) = Publish(o, module).detach();
-                          V_VT(&out) = VT_DISPATCH;
-                        }},
-             value.Get());
-}
-
-bool IsCoercible(VARTYPE type) {
-  switch (type) {
-    case VT_I1:
-    case VT_UI1:
-    case VT_I2:
-    case VT_UI2:
-    case VT_I4:
-    case VT_UI4:
-    case VT_INT:
-    case VT_UINT:
-    case VT_I8:
-    case VT_UI8:
-    case VT_R4:
-    case VT_R8:
-    case VT_CY:
-    case VT_DECIMAL:
-    case VT_DATE:
-    case VT_BSTR:
-    case VT_BOOL:
-    case VT_DISPATCH:
-    case VT_UNKNOWN:
-    case VT_VARIANT:
-      return true;
-    default:
-      return false;
-  }
-}
-
-void Coerce(const Value& value, VARTYPE type, ComModule& module, VARIANT& out) {
-  out = {};
-  switch (type) {
-    case VT_VARIANT:
-      ToVariant(value, module, out);
-      return;
     case VT_I1:
       V_I1(&out) = static_cast<CHAR>(Rounded<std::int8_t>(value));
       break;
@@ -296,22 +155,167 @@ void Coerce(const Value& value, VARTYPE type, ComModule& module, VARIANT& out) {
     case VT_DECIMAL:
       Check(::VarDecFromR8(ANumero(value), &V_DECIMAL(&out)));
       break;
+    default:
+      throw HostError(ErrorNumber::TypeMismatch);
+  }
+}
+
+std::size_t SizeOf(VARTYPE type) {
+  switch (type) {
+    case VT_I1:
+    case VT_UI1:
+      return 1;
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL:
+      return 2;
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_R4:
+      return 4;
+    default:
+      return 8;
+  }
+}
+
+void Store(const Value& value, VARIANT& argument, ComModule& server, int depth) {
+  if (!(V_VT(&argument) & VT_BYREF) || !V_BYREF(&argument)) return;
+  const VARTYPE type = V_VT(&argument) & static_cast<VARTYPE>(~VT_BYREF);
+  if (type == VT_VARIANT) {
+    VARIANT& target = *V_VARIANTREF(&argument);
+    if (V_VT(&target) & VT_BYREF) {
+      if (depth < kMaxNesting) Store(value, target, server, depth + 1);
+      return;
+    }
+    UniqueVariant fresh;
+    ToVariant(value, server, fresh.get());
+    std::swap(target, fresh.get());
+    return;
+  }
+  UniqueVariant fresh;
+  Coerce(value, type, server, fresh.get());
+  // What was there goes out of scope with `fresh`, after the new contents are in place.
+  switch (type) {
+    case VT_BSTR:
+      std::swap(*V_BSTRREF(&argument), V_BSTR(&fresh.get()));
+      break;
+    case VT_DISPATCH:
+      std::swap(*V_DISPATCHREF(&argument), V_DISPATCH(&fresh.get()));
+      break;
+    case VT_UNKNOWN:
+      std::swap(*V_UNKNOWNREF(&argument), V_UNKNOWN(&fresh.get()));
+      break;
+    case VT_DECIMAL:
+      *V_DECIMALREF(&argument) = V_DECIMAL(&fresh.get());
+      V_DECIMALREF(&argument)->wReserved = 0;
+      break;
+    default:
+      std::memcpy(V_BYREF(&argument), &V_I8(&fresh.get()), SizeOf(type));
+  }
+}
+
+}  // namespace
+
+Value ValueDe(const VARIANT& variant, ComModule& server) { return Convert(variant, server, 0); }
+
+const VARIANT& Followed(const VARIANT& variant) {
+  const VARIANT* v = &variant;
+  for (int depth = 0; V_VT(v) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(v) && depth < kMaxNesting; ++depth)
+    v = V_VARIANTREF(v);
+  return *v;
+}
+
+bool IsMissing(const VARIANT& variant) {
+  const VARIANT& v = Followed(variant);
+  return V_VT(&v) == VT_ERROR && V_ERROR(&v) == DISP_E_PARAMNOTFOUND;
+}
+
+void ToVariant(const Value& value, ComModule& server, VARIANT& out) {
+  out = {};
+  std::visit(Overloaded{[&](Empty) {}, [&](Null) { V_VT(&out) = VT_NULL; },
+                        [&](std::int16_t n) {
+                          V_VT(&out) = VT_I2;
+                          V_I2(&out) = n;
+                        },
+                        [&](std::int32_t n) {
+                          V_VT(&out) = VT_I4;
+                          V_I4(&out) = n;
+                        },
+                        [&](double n) {
+                          V_VT(&out) = VT_R8;
+                          V_R8(&out) = n;
+                        },
+                        [&](const std::string& s) {
+                          V_BSTR(&out) = ToBstr(s).detach();
+                          V_VT(&out) = VT_BSTR;
+                        },
+                        [&](const Fecha& f) {
+                          V_VT(&out) = VT_DATE;
+                          V_DATE(&out) = f.Serie();
+                        },
+                        [&](bool b) {
+                          V_VT(&out) = VT_BOOL;
+                          V_BOOL(&out) = b ? VARIANT_TRUE : VARIANT_FALSE;
+                        },
+                        [&](const ObjectPtr& o) {
+                          V_DISPATCH(&out) = Publish(o, server).detach();
+                          V_VT(&out) = VT_DISPATCH;
+                        }},
+             value.Get());
+}
+
+bool IsCoercible(VARTYPE type) {
+  switch (type) {
+    case VT_I1:
+    case VT_UI1:
+    case VT_I2:
+    case VT_UI2:
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_I8:
+    case VT_UI8:
+    case VT_R4:
+    case VT_R8:
+    case VT_CY:
+    case VT_DECIMAL:
+    case VT_DATE:
+    case VT_BSTR:
+    case VT_BOOL:
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+    case VT_VARIANT:
+      return true;
+    default:
+      return false;
+  }
+}
+
+void Coerce(const Value& value, VARTYPE type, ComModule& server, VARIANT& out) {
+  out = {};
+  switch (type) {
+    case VT_VARIANT:
+      ToVariant(value, server, out);
+      return;
     case VT_DATE:
       V_DATE(&out) = AFecha(value).Serie();
       break;
     case VT_BSTR:
       // "No text" is the null BSTR, whichever way a caller says it.
-      V_BSTR(&out) = value.IsNull() || value.IsEmpty() ? nullptr : NuevoBstr(ATexto(value)).detach();
+      V_BSTR(&out) = value.IsNull() || value.IsEmpty() ? nullptr : ToBstr(ATexto(value)).detach();
       break;
     case VT_BOOL:
       V_BOOL(&out) = ABooleano(value) ? VARIANT_TRUE : VARIANT_FALSE;
       break;
     case VT_DISPATCH:
     case VT_UNKNOWN:
-      V_DISPATCH(&out) = value.IsEmpty() ? nullptr : Publish(AObjeto(value), module).detach();
+      V_DISPATCH(&out) = value.IsEmpty() ? nullptr : Publish(AObjeto(value), server).detach();
       break;
     default:
-      throw HostError(ErrorNumber::TypeMismatch);
+      CoerceNumber(value, type, out);
   }
   // DECIMAL shares its first two bytes with the tag, so the tag comes last.
   V_VT(&out) = type;
@@ -327,8 +331,8 @@ void MakeByRef(VARIANT& storage, VARTYPE type, VARIANT& out) {
     V_BYREF(&out) = &V_I8(&storage);
 }
 
-void WriteBack(const Value& value, VARIANT& argument, ComModule& module) {
-  Store(value, argument, module, 0);
+void WriteBack(const Value& value, VARIANT& argument, ComModule& server) {
+  Store(value, argument, server, 0);
 }
 
 }  // namespace zuvi

@@ -11,13 +11,6 @@
 namespace zuvi {
 namespace {
 
-template <class... F>
-struct Overloaded : F... {
-  using F::operator()...;
-};
-template <class... F>
-Overloaded(F...) -> Overloaded<F...>;
-
 template <class Integer>
 Integer RedondeaA(double number) {
   // nearbyint follows the rounding mode, which is half to even unless somebody changed it.
@@ -36,15 +29,17 @@ bool TooSmall(std::string_view digits) {
   return digits.starts_with('0') || digits.starts_with('.');
 }
 
-Value DefaultOf(const ObjectPtr& object) {
-  if (!object) throw HostError(ErrorNumber::ObjectNotSet);
-  Value value = object->Default();
-  // An object whose default is again an object has no plain value; following it could go round for ever.
-  if (value.IsObject()) throw HostError(ErrorNumber::TypeMismatch);
-  return value;
-}
-
 }  // namespace
+
+Value PlainValue(const Value& value) {
+  if (!value.IsObject()) return value;
+  const ObjectPtr object = AObjeto(value);
+  if (!object) throw HostError(ErrorNumber::ObjectNotSet);
+  Value plain = object->Default();
+  // An object whose default is again an object has no plain value; following it could go round for ever.
+  if (plain.IsObject()) throw HostError(ErrorNumber::TypeMismatch);
+  return plain;
+}
 
 std::int16_t RedondeaA16(double number) { return RedondeaA<std::int16_t>(number); }
 std::int32_t RedondeaA32(double number) { return RedondeaA<std::int32_t>(number); }
@@ -56,7 +51,7 @@ double ANumero(const Value& value) {
           [](std::int16_t n) { return static_cast<double>(n); },
           [](std::int32_t n) { return static_cast<double>(n); }, [](double n) { return n; },
           [](const std::string& s) { return NumeroDeTexto(s); }, [](const Fecha& f) { return f.Serie(); },
-          [](bool b) { return b ? -1.0 : 0.0; }, [](const ObjectPtr& o) { return ANumero(DefaultOf(o)); }},
+          [](bool b) { return b ? -1.0 : 0.0; }, [](const ObjectPtr& o) { return ANumero(PlainValue(o)); }},
       value.Get());
 }
 
@@ -101,7 +96,7 @@ std::string ATexto(const Value& value) {
                  [](double n) { return TextoDeNumero(n); }, [](const std::string& s) { return s; },
                  [](const Fecha& f) { return f.Texto(); },
                  [](bool b) { return std::string(b ? "True" : "False"); },
-                 [](const ObjectPtr& o) { return ATexto(DefaultOf(o)); }},
+                 [](const ObjectPtr& o) { return ATexto(PlainValue(o)); }},
       value.Get());
 }
 

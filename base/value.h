@@ -66,6 +66,18 @@ class Value {
   Data data_;
 };
 
+/// A visitor of `Value::Get()` made of one function per type.
+template <class... F>
+struct Overloaded : F... {
+  using F::operator()...;
+};
+template <class... F>
+Overloaded(F...) -> Overloaded<F...>;
+
+/// The value itself or, of an object, its default value. Throws HostError: ObjectNotSet for Nothing,
+/// TypeMismatch where the default is an object again, or what the object throws.
+Value PlainValue(const Value& value);
+
 /// Round half to even. Throws HostError (Overflow) outside the range or for NaN.
 std::int16_t RedondeaA16(double number);
 std::int32_t RedondeaA32(double number);

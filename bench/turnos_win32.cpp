@@ -81,7 +81,7 @@ class ListaDesnuda : public Turnos<Visible> {
       int columna = 0;
       for (const FixedText campo : {FixedText("turno"), FixedText("entrada"), FixedText("comida"),
                                     FixedText("regcomida"), FixedText("salida")}) {
-        std::wstring texto = native::Wide(ATexto(filas->Campo(campo)));
+        std::wstring texto = Wide(ATexto(filas->Campo(campo)));
         LVITEMW celda{};
         celda.mask = LVIF_TEXT;
         celda.iItem = i;

@@ -2,17 +2,16 @@
 #include <new>
 
 #include "automation/class_factory.h"
-#include "com/modulo_produccion.h"
-
-extern "C" IMAGE_DOS_HEADER __ImageBase;
+#include "com/servidor_produccion.h"
+#include "win32/image.h"
 
 namespace {
 
 /// The DLL's state. It is never destroyed: at the end of a process the hosts of its objects may be gone
 /// already.
-zuvi::ModuloProduccion& Estado() {
-  alignas(zuvi::ModuloProduccion) static unsigned char place[sizeof(zuvi::ModuloProduccion)];
-  static auto* const state = ::new (place) zuvi::ModuloProduccion(reinterpret_cast<HINSTANCE>(&__ImageBase));
+zuvi::ServidorProduccion& Estado() {
+  alignas(zuvi::ServidorProduccion) static unsigned char place[sizeof(zuvi::ServidorProduccion)];
+  static auto* const state = ::new (place) zuvi::ServidorProduccion(zuvi::ThisImage());
   return *state;
 }
 
@@ -28,7 +27,7 @@ BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
   if (!out) return E_POINTER;
   *out = nullptr;
-  if (!zuvi::ModuloProduccion::Tiene(clsid)) return CLASS_E_CLASSNOTAVAILABLE;
+  if (!zuvi::ServidorProduccion::Tiene(clsid)) return CLASS_E_CLASSNOTAVAILABLE;
   return zuvi::GiveFactory(
       Estado().Automatizacion(), [] { return Estado().CreaProduccion(); }, iid, out);
 }
@@ -36,17 +35,17 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
 STDAPI DllCanUnloadNow() { return Estado().Automatizacion().Idle() ? S_OK : S_FALSE; }
 
 STDAPI DllRegisterServer() {
-  return zuvi::RegisterModule(Estado().Automatizacion(), zuvi::ModuloProduccion::Clases(),
+  return zuvi::RegisterServer(Estado().Automatizacion(), zuvi::ServidorProduccion::Clases(),
                               zuvi::RegistrationScope::Machine);
 }
 
 STDAPI DllUnregisterServer() {
-  return zuvi::UnregisterModule(Estado().Automatizacion(), zuvi::ModuloProduccion::Clases(),
+  return zuvi::UnregisterServer(Estado().Automatizacion(), zuvi::ServidorProduccion::Clases(),
                                 zuvi::RegistrationScope::Machine);
 }
 
 STDAPI DllInstall(BOOL install, LPCWSTR command_line) {
-  return zuvi::InstallModule(Estado().Automatizacion(), zuvi::ModuloProduccion::Clases(), install != FALSE,
+  return zuvi::InstallServer(Estado().Automatizacion(), zuvi::ServidorProduccion::Clases(), install != FALSE,
                              command_line);
 }
 }

@@ -63,7 +63,7 @@ class Form : public Object {
   void SetEnabled(bool enabled);
   WindowState State() const { return state_; }
   void SetState(WindowState state);
-  /// Size of the inside, in twips; controls follow by their anchors where an AutoResizer is present.
+  /// Size of the client area, in twips; controls follow by their anchors where an AutoResizer is present.
   std::int32_t InsideWidth() const { return inside_width_; }
   std::int32_t InsideHeight() const { return inside_height_; }
   void SetInside(std::int32_t width, std::int32_t height);
@@ -75,12 +75,12 @@ class Form : public Object {
   /// Gives every control the room that it needs in the font its texts are shown in; the window grows with
   /// them. For the native side, when it makes the window and when font or scale change.
   void FitTo(std::shared_ptr<const TextMeasure> texts);
-  /// What the controls take in all, laid out for the inside there is: more than that on a screen that is too
-  /// small even for what has been squeezed.
+  /// What the controls take in all, laid out for the client area there is: more than that on a screen that is
+  /// too small even for what has been squeezed.
   const Extent& Content() const { return content_; }
   /// The same again, with the font it has: the native side has learnt what its controls need.
   void Fit();
-  /// A control's design has changed: all find their places anew in the inside there is.
+  /// A control's design has changed: all find their places anew in the client area there is.
   void Redesign();
   /// The font of its texts; null until it is known.
   const TextMeasure* Texts() const { return texts_.get(); }
@@ -144,7 +144,7 @@ class Form : public Object {
   /// captions' letters do something, controls are clicked, the one being typed in is read by name and the
   /// window closes. Handlers run.
   void CommitInput();
-  /// The inside has a new size.
+  /// The client area has a new size.
   void Resized(std::int32_t width, std::int32_t height);
   /// The window is being painted.
   void Paint();

@@ -1,4 +1,4 @@
-// Where the controls of a window lie: their design, what their texts need, and the inside there is.
+// Where the controls of a window lie: their design, what their texts need, and the client area there is.
 #include <algorithm>
 #include <utility>
 

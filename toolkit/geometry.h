@@ -8,7 +8,7 @@ namespace zuvi {
 inline constexpr std::int32_t kTwipsPerDip = 15;
 inline constexpr std::int32_t Dip(std::int32_t dips) { return dips * kTwipsPerDip; }
 
-/// Place within the window's inside.
+/// Place within the window's client area.
 struct Rect {
   std::int32_t left = 0, top = 0, width = 0, height = 0;
   friend bool operator==(const Rect&, const Rect&) = default;
@@ -26,7 +26,7 @@ inline constexpr unsigned kLeft = 1, kTop = 2, kRight = 4, kBottom = 8, kTopLeft
                           kAcross = kLeft | kTop | kRight, kAll = 15;
 }  // namespace anchor
 
-/// Where a control comes to lie when the inside of its window grows by `dx`, `dy` from the design. Never
+/// Where a control comes to lie when the client area of its window grows by `dx`, `dy` from the design. Never
 /// smaller than nothing.
 inline Rect Anchored(const Rect& design, unsigned anchors, std::int32_t dx, std::int32_t dy) {
   Rect r = design;

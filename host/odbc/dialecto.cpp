@@ -20,11 +20,7 @@ std::string Literal(Motor motor, const Value& valor) {
   if (const auto* fecha = std::get_if<Fecha>(&valor.Get())) return LiteralFecha(motor, *fecha);
   // A flag in a table is 0 or not 0; text would not do.
   if (const auto* bandera = std::get_if<bool>(&valor.Get())) return *bandera ? "-1" : "0";
-  if (valor.IsObject()) {
-    const ObjectPtr objeto = AObjeto(valor);
-    if (!objeto) throw HostError(ErrorNumber::ObjectNotSet);
-    return Literal(motor, objeto->Default());
-  }
+  if (valor.IsObject()) return Literal(motor, PlainValue(valor));
   return ATexto(valor);
 }
 

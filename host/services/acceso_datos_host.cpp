@@ -61,13 +61,7 @@ std::shared_ptr<Recordset> AccesoDatosHost::ConsultaConBandera(const std::string
 
 double AccesoDatosHost::ValorNumerico(const Value& valor) {
   if (valor.IsNull()) return 0;
-  if (valor.IsObject()) {
-    const ObjectPtr objeto = AObjeto(valor);
-    if (!objeto) throw HostError(ErrorNumber::ObjectNotSet);
-    const Value contenido = objeto->Default();
-    if (contenido.IsObject()) throw HostError(ErrorNumber::TypeMismatch);
-    return ValorNumerico(contenido);
-  }
+  if (valor.IsObject()) return ValorNumerico(PlainValue(valor));
   const auto* texto = std::get_if<std::string>(&valor.Get());
   if (!texto) return ANumero(valor);
   return EstaVacio(*texto) ? 0 : NumeroEscrito(*texto);
@@ -75,12 +69,7 @@ double AccesoDatosHost::ValorNumerico(const Value& valor) {
 
 std::string AccesoDatosHost::ValorTexto(const Value& valor) {
   if (valor.IsNull()) return {};
-  if (!valor.IsObject()) return ATexto(valor);
-  const ObjectPtr objeto = AObjeto(valor);
-  if (!objeto) throw HostError(ErrorNumber::ObjectNotSet);
-  const Value contenido = objeto->Default();
-  if (contenido.IsObject()) throw HostError(ErrorNumber::TypeMismatch);
-  return ValorTexto(contenido);
+  return valor.IsObject() ? ValorTexto(PlainValue(valor)) : ATexto(valor);
 }
 
 bool AccesoDatosHost::EstaVacio(const std::string& texto) {

@@ -51,13 +51,8 @@ void ConstructorSqlHost::AgregaCampo(const std::string& tabla, const std::string
   if (!tabla_.empty() && !IgualSinCaso(tabla, tabla_))
     throw HostError("La columna " + columna + " es de la tabla " + tabla + ", pero la instrucción es de " +
                     tabla_);
-  Value plano = valor;
-  if (valor.IsObject()) {
-    const ObjectPtr objeto = AObjeto(valor);
-    if (!objeto) throw HostError(ErrorNumber::ObjectNotSet);
-    plano = objeto->Default();
-    if (!plano.IsNull()) plano = ATexto(plano);
-  }
+  Value plano = PlainValue(valor);
+  if (valor.IsObject() && !plano.IsNull()) plano = ATexto(plano);
   tabla_ = tabla;
   campos_.emplace_back(columna, Literal(Base().TraeMotor(), plano));
 }

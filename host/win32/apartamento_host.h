@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "automation/fabrica_com.h"
+#include "automation/prog_id_factory.h"
 #include "host/ventanas/fabrica_ventanas.h"
 #include "host/win32/clase_recordset.h"
 #include "toolkit/win32/win32_desktop.h"
@@ -28,15 +28,15 @@ class ApartamentoHost {
   /// A new record set for who asked for ADO's; see `IClassFactory::CreateInstance`.
   HRESULT CreaRecordset(IUnknown* exterior, REFIID iid, void** salida);
   /// Whether somebody still has an object or a window of it.
-  bool EnUso() const { return !modulo_.Idle(); }
+  bool EnUso() const { return !servidor_.Idle(); }
 
  private:
   /// Makes the objects of the host, which starts when it is first needed.
   FabricaVentanas& Fabrica();
 
-  ComModule modulo_;  // what its own objects are counted in
+  ComModule servidor_;  // what its own objects are counted in
   Win32Desktop escritorio_;
-  FabricaCom otras_;  // the component
+  ProgIdFactory otras_;  // the component
   std::shared_ptr<Anfitrion> anfitrion_;
   std::unique_ptr<FabricaVentanas> fabrica_;  // of that host
   ClaseRecordset recordset_;

@@ -2,9 +2,9 @@
 
 #include <windows.h>
 
-#include "automation/handles.h"
-#include "base/text.h"
 #include "host/win32/ruta_larga.h"
+#include "win32/handles.h"
+#include "win32/text.h"
 
 namespace zuvi::host {
 namespace {
@@ -50,11 +50,10 @@ std::error_code CreaCarpetas(const std::filesystem::path& carpeta) {
 }
 
 std::error_code EscribeNuevo(const std::filesystem::path& ruta, const std::string& texto) {
-  const HANDLE nuevo = CreateFileW(RutaLarga(ruta.wstring()).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                   FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (nuevo == INVALID_HANDLE_VALUE) return Error(GetLastError());
-  const UniqueHandle<HANDLE, &CloseHandle> cierra(nuevo);
-  const DWORD codigo = Escribe(nuevo, texto);
+  const UniqueFile nuevo = Opened(CreateFileW(RutaLarga(ruta.wstring()).c_str(), GENERIC_WRITE, 0, nullptr,
+                                              CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!nuevo) return Error(GetLastError());
+  const DWORD codigo = Escribe(nuevo.get(), texto);
   return codigo == ERROR_SUCCESS ? std::error_code{} : Error(codigo);
 }
 
@@ -78,7 +77,7 @@ std::string TextoDelSistema(const std::error_code& fallo) {
   DWORD largo = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
                                static_cast<DWORD>(fallo.value()), 0, texto, std::size(texto), nullptr);
   while (largo > 0 && (texto[largo - 1] <= L' ' || texto[largo - 1] == L'.')) --largo;
-  return largo > 0 ? Utf8(View(texto, largo)) : "error " + std::to_string(fallo.value());
+  return largo > 0 ? Narrow({texto, largo}) : "error " + std::to_string(fallo.value());
 }
 
 }  // namespace zuvi::host

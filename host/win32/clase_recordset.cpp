@@ -3,13 +3,14 @@
 #include <utility>
 
 #include "automation/class_factory.h"
-#include "toolkit/win32/module_pin.h"
+#include "win32/image.h"
 
 namespace zuvi::host {
 namespace {
 
 /// ADO's class of record sets, by its well-known identifier.
-constexpr CLSID kClase = {0x00000535, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x6D, 0x2E, 0xA4}};
+constexpr CLSID kClsidRecordset = {
+    0x00000535, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x6D, 0x2E, 0xA4}};
 
 }  // namespace
 
@@ -21,21 +22,21 @@ struct ClaseRecordset::Centinela {
   std::function<void()> avisa;
 };
 
-ClaseRecordset::ClaseRecordset(ComModule& modulo, Crea crea, std::function<void()> al_terminar)
-    : modulo_(modulo), crea_(std::move(crea)), al_terminar_(std::move(al_terminar)) {}
+ClaseRecordset::ClaseRecordset(ComModule& servidor, Crea crea, std::function<void()> al_terminar)
+    : servidor_(servidor), crea_(std::move(crea)), al_terminar_(std::move(al_terminar)) {}
 
 void ClaseRecordset::Publica() noexcept {
   if (registro_ != 0) return;
   // COM lets go of it when it takes the apartment down; this DLL may have been taken out of memory before.
-  native::PinModule();
+  PinImage();
   try {
     const auto centinela = std::make_shared<Centinela>();
     const auto fabrica = ComPtr<IClassFactory>::Adopt(new ClassFactory(
-        modulo_,
+        servidor_,
         ClassFactory::Maker([crea = crea_, centinela](IUnknown* exterior, REFIID iid, void** salida) {
           return crea(exterior, iid, salida);
         })));
-    if (FAILED(CoRegisterClassObject(kClase, fabrica.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
+    if (FAILED(CoRegisterClassObject(kClsidRecordset, fabrica.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
                                      &registro_))) {
       registro_ = 0;
       return;
@@ -76,10 +77,10 @@ HRESULT ClaseRecordset::CreaDelSistema(IUnknown* exterior, REFIID iid, void** sa
     };
     const Aparte aparte(*this);
     ComPtr<IClassFactory> fabrica;  // another call may come in meanwhile, and be faster
-    const HRESULT hallada = CoGetClassObject(kClase, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, nullptr,
-                                             IID_IClassFactory, fabrica.put_void());
+    const HRESULT hallada = CoGetClassObject(kClsidRecordset, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER,
+                                             nullptr, IID_IClassFactory, fabrica.put_void());
     if (FAILED(hallada)) return hallada;
-    native::PinModuleOf(*reinterpret_cast<void**>(fabrica.get()));
+    PinImageOf(*reinterpret_cast<void**>(fabrica.get()));
     del_sistema_ = std::move(fabrica);
   }
   const ComPtr<IClassFactory> fabrica = del_sistema_;

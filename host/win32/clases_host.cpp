@@ -4,7 +4,7 @@
 
 #include "ZuviEnviroment.h"
 #include "ZuviQuery.h"
-#include "host/win32/modulo_host.h"
+#include "host/win32/servidor_host.h"
 
 namespace zuvi::host {
 

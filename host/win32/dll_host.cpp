@@ -6,29 +6,28 @@
 #include <vector>
 
 #include "automation/class_factory.h"
-#include "automation/handles.h"
-#include "host/win32/modulo_host.h"
+#include "host/win32/servidor_host.h"
+#include "win32/image.h"
+#include "win32/text.h"
 
 namespace {
 
 using namespace zuvi;
 using zuvi::host::ClaseHost;
 using zuvi::host::ClasesHost;
-using zuvi::host::ModuloHost;
-
-HINSTANCE instancia_dll = nullptr;
+using zuvi::host::ServidorHost;
 
 /// The DLL's state. It is never destroyed at the end of the process: by then the database driver may be gone.
-ModuloHost& Modulo() {
-  alignas(ModuloHost) static unsigned char lugar[sizeof(ModuloHost)];
-  static ModuloHost* const modulo = ::new (lugar) ModuloHost(instancia_dll);
-  return *modulo;
+ServidorHost& Servidor() {
+  alignas(ServidorHost) static unsigned char lugar[sizeof(ServidorHost)];
+  static ServidorHost* const servidor = ::new (lugar) ServidorHost(ThisImage());
+  return *servidor;
 }
 
 std::vector<RegisteredClass> Registradas() {
   std::vector<RegisteredClass> clases;
   for (const ClaseHost& clase : ClasesHost())
-    clases.push_back({clase.ids.clsid, clase.biblioteca, Ancho(clase.prog_id), clase.descripcion});
+    clases.push_back({clase.ids.clsid, clase.biblioteca, Wide(clase.prog_id), clase.descripcion});
   return clases;
 }
 
@@ -37,10 +36,7 @@ std::vector<RegisteredClass> Registradas() {
 extern "C" {
 
 BOOL WINAPI DllMain(HINSTANCE instancia, DWORD razon, LPVOID) {
-  if (razon == DLL_PROCESS_ATTACH) {
-    instancia_dll = instancia;
-    DisableThreadLibraryCalls(instancia);
-  }
+  if (razon == DLL_PROCESS_ATTACH) DisableThreadLibraryCalls(instancia);
   return TRUE;
 }
 
@@ -50,27 +46,27 @@ HRESULT WINAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** salida) {
   const auto clases = ClasesHost();
   const auto clase = std::ranges::find_if(clases, [&](const ClaseHost& c) { return c.ids.clsid == clsid; });
   if (clase == clases.end()) return CLASS_E_CLASSNOTAVAILABLE;
-  return Frontera("ZuviHost", [&] {
+  return Guarded("ZuviHost", [&] {
     return GiveFactory(
-        Modulo().Automatizacion(), [&c = *clase] { return Modulo().Crea(c); }, iid, salida);
+        Servidor().Automatizacion(), [&c = *clase] { return Servidor().Crea(c); }, iid, salida);
   });
 }
 
 HRESULT WINAPI DllCanUnloadNow() {
   HRESULT resultado = S_FALSE;
-  Frontera("ZuviHost", [&] { resultado = Modulo().Descansa() ? S_OK : S_FALSE; });
+  Guarded("ZuviHost", [&] { resultado = Servidor().Descansa() ? S_OK : S_FALSE; });
   return resultado;
 }
 
 HRESULT WINAPI DllRegisterServer() {
-  return RegisterModule(Modulo().Automatizacion(), Registradas(), RegistrationScope::Machine);
+  return RegisterServer(Servidor().Automatizacion(), Registradas(), RegistrationScope::Machine);
 }
 
 HRESULT WINAPI DllUnregisterServer() {
-  return UnregisterModule(Modulo().Automatizacion(), Registradas(), RegistrationScope::Machine);
+  return UnregisterServer(Servidor().Automatizacion(), Registradas(), RegistrationScope::Machine);
 }
 
 HRESULT WINAPI DllInstall(BOOL instala, LPCWSTR linea) {
-  return InstallModule(Modulo().Automatizacion(), Registradas(), instala != FALSE, linea);
+  return InstallServer(Servidor().Automatizacion(), Registradas(), instala != FALSE, linea);
 }
 }

@@ -4,16 +4,16 @@
 // Only after the system's own types.
 #include <shellapi.h>
 
-#include "automation/handles.h"
 #include "host/system/archivos.h"
 #include "host/win32/ruta_larga.h"
+#include "win32/text.h"
 
 namespace zuvi::host {
 namespace {
 
 /// The system asks nothing of its own: what has no program, it says here.
 std::error_code Ejecuta(const wchar_t* verbo, const std::string& archivo) {
-  const std::wstring ruta = RutaCorta(Ancho(archivo));
+  const std::wstring ruta = RutaCorta(Wide(archivo));
   if (ruta.empty()) return std::make_error_code(std::errc::filename_too_long);
   SHELLEXECUTEINFOW pedido{};
   pedido.cbSize = sizeof pedido;

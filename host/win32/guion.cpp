@@ -4,11 +4,13 @@
 #include <objbase.h>
 #include <windows.h>
 
+#include <cstring>
 #include <map>
 #include <optional>
 
 #include "automation/dispatch_object.h"
 #include "automation/handles.h"
+#include "automation/prog_id_factory.h"
 #include "base/text.h"
 #include "host/win32/ruta_larga.h"
 #include "host/win32/wscript.h"
@@ -16,10 +18,6 @@
 
 namespace zuvi::host {
 namespace {
-
-const wchar_t* Literal(const std::u16string& texto) {
-  return reinterpret_cast<const wchar_t*>(texto.c_str());
-}
 
 [[noreturn]] void Falla(const std::string& texto, HRESULT codigo) {
   throw HostError(texto, ErrorNumber::AutomationFailure, static_cast<std::int32_t>(codigo));
@@ -30,70 +28,65 @@ void Exige(HRESULT codigo, const char* que) {
 }
 
 /// The file's text: UTF-16 by its mark, else UTF-8 with or without mark, else the Western code page.
-std::u16string LeeTexto(const std::u16string& archivo) {
-  const HANDLE crudo = CreateFileW(RutaLarga(Literal(archivo)).c_str(), GENERIC_READ, FILE_SHARE_READ,
-                                   nullptr, OPEN_EXISTING, 0, nullptr);
-  if (crudo == INVALID_HANDLE_VALUE) throw HostError("No se pudo abrir el guion " + Utf8(archivo));
+std::wstring LeeTexto(const std::wstring& archivo) {
+  const UniqueFile abierto = Opened(CreateFileW(RutaLarga(archivo).c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                                nullptr, OPEN_EXISTING, 0, nullptr));
+  if (!abierto) throw HostError("No se pudo abrir el guion " + Narrow(archivo));
   std::string bytes;
   char tramo[4096];
   DWORD leidos = 0;
-  while (ReadFile(crudo, tramo, sizeof tramo, &leidos, nullptr) && leidos > 0) bytes.append(tramo, leidos);
-  CloseHandle(crudo);
+  while (ReadFile(abierto.get(), tramo, sizeof tramo, &leidos, nullptr) && leidos > 0)
+    bytes.append(tramo, leidos);
   if (bytes.starts_with("\xFF\xFE")) {
-    std::u16string texto;
-    for (std::size_t i = 2; i + 1 < bytes.size(); i += 2)
-      texto += static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) |
-                                     static_cast<unsigned>(static_cast<unsigned char>(bytes[i + 1])) << 8);
+    std::wstring texto((bytes.size() - 2) / sizeof(wchar_t), L'\0');
+    std::memcpy(texto.data(), bytes.data() + 2, texto.size() * sizeof(wchar_t));
     return texto;
   }
   if (bytes.starts_with("\xEF\xBB\xBF")) bytes.erase(0, 3);
-  std::u16string texto = Utf16(bytes);
-  const bool utf8 = texto.find(u'\uFFFD') == std::u16string::npos;
+  std::wstring texto = Wide(bytes);
+  const bool utf8 = texto.find(L'\uFFFD') == std::wstring::npos;
   if (utf8 || bytes.empty()) return texto;
   const int largo = static_cast<int>(bytes.size());
-  std::wstring ancho(bytes.size(), L'\0');
-  ancho.resize(
-      static_cast<std::size_t>(MultiByteToWideChar(1252, 0, bytes.data(), largo, ancho.data(), largo)));
-  return {ancho.begin(), ancho.end()};
+  texto.assign(bytes.size(), L'\0');
+  texto.resize(
+      static_cast<std::size_t>(MultiByteToWideChar(1252, 0, bytes.data(), largo, texto.data(), largo)));
+  return texto;
 }
 
 /// A script language: its engine comes with Windows, but may be missing.
 struct Lenguaje {
   std::string_view extension;
-  const wchar_t* clase;
-  const char* nombre;
+  const char* nombre;  // its programmatic name too
   const char* remedio;
 };
 constexpr Lenguaje kLenguajes[] = {
-    {".vbs", L"VBScript", "VBScript",
+    {".vbs", "VBScript",
      "Se instala en Configuración > Sistema (o Aplicaciones) > Características opcionales > Ver o agregar "
      "características: VBSCRIPT; o, como administrador, con\n"
      "DISM /Online /Add-Capability /CapabilityName:VBSCRIPT~~~~"},
-    {".js", L"JScript", "JScript",
+    {".js", "JScript",
      "Es parte de Windows: una directiva del administrador lo tiene deshabilitado, o se repara, como "
      "administrador, con\nsfc /scannow"},
 };
 
-const Lenguaje& LenguajeDe(const std::u16string& archivo) {
-  const auto punto = archivo.find_last_of(u'.');
-  const std::string extension = punto == std::u16string::npos ? "" : Minusculas(Utf8(archivo.substr(punto)));
+const Lenguaje& LenguajeDe(const std::string& archivo) {
+  const auto punto = archivo.find_last_of('.');
+  const std::string extension = punto == std::string::npos ? "" : Minusculas(archivo.substr(punto));
   for (const Lenguaje& lenguaje : kLenguajes)
     if (lenguaje.extension == extension) return lenguaje;
-  throw HostError("Un guion termina en .vbs o .js: " + Utf8(archivo));
+  throw HostError("Un guion termina en .vbs o .js: " + archivo);
 }
 
 /// The engine is registered with or without its library; both ways it may not be there.
-ComPtr<IActiveScript> MotorDe(const std::u16string& archivo) {
+ComPtr<IActiveScript> MotorDe(const std::string& archivo) {
   const Lenguaje& lenguaje = LenguajeDe(archivo);
   CLSID clase{};
   ComPtr<IActiveScript> motor;
-  HRESULT codigo = CLSIDFromProgID(lenguaje.clase, &clase);
-  if (SUCCEEDED(codigo))
-    codigo =
-        CoCreateInstance(clase, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IActiveScript), motor.put_void());
+  const HRESULT codigo =
+      CreateByProgId(lenguaje.nombre, CLSCTX_INPROC_SERVER, __uuidof(IActiveScript), motor.put_void(), clase);
   if (FAILED(codigo))
     Falla(std::string("Este Windows no tiene el motor de guiones ") + lenguaje.nombre + ", que necesita " +
-              Utf8(archivo) + ".\n" + lenguaje.remedio,
+              archivo + ".\n" + lenguaje.remedio,
           codigo);
   return motor;
 }
@@ -157,17 +150,13 @@ STDMETHODIMP Sitio::OnScriptError(IActiveScriptError* error) {
     ULONG linea = 0;
     LONG columna = 0;
     error->GetSourcePosition(&contexto, &linea, &columna);
-    EXCEPINFO datos{};
+    UniqueExcepInfo datos;
     std::string texto;
-    if (SUCCEEDED(error->GetExceptionInfo(&datos))) {
-      if (datos.pfnDeferredFillIn) datos.pfnDeferredFillIn(&datos);
-      texto = Utf8De(datos.bstrDescription, SysStringLen(datos.bstrDescription));
+    if (SUCCEEDED(error->GetExceptionInfo(datos.put()))) {
+      texto = FromBstr(datos.Told().bstrDescription);
       char codigo[32];
-      std::snprintf(codigo, sizeof codigo, "0x%08lX", static_cast<unsigned long>(datos.scode));
+      std::snprintf(codigo, sizeof codigo, "0x%08lX", static_cast<unsigned long>(datos.Told().scode));
       texto = texto.empty() ? std::string("error ") + codigo : texto + " [" + codigo + "]";
-      SysFreeString(datos.bstrSource);
-      SysFreeString(datos.bstrDescription);
-      SysFreeString(datos.bstrHelpFile);
     }
     // The engine counts lines from 0 and columns from 0; an editor counts both from 1.
     error_ = archivo_ + "(" + std::to_string(linea + 1) + "," + std::to_string(std::max(0L, columna) + 1) +
@@ -198,15 +187,16 @@ void AtiendeMensajes(unsigned milisegundos) {
   }
 }
 
-ResultadoGuion EjecutaGuion(ComModule& modulo, SalidaPrograma& salida, const std::u16string& archivo,
+ResultadoGuion EjecutaGuion(ComModule& servidor, SalidaPrograma& salida, const std::wstring& archivo,
                             const std::vector<std::string>& argumentos) {
-  const std::u16string texto = LeeTexto(archivo);
-  const std::string nombre = Utf8(archivo);
+  const std::wstring texto = LeeTexto(archivo);
+  const std::string nombre = Narrow(archivo);
   Sitio sitio(nombre);
-  sitio.Publica(L"WScript", Publish(std::make_shared<WScript>(modulo, salida, nombre, argumentos), modulo));
+  sitio.Publica(L"WScript",
+                Publish(std::make_shared<WScript>(servidor, salida, nombre, argumentos), servidor));
   sitio.Publica(L"Ambiente", CreaPorNombre("ZuviEnviroment.Ambiente"));
 
-  const ComPtr<IActiveScript> motor = MotorDe(archivo);
+  const ComPtr<IActiveScript> motor = MotorDe(nombre);
   ComPtr<IActiveScriptParse> analizador;
   Exige(motor->QueryInterface(__uuidof(IActiveScriptParse), analizador.put_void()), "no analiza texto");
   Exige(motor->SetScriptSite(&sitio), "no acepta el sitio");
@@ -215,7 +205,7 @@ ResultadoGuion EjecutaGuion(ComModule& modulo, SalidaPrograma& salida, const std
     Exige(motor->AddNamedItem(objeto, SCRIPTITEM_ISVISIBLE), "no acepta un objeto");
 
   ResultadoGuion resultado;
-  HRESULT codigo = analizador->ParseScriptText(Literal(texto), nullptr, nullptr, nullptr, 0, 0,
+  HRESULT codigo = analizador->ParseScriptText(texto.c_str(), nullptr, nullptr, nullptr, 0, 0,
                                                SCRIPTTEXT_ISVISIBLE, nullptr, nullptr);
   if (SUCCEEDED(codigo)) codigo = motor->SetScriptState(SCRIPTSTATE_STARTED);
   if (FAILED(codigo) || sitio.Error()) {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "automation/com_module.h"
+#include "automation/com_server.h"
 #include "host/win32/salida_programa.h"
 
 namespace zuvi::host {
@@ -19,7 +19,7 @@ struct ResultadoGuion {
 /// apartment. The script finds `Ambiente` (the working environment) and `WScript` (Echo, Sleep that pumps
 /// messages, Quit, Arguments, CreateObject, ScriptFullName). What it writes goes to `salida`. Throws
 /// HostError when the file or its engine cannot be had.
-ResultadoGuion EjecutaGuion(ComModule& modulo, SalidaPrograma& salida, const std::u16string& archivo,
+ResultadoGuion EjecutaGuion(ComModule& servidor, SalidaPrograma& salida, const std::wstring& archivo,
                             const std::vector<std::string>& argumentos);
 
 /// Handles pending messages for so many milliseconds.

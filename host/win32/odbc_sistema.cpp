@@ -2,7 +2,7 @@
 // program's loader would look for that library beside the program first, where anybody may have put another.
 // A function that is missing here is taken from the import library as before.
 #include "host/odbc/odbc_api.h"
-#include "toolkit/win32/system_library.h"
+#include "win32/image.h"
 
 namespace {
 
@@ -10,9 +10,8 @@ namespace {
 template <class Funcion>
 Funcion DelSistema(const char* nombre) {
   // Never let go: drivers that it has loaded may have threads.
-  static const HMODULE biblioteca = zuvi::native::LoadSystemLibrary(L"odbc32.dll");
-  if (!biblioteca) return nullptr;
-  return reinterpret_cast<Funcion>(reinterpret_cast<void*>(::GetProcAddress(biblioteca, nombre)));
+  static const HMODULE biblioteca = zuvi::LoadSystemLibrary(L"odbc32.dll");
+  return biblioteca ? zuvi::FunctionOf<Funcion>(biblioteca, nombre) : nullptr;
 }
 
 #ifdef _WIN64

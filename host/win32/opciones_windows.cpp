@@ -4,34 +4,21 @@
 #include <shlobj.h>
 #include <windows.h>
 
-#include "automation/handles.h"
 #include "base/text.h"
 #include "host/processes/paginas.h"
 #include "host/system/archivos.h"
 #include "host/system/red.h"
 #include "host/system/rutas.h"
-#include "host/win32/ruta_larga.h"
+#include "win32/handles.h"
+#include "win32/image.h"
+#include "win32/text.h"
 
 namespace zuvi::host {
 namespace {
 
-std::string DeAncho(const wchar_t* texto) {
-  return Utf8(std::u16string(texto, texto + std::char_traits<wchar_t>::length(texto)));
-}
-
 std::string Variable(const wchar_t* nombre) {
-  const DWORD largo = GetEnvironmentVariableW(nombre, nullptr, 0);
-  if (largo == 0) return {};
-  std::wstring valor(largo, L'\0');
-  valor.resize(GetEnvironmentVariableW(nombre, valor.data(), largo));
-  return DeAncho(valor.c_str());
-}
-
-std::string CarpetaDelModulo() {
-  HMODULE modulo = nullptr;
-  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                     reinterpret_cast<LPCWSTR>(&CarpetaDelModulo), &modulo);
-  return DeAncho(CarpetaDe(modulo).c_str());
+  return Narrow(
+      SystemText([&](wchar_t* texto, DWORD cabe) { return GetEnvironmentVariableW(nombre, texto, cabe); }));
 }
 
 /// A folder of the user's profile, wherever it was moved to; empty where there is none.
@@ -39,7 +26,7 @@ std::filesystem::path CarpetaDelPerfil(REFKNOWNFOLDERID cual) {
   wchar_t* ruta = nullptr;
   // It may be on a machine that is off: it is not looked at before something is written there.
   const HRESULT codigo = SHGetKnownFolderPath(cual, KF_FLAG_DONT_VERIFY, nullptr, &ruta);
-  const UniqueHandle<wchar_t*, &CoTaskMemFree> libera(ruta);
+  const UniqueHandle<wchar_t*, &CoTaskMemFree> suya(ruta);
   return SUCCEEDED(codigo) && ruta ? std::filesystem::path(ruta) : std::filesystem::path();
 }
 
@@ -59,33 +46,28 @@ Impresion ImpresionDeWindows() {
 
 namespace {
 
+void LiberaDelMonton(void* bloque) { HeapFree(GetProcessHeap(), 0, bloque); }
+
 /// A function that only an emulation has; null elsewhere.
 template <class Funcion>
 Funcion DelEmulador(const char* nombre) {
-  return reinterpret_cast<Funcion>(
-      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32"), nombre)));
+  return FunctionOf<Funcion>(L"kernel32", nombre);
 }
 
 /// The file by the name that the system under the emulation has for it.
 std::string RutaParaControlador(const std::string& archivo) {
   const auto convierte = DelEmulador<char*(CDECL*)(LPCWSTR)>("wine_get_unix_file_name");
-  const std::u16string ancho = Utf16(archivo);
-  char* ruta = convierte ? convierte(reinterpret_cast<const wchar_t*>(ancho.c_str())) : nullptr;
-  if (!ruta) return archivo;
-  const std::string resultado = ruta;
-  HeapFree(GetProcessHeap(), 0, ruta);
-  return resultado;
+  const UniqueHandle<char*, &LiberaDelMonton> ruta(convierte ? convierte(Wide(archivo).c_str()) : nullptr);
+  return ruta ? ruta.get() : archivo;
 }
 
 /// The other way round, for a name that begins at the root of that system.
 std::string RutaDeWindows(const std::string& archivo) {
   const auto convierte = DelEmulador<wchar_t*(CDECL*)(LPCSTR)>("wine_get_dos_file_name");
   const bool desde_raiz = archivo.starts_with('/') && !archivo.starts_with("//");
-  wchar_t* ruta = convierte && desde_raiz ? convierte(archivo.c_str()) : nullptr;
-  if (!ruta) return archivo;
-  const std::string resultado = DeAncho(ruta);
-  HeapFree(GetProcessHeap(), 0, ruta);
-  return resultado;
+  const UniqueHandle<wchar_t*, &LiberaDelMonton> ruta(convierte && desde_raiz ? convierte(archivo.c_str())
+                                                                              : nullptr);
+  return ruta ? Utf8De(ruta.get()) : archivo;
 }
 
 }  // namespace
@@ -108,7 +90,7 @@ Opciones OpcionesDeWindows() {
   opciones.nombre_del_sistema = RutaDeWindows;
   opciones.nombre_para_controlador = RutaParaControlador;
   opciones.esta_en_red = EstaEnRed;
-  opciones.ruta = CarpetaDelModulo();
+  opciones.ruta = Narrow(FolderOf(ThisImage()));
   const std::string reportes = RutaDeWindows(Variable(L"ZUVI_REPORTES"));
   // In full: the program may change its current folder.
   opciones.reportes =
@@ -118,7 +100,7 @@ Opciones OpcionesDeWindows() {
   if (opciones.usuario.empty()) {
     wchar_t usuario[UNLEN + 1] = L"";
     DWORD largo = UNLEN + 1;
-    if (GetUserNameW(usuario, &largo)) opciones.usuario = DeAncho(usuario);
+    if (GetUserNameW(usuario, &largo)) opciones.usuario = Utf8De(usuario);
   }
   return opciones;
 }

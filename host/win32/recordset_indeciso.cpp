@@ -4,9 +4,7 @@
 #include <algorithm>
 #include <array>
 
-#include "automation/dispatch_object.h"
-#include "automation/frontera.h"
-#include "automation/invoke.h"
+#include "automation/published_object.h"
 #include "automation/variants.h"
 #include "base/text.h"
 
@@ -90,16 +88,9 @@ const Member* MiembroPropio(const RecordsetMemoria& propio, DISPID id) {
   return hallado == kMiembros.end() ? nullptr : propio.Members()->ByName(hallado->nombre);
 }
 
-const VARIANT& Seguido(const VARIANT& variante) {
-  const VARIANT* v = &variante;
-  for (int vueltas = 0; V_VT(v) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(v) && vueltas < 8; ++vueltas)
-    v = V_VARIANTREF(v);
-  return *v;
-}
-
 /// The object in a variant, whatever way it travels; null where there is none.
 IUnknown* ObjetoEn(const VARIANT& variante) {
-  const VARIANT& v = Seguido(variante);
+  const VARIANT& v = Followed(variante);
   switch (V_VT(&v)) {
     case VT_DISPATCH:
     case VT_UNKNOWN:
@@ -114,7 +105,7 @@ IUnknown* ObjetoEn(const VARIANT& variante) {
 
 /// An argument that names no connection: left out, Empty, Null, Nothing.
 bool NoDiceNada(const VARIANT& variante) {
-  const VARIANT& v = Seguido(variante);
+  const VARIANT& v = Followed(variante);
   const VARTYPE tipo = V_VT(&v) & ~VT_BYREF;
   if (tipo == VT_DISPATCH || tipo == VT_UNKNOWN) return !ObjetoEn(v);
   return tipo == VT_EMPTY || tipo == VT_NULL || IsMissing(v);
@@ -134,12 +125,6 @@ const VARIANT* ConexionEn(DISPID miembro, WORD modo, const DISPPARAMS& dados) {
 
 }  // namespace
 
-STDMETHODIMP_(ULONG) RecordsetIndeciso::Release() noexcept {
-  const ULONG quedan = --referencias_;
-  if (quedan == 0) delete this;
-  return quedan;
-}
-
 STDMETHODIMP RecordsetIndeciso::QueryInterface(REFIID iid, void** salida) noexcept {
   if (!salida) return E_POINTER;
   *salida = nullptr;
@@ -151,7 +136,7 @@ STDMETHODIMP RecordsetIndeciso::QueryInterface(REFIID iid, void** salida) noexce
   const ComPtr<IDispatch> yo(static_cast<IDispatch*>(this));
   try {
     // To the host itself it is the record set behind.
-    if (propio_ && iid == kIidZuviIdentity) return Publish(propio_, modulo_)->QueryInterface(iid, salida);
+    if (propio_ && iid == kIidZuviIdentity) return Publish(propio_, servidor_)->QueryInterface(iid, salida);
     if (propio_) return E_NOINTERFACE;
     const bool rutina = std::ranges::find(kDeRutina, iid) != kDeRutina.end();
     if (rutina && !sistema_) return E_NOINTERFACE;
@@ -191,17 +176,7 @@ STDMETHODIMP RecordsetIndeciso::GetIDsOfNames(REFIID iid, LPOLESTR* nombres, UIN
     }
     if (!miembro) return DISP_E_UNKNOWNNAME;
     ids[0] = miembro->id;
-    const auto& lugares = MiembroPropio(RecordsetMemoria(), miembro->id)->params;
-    bool todos = true;
-    for (UINT i = 1; i < cuantos; ++i) {
-      const std::string nombre = Utf8De(nombres[i]);
-      const auto lugar = std::ranges::find_if(lugares, [&](auto otro) { return IgualSinCaso(otro, nombre); });
-      if (lugar != lugares.end())
-        ids[i] = static_cast<DISPID>(lugar - lugares.begin());
-      else
-        todos = false;
-    }
-    return todos ? S_OK : DISP_E_UNKNOWNNAME;
+    return IdsOfParameters(MiembroPropio(RecordsetMemoria(), miembro->id), nombres, cuantos, ids);
   } catch (...) {
     return CurrentError().code;
   }
@@ -214,7 +189,7 @@ STDMETHODIMP RecordsetIndeciso::Invoke(DISPID miembro, REFIID iid, LCID region, 
   if (!argumentos) return E_INVALIDARG;
   // The callee may let go of the last reference to this object.
   const ComPtr<IDispatch> yo(static_cast<IDispatch*>(this));
-  const ModuleHold en_curso(modulo_, HoldKind::Method);
+  const ServerHold en_curso(servidor_, HoldKind::Method);
   try {
     const Llamada llamada{miembro, modo, argumentos};
     switch (Responde(llamada)) {
@@ -228,7 +203,7 @@ STDMETHODIMP RecordsetIndeciso::Invoke(DISPID miembro, REFIID iid, LCID region, 
         const Member* const propio = MiembroPropio(*abierto, miembro);
         if (!propio) return DISP_E_MEMBERNOTFOUND;
         const HRESULT hecho =
-            InvokeOn(*abierto, modulo_, {propio->id, modo, argumentos, resultado, excepcion, malo});
+            InvokeOn(*abierto, servidor_, {propio->id, modo, argumentos, resultado, excepcion, malo});
         if (SUCCEEDED(hecho)) Guarda(llamada);
         return hecho;
       }
@@ -264,7 +239,7 @@ bool RecordsetIndeciso::EsNuestra(const VARIANT& conexion) const {
   IUnknown* const objeto = ObjetoEn(conexion);
   if (!objeto) return false;
   const auto por_nombre = ComPtr<IUnknown>(objeto).As<IDispatch>(IID_IDispatch);
-  return std::dynamic_pointer_cast<BaseDatos>(ObjectDe(por_nombre.get(), modulo_)) != nullptr;
+  return std::dynamic_pointer_cast<BaseDatos>(ObjectDe(por_nombre.get(), servidor_)) != nullptr;
 }
 
 bool RecordsetIndeciso::AbiertoEnElSistema() const {
@@ -284,9 +259,9 @@ std::optional<LONG>* RecordsetIndeciso::NumeroGuardado(DISPID miembro) {
 
 bool RecordsetIndeciso::Guarda(const Llamada& llamada) {
   if (!(llamada.modo & kPone) || llamada.argumentos->cArgs != 1) return false;
-  const VARIANT& valor = Seguido(llamada.argumentos->rgvarg[0]);
+  const VARIANT& valor = Followed(llamada.argumentos->rgvarg[0]);
   if (llamada.miembro == kFuente && V_VT(&valor) == VT_BSTR) {
-    puesto_.fuente = Utf8De(V_BSTR(&valor), SysStringLen(V_BSTR(&valor)));
+    puesto_.fuente = FromBstr(V_BSTR(&valor));
     return true;
   }
   const Numero* const numero = NumeroDe(llamada.miembro);
@@ -352,7 +327,7 @@ HRESULT RecordsetIndeciso::PonEnSistema(IDispatch* sistema, EXCEPINFO* excepcion
   numero(kCursor, puesto_.cursor);
   numero(kBloqueo, puesto_.bloqueo);
   if (!puesto_.fuente || FAILED(puesto)) return puesto;
-  const UniqueBstr fuente = NuevoBstr(*puesto_.fuente);
+  const UniqueBstr fuente = ToBstr(*puesto_.fuente);
   VARIANT valor{};
   V_VT(&valor) = VT_BSTR;
   V_BSTR(&valor) = fuente.get();

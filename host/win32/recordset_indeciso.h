@@ -2,7 +2,6 @@
 
 #include "automation/windows_com.h"
 
-#include <atomic>
 #include <memory>
 #include <optional>
 
@@ -16,16 +15,13 @@ namespace zuvi::host {
 /// record set of ours; whatever else is done with it is done by an object of the system's class. Whose it is
 /// is settled anew each time it is opened. Until then it keeps what is set, so that a program that works with
 /// our connections alone never needs the system's class.
-class RecordsetIndeciso final : public IDispatch {
+class RecordsetIndeciso final : public Counted<IDispatch> {
  public:
   /// `clase` must outlive it.
-  RecordsetIndeciso(ComModule& modulo, ClaseRecordset& clase)
-      : modulo_(modulo), retiene_(modulo, HoldKind::Object), clase_(clase) {}
+  RecordsetIndeciso(ComModule& servidor, ClaseRecordset& clase)
+      : servidor_(servidor), retiene_(servidor, HoldKind::Object), clase_(clase) {}
 
   STDMETHODIMP QueryInterface(REFIID iid, void** salida) noexcept override;
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++referencias_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override;
-
   STDMETHODIMP GetTypeInfoCount(UINT* cuantas) noexcept override;
   STDMETHODIMP GetTypeInfo(UINT indice, LCID region, ITypeInfo** info) noexcept override;
   STDMETHODIMP GetIDsOfNames(REFIID iid, LPOLESTR* nombres, UINT cuantos, LCID region,
@@ -47,8 +43,6 @@ class RecordsetIndeciso final : public IDispatch {
     std::optional<std::string> fuente{};
   };
 
-  ~RecordsetIndeciso() = default;
-
   Quien Responde(const Llamada& llamada);
   bool EsNuestra(const VARIANT& conexion) const;
   bool AbiertoEnElSistema() const;
@@ -62,9 +56,8 @@ class RecordsetIndeciso final : public IDispatch {
   HRESULT PideSistema(EXCEPINFO* excepcion);
   HRESULT PonEnSistema(IDispatch* sistema, EXCEPINFO* excepcion) const;
 
-  std::atomic<ULONG> referencias_{1};
-  ComModule& modulo_;
-  ModuleHold retiene_;
+  ComModule& servidor_;
+  ServerHold retiene_;
   ClaseRecordset& clase_;
   Puesto puesto_;
   std::shared_ptr<RecordsetMemoria> propio_;  // while it is ours

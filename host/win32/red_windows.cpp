@@ -1,10 +1,10 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <memory>
 
-#include "base/text.h"
 #include "host/system/red.h"
+#include "win32/handles.h"
+#include "win32/text.h"
 
 namespace zuvi::host {
 namespace {
@@ -35,13 +35,12 @@ bool EstaEnVolumenRemoto(const std::wstring& ruta) {
 
 /// Where the links on the way to a file or folder end; empty when it cannot be told.
 std::wstring Destino(const std::wstring& ruta) {
-  const HANDLE crudo = ::CreateFileW(ruta.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                     nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-  if (crudo == INVALID_HANDLE_VALUE) return {};
-  const std::unique_ptr<void, decltype(&::CloseHandle)> abierto(crudo, &::CloseHandle);
-  std::wstring destino(::GetFinalPathNameByHandleW(crudo, nullptr, 0, 0), L'\0');
-  destino.resize(::GetFinalPathNameByHandleW(crudo, destino.data(), static_cast<DWORD>(destino.size()), 0));
-  return destino;
+  const UniqueFile abierto =
+      Opened(::CreateFileW(ruta.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                           OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  if (!abierto) return {};
+  return SystemText(
+      [&](wchar_t* texto, DWORD cabe) { return ::GetFinalPathNameByHandleW(abierto.get(), texto, cabe, 0); });
 }
 
 bool EsRemota(const std::wstring& dada) {
@@ -52,8 +51,7 @@ bool EsRemota(const std::wstring& dada) {
 }  // namespace
 
 bool EstaEnRed(const std::string& archivo) {
-  const std::u16string utf16 = Utf16(archivo);
-  const std::wstring ruta(utf16.begin(), utf16.end());
+  const std::wstring ruta = Wide(archivo);
   // By its name first: a server that is switched off keeps whoever opens a file of its waiting.
   if (EsRemota(ruta)) return true;
   const std::wstring destino = Destino(ruta);

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "automation/com_module.h"
+#include "win32/text.h"
 
 namespace zuvi::host {
 namespace {
@@ -10,20 +10,6 @@ namespace {
 constexpr std::wstring_view kLarga = L"\\\\?\\", kRed = L"\\\\?\\UNC\\";
 /// A folder's name leaves room for a file's old short name of 8.3.
 constexpr std::size_t kCabe = MAX_PATH - 12;
-
-/// The text that a function of the system writes; empty when it fails. With too little room the function
-/// tells how much it wants.
-template <class Funcion>
-std::wstring Texto(Funcion escribe) {
-  std::wstring texto(MAX_PATH, L'\0');
-  DWORD largo = escribe(texto.data(), static_cast<DWORD>(texto.size()));
-  if (largo > texto.size()) {
-    texto.resize(largo);
-    largo = escribe(texto.data(), static_cast<DWORD>(texto.size()));
-  }
-  texto.resize(largo <= texto.size() ? largo : 0);
-  return texto;
-}
 
 std::wstring SinPrefijo(const std::wstring& ruta) {
   if (ruta.starts_with(kRed)) return L"\\\\" + ruta.substr(kRed.size());
@@ -33,8 +19,8 @@ std::wstring SinPrefijo(const std::wstring& ruta) {
 }  // namespace
 
 std::wstring RutaCompleta(const std::wstring& ruta) {
-  const std::wstring completa =
-      Texto([&](wchar_t* texto, DWORD cabe) { return GetFullPathNameW(ruta.c_str(), cabe, texto, nullptr); });
+  const std::wstring completa = SystemText(
+      [&](wchar_t* texto, DWORD cabe) { return GetFullPathNameW(ruta.c_str(), cabe, texto, nullptr); });
   return completa.empty() ? ruta : completa;
 }
 
@@ -53,15 +39,9 @@ std::wstring RutaCorta(const std::wstring& ruta) {
   const auto barra = larga.find_last_of(L'\\');
   const std::wstring carpeta = larga.substr(0, barra);
   const std::wstring corta =
-      Texto([&](wchar_t* texto, DWORD cabe) { return GetShortPathNameW(carpeta.c_str(), texto, cabe); });
+      SystemText([&](wchar_t* texto, DWORD cabe) { return GetShortPathNameW(carpeta.c_str(), texto, cabe); });
   const std::wstring hallada = SinPrefijo(corta) + larga.substr(barra);
   return !corta.empty() && hallada.size() < MAX_PATH ? hallada : std::wstring();
-}
-
-std::wstring CarpetaDe(HMODULE modulo) {
-  const std::wstring ruta = PathOf(modulo);
-  const auto barra = ruta.find_last_of(L'\\');
-  return barra == std::wstring::npos ? L"." : ruta.substr(0, barra);
 }
 
 }  // namespace zuvi::host

@@ -2,8 +2,6 @@
 // here depends on the mark.
 #pragma once
 
-#include <windows.h>
-
 #include <string>
 
 namespace zuvi::host {
@@ -16,7 +14,5 @@ std::wstring RutaLarga(const std::wstring& ruta);
 /// What other programs can open of a long path: the one with short names of its folders, where the disk has
 /// them. Empty where it has none, or they are not short enough.
 std::wstring RutaCorta(const std::wstring& ruta);
-/// Folder of a loaded module's file, without trailing separator; "." when it is not known.
-std::wstring CarpetaDe(HMODULE modulo);
 
 }  // namespace zuvi::host

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "automation/handles.h"
+#include "win32/image.h"
+#include "win32/text.h"
 
 namespace zuvi::host {
 namespace {
@@ -19,8 +20,7 @@ bool EsDeConsola(HANDLE canal) {
   constexpr int kAparato = 4;
   constexpr ULONG kConsola = 0x50;
   using Funcion = LONG(NTAPI*)(HANDLE, void*, void*, ULONG, int);
-  const auto pregunta = reinterpret_cast<Funcion>(reinterpret_cast<void*>(
-      GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQueryVolumeInformationFile")));
+  const auto pregunta = FunctionOf<Funcion>(L"ntdll.dll", "NtQueryVolumeInformationFile");
   return pregunta && pregunta(canal, &resultado, &aparato, sizeof aparato, kAparato) >= 0 &&
          aparato.tipo == kConsola;
 }
@@ -107,14 +107,14 @@ void SalidaPrograma::Escribe(HANDLE destino, const std::string& linea, unsigned 
   const std::string texto = ConRetornos(linea);
   DWORD modo = 0;
   if (GetConsoleMode(destino, &modo))
-    EscribeEnConsola(destino, Ancho(texto));
+    EscribeEnConsola(destino, Wide(texto));
   else
     EscribeBytes(destino, texto);
 }
 
 void MuestraCaja(std::string_view texto, unsigned icono) {
   if (HayEscritorio())
-    MessageBoxW(GetActiveWindow(), Ancho(texto).c_str(), L"Zuvi", MB_OK | MB_SETFOREGROUND | icono);
+    MessageBoxW(GetActiveWindow(), Wide(texto).c_str(), L"Zuvi", MB_OK | MB_SETFOREGROUND | icono);
 }
 
 }  // namespace zuvi::host

@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "toolkit/win32/drawing.h"
 #include "toolkit/win32/message_loop.h"
-#include "toolkit/win32/module_pin.h"
-#include "toolkit/win32/native_module.h"
+#include "toolkit/win32/window_factory.h"
+#include "win32/image.h"
 
 #ifndef WM_DPICHANGED
 #define WM_DPICHANGED 0x02E0
@@ -14,10 +15,9 @@
 namespace zuvi::host {
 namespace {
 
-using native::NativeModule;
-using native::Wide;
+using native::WindowFactory;
 
-constexpr wchar_t kClase[] = L"ZuviVentanaTrabajo";
+constexpr wchar_t kClaseDeVentana[] = L"ZuviVentanaTrabajo";
 constexpr DWORD kEstilo = WS_POPUP | WS_CAPTION | WS_SYSMENU, kEstiloAmpliado = WS_EX_DLGMODALFRAME;
 // Pixels of a screen of 96 dots per inch; what holds text grows with its font besides.
 constexpr int kAncho = 420, kLetras = 60, kMargen = 14, kEntreTextos = 6, kBarra = 18, kBotonAncho = 96,
@@ -38,17 +38,10 @@ bool EsPulsacion(UINT mensaje) {
          mensaje == WM_NCLBUTTONDOWN;
 }
 
-HINSTANCE Modulo() {
-  HMODULE modulo = nullptr;
-  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                     reinterpret_cast<LPCWSTR>(&Modulo), &modulo);
-  return modulo;
-}
-
 }  // namespace
 
 struct VentanaTrabajo::Partes {
-  native::Styles estilos{Modulo()};
+  native::VisualStyles estilos{ThisImage()};
   native::UniqueGdi<HFONT> fuente;
   UINT dpi = 96;
   HWND ventana = nullptr;
@@ -60,6 +53,16 @@ struct VentanaTrabajo::Partes {
   HWND tecla = nullptr;
   DWORD aparecio = 0;
   bool cancelado = false;
+
+  Partes() = default;
+  Partes(const Partes&) = delete;
+  Partes& operator=(const Partes&) = delete;
+  ~Partes() {
+    if (!ventana) return;
+    SetWindowLongPtrW(ventana, GWLP_USERDATA, 0);
+    UnregisterHotKey(ventana, kTeclaCancela);
+    DestroyWindow(ventana);
+  }
 
   static LRESULT CALLBACK Procedimiento(HWND ventana, UINT mensaje, WPARAM w, LPARAM l) {
     auto* partes = reinterpret_cast<Partes*>(GetWindowLongPtrW(ventana, GWLP_USERDATA));
@@ -101,7 +104,7 @@ struct VentanaTrabajo::Partes {
   void Crea(const OpcionesTrabajo& opciones);
   HWND Hijo(const wchar_t* clase, const wchar_t* letrero, DWORD estilo, int id = 0) const {
     return CreateWindowExW(0, clase, letrero, WS_CHILD | WS_VISIBLE | estilo, 0, 0, 0, 0, ventana,
-                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), Modulo(), nullptr);
+                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), ThisImage(), nullptr);
   }
   int Px(int puntos) const { return MulDiv(puntos, static_cast<int>(dpi), 96); }
   void Reescala(UINT nueva, const RECT* lugar);
@@ -111,17 +114,17 @@ struct VentanaTrabajo::Partes {
 
 void VentanaTrabajo::Partes::Crea(const OpcionesTrabajo& opciones) {
   const HWND duenia = GetActiveWindow();
-  const RECT area = NativeModule::WorkArea(duenia ? duenia : GetForegroundWindow());
+  const RECT area = WindowFactory::WorkArea(duenia ? duenia : GetForegroundWindow());
   // Made on the screen where it will be: that one's scale counts.
-  ventana = CreateWindowExW(kEstiloAmpliado, kClase, Wide(opciones.titulo).c_str(), kEstilo, area.left,
-                            area.top, 0, 0, duenia, nullptr, Modulo(), nullptr);
+  ventana = CreateWindowExW(kEstiloAmpliado, kClaseDeVentana, Wide(opciones.titulo).c_str(), kEstilo,
+                            area.left, area.top, 0, 0, duenia, nullptr, ThisImage(), nullptr);
   if (!ventana) return;  // no desktop to show it on: the work goes on without
   SetWindowLongPtrW(ventana, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   if (!opciones.animacion.empty()) {
-    animacion = Hijo(ANIMATE_CLASSW, L"", ACS_TRANSPARENT | ACS_AUTOPLAY);
     const std::wstring archivo = Wide(opciones.animacion);
-    if (animacion && !SendMessageW(animacion, ACM_OPENW, 0, reinterpret_cast<LPARAM>(archivo.c_str())))
-      DestroyWindow(std::exchange(animacion, nullptr));
+    UniqueWindow hijo(Hijo(ANIMATE_CLASSW, L"", ACS_TRANSPARENT | ACS_AUTOPLAY));
+    if (hijo && SendMessageW(hijo.get(), ACM_OPENW, 0, reinterpret_cast<LPARAM>(archivo.c_str())))
+      animacion = hijo.detach();
   }
   texto = Hijo(L"STATIC", L"", SS_LEFT | SS_ENDELLIPSIS | SS_NOPREFIX);
   texto2 = Hijo(L"STATIC", L"", SS_LEFT | SS_ENDELLIPSIS | SS_NOPREFIX);
@@ -132,7 +135,7 @@ void VentanaTrabajo::Partes::Crea(const OpcionesTrabajo& opciones) {
   // While another program has taken that key only the mouse cancels.
   if (RegisterHotKey(ventana, kTeclaCancela, MOD_SHIFT, VK_ESCAPE))
     tecla = Hijo(L"STATIC", L"o Mayús+Esc", SS_RIGHT | SS_CENTERIMAGE);
-  dpi = NativeModule::DpiOf(ventana);
+  dpi = WindowFactory::DpiOf(ventana);
   const RECT aqui{area.left, area.top, area.left, area.top};
   Reescala(dpi, &aqui);
   RECT marco;
@@ -144,14 +147,14 @@ void VentanaTrabajo::Partes::Crea(const OpcionesTrabajo& opciones) {
 
 void VentanaTrabajo::Partes::Reescala(UINT nueva, const RECT* lugar) {
   dpi = nueva;
-  const LOGFONTW letra = NativeModule::MessageFont(dpi);
+  const LOGFONTW letra = WindowFactory::MessageFont(dpi);
   // The controls hold the old one until they have the new.
   const auto vieja = std::exchange(fuente, native::UniqueGdi<HFONT>(CreateFontIndirectW(&letra)));
   for (const HWND hijo : {texto, texto2, boton, tecla})
     if (hijo) SendMessageW(hijo, WM_SETFONT, reinterpret_cast<WPARAM>(fuente.get()), TRUE);
   const SIZE todo = Acomoda();
   RECT marco{0, 0, todo.cx, todo.cy};
-  NativeModule::AddFrame(marco, kEstilo, kEstiloAmpliado, dpi);
+  WindowFactory::AddFrame(marco, kEstilo, kEstiloAmpliado, dpi);
   SetWindowPos(ventana, nullptr, lugar ? lugar->left : 0, lugar ? lugar->top : 0, marco.right - marco.left,
                marco.bottom - marco.top, (lugar ? 0u : SWP_NOMOVE) | SWP_NOZORDER | SWP_NOACTIVATE);
   InvalidateRect(ventana, nullptr, TRUE);
@@ -160,13 +163,13 @@ void VentanaTrabajo::Partes::Reescala(UINT nueva, const RECT* lugar) {
 SIZE VentanaTrabajo::Partes::Acomoda() const {
   TEXTMETRICW medidas{};
   SIZE letrero{};
-  const HDC dc = GetDC(ventana);
-  const HGDIOBJ antes = fuente ? SelectObject(dc, fuente.get()) : nullptr;
-  GetTextMetricsW(dc, &medidas);
-  constexpr std::wstring_view kLetrero = L"Cancelar";
-  GetTextExtentPoint32W(dc, kLetrero.data(), static_cast<int>(kLetrero.size()), &letrero);
-  if (antes) SelectObject(dc, antes);
-  ReleaseDC(ventana, dc);
+  {
+    const native::WindowDc dc(ventana);
+    const native::Selected letra(dc.get(), fuente.get());
+    GetTextMetricsW(dc.get(), &medidas);
+    constexpr std::wstring_view kLetrero = L"Cancelar";
+    GetTextExtentPoint32W(dc.get(), kLetrero.data(), static_cast<int>(kLetrero.size()), &letrero);
+  }
 
   const auto pon = [](HWND hijo, LONG x, LONG y, LONG ancho, LONG alto) {
     if (hijo) SetWindowPos(hijo, nullptr, x, y, ancho, alto, SWP_NOZORDER | SWP_NOACTIVATE);
@@ -195,18 +198,18 @@ SIZE VentanaTrabajo::Partes::Acomoda() const {
 }
 
 VentanaTrabajo::VentanaTrabajo(const OpcionesTrabajo& opciones) : partes_(std::make_unique<Partes>()) {
-  native::PinModule();
+  PinImage();
   Partes& p = *partes_;
-  const native::Styles::Scope aspecto(p.estilos);
+  const native::VisualStyles::Scope aspecto(p.estilos);
   const INITCOMMONCONTROLSEX clases{sizeof(INITCOMMONCONTROLSEX),
                                     ICC_STANDARD_CLASSES | ICC_PROGRESS_CLASS | ICC_ANIMATE_CLASS};
   InitCommonControlsEx(&clases);
   WNDCLASSW clase{};
   clase.lpfnWndProc = &Partes::Procedimiento;
-  clase.hInstance = Modulo();
+  clase.hInstance = ThisImage();
   clase.hCursor = LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_APPSTARTING));
   clase.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_BTNFACE + 1));
-  clase.lpszClassName = kClase;
+  clase.lpszClassName = kClaseDeVentana;
   RegisterClassW(&clase);  // a second registration fails and does no harm
   p.Crea(opciones);
   if (!p.ventana) return;
@@ -215,12 +218,7 @@ VentanaTrabajo::VentanaTrabajo(const OpcionesTrabajo& opciones) : partes_(std::m
   UpdateWindow(p.ventana);
 }
 
-VentanaTrabajo::~VentanaTrabajo() {
-  if (!partes_->ventana) return;
-  SetWindowLongPtrW(partes_->ventana, GWLP_USERDATA, 0);
-  UnregisterHotKey(partes_->ventana, kTeclaCancela);
-  DestroyWindow(partes_->ventana);
-}
+VentanaTrabajo::~VentanaTrabajo() = default;
 
 void VentanaTrabajo::Avanza(std::int32_t paso, const std::string& texto, const std::string& texto2) {
   if (!partes_->ventana) return;

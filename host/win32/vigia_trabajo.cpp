@@ -9,14 +9,14 @@ namespace {
 
 constexpr auto kPausaSinCiclo = std::chrono::seconds(5);
 
-std::wstring ClaseDe(HWND ventana) {
+std::wstring ClaseDeVentana(HWND ventana) {
   wchar_t clase[16] = L"";
   GetClassNameW(ventana, clase, static_cast<int>(std::size(clase)));
   return clase;
 }
 
 BOOL CALLBACK EsDeCaja(HWND hijo, LPARAM solo_eso) {
-  const std::wstring clase = ClaseDe(hijo);
+  const std::wstring clase = ClaseDeVentana(hijo);
   if (clase != L"Button" && clase != L"Static") *reinterpret_cast<bool*>(solo_eso) = false;
   return TRUE;
 }
@@ -25,7 +25,7 @@ BOOL CALLBACK EsDeCaja(HWND hijo, LPARAM solo_eso) {
 /// A program's own dialogs, which may stand as long as it runs, are none.
 bool EsCaja(HWND ventana) {
   constexpr int kTexto = 0xFFFF;
-  if (!IsWindowVisible(ventana) || ClaseDe(ventana) != L"#32770" || !GetDlgItem(ventana, kTexto))
+  if (!IsWindowVisible(ventana) || ClaseDeVentana(ventana) != L"#32770" || !GetDlgItem(ventana, kTexto))
     return false;
   const HWND duenio = GetWindow(ventana, GW_OWNER);
   if (duenio && IsWindowEnabled(duenio)) return false;

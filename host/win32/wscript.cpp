@@ -3,7 +3,7 @@
 #include <objbase.h>
 #include <windows.h>
 
-#include "automation/handles.h"
+#include "automation/prog_id_factory.h"
 #include "base/text.h"
 #include "host/win32/guion.h"
 
@@ -56,9 +56,7 @@ void WScript::Quit(std::int32_t codigo) {
 ComPtr<IDispatch> CreaPorNombre(const std::string& prog_id) {
   CLSID clase{};
   ComPtr<IDispatch> objeto;
-  HRESULT codigo = CLSIDFromProgID(Ancho(prog_id).c_str(), &clase);
-  if (SUCCEEDED(codigo))
-    codigo = CoCreateInstance(clase, nullptr, CLSCTX_ALL, IID_IDispatch, objeto.put_void());
+  const HRESULT codigo = CreateByProgId(prog_id, CLSCTX_ALL, IID_IDispatch, objeto.put_void(), clase);
   if (FAILED(codigo))
     throw HostError(DescripcionDe(ErrorNumber::CannotCreateObject) + ": " + prog_id,
                     ErrorNumber::CannotCreateObject, static_cast<std::int32_t>(codigo));
@@ -66,7 +64,7 @@ ComPtr<IDispatch> CreaPorNombre(const std::string& prog_id) {
 }
 
 ObjectPtr WScript::CreateObject(const std::string& prog_id) {
-  return ObjectDe(CreaPorNombre(prog_id).get(), modulo_);
+  return ObjectDe(CreaPorNombre(prog_id).get(), servidor_);
 }
 
 ObjectPtr WScript::Arguments() { return std::make_shared<ArgumentosGuion>(argumentos_); }

@@ -13,8 +13,12 @@ namespace zuvi::host {
 /// pumps.
 class WScript final : public Object {
  public:
-  WScript(ComModule& modulo, SalidaPrograma& salida, std::string archivo, std::vector<std::string> argumentos)
-      : modulo_(modulo), salida_(salida), archivo_(std::move(archivo)), argumentos_(std::move(argumentos)) {}
+  WScript(ComModule& servidor, SalidaPrograma& salida, std::string archivo,
+          std::vector<std::string> argumentos)
+      : servidor_(servidor),
+        salida_(salida),
+        archivo_(std::move(archivo)),
+        argumentos_(std::move(argumentos)) {}
 
   /// Writes up to four values separated by blanks as one line; without a console or a file to write to, shows
   /// them in a message box.
@@ -30,7 +34,7 @@ class WScript final : public Object {
   const MemberTable* Members() const override;
 
  private:
-  ComModule& modulo_;
+  ComModule& servidor_;
   SalidaPrograma& salida_;
   std::string archivo_;
   std::vector<std::string> argumentos_;

@@ -10,13 +10,12 @@
 #include <vector>
 
 #include "automation/dispatch_object.h"
-#include "automation/handles.h"
 #include "base/error.h"
-#include "base/text.h"
 #include "host/win32/guion.h"
 #include "host/win32/ruta_larga.h"
 #include "host/win32/salida_programa.h"
 #include "host/win32/wscript.h"
+#include "win32/text.h"
 
 namespace {
 
@@ -37,8 +36,8 @@ struct Departamento {
 
 /// Opens the main window and serves this thread's windows until that one is closed. It asks its windows to
 /// close with it.
-int AbrePrincipal(zuvi::ComModule& modulo) {
-  const auto principal = zuvi::ObjectDe(zuvi::host::CreaPorNombre("ZuviQuery.Principal").get(), modulo);
+int AbrePrincipal(zuvi::ComModule& servidor) {
+  const auto principal = zuvi::ObjectDe(zuvi::host::CreaPorNombre("ZuviQuery.Principal").get(), servidor);
   principal->Call("Abre");
   MSG mensaje;
   while (zuvi::ABooleano(principal->Call("Abierta")) && GetMessageW(&mensaje, nullptr, 0, 0) > 0) {
@@ -48,12 +47,11 @@ int AbrePrincipal(zuvi::ComModule& modulo) {
   return 0;
 }
 
-int CorreGuion(zuvi::ComModule& modulo, zuvi::host::SalidaPrograma& salida, int argc, wchar_t** argv) {
+int CorreGuion(zuvi::ComModule& servidor, zuvi::host::SalidaPrograma& salida, int argc, wchar_t** argv) {
   std::vector<std::string> argumentos;
   for (int i = 2; i < argc; ++i) argumentos.push_back(zuvi::Utf8De(argv[i]));
-  const std::wstring archivo = zuvi::host::RutaCompleta(argv[1]);
   const zuvi::host::ResultadoGuion resultado =
-      zuvi::host::EjecutaGuion(modulo, salida, {archivo.begin(), archivo.end()}, argumentos);
+      zuvi::host::EjecutaGuion(servidor, salida, zuvi::host::RutaCompleta(argv[1]), argumentos);
   if (!resultado.error.empty()) salida.EscribeError(resultado.error);
   return resultado.codigo;
 }
@@ -73,8 +71,8 @@ int wmain(int argc, wchar_t** argv) {
   }
   const Departamento departamento;
   try {
-    zuvi::ComModule modulo("Zuvi", GetModuleHandleW(nullptr), 0);
-    return con_ventana ? AbrePrincipal(modulo) : CorreGuion(modulo, *salida, argc, argv);
+    zuvi::ComModule servidor("Zuvi", GetModuleHandleW(nullptr), 0);
+    return con_ventana ? AbrePrincipal(servidor) : CorreGuion(servidor, *salida, argc, argv);
   } catch (...) {
     const std::string error = zuvi::DescripcionActual();
     if (con_ventana) {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "automation/com_module.h"
 #include "automation/com_ptr.h"
+#include "automation/com_server.h"
 #include "tests/support/mundo.h"
 
 namespace zuvi::prueba {

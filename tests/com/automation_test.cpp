@@ -6,9 +6,9 @@
 #include <limits>
 #include <map>
 
+#include "automation/com_error.h"
 #include "automation/com_object.h"
 #include "automation/dispatch_object.h"
-#include "automation/frontera.h"
 #include "automation/variants.h"
 #include "base/members.h"
 #include "tests/com/cliente.h"

@@ -131,7 +131,7 @@ TEST(BibliotecasDeTipos, LosManifiestosNombranCadaUnaDondeEsta) {
       const std::string elemento = i->str(), guid = Minusculas((*i)[1].str());
       std::smatch numero;
       const bool dicho = std::regex_search(elemento, numero, lugar);
-      const std::wstring camino = Ancho(dll + ".dll" + (dicho ? "\\" + numero[1].str() : ""));
+      const std::wstring camino = Wide(dll + ".dll" + (dicho ? "\\" + numero[1].str() : ""));
       const std::string descrita = Minusculas(Describe(camino.c_str()));
       EXPECT_NE(descrita.substr(0, descrita.find('\n')).find(guid), std::string::npos) << elemento;
       todas += guid;

@@ -2,6 +2,8 @@
 
 #include "host/win32/ruta_larga.h"
 
+#include <windows.h>
+
 namespace zuvi::host {
 namespace {
 

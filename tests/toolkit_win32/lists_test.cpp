@@ -307,7 +307,7 @@ TEST_F(ListasNativas, AFirstColumnOnTheRight) {
     item.pszText = found.data();
     item.cchTextMax = 20;
     screen.Ask(list, LVM_GETITEMTEXTW, 0, reinterpret_cast<LPARAM>(&item));
-    return native::Narrow(found.data());
+    return Narrow(found.data());
   };
   EXPECT_EQ(text(0), "MM");  // what the row is called
   EXPECT_EQ(text(static_cast<int>(shown) + 1), "dos");

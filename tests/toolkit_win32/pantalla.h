@@ -144,7 +144,7 @@ class Pantalla {
     return ::SendMessageW(HandleOf(control), message, w, l);
   }
   static std::string TextOf(const zuvi::Control& control) {
-    return native::Narrow(native::TextOf(HandleOf(control)));
+    return Narrow(native::TextOf(HandleOf(control)));
   }
   static RECT PlaceOf(HWND window) {
     RECT place;

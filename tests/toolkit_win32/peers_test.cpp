@@ -5,7 +5,7 @@
 #include <array>
 
 #include "tests/toolkit_win32/pantalla.h"
-#include "toolkit/win32/native_module.h"
+#include "toolkit/win32/window_factory.h"
 
 namespace zuvi::pruebas {
 namespace {
@@ -287,7 +287,7 @@ TEST(BibliotecasDelSistema, ComeOutOfTheSystemsFolderAlone) {
   const auto form = screen.Open();
   ::GetModuleFileNameW(::GetModuleHandleW(L"msftedit.dll"), found.data(), MAX_PATH);
   const std::wstring expected = std::wstring(system.data()) + L"\\msftedit.dll";
-  EXPECT_EQ(::lstrcmpiW(found.data(), expected.c_str()), 0) << native::Narrow(found.data());
+  EXPECT_EQ(::lstrcmpiW(found.data(), expected.c_str()), 0) << Narrow(found.data());
 }
 
 TEST_F(Nativos, SizeStateScaleAndTitleBar) {

@@ -1,7 +1,8 @@
 // Labels, buttons and check boxes.
 #include <algorithm>
-#include <array>
+#include <vector>
 
+#include "toolkit/win32/drawing.h"
 #include "toolkit/win32/peers.h"
 
 namespace zuvi::native {
@@ -57,63 +58,48 @@ class LabelPeer final : public CaptionedPeer {
   Label& label_;
 };
 
-struct DeleteIcon {
-  void operator()(HICON icon) const { ::DestroyIcon(icon); }
-};
-using UniqueIcon = std::unique_ptr<std::remove_pointer_t<HICON>, DeleteIcon>;
+using Points = std::vector<POINT>;
 
-/// Triangles, pointing where what is chosen goes.
-UniqueIcon DrawGlyph(Glyph glyph, int size) {
-  const HDC screen = ::GetDC(nullptr);
-  const UniqueGdi<HBITMAP> colour(::CreateCompatibleBitmap(screen, size, size));
-  const UniqueGdi<HBITMAP> mask(::CreateBitmap(size, size, 1, 1, nullptr));
-  const HDC canvas = ::CreateCompatibleDC(screen);
-  ::ReleaseDC(nullptr, screen);
+/// The triangles of a glyph in a square of `size` pixels, pointing where what is chosen goes.
+std::vector<Points> TrianglesOf(Glyph glyph, int size) {
   const int third = size / 3, half = size / 2;
+  const auto triangle = [&](int tip_x, int base_x) {
+    return Points{{tip_x, half}, {base_x, half - third - 1}, {base_x, half + third + 1}};
+  };
+  switch (glyph) {
+    case Glyph::Right:
+      return {triangle(half + third, third)};
+    case Glyph::Left:
+      return {triangle(half - third, size - third)};
+    case Glyph::AllRight:
+      return {triangle(half + 1, 0), triangle(size, half)};
+    case Glyph::AllLeft:
+      return {triangle(half, size), triangle(0, half)};
+    case Glyph::Down:
+      return {{{half, half + third}, {third - 2, third}, {size - third + 2, third}}};
+    case Glyph::None:
+      break;
+  }
+  return {};
+}
+
+UniqueIcon DrawGlyph(Glyph glyph, int size) {
+  const WindowDc screen(nullptr);
+  const UniqueGdi<HBITMAP> colour(::CreateCompatibleBitmap(screen.get(), size, size));
+  const UniqueGdi<HBITMAP> mask(::CreateBitmap(size, size, 1, 1, nullptr));
+  const MemoryDc canvas(::CreateCompatibleDC(screen.get()));
   const auto draw = [&](HBITMAP bitmap, COLORREF paper, COLORREF ink) {
-    const HGDIOBJ before = ::SelectObject(canvas, bitmap);
     const UniqueGdi<HBRUSH> background(::CreateSolidBrush(paper)), brush(::CreateSolidBrush(ink));
+    const Selected on(canvas.get(), bitmap), filled(canvas.get(), brush.get()),
+        without_edge(canvas.get(), ::GetStockObject(NULL_PEN));
     const RECT all{0, 0, size, size};
-    ::FillRect(canvas, &all, background.get());
-    const HGDIOBJ old_brush = ::SelectObject(canvas, brush.get());
-    const HGDIOBJ old_pen = ::SelectObject(canvas, ::GetStockObject(NULL_PEN));
-    const auto triangle = [&](int tip_x, int base_x) {
-      const std::array<POINT, 3> points{
-          {{tip_x, half}, {base_x, half - third - 1}, {base_x, half + third + 1}}};
-      ::Polygon(canvas, points.data(), static_cast<int>(points.size()));
-    };
-    switch (glyph) {
-      case Glyph::Right:
-        triangle(half + third, third);
-        break;
-      case Glyph::Left:
-        triangle(half - third, size - third);
-        break;
-      case Glyph::AllRight:
-        triangle(half + 1, 0);
-        triangle(size, half);
-        break;
-      case Glyph::AllLeft:
-        triangle(half, size);
-        triangle(0, half);
-        break;
-      case Glyph::Down: {
-        const std::array<POINT, 3> points{
-            {{half, half + third}, {third - 2, third}, {size - third + 2, third}}};
-        ::Polygon(canvas, points.data(), static_cast<int>(points.size()));
-        break;
-      }
-      case Glyph::None:
-        break;
-    }
-    ::SelectObject(canvas, old_pen);
-    ::SelectObject(canvas, old_brush);
-    ::SelectObject(canvas, before);
+    ::FillRect(canvas.get(), &all, background.get());
+    for (const Points& points : TrianglesOf(glyph, size))
+      ::Polygon(canvas.get(), points.data(), static_cast<int>(points.size()));
   };
   // Transparent where the mask is white; the colour must be black there.
   draw(mask.get(), RGB(255, 255, 255), RGB(0, 0, 0));
   draw(colour.get(), RGB(0, 0, 0), ::GetSysColor(COLOR_BTNTEXT));
-  ::DeleteDC(canvas);
   ICONINFO info{TRUE, 0, 0, mask.get(), colour.get()};
   return UniqueIcon(::CreateIconIndirect(&info));
 }

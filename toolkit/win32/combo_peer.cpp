@@ -24,13 +24,13 @@ class ComboPeer final : public NativeControl, private DropDown {
       if (parts.hwndList != Window()) Adopt(list_ = parts.hwndList);
     }
     SetFieldHeight();
-    const Echo echo(*this);
+    const UpdateGuard echo(*this);
     ShowItems();
     ShowText();
   }
 
   void Update(Aspect aspect) override {
-    const Echo echo(*this);
+    const UpdateGuard echo(*this);
     if (aspect == Aspect::Items) ShowItems();
     if (aspect == Aspect::Text || aspect == Aspect::Selection) ShowText();
     NativeControl::Update(aspect);

@@ -125,11 +125,11 @@ class DatePickerPeer final : public NativeControl {
     const Life alive = Alive();
     const auto result = NativeControl::OnMessage(message);
     if (!alive || ::GetFocus() != Window()) return result;
-    RECT inside;
-    ::GetClientRect(Window(), &inside);
-    const LPARAM first = MAKELPARAM(Parent().Pixels(Dip(6)), inside.bottom / 2);
-    Native({Window(), WM_LBUTTONDOWN, MK_LBUTTON, first});
-    Native({Window(), WM_LBUTTONUP, 0, first});
+    RECT client;
+    ::GetClientRect(Window(), &client);
+    const LPARAM first = MAKELPARAM(Parent().Pixels(Dip(6)), client.bottom / 2);
+    CallNative({Window(), WM_LBUTTONDOWN, MK_LBUTTON, first});
+    CallNative({Window(), WM_LBUTTONUP, 0, first});
     return result;
   }
 
@@ -146,7 +146,7 @@ class DatePickerPeer final : public NativeControl {
     if (*day != picker_.Value().SoloDia()) picker_.UserPicked(*day);
   }
   void ShowValue() {
-    const Echo echo(*this);
+    const UpdateGuard echo(*this);
     SYSTEMTIME time = SystemTime(picker_.Value());
     SendPtr(DTM_SETSYSTEMTIME, GDT_VALID, &time);
     shown_ = Shown();
@@ -204,7 +204,7 @@ class MonthPeer final : public NativeControl {
     if (message.id == WM_LBUTTONDOWN) pressed_ = true;
     if (message.id == WM_LBUTTONUP) {
       const Life alive = Alive();
-      const LRESULT result = Native(message);
+      const LRESULT result = CallNative(message);
       if (!alive) return result;
       pressed_ = false;
       PickLater();
@@ -239,7 +239,7 @@ class MonthPeer final : public NativeControl {
   }
   void ShowValue() {
     if (Marked() == month_.Value().SoloDia()) return;
-    const Echo echo(*this);
+    const UpdateGuard echo(*this);
     SYSTEMTIME time = SystemTime(month_.Value());
     SendPtr(MCM_SETCURSEL, 0, &time);
   }

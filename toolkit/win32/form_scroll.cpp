@@ -8,15 +8,15 @@
 namespace zuvi::native {
 namespace {
 
-SIZE InsideOf(HWND window) {
-  RECT inside{};
-  ::GetClientRect(window, &inside);
-  return {inside.right, inside.bottom};
+SIZE ClientSizeOf(HWND window) {
+  RECT client{};
+  ::GetClientRect(window, &client);
+  return {client.right, client.bottom};
 }
 
-/// Only of a bar that is shown: setting it would show any other, and with it change the inside.
-void SetBar(HWND window, int bar, int content, int page, int position) {
-  if (!(::GetWindowLongPtrW(window, GWL_STYLE) & (bar == SB_HORZ ? WS_HSCROLL : WS_VSCROLL))) return;
+}  // namespace
+
+void SetScrollBar(HWND window, int bar, int content, int page, int position) {
   SCROLLINFO info{};
   info.cbSize = sizeof info;
   info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
@@ -26,13 +26,19 @@ void SetBar(HWND window, int bar, int content, int page, int position) {
   ::SetScrollInfo(window, bar, &info, TRUE);
 }
 
-}  // namespace
+SCROLLINFO ScrollBarOf(HWND window, int bar) {
+  SCROLLINFO info{};
+  info.cbSize = sizeof info;
+  info.fMask = SIF_ALL;
+  ::GetScrollInfo(window, bar, &info);
+  return info;
+}
 
 POINT FormScroll::Farthest() const {
   const Extent& content = form_.Model().Content();
-  const SIZE inside = InsideOf(form_.Window());
-  return {std::max<LONG>(0, form_.Pixels(content.width) - inside.cx),
-          std::max<LONG>(0, form_.Pixels(content.height) - inside.cy)};
+  const SIZE client = ClientSizeOf(form_.Window());
+  return {std::max<LONG>(0, form_.Pixels(content.width) - client.cx),
+          std::max<LONG>(0, form_.Pixels(content.height) - client.cy)};
 }
 
 void FormScroll::Switch(int bar, bool shown) {
@@ -59,9 +65,13 @@ void FormScroll::MoveTo(POINT at) {
   const HWND window = form_.Window();
   const POINT farthest = Farthest();
   at = {std::clamp(at.x, LONG{0}, farthest.x), std::clamp(at.y, LONG{0}, farthest.y)};
-  const SIZE inside = InsideOf(window);
-  if (farthest.x > 0) SetBar(window, SB_HORZ, static_cast<int>(inside.cx + farthest.x), inside.cx, at.x);
-  if (farthest.y > 0) SetBar(window, SB_VERT, static_cast<int>(inside.cy + farthest.y), inside.cy, at.y);
+  const SIZE client = ClientSizeOf(window);
+  // Only of bars that are shown: setting one would show it, and with it change the client area.
+  const auto shown = [&](LONG_PTR bar) { return (::GetWindowLongPtrW(window, GWL_STYLE) & bar) != 0; };
+  if (farthest.x > 0 && shown(WS_HSCROLL))
+    SetScrollBar(window, SB_HORZ, static_cast<int>(client.cx + farthest.x), client.cx, at.x);
+  if (farthest.y > 0 && shown(WS_VSCROLL))
+    SetScrollBar(window, SB_VERT, static_cast<int>(client.cy + farthest.y), client.cy, at.y);
   if (at.x == at_.x && at.y == at_.y) return;
   at_ = at;
   for (const auto& control : form_.Model().Controls())
@@ -71,10 +81,7 @@ void FormScroll::MoveTo(POINT at) {
 }
 
 void FormScroll::Turn(int bar, int how) {
-  SCROLLINFO info{};
-  info.cbSize = sizeof info;
-  info.fMask = SIF_ALL;
-  ::GetScrollInfo(form_.Window(), bar, &info);
+  const SCROLLINFO info = ScrollBarOf(form_.Window(), bar);
   const int line = form_.Pixels(Dip(24)), page = std::max(line, static_cast<int>(info.nPage) - line);
   POINT to = at_;
   LONG& along = bar == SB_HORZ ? to.x : to.y;
@@ -114,14 +121,14 @@ void FormScroll::Wheel(int delta) {
 void FormScroll::Reveal(const RECT& place) {
   const POINT farthest = Farthest();
   if (farthest.x == 0 && farthest.y == 0) return;
-  const SIZE inside = InsideOf(form_.Window());
+  const SIZE client = ClientSizeOf(form_.Window());
   // Of what does not fit the near edge counts.
   const auto moved = [](LONG at, LONG from, LONG to, LONG room) {
     if (from >= 0 && to <= room) return at;
     return from < 0 || to - from > room ? at + from : at + to - room;
   };
   MoveTo(
-      {moved(at_.x, place.left, place.right, inside.cx), moved(at_.y, place.top, place.bottom, inside.cy)});
+      {moved(at_.x, place.left, place.right, client.cx), moved(at_.y, place.top, place.bottom, client.cy)});
 }
 
 }  // namespace zuvi::native

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "toolkit/win32/drawing.h"
+
 namespace zuvi::native {
 namespace {
 
@@ -51,8 +53,8 @@ struct Palette {
 
 class Painter {
  public:
-  Painter(HDC canvas, const RECT& inside, const FlexGrid& grid, const GridLook& look)
-      : canvas_(canvas), inside_(inside), grid_(grid), look_(look), palette_(grid, look) {}
+  Painter(HDC canvas, const RECT& client, const FlexGrid& grid, const GridLook& look)
+      : canvas_(canvas), client_(client), grid_(grid), look_(look), palette_(grid, look) {}
 
   void Paint(const RECT& part) {
     Fill(canvas_, part, palette_.paper);
@@ -65,7 +67,7 @@ class Painter {
       if (Px(bottom) > part.top) PaintRow(row, top, bottom, part);
       top = bottom;
     }
-    Frame(canvas_, inside_, palette_.line, 1);
+    Frame(canvas_, client_, palette_.line, 1);
   }
 
  private:
@@ -122,7 +124,7 @@ class Painter {
   }
 
   HDC canvas_;
-  RECT inside_;
+  RECT client_;
   const FlexGrid& grid_;
   const GridLook& look_;
   Palette palette_;
@@ -130,8 +132,8 @@ class Painter {
 
 }  // namespace
 
-void PaintGrid(HDC canvas, const RECT& inside, const RECT& part, const FlexGrid& grid, const GridLook& look) {
-  Painter(canvas, inside, grid, look).Paint(part);
+void PaintGrid(HDC canvas, const RECT& client, const RECT& part, const FlexGrid& grid, const GridLook& look) {
+  Painter(canvas, client, grid, look).Paint(part);
 }
 
 GridCell CellAt(const FlexGrid& grid, std::int32_t x, std::int32_t y) {

@@ -12,8 +12,8 @@ struct GridLook {
   bool high_contrast = false;
 };
 
-/// Draws what of the grid lies within `part`, in pixels of the inside.
-void PaintGrid(HDC canvas, const RECT& inside, const RECT& part, const FlexGrid& grid, const GridLook& look);
+/// Draws what of the grid lies within `part`, in pixels of the client area.
+void PaintGrid(HDC canvas, const RECT& client, const RECT& part, const FlexGrid& grid, const GridLook& look);
 /// The cell under a point; -1 for row or column where there is none.
 struct GridCell {
   std::int32_t row = -1, col = -1;

@@ -1,6 +1,7 @@
 // The grid: a window of our own that draws what of the cells can be seen.
 #include <algorithm>
 
+#include "toolkit/win32/drawing.h"
 #include "toolkit/win32/grid_paint.h"
 #include "toolkit/win32/peers.h"
 
@@ -21,7 +22,7 @@ class GridPeer final : public NativeControl {
   void Create() override {
     CreateWindowOf(kGridClass, WS_VSCROLL | WS_HSCROLL, 0, Wide(grid_.AccessibleName()));
     high_contrast_ = HighContrast();
-    const Echo echo(*this);
+    const UpdateGuard echo(*this);
     Flush();
   }
 
@@ -47,7 +48,7 @@ class GridPeer final : public NativeControl {
 
   void Restyle() override {
     NativeControl::Restyle();
-    const Echo echo(*this);
+    const UpdateGuard echo(*this);
     Flush();
   }
 
@@ -79,7 +80,7 @@ class GridPeer final : public NativeControl {
   bool FlushesToPaint() const override { return true; }
   void OwnKey(const Message& message, std::int16_t shift) override {
     grid_.DefaultKey(static_cast<std::int16_t>(message.w), shift);
-    if (message.id == WM_SYSKEYDOWN) Native(message);
+    if (message.id == WM_SYSKEYDOWN) CallNative(message);
   }
   void OwnChar(const Message&) override {}
 
@@ -92,7 +93,7 @@ class GridPeer final : public NativeControl {
       case WM_ERASEBKGND:
         return 1;
       case WM_SIZE: {
-        const Echo echo(*this);
+        const UpdateGuard echo(*this);
         Flush();
         return 0;
       }
@@ -147,9 +148,9 @@ class GridPeer final : public NativeControl {
   }
 
   std::int32_t LastColumnsThatFit() const {
-    RECT inside;
-    ::GetClientRect(Window(), &inside);
-    std::int32_t room = Parent().Twips(inside.right);
+    RECT client;
+    ::GetClientRect(Window(), &client);
+    std::int32_t room = Parent().Twips(client.right);
     for (std::int32_t col = 0; col < grid_.FixedCols(); ++col) room -= grid_.LeastWidth(col);
     std::int32_t count = 0;
     for (std::int32_t col = grid_.Cols() - 1; col >= grid_.FixedCols(); --col, ++count)
@@ -159,21 +160,11 @@ class GridPeer final : public NativeControl {
 
   void SetBar(int bar, bool shown, int count, int page, int position) {
     ::ShowScrollBar(Window(), bar, shown);
-    if (!shown) return;
-    SCROLLINFO info{};
-    info.cbSize = sizeof info;
-    info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
-    info.nMax = count - 1;
-    info.nPage = static_cast<UINT>(page);
-    info.nPos = position;
-    ::SetScrollInfo(Window(), bar, &info, TRUE);
+    if (shown) SetScrollBar(Window(), bar, count, page, position);
   }
 
   int Scrolled(int bar, int how) const {
-    SCROLLINFO info{};
-    info.cbSize = sizeof info;
-    info.fMask = SIF_ALL;
-    ::GetScrollInfo(Window(), bar, &info);
+    const SCROLLINFO info = ScrollBarOf(Window(), bar);
     const int page = std::max(1, static_cast<int>(info.nPage));
     switch (how) {
       case SB_LINEUP:
@@ -207,23 +198,17 @@ class GridPeer final : public NativeControl {
   }
 
   void Paint() {
-    PAINTSTRUCT paint;
-    const HDC screen = ::BeginPaint(Window(), &paint);
-    RECT inside;
-    ::GetClientRect(Window(), &inside);
-    const RECT& part = paint.rcPaint;
-    const UniqueGdi<HBITMAP> bitmap(
-        ::CreateCompatibleBitmap(screen, std::max<int>(1, inside.right), std::max<int>(1, inside.bottom)));
-    const HDC canvas = ::CreateCompatibleDC(screen);
-    const HGDIOBJ old_bitmap = ::SelectObject(canvas, bitmap.get());
-    const HGDIOBJ old_font = ::SelectObject(canvas, Parent().Font());
-    PaintGrid(canvas, inside, part, grid_, {Parent(), focused_, high_contrast_});
-    ::BitBlt(screen, part.left, part.top, part.right - part.left, part.bottom - part.top, canvas, part.left,
-             part.top, SRCCOPY);
-    ::SelectObject(canvas, old_font);
-    ::SelectObject(canvas, old_bitmap);
-    ::DeleteDC(canvas);
-    ::EndPaint(Window(), &paint);
+    const Painting painting(Window());
+    RECT client;
+    ::GetClientRect(Window(), &client);
+    const RECT& part = painting.Part();
+    const UniqueGdi<HBITMAP> bitmap(::CreateCompatibleBitmap(painting.get(), std::max<int>(1, client.right),
+                                                             std::max<int>(1, client.bottom)));
+    const MemoryDc canvas(::CreateCompatibleDC(painting.get()));
+    const Selected on(canvas.get(), bitmap.get()), written_in(canvas.get(), Parent().Font());
+    PaintGrid(canvas.get(), client, part, grid_, {Parent(), focused_, high_contrast_});
+    ::BitBlt(painting.get(), part.left, part.top, part.right - part.left, part.bottom - part.top,
+             canvas.get(), part.left, part.top, SRCCOPY);
   }
 
   /// A screen reader hears what the current cell is and holds.

@@ -16,7 +16,7 @@ class ListPeer final : public NativeControl {
                    WS_EX_CLIENTEDGE, Wide(list_.AccessibleName()));
     constexpr LPARAM kStyle = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER;
     Send(LVM_SETEXTENDEDLISTVIEWSTYLE, 0, kStyle);
-    const Echo echo(*this);
+    const UpdateGuard echo(*this);
     MakeColumns();
     Flush();
   }
@@ -32,7 +32,7 @@ class ListPeer final : public NativeControl {
         if (shown_ != Wanted()) FlushLater();
         break;
       case Aspect::Columns: {
-        const Echo echo(*this);
+        const UpdateGuard echo(*this);
         MakeColumns();
         break;
       }
@@ -51,7 +51,7 @@ class ListPeer final : public NativeControl {
 
   void Restyle() override {
     NativeControl::Restyle();
-    const Echo echo(*this);
+    const UpdateGuard echo(*this);
     MakeColumns();
   }
 
@@ -94,7 +94,7 @@ class ListPeer final : public NativeControl {
   std::optional<LRESULT> OnMessage(const Message& message) override {
     if (message.id == WM_SIZE) {
       const Life alive = Alive();
-      const LRESULT result = Native(message);
+      const LRESULT result = CallNative(message);
       if (alive && !Updating()) InNative() ? FlushLater() : ShareWidth();
       return result;
     }
@@ -227,16 +227,16 @@ class ListPeer final : public NativeControl {
   /// Columns without a width of their own share what the others leave. Those that the user has dragged stay
   /// as they are until the columns are made anew.
   void ShareWidth() {
-    RECT inside;
-    ::GetClientRect(Window(), &inside);
-    if (inside.right == shared_) return;
-    const bool anew = std::exchange(shared_, inside.right) < 0;
-    const Echo echo(*this);
+    RECT client;
+    ::GetClientRect(Window(), &client);
+    if (client.right == shared_) return;
+    const bool anew = std::exchange(shared_, client.right) < 0;
+    const UpdateGuard echo(*this);
     const auto count = static_cast<std::size_t>(std::max(1, list_.Columns().Count()));
     if (anew) given_.assign(count, 0);
     int dragged = 0;
     for (std::size_t i = 0; i < count && !anew; ++i) dragged += ColumnWidth(i) - given_[i];
-    const std::int32_t room = Parent().Twips(inside.right - dragged);
+    const std::int32_t room = Parent().Twips(client.right - dragged);
     const std::vector<std::int32_t> widths =
         list_.Columns().Count() > 0 ? list_.ColumnWidths(room) : std::vector{room};
     std::int32_t right = 0;
@@ -277,12 +277,13 @@ class ListPeer final : public NativeControl {
 
   ListView& list_;
   int first_ = 0;  // place of the first column in the native control
-  bool moved_ = false, clicked_ = false, double_clicked_ = false;  // told, and not heard by the model yet
-  int shown_ = -1;         // row selected in the control, as far as it has told
-  bool refilled_ = false;  // the control does not have the model's rows yet
-  bool lost_ = false;      // what was selected last was a row that had gone
+  bool moved_ = false, clicked_ = false,
+       double_clicked_ = false;  // told, and not subclassed by the model yet
+  int shown_ = -1;               // row selected in the control, as far as it has told
+  bool refilled_ = false;        // the control does not have the model's rows yet
+  bool lost_ = false;            // what was selected last was a row that had gone
   bool pressed_ = false;
-  LONG shared_ = -1;        // width of the inside that the columns were made for
+  LONG shared_ = -1;        // client width that the columns were made for
   std::vector<int> given_;  // width of each column, unless the user drags it
 };
 

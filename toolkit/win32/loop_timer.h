@@ -3,8 +3,8 @@
 #include <functional>
 #include <utility>
 
-#include "toolkit/win32/module_pin.h"
 #include "toolkit/win32/windows_ui.h"
+#include "win32/image.h"
 
 namespace zuvi::native {
 
@@ -21,7 +21,7 @@ class LoopTimer {
 
   /// From now on every so many milliseconds; false when the system has no timer to give.
   bool Start(UINT milliseconds) {
-    PinModule();
+    PinImage();
     // One of a thread that has ended went with it.
     if (!Ours()) {
       window_ = ::CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "toolkit/win32/message_loop.h"
-#include "toolkit/win32/module_pin.h"
+#include "win32/image.h"
 
 namespace zuvi::native {
 namespace {
@@ -13,6 +13,9 @@ namespace {
 constexpr UINT kLook = 60;           // milliseconds between two looks for the moment to type
 constexpr int kPatience = 333;       // looks: twenty seconds
 constexpr UINT kSingleLetter = 150;  // after which a letter stands for itself
+
+void KillThreadTimer(UINT_PTR timer) { ::KillTimer(nullptr, timer); }
+using ThreadTimer = UniqueHandle<UINT_PTR, &KillThreadTimer>;
 
 bool IsDown(int key) { return ::GetKeyState(key) < 0; }
 
@@ -55,16 +58,12 @@ BOOL CALLBACK HasLetter(HWND child, LPARAM param) {
 class MessageBoxes::Guard {
  public:
   explicit Guard(HWND owner) : owner_(owner), outer_(std::exchange(OfThisThread<Guard>(), this)) {
-    PinModule();
-    hook_ = ::SetWindowsHookExW(WH_MSGFILTER, &Filter, nullptr, ::GetCurrentThreadId());
+    PinImage();
+    hook_ = UniqueHook(::SetWindowsHookExW(WH_MSGFILTER, &Filter, nullptr, ::GetCurrentThreadId()));
   }
   Guard(const Guard&) = delete;
   Guard& operator=(const Guard&) = delete;
-  ~Guard() {
-    if (hook_) ::UnhookWindowsHookEx(hook_);
-    if (timer_) ::KillTimer(nullptr, timer_);
-    OfThisThread<Guard>() = outer_;
-  }
+  ~Guard() { OfThisThread<Guard>() = outer_; }
 
   static bool Standing() { return OfThisThread<Guard>() != nullptr; }
   std::vector<Entry> Take() {
@@ -89,9 +88,11 @@ class MessageBoxes::Guard {
     return ::CallNextHookEx(nullptr, code, w, l);
   }
   static void CALLBACK Single(HWND, UINT, UINT_PTR timer, DWORD) {
-    ::KillTimer(nullptr, timer);
     Guard* const guard = OfThisThread<Guard>();
-    if (guard && guard->timer_ == timer) guard->Answer();
+    if (guard && guard->timer_.get() == timer)
+      guard->Answer();
+    else
+      ::KillTimer(nullptr, timer);  // of an outer box
   }
 
   /// The windows of the thread that the box does not block are nobody's business here.
@@ -111,7 +112,8 @@ class MessageBoxes::Guard {
     if (character == L'\b' && !open_.text.empty()) open_.text.pop_back();
     if (character < L' ' || character == 0x7F) return true;
     open_.text += character;
-    if (open_.text.size() == 1 && entries_.empty()) timer_ = ::SetTimer(nullptr, 0, kSingleLetter, &Single);
+    if (open_.text.size() == 1 && entries_.empty())
+      timer_ = ThreadTimer(::SetTimer(nullptr, 0, kSingleLetter, &Single));
     return true;
   }
   bool TakesKey(const MSG& message) {
@@ -133,7 +135,7 @@ class MessageBoxes::Guard {
   }
   /// A letter alone presses its button.
   void Answer() {
-    timer_ = 0;
+    timer_ = {};
     if (open_.text.size() != 1 || !entries_.empty()) return;
     Button button{open_.text[0]};
     ::EnumChildWindows(box_, &HasLetter, reinterpret_cast<LPARAM>(&button));
@@ -145,9 +147,9 @@ class MessageBoxes::Guard {
   GuestLoop loop_;
   HWND owner_;
   Guard* outer_;
-  HHOOK hook_ = nullptr;
+  UniqueHook hook_;
   HWND box_ = nullptr;
-  UINT_PTR timer_ = 0;
+  ThreadTimer timer_;
   Entry open_;
   std::vector<Entry> entries_;
 };
@@ -186,11 +188,12 @@ void MessageBoxes::Keep(std::vector<Entry> entries) {
 
 bool MessageBoxes::Start() {
   OfThisThread<MessageBoxes>() = this;
-  if (!ear_) ear_ = ::SetWindowsHookExW(WH_KEYBOARD, &Hear, nullptr, ::GetCurrentThreadId());
+  if (!hook_)
+    hook_ = UniqueHook(::SetWindowsHookExW(WH_KEYBOARD, &KeyboardHook, nullptr, ::GetCurrentThreadId()));
   return clock_.Start(kLook);
 }
 
-LRESULT CALLBACK MessageBoxes::Hear(int code, WPARAM key, LPARAM flags) {
+LRESULT CALLBACK MessageBoxes::KeyboardHook(int code, WPARAM key, LPARAM flags) {
   MessageBoxes* const self = OfThisThread<MessageBoxes>();
   const bool pressed = (static_cast<DWORD>(flags) & 0x80000000u) == 0;
   if (code == HC_ACTION && self && pressed && !Guard::Standing()) {
@@ -255,7 +258,7 @@ void MessageBoxes::GiveUp() {
 
 void MessageBoxes::Stop() {
   clock_.Stop();
-  if (ear_) ::UnhookWindowsHookEx(std::exchange(ear_, nullptr));
+  hook_ = {};
   if (OfThisThread<MessageBoxes>() == this) OfThisThread<MessageBoxes>() = nullptr;
 }
 

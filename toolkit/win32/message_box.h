@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "toolkit/win32/loop_timer.h"
+#include "win32/handles.h"
 
 namespace zuvi::native {
 
@@ -43,11 +44,11 @@ class MessageBoxes {
   /// Begins and ends the waiting; false when the system has no timer to give.
   bool Start();
   void Stop();
-  static LRESULT CALLBACK Hear(int code, WPARAM key, LPARAM flags);
+  static LRESULT CALLBACK KeyboardHook(int code, WPARAM key, LPARAM flags);
 
   std::deque<Entry> waiting_;
   LoopTimer clock_{[this] { Deliver(); }};  // ticks while there are some
-  HHOOK ear_ = nullptr;                     // hears the user's own keys meanwhile
+  UniqueHook hook_;                         // hears the user's own keys meanwhile
   bool in_entry_ = false;                   // the user has begun an entry
   int elsewhere_ = 0;                       // ticks with the keyboard in another window
 };

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "toolkit/win32/drawing.h"
 #include "toolkit/win32/peers.h"
 
 namespace zuvi::native {
@@ -51,15 +52,11 @@ class MultiComboPeer final : public NativeControl, private DropDown {
     const int half = Parent().Pixels(Dip(3)), x = (place.left + place.right) / 2,
               y = (place.top + place.bottom) / 2 - half / 2;
     const std::array<POINT, 3> triangle{{{x - half, y}, {x + half, y}, {x, y + half}}};
-    const UniqueGdi<HBRUSH> brush(
-        ::CreateSolidBrush(::GetSysColor(enabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT)));
-    const UniqueGdi<HPEN> pen(
-        ::CreatePen(PS_SOLID, 1, ::GetSysColor(enabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT)));
-    const HGDIOBJ old_brush = ::SelectObject(item.hDC, brush.get());
-    const HGDIOBJ old_pen = ::SelectObject(item.hDC, pen.get());
+    const COLORREF ink = ::GetSysColor(enabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT);
+    const UniqueGdi<HBRUSH> brush(::CreateSolidBrush(ink));
+    const UniqueGdi<HPEN> pen(::CreatePen(PS_SOLID, 1, ink));
+    const Selected filled(item.hDC, brush.get()), edged(item.hDC, pen.get());
     ::Polygon(item.hDC, triangle.data(), static_cast<int>(triangle.size()));
-    ::SelectObject(item.hDC, old_pen);
-    ::SelectObject(item.hDC, old_brush);
   }
 
  protected:
@@ -193,14 +190,14 @@ class MultiComboPeer final : public NativeControl, private DropDown {
     plan.style = WS_POPUP | WS_BORDER | WS_CLIPCHILDREN;
     plan.extended = WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE;
     plan.parent = Parent().Window();
-    popup_ = Parent().Module().Create(plan);
+    popup_ = Parent().Factory().Create(plan);
     Adopt(popup_);
     WindowPlan inner;
     inner.window_class = WC_LISTVIEWW;
     inner.style = WS_CHILD | WS_VISIBLE | LVS_REPORT | LVS_OWNERDATA | LVS_SINGLESEL | LVS_SHOWSELALWAYS |
                   LVS_NOSORTHEADER;
     inner.parent = popup_;
-    list_ = Parent().Module().Create(inner);
+    list_ = Parent().Factory().Create(inner);
     Adopt(list_);
     AskList(WM_SETFONT, reinterpret_cast<WPARAM>(Parent().Font()), FALSE);
     AskList(LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
@@ -262,9 +259,9 @@ class MultiComboPeer final : public NativeControl, private DropDown {
         std::max<int>(monitor.rcWork.left, std::min<int>(field.left, monitor.rcWork.right - width));
     const int top = field.bottom + height <= monitor.rcWork.bottom ? field.bottom : field.top - height;
     ::SetWindowPos(popup_, HWND_TOP, left, top, width, height, SWP_NOACTIVATE);
-    RECT inside;
-    ::GetClientRect(popup_, &inside);
-    ::SetWindowPos(list_, nullptr, 0, 0, inside.right, inside.bottom, SWP_NOZORDER | SWP_NOACTIVATE);
+    RECT client;
+    ::GetClientRect(popup_, &client);
+    ::SetWindowPos(list_, nullptr, 0, 0, client.right, client.bottom, SWP_NOZORDER | SWP_NOACTIVATE);
   }
 
   void Close() {

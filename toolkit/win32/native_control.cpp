@@ -15,7 +15,7 @@ constexpr UINT_PTR kFlushTimer = 0x7A75;  // told apart from the timers native c
 // is to cost little more when it can be watched.
 constexpr UINT kFlushDelay = 25, kLongestDelay = 400, kPaintings = 6;
 
-/// By this property a window is known to be heard. Its user data stays free: it belongs to the control
+/// By this property a window is known to be subclassed. Its user data stays free: it belongs to the control
 /// itself, and to whoever else finds the window.
 constexpr const wchar_t* kProperty = L"Zuvi.Control";
 
@@ -23,7 +23,7 @@ constexpr const wchar_t* kProperty = L"Zuvi.Control";
 /// another process for a property.
 struct Found {
   HWND window;
-  void* heard;
+  void* subclassed;
 };
 Found& LastFound(HWND window) {
   constexpr std::size_t kPlaces = 128;
@@ -80,7 +80,7 @@ void NativeControl::CreateWindowOf(const wchar_t* window_class, DWORD style, DWO
   plan.text = text;
   plan.place = Place();
   plan.parent = form_.Window();
-  window_ = form_.Module().Create(plan);
+  window_ = form_.Factory().Create(plan);
   Adopt(window_);
   Send(WM_SETFONT, reinterpret_cast<WPARAM>(form_.Font()), FALSE);
   ShowToolTip();
@@ -89,12 +89,12 @@ void NativeControl::CreateWindowOf(const wchar_t* window_class, DWORD style, DWO
 void NativeControl::Adopt(HWND inner) {
   if (!inner) return;
   const auto native = reinterpret_cast<WNDPROC>(::GetWindowLongPtrW(inner, GWLP_WNDPROC));
-  auto& heard = *link_->windows.emplace_back(std::make_unique<Heard>(*link_, native));
-  if (!::SetPropW(inner, kProperty, &heard)) {
+  auto& subclassed = *link_->windows.emplace_back(std::make_unique<Subclassed>(*link_, native));
+  if (!::SetPropW(inner, kProperty, &subclassed)) {
     link_->windows.pop_back();
     throw HostError("Windows could not create a window", ErrorNumber::OutOfMemory);
   }
-  LastFound(inner) = {inner, &heard};
+  LastFound(inner) = {inner, &subclassed};
   link_->while_native = link_;
   ::SetWindowLongPtrW(inner, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure));
 }
@@ -151,25 +151,25 @@ void NativeControl::FlushLater() {
   ::SetTimer(window_, kFlushTimer, std::clamp(kPaintings * paint_cost_, kFlushDelay, kLongestDelay), nullptr);
 }
 
-NativeControl::Heard* NativeControl::HeardIn(HWND window) {
+NativeControl::Subclassed* NativeControl::SubclassedIn(HWND window) {
   Found& last = LastFound(window);
   if (last.window != window) last = {window, ::GetPropW(window, kProperty)};
-  return static_cast<Heard*>(last.heard);
+  return static_cast<Subclassed*>(last.subclassed);
 }
 
-LRESULT NativeControl::Native(const Message& message) {
-  const Heard* const heard = HeardIn(message.window);
-  if (!heard) return ::DefWindowProcW(message.window, message.id, message.w, message.l);
-  const std::shared_ptr<Link> link = heard->link.shared_from_this();
-  const Counted inside(link->natives);
-  return ::CallWindowProcW(heard->native, message.window, message.id, message.w, message.l);
+LRESULT NativeControl::CallNative(const Message& message) {
+  const Subclassed* const subclassed = SubclassedIn(message.window);
+  if (!subclassed) return ::DefWindowProcW(message.window, message.id, message.w, message.l);
+  const std::shared_ptr<Link> link = subclassed->link.shared_from_this();
+  const Counted on_stack(link->natives);
+  return ::CallWindowProcW(subclassed->native, message.window, message.id, message.w, message.l);
 }
 
 void NativeControl::FlushNow() {
   if (!dirty_ || InNative()) return;
   dirty_ = false;
   ::KillTimer(window_, kFlushTimer);
-  const Echo echo(*this);
+  const UpdateGuard echo(*this);
   Flush();
 }
 
@@ -179,24 +179,24 @@ bool NativeControl::FlushesBefore(const Message& message) const {
          (message.id == WM_PAINT && FlushesToPaint()) || (message.id == WM_TIMER && message.w == kFlushTimer);
 }
 
-LRESULT NativeControl::Gone(Heard& heard, const Message& message) {
-  const std::shared_ptr<Link> link = heard.link.shared_from_this();
-  const LRESULT result = Native(message);
+LRESULT NativeControl::Destroyed(Subclassed& subclassed, const Message& message) {
+  const std::shared_ptr<Link> link = subclassed.link.shared_from_this();
+  const LRESULT result = CallNative(message);
   ::RemovePropW(message.window, kProperty);
   if (Found& last = LastFound(message.window); last.window == message.window) last = {};
   if (link->peer && link->peer->window_ == message.window) link->peer->window_ = nullptr;
-  std::erase_if(link->windows, [&](const auto& one) { return one.get() == &heard; });
+  std::erase_if(link->windows, [&](const auto& one) { return one.get() == &subclassed; });
   if (link->windows.empty()) link->while_native.reset();
   return result;
 }
 
 LRESULT CALLBACK NativeControl::Procedure(HWND window, UINT id, WPARAM w, LPARAM l) {
   const Message message{window, id, w, l};
-  Heard* const heard = HeardIn(window);
-  if (!heard) return Native(message);
-  if (id == WM_NCDESTROY) return Gone(*heard, message);
-  const std::shared_ptr<Link> link = heard->link.shared_from_this();
-  if (!link->peer) return Native(message);
+  Subclassed* const subclassed = SubclassedIn(window);
+  if (!subclassed) return CallNative(message);
+  if (id == WM_NCDESTROY) return Destroyed(*subclassed, message);
+  const std::shared_ptr<Link> link = subclassed->link.shared_from_this();
+  if (!link->peer) return CallNative(message);
   const Entry entry(*link->life);
   try {
     NativeControl& peer = *link->peer;
@@ -204,7 +204,7 @@ LRESULT CALLBACK NativeControl::Procedure(HWND window, UINT id, WPARAM w, LPARAM
     const ULONGLONG start = ::GetTickCount64();
     if (peer.OnlyReads() && IsPress(id)) return 0;
     const auto own = peer.OnMessage(message);
-    const LRESULT result = own ? *own : Native(message);
+    const LRESULT result = own ? *own : CallNative(message);
     if (link->peer && link->natives == 0) link->peer->AfterMessage();
     if (id == WM_PAINT && link->peer) link->peer->paint_cost_ = static_cast<UINT>(::GetTickCount64() - start);
     return result;
@@ -234,50 +234,58 @@ std::optional<LRESULT> NativeControl::OnMessage(const Message& message) {
       Character(message);
       return 0;
     case WM_KEYUP:
-    case WM_SYSKEYUP: {
-      const Life alive = Alive();
-      const LRESULT result = Native(message);
-      if (!alive) return result;
-      if (std::exchange(listed_key_, 0) != message.w)
-        form_.Model().KeyUp(control_, static_cast<std::int16_t>(message.w), ShiftState());
-      return result;
-    }
-    case WM_SETFOCUS: {
-      const Life alive = Alive();
-      const LRESULT result = Native(message);
-      if (!alive) return result;
-      if (OnlyReads())
-        ::SetFocus(form_.Window());  // which passes it on to where it belongs
-      else {
-        // Not from under a button that is being pressed: that would mark text, or drag.
-        if (::GetKeyState(VK_LBUTTON) >= 0) form_.Scroll().Reveal(NativeControl::Place());
-        form_.Model().FocusMoved(&control_);
-      }
-      return result;
-    }
+    case WM_SYSKEYUP:
+      return KeyUp(message);
+    case WM_SETFOCUS:
+      return GainedFocus(message);
     case WM_KILLFOCUS: {
       const Life alive = Alive();
-      const LRESULT result = Native(message);
+      const LRESULT result = CallNative(message);
       if (alive) form_.Dismiss();
       return result;
     }
-    case WM_LBUTTONDOWN: {
-      // The focus comes first, then what the press does; a handler that keeps the focus elsewhere keeps the
-      // press from having an effect.
-      const Life alive = Alive();
-      form_.Dismiss();
-      if (!alive || !control_.CanFocus() || control_.HasFocus()) return std::nullopt;
-      TakeFocus();
-      if (alive && control_.HasFocus()) return std::nullopt;
+    case WM_LBUTTONDOWN:
+      if (Pressed()) return std::nullopt;
       return 0;
-    }
     default:
       return std::nullopt;
   }
 }
 
-void NativeControl::OwnKey(const Message& message, std::int16_t) { Native(message); }
-void NativeControl::OwnChar(const Message& message) { Native(message); }
+LRESULT NativeControl::KeyUp(const Message& message) {
+  const Life alive = Alive();
+  const LRESULT result = CallNative(message);
+  if (alive && std::exchange(listed_key_, 0) != message.w)
+    form_.Model().KeyUp(control_, static_cast<std::int16_t>(message.w), ShiftState());
+  return result;
+}
+
+LRESULT NativeControl::GainedFocus(const Message& message) {
+  const Life alive = Alive();
+  const LRESULT result = CallNative(message);
+  if (!alive) return result;
+  if (OnlyReads()) {
+    ::SetFocus(form_.Window());  // which passes it on to where it belongs
+  } else {
+    // Not from under a button that is being pressed: that would mark text, or drag.
+    if (::GetKeyState(VK_LBUTTON) >= 0) form_.Scroll().Reveal(NativeControl::Place());
+    form_.Model().FocusMoved(&control_);
+  }
+  return result;
+}
+
+bool NativeControl::Pressed() {
+  // The focus comes first, then what the press does; a handler that keeps the focus elsewhere keeps the press
+  // from having an effect.
+  const Life alive = Alive();
+  form_.Dismiss();
+  if (!alive || !control_.CanFocus() || control_.HasFocus()) return true;
+  TakeFocus();
+  return alive && control_.HasFocus();
+}
+
+void NativeControl::OwnKey(const Message& message, std::int16_t) { CallNative(message); }
+void NativeControl::OwnChar(const Message& message) { CallNative(message); }
 
 void NativeControl::KeyDown(const Message& message) {
   const Life alive = Alive();
@@ -318,7 +326,7 @@ void NativeControl::Character(const Message& message) {
   const auto character = static_cast<char16_t>(message.w);
   Form& form = form_.Model();
   if (message.id == WM_SYSCHAR) {
-    if (!form.Mnemonic(character) && alive) Native(message);
+    if (!form.Mnemonic(character) && alive) CallNative(message);
     return;
   }
   const char16_t kept = form.KeyPress(control_, character);

@@ -46,14 +46,14 @@ class NativeControl : public Peer {
   struct Link;
   /// A window whose messages come here first, and the procedure that they are for. A property of the window
   /// tells it.
-  struct Heard {
+  struct Subclassed {
     Link& link;
     WNDPROC native;
   };
   struct Link : std::enable_shared_from_this<Link> {
     NativeControl* peer = nullptr;
     std::shared_ptr<WindowLife> life;
-    std::vector<std::unique_ptr<Heard>> windows;
+    std::vector<std::unique_ptr<Subclassed>> windows;
     std::shared_ptr<Link> while_native;
     int natives = 0;  // native procedures on the stack
   };
@@ -69,12 +69,12 @@ class NativeControl : public Peer {
   Life Alive() const { return Life(link_); }
   /// Sets a flag while the model is being mirrored, so that what the native control tells meanwhile is no
   /// user's doing.
-  class Echo {
+  class UpdateGuard {
    public:
-    explicit Echo(NativeControl& peer) : flag_(peer.updating_), before_(flag_) { flag_ = true; }
-    Echo(const Echo&) = delete;
-    Echo& operator=(const Echo&) = delete;
-    ~Echo() { flag_ = before_; }
+    explicit UpdateGuard(NativeControl& peer) : flag_(peer.updating_), before_(flag_) { flag_ = true; }
+    UpdateGuard(const UpdateGuard&) = delete;
+    UpdateGuard& operator=(const UpdateGuard&) = delete;
+    ~UpdateGuard() { flag_ = before_; }
 
    private:
     bool& flag_;
@@ -129,15 +129,19 @@ class NativeControl : public Peer {
   virtual bool ActsOnChar(WPARAM /*key*/) const { return false; }
 
   /// What the native control makes of a message.
-  static LRESULT Native(const Message& message);
+  static LRESULT CallNative(const Message& message);
 
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM w, LPARAM l);
-  static Heard* HeardIn(HWND window);
+  static Subclassed* SubclassedIn(HWND window);
   bool FlushesBefore(const Message& message) const;
-  static LRESULT Gone(Heard& heard, const Message& message);
+  static LRESULT Destroyed(Subclassed& subclassed, const Message& message);
+  LRESULT KeyUp(const Message& message);
   void KeyDown(const Message& message);
   void Character(const Message& message);
+  LRESULT GainedFocus(const Message& message);
+  /// False keeps a press of the left button from the native control.
+  bool Pressed();
 
   NativeForm& form_;
   Control& control_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "toolkit/win32/drawing.h"
 #include "toolkit/win32/native_control.h"
 #include "toolkit/win32/peers.h"
 
@@ -56,9 +57,9 @@ void ModalBlock::Release() {
   if (const HWND foreign = std::exchange(foreign_, nullptr)) ::EnableWindow(foreign, TRUE);
 }
 
-NativeForm::NativeForm(std::shared_ptr<NativeModule> module, Form& form)
+NativeForm::NativeForm(std::shared_ptr<WindowFactory> factory, Form& form)
     : form_(form), life_(std::make_shared<WindowLife>()) {
-  life_->module = std::move(module);
+  life_->factory = std::move(factory);
   life_->peer = this;
 }
 
@@ -75,14 +76,14 @@ NativeForm::~NativeForm() {
   if (modal) ::PostMessageW(nullptr, WM_NULL, 0, 0);
 }
 
-void NativeForm::MakeFonts() { texts_ = std::make_shared<NativeTexts>(Module().MessageFont(dpi_), dpi_); }
+void NativeForm::MakeFonts() { texts_ = std::make_shared<NativeTexts>(Factory().MessageFont(dpi_), dpi_); }
 
 void NativeForm::Create(int nth) {
   style_ = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
   if (form_.Sizable()) style_ |= WS_THICKFRAME | WS_MAXIMIZEBOX;
   if (!form_.Enabled()) style_ |= WS_DISABLED;
   extended_ = WS_EX_CONTROLPARENT;
-  dpi_ = Module().DpiOf(nullptr);
+  dpi_ = Factory().DpiOf(nullptr);
   WindowPlan plan;
   plan.window_class = kFormClass;
   plan.style = style_;
@@ -90,8 +91,8 @@ void NativeForm::Create(int nth) {
   plan.text = Wide(form_.Caption());
   plan.place = FirstPlace(nth);
   plan.param = life_.get();
-  Module().Create(plan);
-  dpi_ = Module().DpiOf(Window());
+  Factory().Create(plan);
+  dpi_ = Factory().DpiOf(Window());
   MakeFonts();
   form_.FitTo(texts_);
   const std::vector<std::shared_ptr<Control>> controls = form_.Controls();
@@ -121,9 +122,9 @@ void NativeForm::ShowNow() {
   showing_ = false;
   if (::IsIconic(Window())) return;
   // Shown maximized, or on a screen too small for the design.
-  RECT inside;
-  ::GetClientRect(Window(), &inside);
-  OnSize(::IsZoomed(Window()) ? SIZE_MAXIMIZED : SIZE_RESTORED, inside.right, inside.bottom);
+  RECT client;
+  ::GetClientRect(Window(), &client);
+  OnSize(::IsZoomed(Window()) ? SIZE_MAXIMIZED : SIZE_RESTORED, client.right, client.bottom);
 }
 
 void NativeForm::ShowState() {
@@ -205,9 +206,7 @@ void NativeForm::GiveFocus() {
 }
 
 void NativeForm::OnPaint(HWND window) {
-  PAINTSTRUCT paint;
-  ::BeginPaint(window, &paint);
-  ::EndPaint(window, &paint);
+  { const Painting nothing_of_its_own(window); }
   if (painting_ || showing_) return;
   const auto life = life_;
   painting_ = true;
@@ -226,7 +225,7 @@ void NativeForm::SetToolTip(HWND tool, const std::wstring& text) {
     plan.window_class = TOOLTIPS_CLASSW;
     plan.style = WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX;
     plan.parent = Window();
-    tips_ = Module().Create(plan);
+    tips_ = Factory().Create(plan);
     ScaleToolTips();
   }
   TTTOOLINFOW info{};

@@ -40,7 +40,7 @@ class ModalBlock {
 /// Native side of a window.
 class NativeForm final : public Peer {
  public:
-  NativeForm(std::shared_ptr<NativeModule> module, Form& form);
+  NativeForm(std::shared_ptr<WindowFactory> factory, Form& form);
   NativeForm(const NativeForm&) = delete;
   NativeForm& operator=(const NativeForm&) = delete;
   ~NativeForm() override;
@@ -54,13 +54,13 @@ class NativeForm final : public Peer {
 
   Form& Model() const { return form_; }
   HWND Window() const { return life_->window; }
-  NativeModule& Module() const { return *life_->module; }
+  WindowFactory& Factory() const { return *life_->factory; }
   const std::shared_ptr<WindowLife>& Life() const { return life_; }
   UINT Dpi() const { return dpi_; }
   int Pixels(std::int32_t twips) const { return ::MulDiv(twips, static_cast<int>(dpi_), 1440); }
   std::int32_t Twips(int pixels) const { return ::MulDiv(pixels, 1440, static_cast<int>(dpi_)); }
   /// A measure of the system's (SM_…) in pixels of this window's screen.
-  int Metric(int which) const { return NativeModule::Metric(which, dpi_); }
+  int Metric(int which) const { return WindowFactory::Metric(which, dpi_); }
   HFONT Font(bool bold = false) const { return texts_->Font(bold); }
   /// Whether a control's native focus would be the keyboard's.
   bool Active() const;
@@ -98,7 +98,7 @@ class NativeForm final : public Peer {
   RECT FirstPlace(int nth) const;
   void GiveFocus();
   void OnSize(WPARAM kind, int width, int height);
-  /// Lays the controls out in the inside that the window has.
+  /// Lays the controls out in the client area that the window has.
   void LayOut();
   /// The same, and shows the bars that are needed then.
   void LayOutWithBars();
@@ -107,7 +107,7 @@ class NativeForm final : public Peer {
   void OnModalEnded();
   void OnNewScale(UINT dpi, const RECT& place);
   void Rescale();
-  /// Brings the window to the size of its inside, no larger than its screen and nowhere outside of it.
+  /// Brings the window to the size of its client area, no larger than its screen and nowhere outside of it.
   void PutOnScreen();
   /// What the controls' native sides ask for beyond what the model knows of.
   void FitNative();

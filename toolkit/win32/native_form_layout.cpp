@@ -9,13 +9,13 @@ namespace zuvi::native {
 
 RECT NativeForm::FrameOf(int width, int height) const {
   RECT frame{0, 0, width, height};
-  Module().AddFrame(frame, style_, extended_, dpi_);
+  Factory().AddFrame(frame, style_, extended_, dpi_);
   return frame;
 }
 
 RECT NativeForm::FirstPlace(int nth) const {
   const HWND front = ::GetForegroundWindow();
-  const RECT area = NativeModule::WorkArea(front);
+  const RECT area = WindowFactory::WorkArea(front);
   const RECT frame = FrameOf(Pixels(form_.InsideWidth()), Pixels(form_.InsideHeight()));
   const LONG width = std::min(frame.right - frame.left, area.right - area.left);
   const LONG height = std::min(frame.bottom - frame.top, area.bottom - area.top);
@@ -72,11 +72,11 @@ void NativeForm::LayOutWithBars() {
 
 void NativeForm::LayOut() {
   const auto life = life_;
-  RECT inside;
-  ::GetClientRect(Window(), &inside);
+  RECT client;
+  ::GetClientRect(Window(), &client);
   // Controls move together at the end.
   sizing_ = true;
-  form_.Resized(Twips(inside.right), Twips(inside.bottom));
+  form_.Resized(Twips(client.right), Twips(client.bottom));
   if (!life->peer) return;
   sizing_ = false;
   const std::vector<NativeControl*> moved = std::exchange(moved_, {});
@@ -125,23 +125,23 @@ void NativeForm::PutOnScreen() {
   const auto life = life_;
   if (!::IsZoomed(Window())) {
     const RECT frame = FrameOf(Pixels(form_.InsideWidth()), Pixels(form_.InsideHeight()));
-    const RECT area = NativeModule::WorkArea(Window());
+    const RECT area = WindowFactory::WorkArea(Window());
     const LONG width = std::min(frame.right - frame.left, area.right - area.left);
     const LONG height = std::min(frame.bottom - frame.top, area.bottom - area.top);
     ::SetWindowPos(Window(), nullptr, std::max(area.left, std::min(now.left, area.right - width)),
                    std::max(area.top, std::min(now.top, area.bottom - height)), width, height,
                    SWP_NOZORDER | SWP_NOACTIVATE);
   }
-  // On a screen without room for all of it, and where it fills the screen, it has another inside than it
+  // On a screen without room for all of it, and where it fills the screen, it has another client area than it
   // wants.
-  RECT inside;
-  if (!life->peer || !::GetClientRect(Window(), &inside)) return;
-  OnSize(::IsZoomed(Window()) ? SIZE_MAXIMIZED : SIZE_RESTORED, inside.right, inside.bottom);
+  RECT client;
+  if (!life->peer || !::GetClientRect(Window(), &client)) return;
+  OnSize(::IsZoomed(Window()) ? SIZE_MAXIMIZED : SIZE_RESTORED, client.right, client.bottom);
 }
 
 void NativeForm::SmallestSize(MINMAXINFO& info) const {
   const RECT frame = FrameOf(Pixels(form_.DesignWidth()), Pixels(form_.DesignHeight()));
-  const RECT area = NativeModule::WorkArea(Window());
+  const RECT area = WindowFactory::WorkArea(Window());
   info.ptMinTrackSize = {std::min(frame.right - frame.left, area.right - area.left),
                          std::min(frame.bottom - frame.top, area.bottom - area.top)};
 }

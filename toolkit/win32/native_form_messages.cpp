@@ -179,7 +179,7 @@ std::optional<LRESULT> NativeForm::HandleState(const Message& m) {
       return 0;
     case WM_SETTINGCHANGE:
       // Which of the settings it was is told in several ways, by the version of the system.
-      if (texts_ && !texts_->Is(Module().MessageFont(dpi_), dpi_)) Rescale();
+      if (texts_ && !texts_->Is(Factory().MessageFont(dpi_), dpi_)) Rescale();
       return std::nullopt;
     case WM_SYSCOLORCHANGE:
     case WM_THEMECHANGED:

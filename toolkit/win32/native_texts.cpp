@@ -4,42 +4,24 @@
 #include <cstring>
 
 namespace zuvi::native {
-namespace {
-
-/// A canvas to measure on, in a font.
-class Canvas {
- public:
-  explicit Canvas(HFONT font)
-      : canvas_(::CreateCompatibleDC(nullptr)), before_(::SelectObject(canvas_, font)) {}
-  Canvas(const Canvas&) = delete;
-  Canvas& operator=(const Canvas&) = delete;
-  ~Canvas() {
-    ::SelectObject(canvas_, before_);
-    ::DeleteDC(canvas_);
-  }
-  operator HDC() const { return canvas_; }  // NOLINT: for the system's calls
-
- private:
-  HDC canvas_;
-  HGDIOBJ before_;
-};
-
-}  // namespace
-
 NativeTexts::NativeTexts(const LOGFONTW& font, UINT dpi) : made_of_(font), dpi_(dpi) {
   LOGFONTW wanted = font;
-  font_.reset(::CreateFontIndirectW(&wanted));
+  font_ = UniqueGdi<HFONT>(::CreateFontIndirectW(&wanted));
   wanted.lfWeight = FW_BOLD;
-  bold_.reset(::CreateFontIndirectW(&wanted));
+  bold_ = UniqueGdi<HFONT>(::CreateFontIndirectW(&wanted));
+  const MemoryDc canvas(::CreateCompatibleDC(nullptr));
+  const Selected in_use(canvas.get(), font_.get());
   TEXTMETRICW metrics{};
-  ::GetTextMetricsW(Canvas(font_.get()), &metrics);
+  ::GetTextMetricsW(canvas.get(), &metrics);
   height_ = static_cast<int>(metrics.tmHeight);
 }
 
 std::int32_t NativeTexts::Width(std::string_view text, bool bold) const {
   const std::wstring wide = Wide(text);
   SIZE size{};
-  ::GetTextExtentPoint32W(Canvas(Font(bold)), wide.c_str(), static_cast<int>(wide.size()), &size);
+  const MemoryDc canvas(::CreateCompatibleDC(nullptr));
+  const Selected in_use(canvas.get(), Font(bold));
+  ::GetTextExtentPoint32W(canvas.get(), wide.c_str(), static_cast<int>(wide.size()), &size);
   return Twips(size.cx);
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "toolkit/text_measure.h"
-#include "toolkit/win32/windows_ui.h"
+#include "toolkit/win32/drawing.h"
 
 namespace zuvi::native {
 

@@ -2,9 +2,9 @@
 // that is only read.
 #include <algorithm>
 #include <memory>
-#include <type_traits>
 #include <vector>
 
+#include "toolkit/win32/drawing.h"
 #include "toolkit/win32/peers.h"
 
 #include <richedit.h>
@@ -17,6 +17,37 @@ bool DropsDown(WPARAM key, std::int16_t shift) {
   return (key == VK_F4 && shift == shift::kNone) || (key == VK_DOWN && shift == shift::kAlt);
 }
 
+/// The clipboard, open for a window; false while somebody else has it.
+class Clipboard {
+ public:
+  explicit Clipboard(HWND window) : open_(::OpenClipboard(window)) {}
+  Clipboard(const Clipboard&) = delete;
+  Clipboard& operator=(const Clipboard&) = delete;
+  ~Clipboard() {
+    if (open_) ::CloseClipboard();
+  }
+  explicit operator bool() const { return open_ != FALSE; }
+
+ private:
+  BOOL open_;
+};
+
+/// The bytes of a movable block of memory; null for none.
+class LockedBlock {
+ public:
+  explicit LockedBlock(HANDLE block) : block_(block), bytes_(block ? ::GlobalLock(block) : nullptr) {}
+  LockedBlock(const LockedBlock&) = delete;
+  LockedBlock& operator=(const LockedBlock&) = delete;
+  ~LockedBlock() {
+    if (bytes_) ::GlobalUnlock(block_);
+  }
+  const void* get() const { return bytes_; }
+
+ private:
+  HANDLE block_;
+  void* bytes_;
+};
+
 class TextPeer : public NativeControl {
  public:
   TextPeer(NativeForm& form, TextBox& box) : NativeControl(form, box), box_(box) {}
@@ -26,14 +57,14 @@ class TextPeer : public NativeControl {
                                          : static_cast<DWORD>(ES_AUTOHSCROLL);
     const DWORD style = lines | (box_.RightAligned() ? ES_RIGHT : 0u) | (ReadOnly() ? ES_READONLY : 0u);
     CreateWindowOf(WindowClass(), style, WS_EX_CLIENTEDGE, FirstText());
-    const Echo echo(*this);
+    const UpdateGuard echo(*this);
     Prepare();
     if (box_.MultiLine() || box_.MaxLength() > 0) LimitText();
     if (!box_.Text().empty()) ShowSelection();
   }
 
   void Update(Aspect aspect) override {
-    const Echo echo(*this);
+    const UpdateGuard echo(*this);
     switch (aspect) {
       case Aspect::Text:
         ShowText();
@@ -121,7 +152,7 @@ class TextPeer : public NativeControl {
   std::optional<LRESULT> OnMessage(const Message& message) override {
     const Life alive = Alive();
     if (message.id == WM_LBUTTONDBLCLK || message.id == WM_LBUTTONUP) {
-      const LRESULT result = Native(message);
+      const LRESULT result = CallNative(message);
       if (alive) message.id == WM_LBUTTONUP ? box_.Click() : box_.DblClick();
       return result;
     }
@@ -142,15 +173,12 @@ class TextPeer : public NativeControl {
   std::string NativeText() const { return Narrow(TextOf(Window())); }
 
   std::wstring ClipboardText() const {
-    std::wstring text;
-    if (!::OpenClipboard(Window())) return text;
-    if (const HANDLE data = ::GetClipboardData(CF_UNICODETEXT))
-      if (const auto* const units = static_cast<const wchar_t*>(::GlobalLock(data))) {
-        text.assign(units, ::wcsnlen(units, ::GlobalSize(data) / sizeof(wchar_t)));
-        ::GlobalUnlock(data);
-      }
-    ::CloseClipboard();
-    return text;
+    const Clipboard clipboard(Window());
+    const HANDLE data = clipboard ? ::GetClipboardData(CF_UNICODETEXT) : nullptr;
+    const LockedBlock block(data);
+    const auto* const units = static_cast<const wchar_t*>(block.get());
+    return units ? std::wstring(units, ::wcsnlen(units, ::GlobalSize(data) / sizeof(wchar_t)))
+                 : std::wstring();
   }
 
   void Edited() {
@@ -177,7 +205,7 @@ class RichTextPeer final : public TextPeer {
   RichTextPeer(NativeForm& form, TextBox& box) : TextPeer(form, box) {}
 
  protected:
-  const wchar_t* WindowClass() override { return Parent().Module().RichTextClass(); }
+  const wchar_t* WindowClass() override { return Parent().Factory().RichTextClass(); }
   std::wstring FirstText() const override { return {}; }
   void Prepare() override {
     // Which can be set only while there is no text.
@@ -221,7 +249,7 @@ class RichTextPeer final : public TextPeer {
   /// These the native control does at once, without waiting for what KeyPress says.
   bool ActsOnChar(WPARAM key) const override { return key == VK_RETURN || key == VK_BACK; }
   void OwnChar(const Message& message) override {
-    if (message.w == VK_BACK) Native({message.window, WM_KEYDOWN, VK_BACK, message.l});
+    if (message.w == VK_BACK) CallNative({message.window, WM_KEYDOWN, VK_BACK, message.l});
     TextPeer::OwnChar(message);
   }
   std::optional<LRESULT> OnMessage(const Message& message) override {
@@ -249,7 +277,7 @@ class PagePeer final : public NativeControl {
  public:
   PagePeer(NativeForm& form, WebBrowser& page) : NativeControl(form, page), page_(page) {}
   void Create() override {
-    CreateWindowOf(Parent().Module().RichTextClass(),
+    CreateWindowOf(Parent().Factory().RichTextClass(),
                    ES_MULTILINE | ES_READONLY | WS_VSCROLL | ES_AUTOVSCROLL, WS_EX_CLIENTEDGE);
     Send(EM_SETTEXTMODE, TM_PLAINTEXT);
     Update(Aspect::Text);
@@ -286,9 +314,8 @@ class PagePeer final : public NativeControl {
   /// The widest of each column in pixels; what is last in its line takes what it needs.
   std::vector<int> WidthsOfCells(std::wstring_view text) const {
     std::vector<int> widths;
-    const auto release = [this](HDC dc) { ::ReleaseDC(Window(), dc); };
-    const std::unique_ptr<std::remove_pointer_t<HDC>, decltype(release)> screen(::GetDC(Window()), release);
-    const HGDIOBJ before = ::SelectObject(screen.get(), reinterpret_cast<HGDIOBJ>(Send(WM_GETFONT)));
+    const WindowDc screen(Window());
+    const Selected font(screen.get(), reinterpret_cast<HGDIOBJ>(Send(WM_GETFONT)));
     std::size_t column = 0;
     for (std::size_t from = 0, to; (to = text.find_first_of(L"\t\n", from)) != text.npos; from = to + 1) {
       if (text[to] == L'\n') {
@@ -301,7 +328,6 @@ class PagePeer final : public NativeControl {
       widths[column] = std::max<int>(widths[column], size.cx);
       ++column;
     }
-    ::SelectObject(screen.get(), before);
     return widths;
   }
 
@@ -313,7 +339,7 @@ class PagePeer final : public NativeControl {
 std::unique_ptr<NativeControl> TextPeerFor(NativeForm& form, TextBox& box) {
   // Where the rich text control is missing, the plain one has several lines too.
   const bool rich =
-      dynamic_cast<RichTextBox*>(&box) && form.Module().RichTextClass() != std::wstring_view(L"EDIT");
+      dynamic_cast<RichTextBox*>(&box) && form.Factory().RichTextClass() != std::wstring_view(L"EDIT");
   if (rich) return std::make_unique<RichTextPeer>(form, box);
   return std::make_unique<TextPeer>(form, box);
 }

@@ -60,7 +60,7 @@ Win32Desktop::~Win32Desktop() = default;
 
 int Win32Desktop::Box(const std::string& text, const wchar_t* title, unsigned style) noexcept {
   try {
-    return boxes_->Show(native::Wide(text), title, style);
+    return boxes_->Show(Wide(text), title, style);
   } catch (...) {
     return ::MessageBoxW(nullptr, L"Out of memory", title, MB_OK);
   }
@@ -89,11 +89,12 @@ void Win32Desktop::Breathe() {
 }
 
 void Win32Desktop::Attach(Form& form) {
-  if (!module_) module_ = std::make_shared<native::NativeModule>(instance_, &native::NativeForm::Procedure);
+  if (!factory_)
+    factory_ = std::make_shared<native::WindowFactory>(instance_, &native::NativeForm::Procedure);
   const auto alike = std::ranges::count_if(Forms(), [&](const std::shared_ptr<Form>& open) {
     return open.get() != &form && open->Visible() && open->Name() == form.Name();
   });
-  auto peer = std::make_unique<native::NativeForm>(module_, form);
+  auto peer = std::make_unique<native::NativeForm>(factory_, form);
   native::NativeForm& window = *peer;
   form.SetPeer(std::move(peer));
   try {

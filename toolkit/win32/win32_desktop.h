@@ -13,7 +13,7 @@ namespace zuvi {
 
 namespace native {
 class MessageBoxes;
-class NativeModule;
+class WindowFactory;
 }  // namespace native
 
 /// The real screen. Belongs to one thread.
@@ -39,8 +39,8 @@ class Win32Desktop : public Desktop {
  private:
   HINSTANCE__* instance_;
   std::unique_ptr<native::MessageBoxes> boxes_;
-  unsigned long breathed_ = 0;                    // milliseconds of the system, at the end of the last pump
-  std::shared_ptr<native::NativeModule> module_;  // made with the first window
+  unsigned long breathed_ = 0;                      // milliseconds of the system, at the end of the last pump
+  std::shared_ptr<native::WindowFactory> factory_;  // made with the first window
 };
 
 }  // namespace zuvi

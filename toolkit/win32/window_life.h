@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "toolkit/form.h"
-#include "toolkit/win32/native_module.h"
+#include "toolkit/win32/window_factory.h"
 
 namespace zuvi::native {
 
@@ -16,7 +16,7 @@ inline constexpr UINT kModalEnded = WM_APP + 2;
 /// What the procedures of a window and of its controls share. A handler may close the window while some of
 /// them are on the stack: the peers go at once, the native windows only when the last procedure has returned.
 struct WindowLife : std::enable_shared_from_this<WindowLife> {
-  std::shared_ptr<NativeModule> module;
+  std::shared_ptr<WindowFactory> factory;
   HWND window = nullptr;
   NativeForm* peer = nullptr;                // null once the window was closed
   int procedures = 0;                        // on the stack

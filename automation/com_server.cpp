@@ -1,21 +1,10 @@
-#include "automation/com_module.h"
+#include "automation/com_server.h"
 
 #include <algorithm>
 
-namespace zuvi {
+#include "win32/image.h"
 
-std::wstring PathOf(HMODULE module) {
-  // Paths may be longer than MAX_PATH; a full buffer means there is more.
-  std::wstring path(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD length = ::GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
-    if (length < path.size()) {
-      path.resize(length);
-      return path;
-    }
-    path.resize(path.size() * 2);
-  }
-}
+namespace zuvi {
 
 std::wstring ComModule::Path() const { return PathOf(instance_); }
 

@@ -1,15 +1,15 @@
-#include "host/win32/modulo_host.h"
+#include "host/win32/servidor_host.h"
 
 #include "host/win32/apartamento_host.h"
 
 namespace zuvi::host {
 
-std::shared_ptr<ApartamentoHost> ModuloHost::Actual() {
+std::shared_ptr<ApartamentoHost> ServidorHost::Actual() {
   const ThreadIdentity hilo = CurrentThread();
   const std::lock_guard cerrado(candado_);
   if (const auto suyo = apartamentos_.find(hilo); suyo != apartamentos_.end()) return suyo->second;
   auto nuevo = std::make_shared<ApartamentoHost>(
-      modulo_,
+      servidor_,
       [this](IUnknown* exterior, REFIID iid, void** salida) {
         return Actual()->CreaRecordset(exterior, iid, salida);
       },
@@ -17,7 +17,7 @@ std::shared_ptr<ApartamentoHost> ModuloHost::Actual() {
   return apartamentos_.emplace(hilo, std::move(nuevo)).first->second;
 }
 
-std::shared_ptr<ApartamentoHost> ModuloHost::Saca() {
+std::shared_ptr<ApartamentoHost> ServidorHost::Saca() {
   const ThreadIdentity hilo = CurrentThread();
   const std::lock_guard cerrado(candado_);
   const auto suyo = apartamentos_.find(hilo);
@@ -27,12 +27,12 @@ std::shared_ptr<ApartamentoHost> ModuloHost::Saca() {
   return sacado;
 }
 
-ComPtr<IUnknown> ModuloHost::Crea(const ClaseHost& clase) { return Actual()->Crea(clase); }
+ComPtr<IUnknown> ServidorHost::Crea(const ClaseHost& clase) { return Actual()->Crea(clase); }
 
-bool ModuloHost::Descansa() {
+bool ServidorHost::Descansa() {
   Saca();
   const std::lock_guard cerrado(candado_);
-  return apartamentos_.empty() && modulo_.Idle();
+  return apartamentos_.empty() && servidor_.Idle();
 }
 
 }  // namespace zuvi::host

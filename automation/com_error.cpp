@@ -1,6 +1,5 @@
-#include "automation/frontera.h"
+#include "automation/com_error.h"
 
-#include <array>
 #include <cstdio>
 #include <new>
 
@@ -16,25 +15,25 @@ struct Mapped {
 };
 
 /// Failures that have a number, and so a text, of their own among automation clients.
-constexpr std::array kMapped{
-    Mapped{DISP_E_MEMBERNOTFOUND, ErrorNumber::NoSuchMember},
-    Mapped{DISP_E_UNKNOWNNAME, ErrorNumber::NoSuchMember},
-    Mapped{DISP_E_TYPEMISMATCH, ErrorNumber::TypeMismatch},
-    Mapped{DISP_E_BADVARTYPE, ErrorNumber::TypeMismatch},
-    Mapped{DISP_E_OVERFLOW, ErrorNumber::Overflow},
-    Mapped{DISP_E_DIVBYZERO, ErrorNumber::DivisionByZero},
-    Mapped{DISP_E_BADINDEX, ErrorNumber::SubscriptOutOfRange},
-    Mapped{DISP_E_BADPARAMCOUNT, ErrorNumber::WrongArgumentCount},
-    Mapped{DISP_E_PARAMNOTOPTIONAL, ErrorNumber::WrongArgumentCount},
-    Mapped{E_OUTOFMEMORY, ErrorNumber::OutOfMemory},
-    Mapped{E_INVALIDARG, ErrorNumber::InvalidCall},
-    Mapped{REGDB_E_CLASSNOTREG, ErrorNumber::CannotCreateObject},
-    Mapped{CO_E_CLASSSTRING, ErrorNumber::CannotCreateObject},
+constexpr Mapped kMapped[] = {
+    {DISP_E_MEMBERNOTFOUND, ErrorNumber::NoSuchMember},
+    {DISP_E_UNKNOWNNAME, ErrorNumber::NoSuchMember},
+    {DISP_E_TYPEMISMATCH, ErrorNumber::TypeMismatch},
+    {DISP_E_BADVARTYPE, ErrorNumber::TypeMismatch},
+    {DISP_E_OVERFLOW, ErrorNumber::Overflow},
+    {DISP_E_DIVBYZERO, ErrorNumber::DivisionByZero},
+    {DISP_E_BADINDEX, ErrorNumber::SubscriptOutOfRange},
+    {DISP_E_BADPARAMCOUNT, ErrorNumber::WrongArgumentCount},
+    {DISP_E_PARAMNOTOPTIONAL, ErrorNumber::WrongArgumentCount},
+    {E_OUTOFMEMORY, ErrorNumber::OutOfMemory},
+    {E_INVALIDARG, ErrorNumber::InvalidCall},
+    {REGDB_E_CLASSNOTREG, ErrorNumber::CannotCreateObject},
+    {CO_E_CLASSSTRING, ErrorNumber::CannotCreateObject},
 };
 
 HRESULT CodeOf(const HostError& error) {
   const bool foreign = error.Number() == ErrorNumber::AutomationFailure && FAILED(error.NativeCode());
-  return foreign ? static_cast<HRESULT>(error.NativeCode()) : HresultDe(error.Number());
+  return foreign ? static_cast<HRESULT>(error.NativeCode()) : HresultOf(error.Number());
 }
 
 }  // namespace
@@ -57,7 +56,7 @@ ComError CurrentError() noexcept {
   }
 }
 
-HostError HostErrorDe(HRESULT code) {
+HostError HostErrorOf(HRESULT code) {
   for (const Mapped& mapped : kMapped)
     if (mapped.code == code) return HostError(DescripcionDe(mapped.number), mapped.number, code);
   if (HRESULT_FACILITY(code) == FACILITY_CONTROL) {
@@ -76,7 +75,7 @@ void TellError(const ComError& error, const std::string& source) noexcept {
   try {
     ComPtr<ICreateErrorInfo> writer;
     if (FAILED(::CreateErrorInfo(writer.put()))) return;
-    std::wstring wide_source = Ancho(source), wide_text = Ancho(error.text);
+    std::wstring wide_source = Wide(source), wide_text = Wide(error.text);
     writer->SetSource(wide_source.data());
     writer->SetDescription(wide_text.data());
     if (const auto info = writer.As<IErrorInfo>()) ::SetErrorInfo(0, info.get());
@@ -90,7 +89,7 @@ void FillExcepInfo(const ComError& error, const std::string& source, EXCEPINFO* 
   *info = {};
   info->scode = error.code;
   try {
-    UniqueBstr from = NuevoBstr(source), text = NuevoBstr(error.text);
+    UniqueBstr from = ToBstr(source), text = ToBstr(error.text);
     info->bstrSource = from.detach();
     info->bstrDescription = text.detach();
   } catch (...) {

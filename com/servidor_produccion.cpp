@@ -1,8 +1,8 @@
-#include "com/modulo_produccion.h"
+#include "com/servidor_produccion.h"
 
-#include "automation/handles.h"
 #include "base/stack.h"
 #include "com/produccion_com.h"
+#include "win32/text.h"
 
 namespace zuvi {
 namespace {
@@ -26,10 +26,10 @@ bool PilaCasiAgotada() {
 
 }  // namespace
 
-Apartamento::Apartamento(ComModule& module)
-    : module_(module),
-      fabrica_(module),
-      escritorio_(module.Instance()),
+Apartamento::Apartamento(ComModule& server)
+    : server_(server),
+      fabrica_(server),
+      escritorio_(server.Instance()),
       modulo_(fabrica_, escritorio_, &PilaCasiAgotada) {
   modulo_.PonRetencion([this] { return RetieneVentana(); });
 }
@@ -37,35 +37,35 @@ Apartamento::Apartamento(ComModule& module)
 std::shared_ptr<void> Apartamento::RetieneVentana() {
   // The apartment goes before the count does: the DLL is not idle while it is being let go.
   struct Retencion {
-    explicit Retencion(ComModule& module, std::shared_ptr<Apartamento> suyo)
-        : ventana(module, HoldKind::Window), apartamento(std::move(suyo)) {}
-    ModuleHold ventana;
+    explicit Retencion(ComModule& server, std::shared_ptr<Apartamento> suyo)
+        : ventana(server, HoldKind::Window), apartamento(std::move(suyo)) {}
+    ServerHold ventana;
     std::shared_ptr<Apartamento> apartamento;
   };
-  return std::make_shared<Retencion>(module_, shared_from_this());
+  return std::make_shared<Retencion>(server_, shared_from_this());
 }
 
 Apartamento::~Apartamento() { modulo_.Suelta(); }
 
-std::shared_ptr<Apartamento> ModuloProduccion::ApartamentoActual() {
+std::shared_ptr<Apartamento> ServidorProduccion::ApartamentoActual() {
   const std::lock_guard lock(mutex_);
   std::erase_if(apartamentos_, [](const auto& entry) { return entry.second.expired(); });
   auto& entry = apartamentos_[CurrentThread()];
   std::shared_ptr<Apartamento> current = entry.lock();
-  if (!current) entry = current = std::make_shared<Apartamento>(module_);
+  if (!current) entry = current = std::make_shared<Apartamento>(server_);
   return current;
 }
 
-ComPtr<IUnknown> ModuloProduccion::CreaProduccion() {
+ComPtr<IUnknown> ServidorProduccion::CreaProduccion() {
   return ComPtr<IUnknown>::Adopt(
-      static_cast<::_Produccion*>(new ProduccionCom(module_, ApartamentoActual())));
+      static_cast<::_Produccion*>(new ProduccionCom(server_, ApartamentoActual())));
 }
 
-bool ModuloProduccion::Tiene(REFCLSID clsid) { return clsid == __uuidof(::Produccion); }
+bool ServidorProduccion::Tiene(REFCLSID clsid) { return clsid == __uuidof(::Produccion); }
 
-std::span<const RegisteredClass> ModuloProduccion::Clases() {
+std::span<const RegisteredClass> ServidorProduccion::Clases() {
   static const RegisteredClass classes[] = {{__uuidof(::Produccion), ::LIBID_ZuviProduccion,
-                                             Ancho(Produccion::kProgId), L"Producción: órdenes y kits"}};
+                                             Wide(Produccion::kProgId), L"Producción: órdenes y kits"}};
   return classes;
 }
 

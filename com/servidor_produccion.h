@@ -5,11 +5,11 @@
 #include <mutex>
 #include <span>
 
-#include "automation/com_module.h"
-#include "automation/fabrica_com.h"
+#include "automation/com_server.h"
+#include "automation/prog_id_factory.h"
 #include "automation/registration.h"
-#include "automation/thread_identity.h"
 #include "toolkit/win32/win32_desktop.h"
+#include "win32/thread_identity.h"
 #include "windows/modulo.h"
 
 namespace zuvi {
@@ -20,25 +20,25 @@ namespace zuvi {
 /// down.
 class Apartamento : public std::enable_shared_from_this<Apartamento> {
  public:
-  explicit Apartamento(ComModule& module);
+  explicit Apartamento(ComModule& server);
   ~Apartamento();
   Modulo& ModuloDelComponente() { return modulo_; }
 
  private:
   std::shared_ptr<void> RetieneVentana();
 
-  ComModule& module_;
-  FabricaCom fabrica_;
+  ComModule& server_;
+  ProgIdFactory fabrica_;
   Win32Desktop escritorio_;
   Modulo modulo_;
 };
 
 /// Everything ZuviProduccion.dll owns.
-class ModuloProduccion {
+class ServidorProduccion {
  public:
-  explicit ModuloProduccion(HINSTANCE instance) : module_("ZuviProduccion", instance, 1) {}
+  explicit ServidorProduccion(HINSTANCE instance) : server_("ZuviProduccion", instance, 1) {}
 
-  ComModule& Automatizacion() { return module_; }
+  ComModule& Automatizacion() { return server_; }
   /// A new `Produccion` of the calling thread's apartment.
   ComPtr<IUnknown> CreaProduccion();
   /// True for the identifier of the one creatable class.
@@ -49,7 +49,7 @@ class ModuloProduccion {
  private:
   std::shared_ptr<Apartamento> ApartamentoActual();
 
-  ComModule module_;
+  ComModule server_;
   std::mutex mutex_;
   std::map<ThreadIdentity, std::weak_ptr<Apartamento>> apartamentos_;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "toolkit/win32/windows_ui.h"
+#include "win32/handles.h"
 
 namespace zuvi::native {
 
@@ -20,17 +21,14 @@ struct WindowPlan {
 
 /// The look that a program file's manifest (resource 2) asks for. The controls of a host that never asked for
 /// one have the old look, and lack what came with the new.
-class Styles {
+class VisualStyles {
  public:
-  explicit Styles(HINSTANCE instance);
-  Styles(const Styles&) = delete;
-  Styles& operator=(const Styles&) = delete;
-  ~Styles();
+  explicit VisualStyles(HINSTANCE instance);
 
   /// While it lives windows of this thread are created in that look.
   class Scope {
    public:
-    explicit Scope(const Styles& styles);
+    explicit Scope(const VisualStyles& styles);
     Scope(const Scope&) = delete;
     Scope& operator=(const Scope&) = delete;
     ~Scope();
@@ -41,28 +39,27 @@ class Styles {
   };
 
  private:
-  HANDLE context_ = INVALID_HANDLE_VALUE;
+  UniqueHandle<HANDLE, &::ReleaseActCtx> context_;  // empty where the file has no manifest
 };
 
 /// What the windows of one program file share: its resources, its visual styles, its window classes. It must
 /// outlive them.
-class NativeModule {
+class WindowFactory {
  public:
   /// `form_procedure` serves windows of kFormClass; the others have the system's default one.
-  NativeModule(HINSTANCE instance, WNDPROC form_procedure);
-  NativeModule(const NativeModule&) = delete;
-  NativeModule& operator=(const NativeModule&) = delete;
-  ~NativeModule();
+  WindowFactory(HINSTANCE instance, WNDPROC form_procedure);
+  WindowFactory(const WindowFactory&) = delete;
+  WindowFactory& operator=(const WindowFactory&) = delete;
 
   HINSTANCE Instance() const { return instance_; }
-  /// Creates a window in the look that the module's manifest asks for. Throws HostError.
+  /// Creates a window in the look that the program file's manifest asks for. Throws HostError.
   HWND Create(const WindowPlan& plan);
   /// Class of the rich text control; the plain one where the system has none.
   const wchar_t* RichTextClass();
 
   /// Dots per inch of the screen a window is on; 0 stands for the one new windows come to.
   static UINT DpiOf(HWND window);
-  /// Grows the place of an inside by frame and caption.
+  /// Grows the place of a client area by frame and caption.
   static void AddFrame(RECT& place, DWORD style, DWORD extended, UINT dpi);
   /// The font for texts of windows, as the user has set it.
   static LOGFONTW MessageFont(UINT dpi);
@@ -72,12 +69,11 @@ class NativeModule {
   static RECT WorkArea(HWND near_to);
 
  private:
-  void RegisterClasses();
+  void RegisterClasses(WNDPROC form_procedure) const;
 
   HINSTANCE instance_;
-  WNDPROC form_procedure_;
-  Styles styles_;
-  HMODULE rich_text_ = nullptr;
+  VisualStyles styles_;
+  UniqueLibrary rich_text_;
   bool rich_text_tried_ = false;
 };
 

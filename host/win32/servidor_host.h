@@ -12,7 +12,7 @@
 
 #include "automation/dispatch_object.h"
 #include "automation/registration.h"
-#include "automation/thread_identity.h"
+#include "win32/thread_identity.h"
 
 namespace zuvi::host {
 
@@ -30,11 +30,11 @@ struct ClaseHost {
 std::span<const ClaseHost> ClasesHost();
 
 /// Everything ZuviHost.dll holds: a host for each apartment that works with one. May be called on any thread.
-class ModuloHost {
+class ServidorHost {
  public:
-  explicit ModuloHost(HINSTANCE instancia) : modulo_("ZuviHost", instancia, 2) {}
+  explicit ServidorHost(HINSTANCE instancia) : servidor_("ZuviHost", instancia, 2) {}
 
-  ComModule& Automatizacion() { return modulo_; }
+  ComModule& Automatizacion() { return servidor_; }
   /// A new object of a class, published, of the calling thread's apartment.
   ComPtr<IUnknown> Crea(const ClaseHost& clase);
   /// Lets go of the calling apartment's host unless it is in use: its connection is closed, and the next
@@ -46,7 +46,7 @@ class ModuloHost {
   /// Takes the calling apartment's host out unless it is in use; null when there is none to be let go.
   std::shared_ptr<ApartamentoHost> Saca();
 
-  ComModule modulo_;    // class factories are counted here; objects by their apartment
+  ComModule servidor_;  // class factories are counted here; objects by their apartment
   std::mutex candado_;  // of the map alone: nobody is called under it
   std::map<ThreadIdentity, std::shared_ptr<ApartamentoHost>> apartamentos_;
 };

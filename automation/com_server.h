@@ -10,9 +10,6 @@
 
 namespace zuvi {
 
-/// Full path of a loaded program file, however long.
-std::wstring PathOf(HMODULE module);
-
 /// What keeps a DLL in memory.
 enum class HoldKind { Object, Factory, ServerLock, Window, Method, Count };
 
@@ -29,11 +26,11 @@ class ComModule {
   const std::string& Source() const { return source_; }
   HINSTANCE Instance() const { return instance_; }
   int TypeLibraries() const { return type_libraries_; }
-  /// Full path of the module's file.
+  /// Full path of the server's file.
   std::wstring Path() const;
   /// Path under which the type library of that number (from 1) is loaded.
   std::wstring TypeLibPath(int number) const;
-  /// Type information out of the module's own libraries, registered or not; null when there is none.
+  /// Type information out of the server's own libraries, registered or not; null when there is none.
   ComPtr<ITypeInfo> TypeInfo(REFGUID id) const;
 
   void Hold(HoldKind kind) noexcept { ++holds_[static_cast<std::size_t>(kind)]; }
@@ -50,17 +47,17 @@ class ComModule {
 };
 
 /// Keeps the DLL in memory while it lives.
-class ModuleHold {
+class ServerHold {
  public:
-  ModuleHold(ComModule& module, HoldKind kind) noexcept : module_(module), kind_(kind) {
-    module_.Hold(kind_);
+  ServerHold(ComModule& server, HoldKind kind) noexcept : server_(server), kind_(kind) {
+    server_.Hold(kind_);
   }
-  ModuleHold(const ModuleHold&) = delete;
-  ModuleHold& operator=(const ModuleHold&) = delete;
-  ~ModuleHold() { module_.LetGo(kind_); }
+  ServerHold(const ServerHold&) = delete;
+  ServerHold& operator=(const ServerHold&) = delete;
+  ~ServerHold() { server_.LetGo(kind_); }
 
  private:
-  ComModule& module_;
+  ComModule& server_;
   HoldKind kind_;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "automation/windows_com.h"
+#include <windows.h>
 
 #include <utility>
 
@@ -9,6 +9,7 @@ namespace zuvi {
 /// A thread, told from later ones that get the same number: its number, and when it began.
 using ThreadIdentity = std::pair<DWORD, ULONGLONG>;
 
+/// The calling one.
 inline ThreadIdentity CurrentThread() {
   FILETIME begun{}, other{};
   ::GetThreadTimes(::GetCurrentThread(), &begun, &other, &other, &other);

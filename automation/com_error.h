@@ -16,7 +16,7 @@ struct ComError {
 };
 
 /// The HRESULT of a run-time error number, 800A0000 + n.
-constexpr HRESULT HresultDe(ErrorNumber number) {
+constexpr HRESULT HresultOf(ErrorNumber number) {
   return MAKE_HRESULT(1, FACILITY_CONTROL, static_cast<int>(number));
 }
 
@@ -24,7 +24,7 @@ constexpr HRESULT HresultDe(ErrorNumber number) {
 ComError CurrentError() noexcept;
 
 /// Error number and text that stand for a failure HRESULT of a host.
-HostError HostErrorDe(HRESULT code);
+HostError HostErrorOf(HRESULT code);
 
 /// Tells the thread's error info, for early-bound callers.
 void TellError(const ComError& error, const std::string& source) noexcept;
@@ -35,7 +35,7 @@ void FillExcepInfo(const ComError& error, const std::string& source, EXCEPINFO* 
 
 /// Runs the body of a COM method. The body returns nothing or an HRESULT.
 template <class Body>
-HRESULT Frontera(const std::string& source, Body&& body) noexcept {
+HRESULT Guarded(const std::string& source, Body&& body) noexcept {
   try {
     HRESULT result = S_OK;
     if constexpr (std::is_void_v<std::invoke_result_t<Body>>)
