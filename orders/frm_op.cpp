@@ -22,7 +22,6 @@ constexpr std::array kColumnas{
 constexpr std::int32_t kFilas = 101, kColumnasDeMas = 2;
 
 constexpr std::int32_t kEsperaCierre = 10;
-constexpr std::int16_t kVerdadero = -1;
 
 /// A field value put behind a text; Null adds nothing.
 std::string Tras(std::string texto, const Value& valor) {
@@ -215,32 +214,32 @@ void frmOp::AplicaModo() {
   });
 }
 
-void frmOp::Form_QueryUnload(std::int16_t& cancel, std::int16_t mode) {
+void frmOp::Form_QueryUnload(CancelEvent& event, UnloadMode mode) {
   Trata("Form_QueryUnload", [&] {
     // An open edit is written whichever way the window is closed. One that could not be keeps it open, where
     // it can be typed again; the end of the session does not wait.
     const bool editando = txtEdit->Visible();
     const bool escrita = EscribeCelda();
     if (editando && fg2->CanFocus()) fg2->SetFocus();
-    if (!escrita && mode != static_cast<std::int16_t>(UnloadMode::System)) {
-      cancel = kVerdadero;
+    if (!escrita && mode != UnloadMode::System) {
+      event.cancel = true;
       return;
     }
-    if (mode != static_cast<std::int16_t>(UnloadMode::TitleBar)) return;
+    if (mode != UnloadMode::TitleBar) return;
     // The title bar only asks: the window is closed once the click is done with.
-    cancel = kVerdadero;
+    event.cancel = true;
     Timer1->SetInterval(kEsperaCierre);
     Timer1->SetEnabled(true);
   });
 }
 
-void frmOp::Form_Unload(std::int16_t& cancel) {
+void frmOp::Form_Unload(CancelEvent& event) {
   bool suelta = modo_ == kModificacion;
   Trata("Form_Unload", [&] {
     IniciaProceso("Op006");
     if (rechazado_) {
       rechazado_ = false;
-      cancel = kVerdadero;
+      event.cancel = true;
       return;
     }
     // What is tried once is not tried again.
@@ -249,7 +248,7 @@ void frmOp::Form_Unload(std::int16_t& cancel) {
     Libera();
   });
   // A process that failed does not keep the window open, nor the order busy without one.
-  if (suelta && !cancel) EnSilencio([&] { SueltaOcupada(); });
+  if (suelta && !event.cancel) EnSilencio([&] { SueltaOcupada(); });
 }
 
 void frmOp::Timer1_Timer() {

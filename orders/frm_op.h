@@ -49,11 +49,11 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
 
   // Life (frm_op.cpp).
   void Form_Load() override;
-  void Form_QueryUnload(std::int16_t& cancel, std::int16_t mode) override;
-  void Form_Unload(std::int16_t& cancel) override;
+  void Form_QueryUnload(CancelEvent& event, UnloadMode mode) override;
+  void Form_Unload(CancelEvent& event) override;
 
   // Keys of the whole window (frm_op_rejilla.cpp).
-  void Form_KeyDown(std::int16_t& key, std::int16_t shift) override;
+  void Form_KeyDown(KeyEvent& event) override;
   void Form_Resize() override;
 
  private:
@@ -96,7 +96,7 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   void PonTC();
   std::string TraeVends();
   bool ValidaTab1();
-  void fg2_KeyDown(std::int16_t& key, std::int16_t shift);
+  void fg2_KeyDown(KeyEvent& event);
 
   // frm_op_botones.cpp
   void Command1_Click();
@@ -112,34 +112,34 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   void ExigeNumero(std::int16_t index) const;
   void Formatea(std::int16_t index);
   /// Enter or Tab in a field. The key is zeroed where it was used.
-  void Avanza(std::int16_t index, std::int16_t& key);
+  void Avanza(std::int16_t index, KeyEvent& event);
   void MuestraKits();
   void txtFields_GotFocus(std::int16_t index);
-  void txtFields_KeyPress(std::int16_t index, std::int16_t& character);
+  void txtFields_KeyPress(std::int16_t index, KeyPressEvent& event);
   void txtFields_Change(std::int16_t index);
   void txtFields_LostFocus(std::int16_t index);
-  void txtFields_KeyDown(std::int16_t index, std::int16_t& key, std::int16_t shift);
-  void txtFields_KeyUp(std::int16_t index, std::int16_t& key, std::int16_t shift);
+  void txtFields_KeyDown(std::int16_t index, KeyEvent& event);
+  void txtFields_KeyUp(std::int16_t index, KeyEvent& event);
   void txtFields_DblClick(std::int16_t index);
   void TraeSegundaClave();
-  void RichTextBox1_KeyDown(std::int16_t& key, std::int16_t shift);
+  void RichTextBox1_KeyDown(KeyEvent& event);
 
   // frm_op_rejilla.cpp
   void ConectaRejilla();
-  void MSFlexGridEdit(FlexGrid& grid, TextBox& editor, std::int16_t& character);
-  void EditKeyCode(FlexGrid& grid, TextBox& editor, std::int16_t& key, std::int16_t shift);
+  void MSFlexGridEdit(FlexGrid& grid, TextBox& editor, std::int16_t character);
+  void EditKeyCode(FlexGrid& grid, TextBox& editor, std::int16_t key);
   /// Puts the open cell editor over its cell.
   void ColocaEditor();
   /// Ends an edit: the cell takes the editor's text and is saved. False when it could not be: it shows again
   /// what it held.
   bool EscribeCelda();
-  void Fg2_KeyPress(std::int16_t& character);
+  void Fg2_KeyPress(KeyPressEvent& event);
   void Fg2_GotFocus();
   void Fg2_LeaveCell();
   void fg2_DblClick();
   void fg2_RowColChange();
-  void txtEdit_KeyPress(std::int16_t& character);
-  void txtEdit_KeyDown(std::int16_t& key, std::int16_t shift);
+  void txtEdit_KeyPress(KeyPressEvent& event);
+  void txtEdit_KeyDown(KeyEvent& event);
   void txtEdit_LostFocus();
 
   // What the opener hands over.

@@ -64,13 +64,11 @@ void frmOp::ConectaCampos() {
     caja.OnLostFocus = [this, i] { txtFields_LostFocus(i); };
     caja.OnDblClick = [this, i] { txtFields_DblClick(i); };
     caja.OnChange = [this, i] { txtFields_Change(i); };
-    caja.OnKeyPress = [this, i](std::int16_t& c) { txtFields_KeyPress(i, c); };
-    caja.OnKeyDown = [this, i](std::int16_t& key, std::int16_t shift) { txtFields_KeyDown(i, key, shift); };
-    caja.OnKeyUp = [this, i](std::int16_t& key, std::int16_t shift) { txtFields_KeyUp(i, key, shift); };
+    caja.OnKeyPress = [this, i](KeyPressEvent& event) { txtFields_KeyPress(i, event); };
+    caja.OnKeyDown = [this, i](KeyEvent& event) { txtFields_KeyDown(i, event); };
+    caja.OnKeyUp = [this, i](KeyEvent& event) { txtFields_KeyUp(i, event); };
   });
-  RichTextBox2->OnKeyDown = [this](std::int16_t& key, std::int16_t shift) {
-    RichTextBox1_KeyDown(key, shift);
-  };
+  RichTextBox2->OnKeyDown = [this](KeyEvent& event) { RichTextBox1_KeyDown(event); };
 }
 
 void frmOp::Selecciona(TextBox& caja) {
@@ -82,13 +80,13 @@ void frmOp::txtFields_GotFocus(std::int16_t index) {
   Trata("txtFields_GotFocus", [&] { Selecciona((*txtFields)(index)); });
 }
 
-void frmOp::txtFields_KeyPress(std::int16_t index, std::int16_t& character) {
+void frmOp::txtFields_KeyPress(std::int16_t index, KeyPressEvent& event) {
   Trata("txtFields_KeyPress", [&] {
     TextBox& caja = (*txtFields)(index);
     if (caja.Tag() == "U")
-      character = Datos().FiltroMayusculas(caja.shared_from_this(), character);
+      event.character = Datos().FiltroMayusculas(caja.shared_from_this(), event.character);
     else if (EsFiltroDeTecla(caja.Tag()))
-      character = Datos().FiltroTecla(caja.shared_from_this(), character);
+      event.character = Datos().FiltroTecla(caja.shared_from_this(), event.character);
   });
 }
 
@@ -102,8 +100,8 @@ void frmOp::txtFields_Change(std::int16_t index) {
     TextBox& caja = (*txtFields)(index);
     if (!Visible()) Formatea(index);
     if (caja.Length() != caja.MaxLength() || caja.Text().empty() || !Visible()) return;
-    std::int16_t key = key::kEnter;
-    txtFields_KeyDown(index, key, shift::kNone);
+    KeyEvent enter{key::kEnter, shift::kNone};
+    txtFields_KeyDown(index, enter);
   });
 }
 
@@ -114,22 +112,22 @@ void frmOp::txtFields_LostFocus(std::int16_t index) {
   });
 }
 
-void frmOp::txtFields_KeyDown(std::int16_t index, std::int16_t& key, std::int16_t shift) {
+void frmOp::txtFields_KeyDown(std::int16_t index, KeyEvent& event) {
   Trata("txtFields_KeyDown", [&] {
     const auto enfoca = [this](std::int16_t campo) { EnfocaSiHabilitado((*txtFields)(campo)); };
     TextBox& articulo = (*txtFields)(campo::kArticulo);
-    if (key == key::kF2) articulo.SetFocus();
-    if (key == key::kF5) {
+    if (event.key == key::kF2) articulo.SetFocus();
+    if (event.key == key::kF5) {
       Command5_Click();
       return;
     }
-    if (key == key::kDown && index == campo::kArticulo) {
-      key = 0;
+    if (event.key == key::kDown && index == campo::kArticulo) {
+      event.Use();
       MuestraKits();
       articulo.SetFocus();
       return;
     }
-    if (key == key::kF8) {
+    if (event.key == key::kF8) {
       switch (index) {
         case campo::kArticulo:
         case campo::kCantidad:
@@ -155,19 +153,20 @@ void frmOp::txtFields_KeyDown(std::int16_t index, std::int16_t& key, std::int16_
       }
       return;
     }
-    if (key == key::kF2) {
+    if (event.key == key::kF2) {
       txtFields_DblClick(index);
       return;
     }
-    if (key == key::kEnter || (key == key::kTab && !(shift & shift::kShift))) Avanza(index, key);
+    if (event.key == key::kEnter || (event.key == key::kTab && !(event.shift & shift::kShift)))
+      Avanza(index, event);
   });
 }
 
-void frmOp::Avanza(std::int16_t index, std::int16_t& key) {
+void frmOp::Avanza(std::int16_t index, KeyEvent& event) {
   const auto enfoca = [this](std::int16_t campo) { EnfocaSiHabilitado((*txtFields)(campo)); };
   // Where the focus stays because the next field is disabled, the key must not move it by tab order; and a
   // single line has no other use for Enter.
-  const std::int16_t pulsada = std::exchange(key, std::int16_t{0});
+  const std::int16_t pulsada = std::exchange(event.key, std::int16_t{0});
   switch (index) {
     case campo::kConcepto:
       return enfoca(campo::kAlmacen);
@@ -196,13 +195,13 @@ void frmOp::Avanza(std::int16_t index, std::int16_t& key) {
     case campo::kUnidadDeClave:
       return enfoca(campo::kPrecio);
     default:
-      if (pulsada == key::kTab) key = pulsada;
+      if (pulsada == key::kTab) event.key = pulsada;
   }
 }
 
-void frmOp::txtFields_KeyUp(std::int16_t index, std::int16_t& key, std::int16_t /*shift*/) {
+void frmOp::txtFields_KeyUp(std::int16_t index, KeyEvent& event) {
   Trata("txtFields_KeyUp", [&] {
-    if (key != key::kDown) return;
+    if (event.key != key::kDown) return;
     TextBox& caja = (*txtFields)(index);
     if (const ObjectPtr marco = caja.Container()) marco->Call("ShowData");
     caja.SetSelStart(0);
@@ -252,9 +251,9 @@ void frmOp::TraeSegundaClave() {
   });
 }
 
-void frmOp::RichTextBox1_KeyDown(std::int16_t& key, std::int16_t /*shift*/) {
+void frmOp::RichTextBox1_KeyDown(KeyEvent& event) {
   Trata("RichTextBox1_KeyDown", [&] {
-    if (key == key::kF8) EnfocaSiHabilitado((*txtFields)(campo::kArticulo));
+    if (event.key == key::kF8) EnfocaSiHabilitado((*txtFields)(campo::kArticulo));
   });
 }
 

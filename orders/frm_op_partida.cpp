@@ -210,9 +210,9 @@ bool frmOp::ValidaTab1() {
   return valido;
 }
 
-void frmOp::fg2_KeyDown(std::int16_t& key, std::int16_t /*shift*/) {
+void frmOp::fg2_KeyDown(KeyEvent& event) {
   Trata("fg2_KeyDown", [&] {
-    if (modo_ == kConsulta || key != key::kDelete) return;
+    if (modo_ == kConsulta || event.key != key::kDelete) return;
     const std::int32_t renglon = fg2->Row();
     if (renglon < fg2->FixedRows() || Datos().EstaVacio(fg2->TextMatrix(renglon, kArticulo))) return;
     const std::string entrada = fg2->TextMatrix(renglon, kEntrada);

@@ -18,19 +18,19 @@ std::string ComoTexto(std::int16_t caracter) {
 }  // namespace
 
 void frmOp::ConectaRejilla() {
-  fg2->OnKeyDown = [this](std::int16_t& key, std::int16_t shift) { fg2_KeyDown(key, shift); };
-  fg2->OnKeyPress = [this](std::int16_t& character) { Fg2_KeyPress(character); };
+  fg2->OnKeyDown = [this](KeyEvent& event) { fg2_KeyDown(event); };
+  fg2->OnKeyPress = [this](KeyPressEvent& event) { Fg2_KeyPress(event); };
   fg2->OnGotFocus = [this] { Fg2_GotFocus(); };
   fg2->OnLeaveCell = [this] { Fg2_LeaveCell(); };
   fg2->OnDblClick = [this] { fg2_DblClick(); };
   fg2->OnRowColChange = [this] { fg2_RowColChange(); };
   fg2->OnScroll = [this] { ColocaEditor(); };
-  txtEdit->OnKeyPress = [this](std::int16_t& character) { txtEdit_KeyPress(character); };
-  txtEdit->OnKeyDown = [this](std::int16_t& key, std::int16_t shift) { txtEdit_KeyDown(key, shift); };
+  txtEdit->OnKeyPress = [this](KeyPressEvent& event) { txtEdit_KeyPress(event); };
+  txtEdit->OnKeyDown = [this](KeyEvent& event) { txtEdit_KeyDown(event); };
   txtEdit->OnLostFocus = [this] { txtEdit_LostFocus(); };
 }
 
-void frmOp::MSFlexGridEdit(FlexGrid& grid, TextBox& editor, std::int16_t& character) {
+void frmOp::MSFlexGridEdit(FlexGrid& grid, TextBox& editor, std::int16_t character) {
   Trata("MSFlexGridEdit", [&] {
     if (character < 0 || character > key::kSpace) {
       if (Datos().EstaVacio(grid.TextMatrix(grid.Row(), kArticulo))) return;
@@ -66,7 +66,7 @@ void frmOp::ColocaEditor() {
 
 void frmOp::Form_Resize() { ColocaEditor(); }
 
-void frmOp::EditKeyCode(FlexGrid& grid, TextBox& editor, std::int16_t& key, std::int16_t /*shift*/) {
+void frmOp::EditKeyCode(FlexGrid& grid, TextBox& editor, std::int16_t key) {
   Trata("EditKeyCode", [&] {
     switch (key) {
       case key::kEnter:
@@ -104,8 +104,8 @@ bool frmOp::EscribeCelda() {
   return false;
 }
 
-void frmOp::Fg2_KeyPress(std::int16_t& character) {
-  Trata("Fg2_KeyPress", [&] { MSFlexGridEdit(*fg2, *txtEdit, character); });
+void frmOp::Fg2_KeyPress(KeyPressEvent& event) {
+  Trata("Fg2_KeyPress", [&] { MSFlexGridEdit(*fg2, *txtEdit, event.character); });
 }
 
 void frmOp::Fg2_GotFocus() {
@@ -122,8 +122,7 @@ void frmOp::Fg2_LeaveCell() {
 void frmOp::fg2_DblClick() {
   Trata("fg2_DblClick", [&] {
     if (Datos().EstaVacio(fg2->TextMatrix(fg2->Row(), kArticulo))) return;
-    std::int16_t character = key::kSpace;
-    MSFlexGridEdit(*fg2, *txtEdit, character);
+    MSFlexGridEdit(*fg2, *txtEdit, key::kSpace);
   });
 }
 
@@ -133,17 +132,17 @@ void frmOp::fg2_RowColChange() {
   });
 }
 
-void frmOp::txtEdit_KeyPress(std::int16_t& character) {
+void frmOp::txtEdit_KeyPress(KeyPressEvent& event) {
   Trata("txtEdit_KeyPress", [&] {
-    if (character == key::kEnter)
-      character = 0;
+    if (event.character == key::kEnter)
+      event.Drop();
     else if (fg2->Col() != kDescripcion && fg2->Col() != kPresentacion)
-      character = Datos().FiltroTecla(txtEdit->shared_from_this(), character);
+      event.character = Datos().FiltroTecla(txtEdit->shared_from_this(), event.character);
   });
 }
 
-void frmOp::txtEdit_KeyDown(std::int16_t& key, std::int16_t shift) {
-  Trata("txtEdit_KeyDown", [&] { EditKeyCode(*fg2, *txtEdit, key, shift); });
+void frmOp::txtEdit_KeyDown(KeyEvent& event) {
+  Trata("txtEdit_KeyDown", [&] { EditKeyCode(*fg2, *txtEdit, event.key); });
 }
 
 void frmOp::txtEdit_LostFocus() {
@@ -155,9 +154,9 @@ void frmOp::txtEdit_LostFocus() {
   });
 }
 
-void frmOp::Form_KeyDown(std::int16_t& key, std::int16_t /*shift*/) {
+void frmOp::Form_KeyDown(KeyEvent& event) {
   Trata("Form_KeyDown", [&] {
-    switch (key) {
+    switch (event.key) {
       case key::kF3:
         if (Check4->Value() == 1) {
           Check4->SetValue(0);

@@ -129,7 +129,7 @@ void frmTurno::Form_Load() {
   });
 }
 
-void frmTurno::Form_Unload(std::int16_t&) {
+void frmTurno::Form_Unload(CancelEvent&) {
   Trata("Form_Unload", [&] { Libera(); });
 }
 

@@ -28,7 +28,7 @@ class frmTurno final : public VentanaModulo {  // NOLINT: the window's published
   const MemberTable* Members() const override;
 
   void Form_Load() override;
-  void Form_Unload(std::int16_t& cancel) override;
+  void Form_Unload(CancelEvent& event) override;
 
  private:
   void CreaControles();

@@ -68,7 +68,7 @@ void frmTurnos::Form_Load() {
   });
 }
 
-void frmTurnos::Form_Unload(std::int16_t&) {
+void frmTurnos::Form_Unload(CancelEvent&) {
   Trata("Form_Unload", [&] { Libera(); });
 }
 

@@ -22,7 +22,7 @@ class frmTurnos final : public VentanaModulo {  // NOLINT: the window's publishe
   const MemberTable* Members() const override;
 
   void Form_Load() override;
-  void Form_Unload(std::int16_t& cancel) override;
+  void Form_Unload(CancelEvent& event) override;
 
  private:
   void CreaControles();

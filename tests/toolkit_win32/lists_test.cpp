@@ -210,7 +210,7 @@ TEST_F(FakedLists, ClickedAndWalkedThrough) {
 TEST_F(FakedLists, ChangedByTheirHandlers) {
   Click(0);
   // Rows that change on the way to what a key does.
-  form->lista->OnKeyDown = [&](std::int16_t&, std::int16_t) { list.Items()(1).SetText("otro"); };
+  form->lista->OnKeyDown = [&](KeyEvent&) { list.Items()(1).SetText("otro"); };
   screen.Press(VK_DOWN);
   EXPECT_EQ(list.SelectedItem()->Key(), "k1");
   // A handler that has another row selected.

@@ -63,23 +63,25 @@ TEST_P(Loops, KeysRaiseTheirEventsInOrder) {
 }
 
 TEST_P(Loops, HandlersChangeOrUseUpKeys) {
-  form->a->OnKeyPress = [](std::int16_t& c) { c = static_cast<std::int16_t>(c == 'x' ? 0 : c - 32); };
+  form->a->OnKeyPress = [](KeyPressEvent& event) {
+    event.character = static_cast<std::int16_t>(event.character == 'x' ? 0 : event.character - 32);
+  };
   screen.Type("axb");
   EXPECT_EQ(form->a->Text(), "AB");
-  form->a->OnKeyDown = [](std::int16_t& key, std::int16_t) {
-    if (key == 'C') key = 0;
+  form->a->OnKeyDown = [](KeyEvent& event) {
+    if (event.key == 'C') event.Use();
   };
   screen.Type("cd");
   EXPECT_EQ(form->a->Text(), "ABD");
   // Its character waits until the handler is through, whatever the handler lets happen.
-  form->a->OnKeyDown = [&](std::int16_t&, std::int16_t) {
+  form->a->OnKeyDown = [&](KeyEvent&) {
     screen.desktop.PumpEvents();
     EXPECT_EQ(form->a->Text(), "ABD");
   };
   screen.Type("e");
   EXPECT_EQ(form->a->Text(), "ABDE");
   // Who moves the focus on a key has used it up.
-  form->a->OnKeyDown = [&](std::int16_t&, std::int16_t) { form->b->SetFocus(); };
+  form->a->OnKeyDown = [&](KeyEvent&) { form->b->SetFocus(); };
   screen.Type("f");
   EXPECT_TRUE(form->b->HasFocus());
   EXPECT_EQ(form->a->Text() + form->b->Text(), "ABDE");
@@ -94,7 +96,7 @@ TEST_P(Loops, SeveralLines) {
   EXPECT_EQ(form->notas->SelStart(), 5);
   screen.Press(VK_BACK);
   EXPECT_EQ(form->notas->Text(), "a\r\nb");
-  form->notas->OnKeyPress = [](std::int16_t& c) { c = 0; };
+  form->notas->OnKeyPress = [](KeyPressEvent& event) { event.Drop(); };
   screen.Press(VK_RETURN);
   screen.Press(VK_BACK);
   EXPECT_EQ(form->notas->Text(), "a\r\nb");
@@ -204,8 +206,8 @@ TEST_F(Peers, DisabledTheyAreStillRead) {
 }
 
 TEST_F(Peers, PastingIsFilteredAsTypingIs) {
-  form->a->OnKeyPress = [](std::int16_t& c) {
-    if (c >= 'a') c = 0;
+  form->a->OnKeyPress = [](KeyPressEvent& event) {
+    if (event.character >= 'a') event.Drop();
   };
   const auto paste = [&](std::wstring_view text) {
     ASSERT_TRUE(::OpenClipboard(screen.HandleOf(*form)));
@@ -381,13 +383,13 @@ TEST_F(Peers, SizeStateScaleAndTitleBar) {
   EXPECT_EQ(form->a->Width(), Dip(180));
   form->SetCaption("Año nuevo");
   EXPECT_EQ(native::TextOf(native), L"A\u00f1o nuevo");
-  form->cancela = 1;
+  form->cancela = true;
   screen.Take();
   ::PostMessageW(native, WM_CLOSE, 0, 0);
   screen.Settle();
   EXPECT_EQ(screen.Take(), (Sucesos{"QueryUnload 0"}));
   EXPECT_TRUE(::IsWindowVisible(native));
-  form->cancela = 0;
+  form->cancela = false;
   ::PostMessageW(native, WM_SYSCOMMAND, SC_CLOSE, 0);
   screen.Settle();
   EXPECT_TRUE(form->Closed());
