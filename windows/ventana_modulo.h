@@ -63,8 +63,6 @@ class VentanaModulo : public Form {
                   const std::function<void(ListItems& items, Recordset& fila)>& agrega);
   /// Text of a field without the blanks around it; "" for Null.
   static std::string Campo(Recordset& fila, FixedText nombre);
-  /// Gives a control the focus when it is enabled; otherwise the focus stays where it is.
-  static void EnfocaSiHabilitado(Control& control);
   /// Today, and the time as "hh:mm:ss", by this station's clock.
   Fecha Hoy() const { return Screen().Now().SoloDia(); }
   std::string Hora() const { return Screen().Now().Formatea("hh:mm:ss"); }
@@ -75,5 +73,8 @@ class VentanaModulo : public Form {
   std::shared_ptr<Ambiente> entorno_;
   std::map<const ListView*, int> llenados_;  // number of the newest fill of each list
 };
+
+/// Gives a control the focus when it is enabled; otherwise the focus stays where it is.
+void EnfocaSiHabilitado(Control& control);
 
 }  // namespace zuvi
