@@ -160,6 +160,8 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   // frm_op_guarda.cpp: saving.
   /// Gives a new order its number and starts its INSERT.
   void NumeraOrden();
+  /// The columns that tell who saved a row, and when.
+  void Firma(const char* tabla);
   /// Tell whether it was saved, the header or the cell; why not has been reported.
   bool CreaOp();
   bool SalvaOp();

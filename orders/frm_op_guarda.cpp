@@ -20,6 +20,12 @@ void frmOp::NumeraOrden() {
   constructor_->AgregaCampo("op", "op", op_);
 }
 
+void frmOp::Firma(const char* tabla) {
+  constructor_->AgregaCampo(tabla, "usuario", Entorno()->UsuarioActual());
+  constructor_->AgregaCampo(tabla, "usufecha", Hoy());
+  constructor_->AgregaCampo(tabla, "usuhora", Hora());
+}
+
 bool frmOp::CreaOp() {
   return Trata("CreaOp", [&] {
     constructor_->Limpia();
@@ -39,9 +45,7 @@ bool frmOp::CreaOp() {
       c.AgregaCampo("op", "almacen", datos.ValorTexto(Texto(campo::kAlmacen)));
       c.AgregaCampo("op", "estado", "PE");
       c.AgregaCampo("op", "observ", RichTextBox2->Text());
-      c.AgregaCampo("op", "usuario", Entorno()->UsuarioActual());
-      c.AgregaCampo("op", "usufecha", Hoy());
-      c.AgregaCampo("op", "usuhora", Hora());
+      Firma("op");
       c.AgregaCampo("op", "fechaEntrega", DTPicker2->Value());
       c.AgregaCampo("op", "ordencompra", datos.ValorNumerico(Texto(campo::kOrdenCompra)));
       c.Condicion("op = " + Decimal(op_));
@@ -86,9 +90,7 @@ bool frmOp::SalvaOp() {
       c.AgregaCampo("op", "estado", "PE");
     }
     c.AgregaCampo("op", "observ", RichTextBox2->Text());
-    c.AgregaCampo("op", "usuario", Entorno()->UsuarioActual());
-    c.AgregaCampo("op", "usufecha", Hoy());
-    c.AgregaCampo("op", "usuhora", Hora());
+    Firma("op");
     c.AgregaCampo("op", "ordencompra", datos.ValorNumerico(Texto(campo::kOrdenCompra)));
     c.Genera("op");
     c.Ejecuta();

@@ -80,7 +80,7 @@ class frmOp::Plano {
 
   /// A field that this window carries without showing it; "focus if enabled" passes it by.
   void PonOculto(std::int16_t indice, const char* filtro = "") {
-    TextBox& caja = Pon({.indice = indice, .rotulo = "", .x = 0, .y = 0, .ancho = 0, .filtro = filtro});
+    TextBox& caja = Pon({indice, "", 0, 0, 0, filtro});
     caja.SetEnabled(false);
     caja.SetVisible(false);
     (*ventana_.MultiCombo1)(ventana_.MultiCombo1->UBound()).SetVisible(false);
@@ -127,12 +127,7 @@ void frmOp::CreaControles() {
 }
 
 void frmOp::CreaEncabezado(Plano& plano) {
-  plano.Pon({.indice = campo::kOrdenCompra,
-             .rotulo = "No. de orden de compra",
-             .x = kColumna1,
-             .y = kFila1,
-             .ancho = kAncho1,
-             .filtro = "N"});
+  plano.Pon({campo::kOrdenCompra, "No. de orden de compra", kColumna1, kFila1, kAncho1, "N"});
   const auto fecha = [&](const char* nombre, std::int16_t rotulo, const char* texto, std::int32_t x,
                          std::int32_t y, std::int32_t ancho) {
     plano.Rotulo(rotulo, texto, En(x, y, ancho, kAltoRotulo));
@@ -140,12 +135,7 @@ void frmOp::CreaEncabezado(Plano& plano) {
   };
   DTPicker1 = fecha("DTPicker1", kRotuloFecha, "Fecha del documento", kColumna2, kFila1, kAncho2);
   DTPicker2 = fecha("DTPicker2", kRotuloEntrega, "Fecha de entrega", kColumna1, kFila2, kAncho1);
-  plano.Pon({.indice = campo::kAlmacen,
-             .rotulo = "Entregar en almacen",
-             .x = kColumna2,
-             .y = kFila2,
-             .ancho = kAncho2,
-             .filtro = "N"});
+  plano.Pon({campo::kAlmacen, "Entregar en almacen", kColumna2, kFila2, kAncho2, "N"});
   constexpr std::int32_t kAnchoObservaciones = kDerecha - kColumna3;
   plano.Rotulo(*Label10, "Label10", 0, "Observaciones a la orden de producción",
                En(kColumna3, kFila1, kAnchoObservaciones, kAltoRotulo), anchor::kAcross);
@@ -155,23 +145,9 @@ void frmOp::CreaEncabezado(Plano& plano) {
 }
 
 void frmOp::CreaCaptura(Plano& plano) {
-  plano
-      .Pon({.indice = campo::kArticulo,
-            .rotulo = "Artículo",
-            .x = kColumna1,
-            .y = kFila3,
-            .ancho = kAncho1,
-            .filtro = "U",
-            .largo = kLargoClave})
+  plano.Pon({campo::kArticulo, "Artículo", kColumna1, kFila3, kAncho1, "U", kLargoClave})
       .SetToolTipText("F2: catálogo de artículos; flecha abajo: sólo kits; F8: clave secundaria");
-  plano
-      .Pon({.indice = campo::kClaveSecundaria,
-            .rotulo = "Clave secundaria",
-            .x = kColumna2,
-            .y = kFila3,
-            .ancho = kAncho2,
-            .filtro = "U",
-            .largo = kLargoClave})
+  plano.Pon({campo::kClaveSecundaria, "Clave secundaria", kColumna2, kFila3, kAncho2, "U", kLargoClave})
       .SetToolTipText("F8: trae el artículo de esta clave");
   for (const DefCampo& campo : {
            DefCampo{campo::kDato1, "Dato 1", kColumna3, kFila3, 128, "", 0, true},

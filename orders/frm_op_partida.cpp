@@ -95,9 +95,7 @@ frmOp::Partida frmOp::InsertaPartida() {
   agrega("precio", partida.precio);
   agrega("observ", partida.observaciones);
   agrega("partida", std::int16_t{0});
-  agrega("usuario", Entorno()->UsuarioActual());
-  agrega("usufecha", Hoy());
-  agrega("usuhora", Hora());
+  Firma("oppart");
   constructor_->Genera("oppart");
   constructor_->Ejecuta();
   return partida;

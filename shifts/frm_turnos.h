@@ -25,6 +25,9 @@ class frmTurnos final : public VentanaModulo {  // NOLINT: the window's publishe
   void Form_Unload(CancelEvent& event) override;
 
  private:
+  ListView& Turnos() const { return (*lv)(0); }
+  ListView& Horarios() const { return (*lv)(1); }
+
   void CreaControles();
   void LLenaTurnos();
   void LLenaHorarios();

@@ -27,14 +27,18 @@ class VentanaModulo : public Form {
   /// `nombre` is the window's name, under which its errors are reported.
   VentanaModulo(Modulo& modulo, const char* nombre);
 
+  /// The environment as its opener gave it; null before. Any object passes here, what is none of ours fails
+  /// where it is used.
   const ObjectPtr& TraeAmbiente() const { return ambiente_; }
   void PonAmbiente(ObjectPtr ambiente);
 
  protected:
   Modulo& ElModulo() const { return modulo_; }
+  /// As `Modulo::Datos`.
   AccesoDatos& Datos() const { return modulo_.Datos(); }
   /// The environment through its contract. Throws HostError (ObjectNotSet) before it was set.
   const std::shared_ptr<Ambiente>& Entorno() const;
+  /// The environment's connection; asks the host each time.
   std::shared_ptr<Conexion> TraeConexion() const { return Entorno()->TraeConexion(); }
 
   /// Runs the body of a procedure; an error is reported under this window's name and ends it. True when it
