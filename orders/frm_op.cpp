@@ -12,7 +12,7 @@ namespace {
 constexpr std::int32_t kEsperaCierre = 10;
 
 /// A field value put behind a text; Null adds nothing.
-std::string Tras(std::string texto, const Value& valor) {
+std::string Tras(const char* texto, const Value& valor) {
   return valor.IsNull() ? texto : texto + ATexto(valor);
 }
 

@@ -39,10 +39,11 @@ bool PuedeSerNumero(std::string_view texto) {
   const auto letra = [](char c) { return c != 'e' && c != 'E' && (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; };
   if (texto.find_first_of("0123456789") == texto.npos || std::ranges::any_of(texto, letra)) return false;
   for (const char separador : {'.', ','}) {
-    auto este = texto.find(separador);
-    for (auto otro = este; este != texto.npos && (otro = texto.find(separador, este + 1)) != texto.npos;
-         este = otro)
-      if (otro - este != 4) return false;
+    for (auto este = texto.find(separador); este != texto.npos;) {
+      const auto otro = texto.find(separador, este + 1);
+      if (otro != texto.npos && otro - este != 4) return false;
+      este = otro;
+    }
   }
   return true;
 }
@@ -145,7 +146,7 @@ void frmOp::AvanzaClave(std::int16_t index) {
 
 template <class Servicio>
 std::shared_ptr<Servicio> frmOp::NuevaBusqueda(std::int16_t index) {
-  const auto busqueda = ElModulo().Fabrica().Nuevo<Servicio>();
+  auto busqueda = ElModulo().Fabrica().Nuevo<Servicio>();
   busqueda->PonAmbiente(Entorno());
   busqueda->PonDestino(Caja(index).shared_from_this());
   return busqueda;

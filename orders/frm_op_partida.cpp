@@ -77,12 +77,12 @@ frmOp::Partida frmOp::InsertaPartida() {
   constructor_->Tipo("INSERT");
   std::int32_t documento = 0;
   const std::int32_t entrada = datos.SiguienteFolio("oppart", TraeConexion(), documento, nullptr);
-  const Partida partida{.entrada = entrada,
-                        .articulo = Texto(campo::kArticulo),
-                        .cantidad_tecleada = Texto(campo::kCantidad),
-                        .observaciones = Texto(campo::kDescripcion),
-                        .cantidad = datos.ValorNumerico(Texto(campo::kCantidad)),
-                        .precio = datos.ValorNumerico(Texto(campo::kPrecio))};
+  Partida partida{.entrada = entrada,
+                  .articulo = Texto(campo::kArticulo),
+                  .cantidad_tecleada = Texto(campo::kCantidad),
+                  .observaciones = Texto(campo::kDescripcion),
+                  .cantidad = datos.ValorNumerico(Texto(campo::kCantidad)),
+                  .precio = datos.ValorNumerico(Texto(campo::kPrecio))};
   const auto agrega = [&](const char* columna, const Value& valor) {
     constructor_->AgregaCampo("oppart", columna, valor);
   };
