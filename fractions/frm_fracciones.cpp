@@ -20,7 +20,7 @@ frmFracciones::frmFracciones(Modulo& modulo) : VentanaModulo(modulo, "frmFraccio
   wb->Design({Dip(16), Dip(58), Dip(728), Dip(446)}, anchor::kAll);
   AutoResizer1 = Add<AutoResizer>("AutoResizer1");
 
-  campo.OnKeyDown = [this](std::int16_t& key, std::int16_t) { txtFields_KeyDown(0, key); };
+  campo.OnKeyDown = [this](KeyEvent& event) { txtFields_KeyDown(event); };
 }
 
 const MemberTable* frmFracciones::Members() const {
@@ -48,10 +48,10 @@ void frmFracciones::Form_Paint() {
   });
 }
 
-void frmFracciones::txtFields_KeyDown(std::int16_t index, std::int16_t key) {
+void frmFracciones::txtFields_KeyDown(const KeyEvent& event) {
   Trata("txtFields_KeyDown", [&] {
-    codigo_ = Recorta((*txtFields)(index).Text());
-    if (key == key::kEnter) IniciaProceso("FRACCIONES");
+    codigo_ = Recorta((*txtFields)(0).Text());
+    if (event.key == key::kEnter) IniciaProceso("FRACCIONES");
   });
 }
 

@@ -29,7 +29,7 @@ class frmFracciones final : public VentanaModulo {  // NOLINT: the window's publ
   void Form_Paint() override;
 
  private:
-  void txtFields_KeyDown(std::int16_t index, std::int16_t key);
+  void txtFields_KeyDown(const KeyEvent& event);
 
   std::string codigo_, estado_;
   std::shared_ptr<ControlArray<TextBox>> txtFields;

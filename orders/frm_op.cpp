@@ -1,31 +1,18 @@
 // Load, modes and closing of the order editor.
 #include "orders/frm_op.h"
 
-#include <array>
 #include <utility>
 
 #include "orders/campos.h"
+#include "orders/columnas_rejilla.h"
 
 namespace zuvi {
 namespace {
 
-struct Columna {
-  const char* titulo;
-  std::int32_t ancho;
-};
-
-// A hidden column (width 0) keeps cells that saving reads. The last two have no cells at all.
-constexpr std::array kColumnas{
-    Columna{"Artículo", 1800},    Columna{"QTY", 1800},   Columna{"Precio", 0},       Columna{"Importe", 0},
-    Columna{"Descripción", 6000}, Columna{"No de Op", 0}, Columna{"Presentación", 0}, Columna{"Pr. QTY", 0},
-};
-constexpr std::int32_t kFilas = 101, kColumnasDeMas = 2;
-
 constexpr std::int32_t kEsperaCierre = 10;
-constexpr std::int16_t kVerdadero = -1;
 
 /// A field value put behind a text; Null adds nothing.
-std::string Tras(std::string texto, const Value& valor) {
+std::string Tras(const char* texto, const Value& valor) {
   return valor.IsNull() ? texto : texto + ATexto(valor);
 }
 
@@ -46,8 +33,6 @@ double Monto(Recordset& orden, FixedText columna) {
 frmOp::frmOp(Modulo& modulo) : VentanaModulo(modulo, "frmOp") {
   CreaControles();
   ConectaEventos();
-  ConectaCampos();
-  ConectaRejilla();
 }
 
 const MemberTable* frmOp::Members() const {
@@ -64,17 +49,6 @@ const MemberTable* frmOp::Members() const {
                           .Method<&frmOp::PonTC>("PonTC")
                           .Method<&frmOp::TraeVends>("TraeVends"));
   return &table;
-}
-
-void frmOp::ConectaEventos() {
-  Command1->OnClick = [this] { Command1_Click(); };
-  Command2->OnClick = [this] { Command2_Click(); };
-  Command5->OnClick = [this] { Command5_Click(); };
-  Command6->OnClick = [this] { Command6_Click(); };
-  Timer1->OnTimer = [this] { Timer1_Timer(); };
-  Label10->ForEach([this](std::int16_t indice, Label& rotulo) {
-    rotulo.OnClick = [this, indice] { Label10_Click(indice); };
-  });
 }
 
 void frmOp::Form_Load() {
@@ -104,39 +78,19 @@ void frmOp::Form_Load() {
 
 void frmOp::TerminaCarga() {
   fg2->SetRow(1);
-  fg2->SetCol(0);
+  fg2->SetCol(columna::kArticulo);
   AplicaModo();
-}
-
-void frmOp::FormaRejilla() {
-  fg2->SetRedraw(false);
-  fg2->SetRows(kFilas);
-  fg2->SetCols(static_cast<std::int32_t>(kColumnas.size()));
-  fg2->SetFixedRows(1);
-  fg2->SetFixedCols(0);
-  fg2->SetRow(0);
-  std::int32_t col = 0;
-  for (const Columna& columna : kColumnas) {
-    fg2->SetCol(col);
-    fg2->SetColWidth(col, columna.ancho);
-    fg2->SetText(columna.titulo);
-    ++col;
-  }
-  for (std::int32_t i = 0; i < kColumnasDeMas; ++i) fg2->SetColWidth(col + i, 0);
-  fg2->SetCol(0);
-  fg2->SetRightAligned(1, true);
-  fg2->SetStretchCol(4);
 }
 
 void frmOp::CargaEncabezado() {
   if (!registro_) throw HostError(ErrorNumber::ObjectNotSet);
   // What an order lacks must not keep it from being opened and mended.
-  (*txtFields)(campo::kAlmacen).SetText(Tras("", registro_->Campo("Almacen")));
+  Caja(campo::kAlmacen).SetText(Tras("", registro_->Campo("Almacen")));
   // Every save writes these fields: an order must lose neither its purchase's number nor its amount.
   if (const Value compra = registro_->Campo("ordencompra"); !compra.IsNull() && ANumero(compra) != 0)
-    (*txtFields)(campo::kOrdenCompra).SetText(ATexto(compra));
+    Caja(campo::kOrdenCompra).SetText(ATexto(compra));
   if (const double importe = Monto(*registro_, "importe"); importe != 0)
-    (*txtFields)(campo::kImporte).SetText(TextoDeNumero(importe));
+    Caja(campo::kImporte).SetText(TextoDeNumero(importe));
   const Value emision = registro_->Campo("F_Emision");
   DTPicker1->SetValue(emision.IsNull() ? Hoy() : AFecha(emision));
   const Value entrega = registro_->Campo("fechaentrega");
@@ -161,11 +115,11 @@ void frmOp::CargaPartidas() {
   partidas_ = Consulta("SELECT * FROM oppart WHERE Op = (" + ATexto(registro_->Campo("Op")) + ")");
   // An order with more lines than the grid has rows makes it grow.
   for (std::int32_t fila = 1; !partidas_->Eof(); partidas_->MoveNext(), ++fila) {
-    fg2->SetTextMatrix(fila, 0, Tras("", partidas_->Campo("Articulo")));
-    fg2->SetTextMatrix(fila, 1, Tras("", partidas_->Campo("Cantidad")));
-    fg2->SetTextMatrix(fila, 2, Tras("", partidas_->Campo("Precio")));
-    fg2->SetTextMatrix(fila, 4, Tras(" ", partidas_->Campo("Observ")));
-    fg2->SetTextMatrix(fila, 5, Datos().ValorTexto(partidas_->Campo("id_entrada")));
+    fg2->SetTextMatrix(fila, columna::kArticulo, Tras("", partidas_->Campo("Articulo")));
+    fg2->SetTextMatrix(fila, columna::kCantidad, Tras("", partidas_->Campo("Cantidad")));
+    fg2->SetTextMatrix(fila, columna::kPrecio, Tras("", partidas_->Campo("Precio")));
+    fg2->SetTextMatrix(fila, columna::kDescripcion, Tras(" ", partidas_->Campo("Observ")));
+    fg2->SetTextMatrix(fila, columna::kEntrada, Datos().ValorTexto(partidas_->Campo("id_entrada")));
   }
 }
 
@@ -175,7 +129,7 @@ void frmOp::ValoresDeAlta() {
     const std::int32_t b = Entorno()->DatoFechaB();
     fecha->SetValue(Datos().ComponeFecha(a, b));
   }
-  (*txtFields)(campo::kAlmacen).SetText(ATexto(Entorno()->ParametrosEstacion()->Campo("Almacen")));
+  Caja(campo::kAlmacen).SetText(ATexto(Entorno()->ParametrosEstacion()->Campo("Almacen")));
 }
 
 void frmOp::AplicaModo() {
@@ -215,32 +169,32 @@ void frmOp::AplicaModo() {
   });
 }
 
-void frmOp::Form_QueryUnload(std::int16_t& cancel, std::int16_t mode) {
+void frmOp::Form_QueryUnload(CancelEvent& event, UnloadMode mode) {
   Trata("Form_QueryUnload", [&] {
     // An open edit is written whichever way the window is closed. One that could not be keeps it open, where
     // it can be typed again; the end of the session does not wait.
-    const bool editando = txtEdit->Visible();
-    const bool escrita = EscribeCelda();
+    const bool editando = editor_->Abierto();
+    const bool escrita = GuardaCelda();
     if (editando && fg2->CanFocus()) fg2->SetFocus();
-    if (!escrita && mode != static_cast<std::int16_t>(UnloadMode::System)) {
-      cancel = kVerdadero;
+    if (!escrita && mode != UnloadMode::System) {
+      event.cancel = true;
       return;
     }
-    if (mode != static_cast<std::int16_t>(UnloadMode::TitleBar)) return;
+    if (mode != UnloadMode::TitleBar) return;
     // The title bar only asks: the window is closed once the click is done with.
-    cancel = kVerdadero;
+    event.cancel = true;
     Timer1->SetInterval(kEsperaCierre);
     Timer1->SetEnabled(true);
   });
 }
 
-void frmOp::Form_Unload(std::int16_t& cancel) {
+void frmOp::Form_Unload(CancelEvent& event) {
   bool suelta = modo_ == kModificacion;
   Trata("Form_Unload", [&] {
     IniciaProceso("Op006");
     if (rechazado_) {
       rechazado_ = false;
-      cancel = kVerdadero;
+      event.cancel = true;
       return;
     }
     // What is tried once is not tried again.
@@ -249,21 +203,7 @@ void frmOp::Form_Unload(std::int16_t& cancel) {
     Libera();
   });
   // A process that failed does not keep the window open, nor the order busy without one.
-  if (suelta && !cancel) EnSilencio([&] { SueltaOcupada(); });
-}
-
-void frmOp::Timer1_Timer() {
-  Trata("Timer1_Timer", [&] {
-    Timer1->SetEnabled(false);
-    Unload(UnloadMode::Code);
-  });
-}
-
-void frmOp::Label10_Click(std::int16_t index) {
-  Trata("Label10_Click", [&] {
-    CheckBox* const casilla = index == 1 ? Check3.get() : index == 2 ? Check2.get() : nullptr;
-    if (casilla && casilla->Enabled()) casilla->SetValue(casilla->Value() == 1 ? 0 : 1);
-  });
+  if (suelta && !event.cancel) EnSilencio([&] { SueltaOcupada(); });
 }
 
 }  // namespace zuvi

@@ -1,3 +1,4 @@
+// The text fields: what Enter, the function keys and the lookups do in them.
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -32,20 +33,17 @@ const char* CatalogoDe(std::int16_t index) {
   }
 }
 
-bool EsFiltroDeTecla(const std::string& etiqueta) {
-  return etiqueta == "N" || etiqueta == "D" || etiqueta == "SD" || etiqueta == "SN";
-}
-
 /// Whether a host could take it for a number: digits, no letters but an exponent's, and what parts the digits
 /// more than once parts them in threes. All else is the host's to say.
 bool PuedeSerNumero(std::string_view texto) {
   const auto letra = [](char c) { return c != 'e' && c != 'E' && (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; };
   if (texto.find_first_of("0123456789") == texto.npos || std::ranges::any_of(texto, letra)) return false;
   for (const char separador : {'.', ','}) {
-    auto este = texto.find(separador);
-    for (auto otro = este; este != texto.npos && (otro = texto.find(separador, este + 1)) != texto.npos;
-         este = otro)
-      if (otro - este != 4) return false;
+    for (auto este = texto.find(separador); este != texto.npos;) {
+      const auto otro = texto.find(separador, este + 1);
+      if (otro != texto.npos && otro - este != 4) return false;
+      este = otro;
+    }
   }
   return true;
 }
@@ -53,24 +51,9 @@ bool PuedeSerNumero(std::string_view texto) {
 }  // namespace
 
 void frmOp::ExigeNumero(std::int16_t index) const {
-  const std::string& texto = (*txtFields)(index).Text();
+  const std::string& texto = Texto(index);
   if (!Recorta(texto).empty() && !PuedeSerNumero(texto))
     throw HostError("\"" + texto + "\" no es un número", ErrorNumber::TypeMismatch);
-}
-
-void frmOp::ConectaCampos() {
-  txtFields->ForEach([this](std::int16_t i, TextBox& caja) {
-    caja.OnGotFocus = [this, i] { txtFields_GotFocus(i); };
-    caja.OnLostFocus = [this, i] { txtFields_LostFocus(i); };
-    caja.OnDblClick = [this, i] { txtFields_DblClick(i); };
-    caja.OnChange = [this, i] { txtFields_Change(i); };
-    caja.OnKeyPress = [this, i](std::int16_t& c) { txtFields_KeyPress(i, c); };
-    caja.OnKeyDown = [this, i](std::int16_t& key, std::int16_t shift) { txtFields_KeyDown(i, key, shift); };
-    caja.OnKeyUp = [this, i](std::int16_t& key, std::int16_t shift) { txtFields_KeyUp(i, key, shift); };
-  });
-  RichTextBox2->OnKeyDown = [this](std::int16_t& key, std::int16_t shift) {
-    RichTextBox1_KeyDown(key, shift);
-  };
 }
 
 void frmOp::Selecciona(TextBox& caja) {
@@ -78,166 +61,118 @@ void frmOp::Selecciona(TextBox& caja) {
   caja.SetSelLength(caja.Length());
 }
 
-void frmOp::txtFields_GotFocus(std::int16_t index) {
-  Trata("txtFields_GotFocus", [&] { Selecciona((*txtFields)(index)); });
-}
-
-void frmOp::txtFields_KeyPress(std::int16_t index, std::int16_t& character) {
-  Trata("txtFields_KeyPress", [&] {
-    TextBox& caja = (*txtFields)(index);
-    if (caja.Tag() == "U")
-      character = Datos().FiltroMayusculas(caja.shared_from_this(), character);
-    else if (EsFiltroDeTecla(caja.Tag()))
-      character = Datos().FiltroTecla(caja.shared_from_this(), character);
-  });
+void frmOp::Escribe(std::int16_t index, const std::string& texto) {
+  // What the window itself writes is no entry of the user's: a field filled by it does not move on, which
+  // would add the line before the rest of it is there, or add it twice.
+  const struct Restaura {
+    bool& donde;
+    bool antes;
+    ~Restaura() { donde = antes; }
+  } restaura{escribiendo_, std::exchange(escribiendo_, true)};
+  Caja(index).SetText(texto);
 }
 
 void frmOp::Formatea(std::int16_t index) {
-  Escribe(index, Datos().FormateaCampo((*txtFields)(index).shared_from_this(), Entorno()));
+  Escribe(index, Datos().FormateaCampo(Caja(index).shared_from_this(), Entorno()));
 }
 
-void frmOp::txtFields_Change(std::int16_t index) {
-  if (escribiendo_) return;
-  Trata("txtFields_Change", [&] {
-    TextBox& caja = (*txtFields)(index);
-    if (!Visible()) Formatea(index);
-    if (caja.Length() != caja.MaxLength() || caja.Text().empty() || !Visible()) return;
-    std::int16_t key = key::kEnter;
-    txtFields_KeyDown(index, key, shift::kNone);
-  });
+void frmOp::CambiaLector() {
+  if (Check4->Value() == 1) {
+    Check4->SetValue(0);
+    return;
+  }
+  Check4->SetValue(1);
+  Enfoca(campo::kArticulo);
 }
 
-void frmOp::txtFields_LostFocus(std::int16_t index) {
-  Trata("txtFields_LostFocus", [&] {
-    if (index == campo::kArticulo) PonDescripcion();
-    Formatea(index);
-  });
-}
-
-void frmOp::txtFields_KeyDown(std::int16_t index, std::int16_t& key, std::int16_t shift) {
+bool frmOp::AvanzaCampo(std::int16_t index) {
+  bool tiene_siguiente = true;
   Trata("txtFields_KeyDown", [&] {
-    const auto enfoca = [this](std::int16_t campo) { EnfocaSiHabilitado((*txtFields)(campo)); };
-    TextBox& articulo = (*txtFields)(campo::kArticulo);
-    if (key == key::kF2) articulo.SetFocus();
-    if (key == key::kF5) {
-      Command5_Click();
-      return;
-    }
-    if (key == key::kDown && index == campo::kArticulo) {
-      key = 0;
-      MuestraKits();
-      articulo.SetFocus();
-      return;
-    }
-    if (key == key::kF8) {
-      switch (index) {
-        case campo::kArticulo:
-        case campo::kCantidad:
-        case campo::kPrecio:
-        case 7:
-        case campo::kImpuesto:
-        case 22:
-        case 23:
-          enfoca(campo::kClaveSecundaria);
-          break;
-        case campo::kClaveSecundaria:
-          enfoca(campo::kPresentacion);
-          TraeSegundaClave();
-          break;
-        case campo::kPresentacion:
-          enfoca(campo::kUnidadDeClave);
-          break;
-        case campo::kUnidadDeClave:
-          enfoca(campo::kPrecio);
-          break;
-        default:
-          break;
+    switch (index) {
+      case campo::kConcepto:
+        return Enfoca(campo::kAlmacen);
+      case campo::kArticulo: {
+        TextBox& cantidad = Caja(campo::kCantidad);
+        if (cantidad.Enabled()) {
+          cantidad.SetFocus();
+          Selecciona(cantidad);
+        }
+        if (Check4->Value() == 1) AgregaPartida();
+        return;
       }
-      return;
+      case campo::kCantidad:
+        return AgregaPartida();
+      case campo::kLibre13:
+        return Enfoca(campo::kLibre17);
+      case campo::kAlmacen:
+      case campo::kTipoCambio:
+        return Enfoca(campo::kArticulo);
+      case campo::kMoneda:
+        return Enfoca(Caja(campo::kTipoCambio).Enabled() ? campo::kTipoCambio : campo::kArticulo);
+      case campo::kLibre18:
+        return Enfoca(campo::kLibre19);
+      case campo::kPresentacion:
+        return Enfoca(campo::kUnidadDeClave);
+      case campo::kUnidadDeClave:
+        return Enfoca(campo::kPrecio);
+      default:
+        tiene_siguiente = false;
     }
-    if (key == key::kF2) {
-      txtFields_DblClick(index);
-      return;
-    }
-    if (key == key::kEnter || (key == key::kTab && !(shift & shift::kShift))) Avanza(index, key);
   });
+  return tiene_siguiente;
 }
 
-void frmOp::Avanza(std::int16_t index, std::int16_t& key) {
-  const auto enfoca = [this](std::int16_t campo) { EnfocaSiHabilitado((*txtFields)(campo)); };
-  // Where the focus stays because the next field is disabled, the key must not move it by tab order; and a
-  // single line has no other use for Enter.
-  const std::int16_t pulsada = std::exchange(key, std::int16_t{0});
+void frmOp::AvanzaClave(std::int16_t index) {
   switch (index) {
-    case campo::kConcepto:
-      return enfoca(campo::kAlmacen);
-    case campo::kArticulo: {
-      TextBox& cantidad = (*txtFields)(campo::kCantidad);
-      if (cantidad.Enabled()) {
-        cantidad.SetFocus();
-        Selecciona(cantidad);
-      }
-      if (Check4->Value() == 1) LlenaPartida();
-      return;
-    }
+    case campo::kArticulo:
     case campo::kCantidad:
-      return LlenaPartida();
-    case 13:
-      return enfoca(17);
-    case campo::kAlmacen:
-    case campo::kTipoCambio:
-      return enfoca(campo::kArticulo);
-    case campo::kMoneda:
-      return enfoca((*txtFields)(campo::kTipoCambio).Enabled() ? campo::kTipoCambio : campo::kArticulo);
-    case 18:
-      return enfoca(19);
+    case campo::kPrecio:
+    case campo::kLibre7:
+    case campo::kImpuesto:
+    case campo::kLibre22:
+    case campo::kLibre23:
+      return Enfoca(campo::kClaveSecundaria);
+    case campo::kClaveSecundaria:
+      Enfoca(campo::kPresentacion);
+      return TraeSegundaClave();
     case campo::kPresentacion:
-      return enfoca(campo::kUnidadDeClave);
+      return Enfoca(campo::kUnidadDeClave);
     case campo::kUnidadDeClave:
-      return enfoca(campo::kPrecio);
+      return Enfoca(campo::kPrecio);
     default:
-      if (pulsada == key::kTab) key = pulsada;
+      return;
   }
 }
 
-void frmOp::txtFields_KeyUp(std::int16_t index, std::int16_t& key, std::int16_t /*shift*/) {
-  Trata("txtFields_KeyUp", [&] {
-    if (key != key::kDown) return;
-    TextBox& caja = (*txtFields)(index);
-    if (const ObjectPtr marco = caja.Container()) marco->Call("ShowData");
-    caja.SetSelStart(0);
-  });
+template <class Servicio>
+std::shared_ptr<Servicio> frmOp::NuevaBusqueda(std::int16_t index) {
+  auto busqueda = ElModulo().Fabrica().Nuevo<Servicio>();
+  busqueda->PonAmbiente(Entorno());
+  busqueda->PonDestino(Caja(index).shared_from_this());
+  return busqueda;
 }
 
-void frmOp::txtFields_DblClick(std::int16_t index) {
+void frmOp::BuscaValor(std::int16_t index) {
   Trata("txtFields_DblClick", [&] {
-    TextBox& caja = (*txtFields)(index);
-    const auto busqueda = ElModulo().Fabrica().Nuevo<BuscaCatalogo>();
-    busqueda->PonAmbiente(Entorno());
-    busqueda->PonDestino(caja.shared_from_this());
+    const auto busqueda = NuevaBusqueda<BuscaCatalogo>(index);
     if (index <= kUltimoConCatalogo) {
       if (const char* titulo = CatalogoDe(index)) busqueda->Muestra(titulo);
       return;
     }
-    if (caja.Tag() != "N") return;
-    const auto teclado = ElModulo().Fabrica().Nuevo<CapturaNumerica>();
-    teclado->PonAmbiente(Entorno());
-    teclado->PonDestino(caja.shared_from_this());
-    teclado->Muestra();
+    if (Caja(index).Tag() == "N") NuevaBusqueda<CapturaNumerica>(index)->Muestra();
   });
 }
 
-void frmOp::MuestraKits() {
-  const auto busqueda = ElModulo().Fabrica().Nuevo<BuscaCatalogo>();
-  busqueda->PonAmbiente(Entorno());
-  busqueda->PonDestino((*txtFields)(campo::kArticulo).shared_from_this());
+void frmOp::BuscaKit() {
+  const auto busqueda = NuevaBusqueda<BuscaCatalogo>(campo::kArticulo);
   busqueda->PonFiltro("kit <> 0");
   busqueda->Muestra(CatalogoDe(campo::kArticulo));
+  Caja(campo::kArticulo).SetFocus();
 }
 
 void frmOp::TraeSegundaClave() {
   Trata("TraeSegundaClave", [&] {
-    const std::string clave = (*txtFields)(campo::kClaveSecundaria).Text();
+    const std::string clave = Texto(campo::kClaveSecundaria);
     const auto limpia = [this] {
       for (const std::int16_t campo : kDetallesDeClave) Escribe(campo, "");
     };
@@ -252,10 +187,29 @@ void frmOp::TraeSegundaClave() {
   });
 }
 
-void frmOp::RichTextBox1_KeyDown(std::int16_t& key, std::int16_t /*shift*/) {
-  Trata("RichTextBox1_KeyDown", [&] {
-    if (key == key::kF8) EnfocaSiHabilitado((*txtFields)(campo::kArticulo));
+void frmOp::PonTC() {
+  Trata("PonTC", [&] {
+    TextBox& tipo_cambio = Caja(campo::kTipoCambio);
+    const auto moneda =
+        Consulta(EntreApostrofos("SELECT * FROM monedas WHERE moneda = '", Texto(campo::kMoneda)));
+    if (moneda->Eof()) {
+      Escribe(campo::kTipoCambio, "");
+      return;
+    }
+    Escribe(campo::kTipoCambio, Datos().ValorTexto(moneda->Campo("Tc")));
+    if (Datos().ValorNumerico(moneda->Campo("Base")) != 0) tipo_cambio.SetEnabled(false);
   });
+}
+
+std::string frmOp::TraeVends() {
+  std::string nombre;
+  Trata("TraeVends", [&] {
+    if (Datos().EstaVacio(Texto(campo::kConcepto))) return;
+    const auto vendedor =
+        Consulta(EntreApostrofos("SELECT * FROM vends WHERE vend = '", Texto(campo::kDescripcion)));
+    if (!vendedor->Eof()) nombre = Datos().ValorTexto(vendedor->Campo("Nombre"));
+  });
+  return nombre;
 }
 
 }  // namespace zuvi

@@ -3,6 +3,7 @@
 
 #include "base/text.h"
 #include "orders/campos.h"
+#include "orders/columnas_rejilla.h"
 #include "orders/frm_op.h"
 
 namespace zuvi {
@@ -19,6 +20,12 @@ void frmOp::NumeraOrden() {
   constructor_->AgregaCampo("op", "op", op_);
 }
 
+void frmOp::Firma(const char* tabla) {
+  constructor_->AgregaCampo(tabla, "usuario", Entorno()->UsuarioActual());
+  constructor_->AgregaCampo(tabla, "usufecha", Hoy());
+  constructor_->AgregaCampo(tabla, "usuhora", Hora());
+}
+
 bool frmOp::CreaOp() {
   return Trata("CreaOp", [&] {
     constructor_->Limpia();
@@ -32,17 +39,15 @@ bool frmOp::CreaOp() {
       ConstructorSql& c = *constructor_;
       c.AgregaCampo("op", "ocupado", kSi);
       c.AgregaCampo("op", "f_emision", DTPicker1->Value());
-      c.AgregaCampo("op", "importe", datos.ValorNumerico((*txtFields)(campo::kImporte).Text()));
+      c.AgregaCampo("op", "importe", datos.ValorNumerico(Texto(campo::kImporte)));
       c.AgregaCampo("op", "costo", std::int16_t{0});
       // A text here and a number on finishing: the column takes both.
-      c.AgregaCampo("op", "almacen", datos.ValorTexto((*txtFields)(campo::kAlmacen).Text()));
+      c.AgregaCampo("op", "almacen", datos.ValorTexto(Texto(campo::kAlmacen)));
       c.AgregaCampo("op", "estado", "PE");
       c.AgregaCampo("op", "observ", RichTextBox2->Text());
-      c.AgregaCampo("op", "usuario", Entorno()->UsuarioActual());
-      c.AgregaCampo("op", "usufecha", Hoy());
-      c.AgregaCampo("op", "usuhora", Hora());
+      Firma("op");
       c.AgregaCampo("op", "fechaEntrega", DTPicker2->Value());
-      c.AgregaCampo("op", "ordencompra", datos.ValorNumerico((*txtFields)(campo::kOrdenCompra).Text()));
+      c.AgregaCampo("op", "ordencompra", datos.ValorNumerico(Texto(campo::kOrdenCompra)));
       c.Condicion("op = " + Decimal(op_));
       c.Genera("op");
       c.Ejecuta();
@@ -75,9 +80,9 @@ bool frmOp::SalvaOp() {
     c.AgregaCampo("op", "ocupado", kNo);
     c.AgregaCampo("op", "f_emision", DTPicker1->Value());
     c.AgregaCampo("op", "fechaEntrega", DTPicker2->Value());
-    c.AgregaCampo("op", "importe", datos.ValorNumerico((*txtFields)(campo::kImporte).Text()));
+    c.AgregaCampo("op", "importe", datos.ValorNumerico(Texto(campo::kImporte)));
     c.AgregaCampo("op", "costo", CostoTotal());
-    c.AgregaCampo("op", "almacen", datos.ValorNumerico((*txtFields)(campo::kAlmacen).Text()));
+    c.AgregaCampo("op", "almacen", datos.ValorNumerico(Texto(campo::kAlmacen)));
     if (Check3->Value() == 0) {
       c.AgregaCampo("op", "estado", "CO");
       if (Check1->Value() == 1) c.AgregaCampo("op", "automatico", kSi);
@@ -85,10 +90,8 @@ bool frmOp::SalvaOp() {
       c.AgregaCampo("op", "estado", "PE");
     }
     c.AgregaCampo("op", "observ", RichTextBox2->Text());
-    c.AgregaCampo("op", "usuario", Entorno()->UsuarioActual());
-    c.AgregaCampo("op", "usufecha", Hoy());
-    c.AgregaCampo("op", "usuhora", Hora());
-    c.AgregaCampo("op", "ordencompra", datos.ValorNumerico((*txtFields)(campo::kOrdenCompra).Text()));
+    Firma("op");
+    c.AgregaCampo("op", "ordencompra", datos.ValorNumerico(Texto(campo::kOrdenCompra)));
     c.Genera("op");
     c.Ejecuta();
   });
@@ -96,7 +99,7 @@ bool frmOp::SalvaOp() {
 
 bool frmOp::SalvaCambios() {
   return Trata("SalvaCambios", [&] {
-    const std::string entrada = fg2->TextMatrix(fg2->Row(), 5);
+    const std::string entrada = fg2->TextMatrix(fg2->Row(), columna::kEntrada);
     // A row that is no line has nothing to be saved.
     if (Recorta(entrada).empty()) return;
     ConstructorSql& c = *constructor_;
@@ -105,15 +108,15 @@ bool frmOp::SalvaCambios() {
     c.Condicion("id_entrada = " + entrada);
     std::optional<double> cantidad;
     switch (fg2->Col()) {
-      case 1:
-      case 2:
+      case columna::kCantidad:
+      case columna::kPrecio:
         cantidad = Datos().ValorNumerico(fg2->Text());
         c.AgregaCampo("oppart", "cantidad", *cantidad);
         break;
-      case 5:
+      case columna::kEntrada:
         c.AgregaCampo("oppart", "impuesto", Datos().ValorNumerico(fg2->Text()));
         break;
-      case 6:
+      case columna::kPresentacion:
         c.AgregaCampo("oppart", "observ", fg2->Text());
         break;
       default:
@@ -127,25 +130,12 @@ bool frmOp::SalvaCambios() {
   });
 }
 
-std::string frmOp::ComoSeLeyo(const std::string& texto, double numero) {
-  return texto.find(',') == texto.npos ? texto : TextoDeNumero(numero);
-}
-
 double frmOp::CostoTotal() const {
   // Added up anew each time: a line that goes takes exactly its own with it.
   double total = costo_guardado_;
   for (const auto& [entrada, costo] : costos_) total += costo.cantidad * costo.unitario;
   // No column holds more; the order can be saved all the same.
   return std::isfinite(total) ? total : costo_guardado_;
-}
-
-std::optional<std::int32_t> frmOp::CuantasPartidas() {
-  std::int32_t llenas = 0;
-  const bool contadas = Trata("CuantasPartidas", [&] {
-    const std::int32_t renglones = fg2->Rows() - fg2->FixedRows();
-    while (llenas < renglones && !Datos().EstaVacio(fg2->TextMatrix(llenas + 1, 0))) ++llenas;
-  });
-  return contadas ? std::optional(llenas) : std::nullopt;
 }
 
 bool frmOp::SalvaPartidas() {

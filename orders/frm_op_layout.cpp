@@ -1,7 +1,5 @@
 // The controls of the order editor, made in the order in which a user reads and tabs through them: header,
 // entry of a line, lines, what happens on finishing. Places are in units of 1/96 inch on a raster of 8.
-#include <array>
-
 #include "orders/campos.h"
 #include "orders/frm_op.h"
 
@@ -35,16 +33,25 @@ struct DefCampo {
   unsigned ancla = anchor::kTopLeft;
 };
 
+// Labels of `lblFields` that belong to no text box.
+enum : std::int16_t { kRotuloFecha = 30, kRotuloEntrega, kRotuloPartidas, kRotuloCelda };
+
+// Columns shared by the header and the entry line, and the tops of the rows of the window.
+constexpr std::int32_t kColumna1 = kMargen, kColumna2 = 232, kColumna3 = 408;
+constexpr std::int32_t kAncho1 = 200, kAncho2 = 160;
+constexpr std::int32_t kFila1 = kMargen, kFila2 = 66, kFila3 = 124, kFila4 = 174, kPartidas = 232;
+constexpr std::int32_t kBotones = kAlto - kMargen - kAltoBoton, kCasillas = kBotones - 12 - kAltoCasilla;
+
+}  // namespace
+
 /// Makes the controls of one window, each edit right after the label that names it.
-class Plano {
+class frmOp::Plano {
  public:
-  Plano(Form& ventana, ControlArray<TextBox>& campos, ControlArray<MultiCombo>& combos,
-        ControlArray<Label>& rotulos)
-      : ventana_(ventana), campos_(campos), combos_(combos), rotulos_(rotulos) {}
+  explicit Plano(frmOp& ventana) : ventana_(ventana) {}
 
   Label& Rotulo(std::int16_t indice, const char* texto, const Rect& lugar,
                 unsigned ancla = anchor::kTopLeft) {
-    return Rotulo(rotulos_, "lblFields", indice, texto, lugar, ancla);
+    return Rotulo(*ventana_.lblFields, "lblFields", indice, texto, lugar, ancla);
   }
   Label& Rotulo(ControlArray<Label>& arreglo, const char* nombre, std::int16_t indice, const char* texto,
                 const Rect& lugar, unsigned ancla) {
@@ -57,11 +64,11 @@ class Plano {
   /// A field sits on a multi-column lookup of its own, in which a host may offer rows.
   TextBox& Pon(const DefCampo& campo) {
     const Rect lugar = En(campo.x, campo.y + kBajoRotulo, campo.ancho, kAltoCampo);
-    MultiCombo& combo = ventana_.AddTo(combos_, "MultiCombo1", combos_.Count());
+    MultiCombo& combo = ventana_.AddTo(*ventana_.MultiCombo1, "MultiCombo1", ventana_.MultiCombo1->Count());
     combo.Design(lugar, campo.ancla);
     if (*campo.rotulo)
       Rotulo(campo.indice, campo.rotulo, En(campo.x, campo.y, campo.ancho, kAltoRotulo), campo.ancla);
-    TextBox& caja = ventana_.AddTo(campos_, "txtFields", campo.indice);
+    TextBox& caja = ventana_.AddTo(*ventana_.txtFields, "txtFields", campo.indice);
     caja.Design(lugar, campo.ancla);
     caja.SetTag(campo.filtro);
     caja.SetMaxLength(campo.largo);
@@ -73,10 +80,10 @@ class Plano {
 
   /// A field that this window carries without showing it; "focus if enabled" passes it by.
   void PonOculto(std::int16_t indice, const char* filtro = "") {
-    TextBox& caja = Pon({.indice = indice, .rotulo = "", .x = 0, .y = 0, .ancho = 0, .filtro = filtro});
+    TextBox& caja = Pon({indice, "", 0, 0, 0, filtro});
     caja.SetEnabled(false);
     caja.SetVisible(false);
-    combos_(static_cast<std::int16_t>(combos_.Count() - 1)).SetVisible(false);
+    (*ventana_.MultiCombo1)(ventana_.MultiCombo1->UBound()).SetVisible(false);
   }
 
   template <class T>
@@ -94,25 +101,8 @@ class Plano {
   }
 
  private:
-  Form& ventana_;
-  ControlArray<TextBox>& campos_;
-  ControlArray<MultiCombo>& combos_;
-  ControlArray<Label>& rotulos_;
+  frmOp& ventana_;
 };
-
-// Labels of `lblFields` that belong to no text box.
-enum : std::int16_t { kRotuloFecha = 30, kRotuloEntrega, kRotuloPartidas, kRotuloCelda };
-
-// Fields without a place in this window.
-constexpr std::array<std::int16_t, 10> kOcultos{7, 8, 13, 15, 16, 17, 18, 19, 22, 23};
-
-// Columns shared by the header and the entry line, and the tops of the rows of the window.
-constexpr std::int32_t kColumna1 = kMargen, kColumna2 = 232, kColumna3 = 408;
-constexpr std::int32_t kAncho1 = 200, kAncho2 = 160;
-constexpr std::int32_t kFila1 = kMargen, kFila2 = 66, kFila3 = 124, kFila4 = 174, kPartidas = 232;
-constexpr std::int32_t kBotones = kAlto - kMargen - kAltoBoton, kCasillas = kBotones - 12 - kAltoCasilla;
-
-}  // namespace
 
 void frmOp::CreaControles() {
   SetCaption("Orden de fabricación");
@@ -122,15 +112,22 @@ void frmOp::CreaControles() {
   MultiCombo1 = AddArray<MultiCombo>("MultiCombo1");
   Label10 = AddArray<Label>("Label10");
   lblFields = AddArray<Label>("lblFields");
-  Plano plano(*this, *txtFields, *MultiCombo1, *lblFields);
+  Plano plano(*this);
+  CreaEncabezado(plano);
+  CreaCaptura(plano);
+  CreaPartidas(plano);
+  CreaPie(plano);
 
-  // Header.
-  plano.Pon({.indice = campo::kOrdenCompra,
-             .rotulo = "No. de orden de compra",
-             .x = kColumna1,
-             .y = kFila1,
-             .ancho = kAncho1,
-             .filtro = "N"});
+  // What is never seen, or only now and then.
+  for (const std::int16_t indice : campo::kOcultos) plano.PonOculto(indice);
+  plano.PonOculto(campo::kImporte, "SD");
+  Timer1 = Add<Timer>("Timer1");
+  Timer1->SetEnabled(false);
+  AutoResizer1 = Add<AutoResizer>("AutoResizer1");
+}
+
+void frmOp::CreaEncabezado(Plano& plano) {
+  plano.Pon({campo::kOrdenCompra, "No. de orden de compra", kColumna1, kFila1, kAncho1, "N"});
   const auto fecha = [&](const char* nombre, std::int16_t rotulo, const char* texto, std::int32_t x,
                          std::int32_t y, std::int32_t ancho) {
     plano.Rotulo(rotulo, texto, En(x, y, ancho, kAltoRotulo));
@@ -138,37 +135,19 @@ void frmOp::CreaControles() {
   };
   DTPicker1 = fecha("DTPicker1", kRotuloFecha, "Fecha del documento", kColumna2, kFila1, kAncho2);
   DTPicker2 = fecha("DTPicker2", kRotuloEntrega, "Fecha de entrega", kColumna1, kFila2, kAncho1);
-  plano.Pon({.indice = campo::kAlmacen,
-             .rotulo = "Entregar en almacen",
-             .x = kColumna2,
-             .y = kFila2,
-             .ancho = kAncho2,
-             .filtro = "N"});
+  plano.Pon({campo::kAlmacen, "Entregar en almacen", kColumna2, kFila2, kAncho2, "N"});
   constexpr std::int32_t kAnchoObservaciones = kDerecha - kColumna3;
   plano.Rotulo(*Label10, "Label10", 0, "Observaciones a la orden de producción",
                En(kColumna3, kFila1, kAnchoObservaciones, kAltoRotulo), anchor::kAcross);
   RichTextBox2 = plano.Pon<RichTextBox>(
       "RichTextBox2", En(kColumna3, kFila1 + kBajoRotulo, kAnchoObservaciones, kFila2 - kFila1 + kAltoCampo),
       anchor::kAcross);
+}
 
-  // Entry of a line.
-  plano
-      .Pon({.indice = campo::kArticulo,
-            .rotulo = "Artículo",
-            .x = kColumna1,
-            .y = kFila3,
-            .ancho = kAncho1,
-            .filtro = "U",
-            .largo = kLargoClave})
+void frmOp::CreaCaptura(Plano& plano) {
+  plano.Pon({campo::kArticulo, "Artículo", kColumna1, kFila3, kAncho1, "U", kLargoClave})
       .SetToolTipText("F2: catálogo de artículos; flecha abajo: sólo kits; F8: clave secundaria");
-  plano
-      .Pon({.indice = campo::kClaveSecundaria,
-            .rotulo = "Clave secundaria",
-            .x = kColumna2,
-            .y = kFila3,
-            .ancho = kAncho2,
-            .filtro = "U",
-            .largo = kLargoClave})
+  plano.Pon({campo::kClaveSecundaria, "Clave secundaria", kColumna2, kFila3, kAncho2, "U", kLargoClave})
       .SetToolTipText("F8: trae el artículo de esta clave");
   for (const DefCampo& campo : {
            DefCampo{campo::kDato1, "Dato 1", kColumna3, kFila3, 128, "", 0, true},
@@ -189,8 +168,9 @@ void frmOp::CreaControles() {
       plano.Pon<CheckBox>("Check4", "Lector de Código de Barras",
                           En(kColumna3 + 352, kFila4 + kBajoRotulo + 2, 184, kAltoCasilla), kArribaDerecha);
   Check4->SetToolTipText("F3");
+}
 
-  // Lines.
+void frmOp::CreaPartidas(Plano& plano) {
   plano.Rotulo(kRotuloPartidas, "Partidas de la orden", En(kMargen, kPartidas, kAncho1, kAltoRotulo));
   constexpr std::int32_t kRejilla = kPartidas + kBajoRotulo;
   fg2 = plano.Pon<FlexGrid>("fg2", En(kMargen, kRejilla, kDerecha - kMargen, kCasillas - 12 - kRejilla),
@@ -202,8 +182,11 @@ void frmOp::CreaControles() {
   // A text that is put into a box without width stays scrolled out of sight when it gets one.
   txtEdit->Design(En(0, 0, 120, kAltoCampo));
   txtEdit->SetVisible(false);
+  editor_.emplace(ElModulo(), *fg2, *txtEdit);
+}
 
-  // Finishing. The captions of two boxes are labels beside them, which can be clicked on their own.
+void frmOp::CreaPie(Plano& plano) {
+  // The captions of two boxes are labels beside them, which can be clicked on their own.
   Check1 = plano.Pon<CheckBox>("Check1", "Producto terminado en automático",
                                En(kMargen, kCasillas, 232, kAltoCasilla), kAbajoIzquierda);
   const auto casilla = [&](const char* nombre, std::int16_t rotulo, const char* texto, std::int32_t x,
@@ -212,21 +195,14 @@ void frmOp::CreaControles() {
                  kAbajoIzquierda);
     return plano.Pon<CheckBox>(nombre, En(x, kCasillas, kAltoCasilla, kAltoCasilla), kAbajoIzquierda);
   };
-  Check3 = casilla("Check3", 1, "Dejar como movimiento pendiente", kMargen + 248, 232);
-  Check2 = casilla("Check2", 2, "Imprimir movimiento.", kMargen + 496, 168);
+  Check3 = casilla("Check3", campo::kRotuloPendiente, "Dejar como movimiento pendiente", kMargen + 248, 232);
+  Check2 = casilla("Check2", campo::kRotuloImprime, "Imprimir movimiento.", kMargen + 496, 168);
   const auto boton = [&](const char* nombre, const char* texto, std::int32_t hasta, std::int32_t ancho) {
     return plano.Pon<Button>(nombre, texto, En(hasta - ancho, kBotones, ancho, kAltoBoton), kAbajoDerecha);
   };
   Command1 = boton("Command1", "&Generar códigos  (F6)", kDerecha - 232, 168);
   Command5 = boton("Command5", "&Finalizar (F5)", kDerecha - 104, 120);
   Command2 = boton("Command2", "&Cancelar", kDerecha, 96);
-
-  // What is never seen, or only now and then.
-  for (const std::int16_t indice : kOcultos) plano.PonOculto(indice);
-  plano.PonOculto(campo::kImporte, "SD");
-  Timer1 = Add<Timer>("Timer1");
-  Timer1->SetEnabled(false);
-  AutoResizer1 = Add<AutoResizer>("AutoResizer1");
 }
 
 }  // namespace zuvi

@@ -1,181 +1,84 @@
+// The lines in the grid: shown, edited cell by cell, taken out.
 #include "base/text.h"
-#include "orders/campos.h"
+#include "orders/columnas_rejilla.h"
 #include "orders/frm_op.h"
 
 namespace zuvi {
 namespace {
 
-constexpr std::int32_t kArticulo = 0, kUltimaEditable = 2, kDescripcion = 4, kEntrada = 5, kPresentacion = 6;
-constexpr std::int16_t kMarcoHundido = 3;
-/// Further than any cell's text: brought to its end.
-constexpr std::int32_t kAlFinal = 1000;
-
-std::string ComoTexto(std::int16_t caracter) {
-  const auto unidad = static_cast<char16_t>(static_cast<std::uint16_t>(caracter));
-  return Utf8(std::u16string_view(&unidad, 1));
-}
+constexpr std::int32_t kFilas = 101;
 
 }  // namespace
 
-void frmOp::ConectaRejilla() {
-  fg2->OnKeyDown = [this](std::int16_t& key, std::int16_t shift) { fg2_KeyDown(key, shift); };
-  fg2->OnKeyPress = [this](std::int16_t& character) { Fg2_KeyPress(character); };
-  fg2->OnGotFocus = [this] { Fg2_GotFocus(); };
-  fg2->OnLeaveCell = [this] { Fg2_LeaveCell(); };
-  fg2->OnDblClick = [this] { fg2_DblClick(); };
-  fg2->OnRowColChange = [this] { fg2_RowColChange(); };
-  fg2->OnScroll = [this] { ColocaEditor(); };
-  txtEdit->OnKeyPress = [this](std::int16_t& character) { txtEdit_KeyPress(character); };
-  txtEdit->OnKeyDown = [this](std::int16_t& key, std::int16_t shift) { txtEdit_KeyDown(key, shift); };
-  txtEdit->OnLostFocus = [this] { txtEdit_LostFocus(); };
+void frmOp::FormaRejilla() {
+  fg2->SetRedraw(false);
+  fg2->SetRows(kFilas);
+  fg2->SetCols(static_cast<std::int32_t>(kEncabezados.size()));
+  fg2->SetFixedRows(1);
+  fg2->SetFixedCols(0);
+  fg2->SetRow(0);
+  for (const EncabezadoDeColumna& encabezado : kEncabezados) {
+    fg2->SetCol(encabezado.columna);
+    fg2->SetColWidth(encabezado.columna, encabezado.ancho);
+    fg2->SetText(encabezado.titulo);
+  }
+  fg2->SetCol(columna::kArticulo);
+  fg2->SetRightAligned(columna::kCantidad, true);
+  fg2->SetStretchCol(columna::kDescripcion);
 }
 
-void frmOp::MSFlexGridEdit(FlexGrid& grid, TextBox& editor, std::int16_t& character) {
-  Trata("MSFlexGridEdit", [&] {
-    if (character < 0 || character > key::kSpace) {
-      if (Datos().EstaVacio(grid.TextMatrix(grid.Row(), kArticulo))) return;
-      // The character takes the place of the whole text: what is left there of another edit must not decide
-      // whether it is a good one.
-      if (!editor.Visible()) editor.SetText("");
-      const std::int16_t filtrado = Datos().FiltroTecla(editor.shared_from_this(), character);
-      if (filtrado == 0 && grid.Col() != kPresentacion) return;
-      editor.SetText(ComoTexto(filtrado != 0 ? filtrado : character));
-      editor.SetSelStart(1);
-    } else {
-      editor.SetText(grid.Text());
-      editor.SetSelStart(kAlFinal);
-    }
-    if (grid.Col() == 0 || modo_ == kConsulta || grid.Col() > kUltimaEditable) return;
-    // A row without a line has nothing to be edited, whatever key asked for it.
-    if (Recorta(grid.TextMatrix(grid.Row(), kArticulo) + grid.TextMatrix(grid.Row(), kEntrada)).empty())
-      return;
-    const Rect celda = grid.CellBounds();
-    editor.Move({celda.left + grid.Left(), celda.top + grid.Top(), celda.width, celda.height});
-    editor.SetVisible(true);
-    EnfocaSiHabilitado(editor);
-  });
+void frmOp::MuestraPartida(const Partida& partida) {
+  const std::int32_t renglones = fg2->Rows() - fg2->FixedRows();
+  std::int32_t renglon = 1;
+  while (renglon <= renglones && !RenglonVacio(renglon)) ++renglon;
+  if (renglon > renglones) return;
+  fg2->SetTextMatrix(renglon, columna::kArticulo, partida.articulo);
+  fg2->SetTextMatrix(renglon, columna::kCantidad, ComoSeLeyo(partida.cantidad_tecleada, partida.cantidad));
+  fg2->SetTextMatrix(renglon, columna::kImporte, TextoConMiles(partida.cantidad * partida.precio));
+  fg2->SetTextMatrix(renglon, columna::kDescripcion, partida.observaciones);
+  fg2->SetTextMatrix(renglon, columna::kEntrada, Decimal(partida.entrada));
+  fg2->SetRow(renglon);
+}
+
+bool frmOp::RenglonVacio(std::int32_t renglon) const {
+  return Datos().EstaVacio(fg2->TextMatrix(renglon, columna::kArticulo));
+}
+
+std::string frmOp::ComoSeLeyo(const std::string& texto, double numero) {
+  return texto.find(',') == texto.npos ? texto : TextoDeNumero(numero);
+}
+
+void frmOp::EditaCelda(std::optional<std::int16_t> tecleado) {
+  Trata("MSFlexGridEdit", [&] { editor_->Abre(tecleado, modo_ == kConsulta); });
 }
 
 void frmOp::ColocaEditor() {
   Trata("ColocaEditor", [&] {
-    if (!txtEdit->Visible()) return;
-    const Rect celda = fg2->CellBounds();
-    txtEdit->Move({celda.left + fg2->Left(), celda.top + fg2->Top(), celda.width, celda.height});
+    if (editor_->Abierto()) editor_->Coloca();
   });
 }
 
-void frmOp::Form_Resize() { ColocaEditor(); }
-
-void frmOp::EditKeyCode(FlexGrid& grid, TextBox& editor, std::int16_t& key, std::int16_t /*shift*/) {
-  Trata("EditKeyCode", [&] {
-    switch (key) {
-      case key::kEnter:
-        grid.SetFocus();
-        break;
-      case key::kEscape:
-        editor.SetVisible(false);
-        grid.SetFocus();
-        break;
-      case key::kUp:
-        grid.SetFocus();
-        if (grid.Row() > grid.FixedRows()) grid.SetRow(grid.Row() - 1);
-        break;
-      case key::kDown:
-        grid.SetFocus();
-        if (grid.Row() < grid.Rows() - 1) grid.SetRow(grid.Row() + 1);
-        break;
-      default:
-        break;
-    }
-  });
-}
-
-bool frmOp::EscribeCelda() {
-  if (!txtEdit->Visible()) return true;
-  const std::int32_t fila = fg2->Row(), columna = fg2->Col();
-  const std::string entrada = fg2->TextMatrix(fila, kEntrada), guardado = fg2->Text();
-  fg2->SetText(txtEdit->Text());
-  txtEdit->SetText("");
-  txtEdit->SetVisible(false);
+bool frmOp::GuardaCelda() {
+  if (!editor_->Abierto()) return true;
+  const std::int32_t fila = fg2->Row(), col = fg2->Col();
+  const std::string entrada = fg2->TextMatrix(fila, columna::kEntrada);
+  const std::string guardado = editor_->Vuelca();
   if (SalvaCambios()) return true;
   // The cell shows what the table holds. While the report stood its line may have gone elsewhere.
-  if (fila < fg2->Rows() && (columna == kEntrada || fg2->TextMatrix(fila, kEntrada) == entrada))
-    fg2->SetTextMatrix(fila, columna, guardado);
+  if (fila < fg2->Rows() && (col == columna::kEntrada || fg2->TextMatrix(fila, columna::kEntrada) == entrada))
+    fg2->SetTextMatrix(fila, col, guardado);
   return false;
 }
 
-void frmOp::Fg2_KeyPress(std::int16_t& character) {
-  Trata("Fg2_KeyPress", [&] { MSFlexGridEdit(*fg2, *txtEdit, character); });
-}
-
-void frmOp::Fg2_GotFocus() {
-  Trata("Fg2_GotFocus", [&] { EscribeCelda(); });
-}
-
-void frmOp::Fg2_LeaveCell() {
-  Trata("Fg2_LeaveCell", [&] {
-    if (fg2->Row() > 0) fg2->SetFocusRect(kMarcoHundido);
-    EscribeCelda();
-  });
-}
-
-void frmOp::fg2_DblClick() {
-  Trata("fg2_DblClick", [&] {
-    if (Datos().EstaVacio(fg2->TextMatrix(fg2->Row(), kArticulo))) return;
-    std::int16_t character = key::kSpace;
-    MSFlexGridEdit(*fg2, *txtEdit, character);
-  });
-}
-
-void frmOp::fg2_RowColChange() {
-  Trata("fg2_RowColChange", [&] {
-    if (fg2->Row() >= 1) fg2->SetFocusRect(kMarcoHundido);
-  });
-}
-
-void frmOp::txtEdit_KeyPress(std::int16_t& character) {
-  Trata("txtEdit_KeyPress", [&] {
-    if (character == key::kEnter)
-      character = 0;
-    else if (fg2->Col() != kDescripcion && fg2->Col() != kPresentacion)
-      character = Datos().FiltroTecla(txtEdit->shared_from_this(), character);
-  });
-}
-
-void frmOp::txtEdit_KeyDown(std::int16_t& key, std::int16_t shift) {
-  Trata("txtEdit_KeyDown", [&] { EditKeyCode(*fg2, *txtEdit, key, shift); });
-}
-
-void frmOp::txtEdit_LostFocus() {
-  // Whoever goes on to another field or a button means to keep what was typed. Without a new control the
-  // user has only turned to another window. What could not be written calls them back to the cell, and the
-  // button they pressed waits: it may be the one that closes the window.
-  Trata("txtEdit_LostFocus", [&] {
-    if (ActiveControl() && !EscribeCelda() && fg2->CanFocus()) fg2->SetFocus();
-  });
-}
-
-void frmOp::Form_KeyDown(std::int16_t& key, std::int16_t /*shift*/) {
-  Trata("Form_KeyDown", [&] {
-    switch (key) {
-      case key::kF3:
-        if (Check4->Value() == 1) {
-          Check4->SetValue(0);
-        } else {
-          Check4->SetValue(1);
-          EnfocaSiHabilitado((*txtFields)(campo::kArticulo));
-        }
-        break;
-      case key::kF6:
-        Command1_Click();
-        break;
-      case key::kF9:
-        LlenaPartida();
-        break;
-      default:
-        break;
-    }
-  });
+void frmOp::BorraPartida() {
+  if (modo_ == kConsulta) return;
+  const std::int32_t renglon = fg2->Row();
+  if (renglon < fg2->FixedRows() || RenglonVacio(renglon)) return;
+  const std::string entrada = fg2->TextMatrix(renglon, columna::kEntrada);
+  if (Recorta(entrada).empty()) return;
+  Entorno()->EjecutaSQL("DELETE FROM oppart WHERE id_entrada = " + entrada);
+  costos_.erase(entrada);
+  fg2->RemoveItem(renglon);
 }
 
 }  // namespace zuvi

@@ -8,17 +8,18 @@
 namespace zuvi {
 
 /// A column as the shift windows give it to a list.
-struct Columna {
+struct ColumnaDeLista {
   const char* titulo;
   const char* clave;
   std::int32_t ancho = 0;
 };
 
 /// Gives a list in report view its columns anew; any other view has none.
-inline void PonColumnas(ListView& lista, std::initializer_list<Columna> columnas) {
+inline void PonColumnas(ListView& lista, std::initializer_list<ColumnaDeLista> columnas) {
   if (lista.View() != ListView::kReport) return;
   lista.Columns().Clear();
-  for (const Columna& columna : columnas) lista.Columns().Add(columna.clave, columna.titulo, columna.ancho);
+  for (const ColumnaDeLista& columna : columnas)
+    lista.Columns().Add(columna.clave, columna.titulo, columna.ancho);
 }
 
 /// Key of a list item. It begins with a letter: a key of digits alone would be taken for a position.

@@ -8,22 +8,20 @@
 namespace zuvi {
 namespace {
 
-/// The fields of a shift, by their index in `cmbFields`.
+/// The fields of a shift, by their index in `cmbFields`: the column as it is written and as it is read.
 struct CampoTurno {
   const char* columna;
+  FixedText leida;
   NumeroMensaje mensaje_vacio;
 };
-constexpr std::array<CampoTurno, 6> kCampos{{{"turno", 833},
-                                             {"entrada", 834},
-                                             {"comida", 835},
-                                             {"salida", 837},
-                                             {"descanso", 838},
-                                             {"regcomida", 836}}};
-/// The order in which they are asked for.
-constexpr std::array<std::int16_t, 6> kOrdenDeRevision{0, 1, 2, 5, 3, 4};
+constexpr std::array<CampoTurno, 6> kCampos{{{"turno", "Turno", 833},
+                                             {"entrada", "Entrada", 834},
+                                             {"comida", "comida", 835},
+                                             {"salida", "Salida", 837},
+                                             {"descanso", "Descanso", 838},
+                                             {"regcomida", "regcomida", 836}}};
 /// The day names are values of the database: they stand as they are there.
 constexpr std::array kDias{"Lunes", "Martes", "Miercoles", "Jueves", "Viernes", "Sabado", "Dimingo"};
-constexpr std::array<std::int16_t, 4> kCamposDeHora{1, 2, 3, 5};
 
 }  // namespace
 
@@ -41,44 +39,19 @@ void frmTurno::CreaControles() {
   lblTurno = AddArray<Label>("lblTurno");
   lv = AddArray<ListView>("lv");
 
-  const auto etiqueta = [this](std::int16_t indice, const char* titulo, std::int32_t x, std::int32_t y,
-                               std::int32_t ancho) {
-    Label& label = AddTo(*lblTurno, "lblTurno", indice);
-    label.SetCaption(titulo);
-    label.Design({Dip(x), Dip(y + 4), Dip(ancho), Dip(20)});
-  };
-  const auto campo = [this](std::int16_t indice, std::int32_t x, std::int32_t y, std::int32_t ancho) {
-    AddTo(*cmbFields, "cmbFields", indice).Design({Dip(x), Dip(y), Dip(ancho), Dip(24)});
+  const auto campo = [this](std::int16_t rotulo, const char* titulo, std::int16_t indice, std::int32_t x,
+                            std::int32_t y, std::int32_t ancho) {
+    Etiqueta(rotulo, titulo, x, y + 4, 116);
+    AddTo(*cmbFields, "cmbFields", indice).Design({Dip(x + 120), Dip(y), Dip(ancho), Dip(24)});
   };
   // In the order of a working day, which is the tab order.
-  etiqueta(0, "Turno:", 16, 16, 116);
-  campo(0, 136, 16, 220);
-  etiqueta(5, "Día de descanso", 392, 16, 116);
-  campo(4, 512, 16, 140);
-  etiqueta(1, "Hora de entrada", 16, 50, 116);
-  campo(1, 136, 50, 100);
-  etiqueta(2, "Hora de salida", 392, 50, 116);
-  campo(3, 512, 50, 100);
-  etiqueta(3, "Hora de comida", 16, 84, 116);
-  campo(2, 136, 84, 100);
-  etiqueta(4, "Regreso de comida", 392, 84, 116);
-  campo(5, 512, 84, 100);
-
-  etiqueta(6, "Empleado", 16, 120, 300);
-  AddTo(*lv, "lv", 0)
-      .Design({Dip(16), Dip(146), Dip(332), Dip(316)}, anchor::kLeft | anchor::kTop | anchor::kBottom);
-  const auto flecha = [this](std::int16_t indice, Glyph dibujo, const char* ayuda, std::int32_t y) {
-    Button& boton = AddTo(*cmdButton, "cmdButton", indice);
-    boton.SetPicture(dibujo);
-    boton.SetToolTipText(ayuda);
-    boton.Design({Dip(358), Dip(y), Dip(44), Dip(32)});
-  };
-  flecha(2, Glyph::AllRight, "Agrega todos los empleados al turno", 200);
-  flecha(3, Glyph::Right, "Agrega el empleado al turno", 240);
-  flecha(4, Glyph::Left, "Quita el empleado del turno", 290);
-  flecha(5, Glyph::AllLeft, "Quita todos los empleados del turno", 330);
-  etiqueta(7, "Empleados dentro del turno", 412, 120, 300);
-  AddTo(*lv, "lv", 1).Design({Dip(412), Dip(146), Dip(332), Dip(316)}, anchor::kAll);
+  campo(0, "Turno:", kTurno, 16, 16, 220);
+  campo(5, "Día de descanso", kDescanso, 392, 16, 140);
+  campo(1, "Hora de entrada", kEntrada, 16, 50, 100);
+  campo(2, "Hora de salida", kSalida, 392, 50, 100);
+  campo(3, "Hora de comida", kComida, 16, 84, 100);
+  campo(4, "Regreso de comida", kRegreso, 392, 84, 100);
+  CreaEmpleados();
 
   ProgressBar1 = Add<ProgressBar>("ProgressBar1");
   ProgressBar1->Design({Dip(16), Dip(474), Dip(728), Dip(16)},
@@ -88,9 +61,36 @@ void frmTurno::CreaControles() {
     control.SetCaption(titulo);
     control.Design({Dip(x), Dip(500), Dip(104), Dip(28)}, anchor::kRight | anchor::kBottom);
   };
-  boton(0, "&Aceptar", 528);
-  boton(1, "&Cancelar", 640);
+  boton(kAceptar, "&Aceptar", 528);
+  boton(kCancelar, "&Cancelar", 640);
   AutoResizer1 = Add<AutoResizer>("AutoResizer1");
+}
+
+void frmTurno::Etiqueta(std::int16_t indice, const char* titulo, std::int32_t x, std::int32_t y,
+                        std::int32_t ancho) {
+  Label& label = AddTo(*lblTurno, "lblTurno", indice);
+  label.SetCaption(titulo);
+  label.Design({Dip(x), Dip(y), Dip(ancho), Dip(20)});
+}
+
+void frmTurno::CreaEmpleados() {
+  const auto lista = [this](std::int16_t indice, std::int32_t x, unsigned anclas) {
+    AddTo(*lv, "lv", indice).Design({Dip(x), Dip(146), Dip(332), Dip(316)}, anclas);
+  };
+  const auto flecha = [this](std::int16_t indice, Glyph dibujo, const char* ayuda, std::int32_t y) {
+    Button& boton = AddTo(*cmdButton, "cmdButton", indice);
+    boton.SetPicture(dibujo);
+    boton.SetToolTipText(ayuda);
+    boton.Design({Dip(358), Dip(y), Dip(44), Dip(32)});
+  };
+  Etiqueta(6, "Empleado", 16, 124, 300);
+  lista(0, 16, anchor::kLeft | anchor::kTop | anchor::kBottom);
+  flecha(kAgregaTodos, Glyph::AllRight, "Agrega todos los empleados al turno", 200);
+  flecha(kAgrega, Glyph::Right, "Agrega el empleado al turno", 240);
+  flecha(kQuita, Glyph::Left, "Quita el empleado del turno", 290);
+  flecha(kQuitaTodos, Glyph::AllLeft, "Quita todos los empleados del turno", 330);
+  Etiqueta(7, "Empleados dentro del turno", 412, 124, 300);
+  lista(1, 412, anchor::kAll);
 }
 
 const MemberTable* frmTurno::Members() const {
@@ -105,20 +105,19 @@ const MemberTable* frmTurno::Members() const {
 
 void frmTurno::Form_Load() {
   Trata("Form_Load", [&] {
-    for (const char* dia : kDias) (*cmbFields)(4).AddItem(dia);
+    for (const char* dia : kDias) (*cmbFields)(kDescanso).AddItem(dia);
     // There is no hour 0: the night shift's midnight is 24:00.
     for (std::int32_t hora = 1; hora <= 24; ++hora) {
       const std::string texto = Datos().TextoConCeros(hora, 2);
-      for (const std::int16_t i : kCamposDeHora) {
+      for (const std::int16_t i : {kEntrada, kComida, kSalida, kRegreso}) {
         (*cmbFields)(i).AddItem(texto + ":00");
         (*cmbFields)(i).AddItem(texto + ":30");
       }
     }
     if (modo_ == kModificacion) {
       const auto turno = Consulta(EntreApostrofos("SELECT * FROM turnos WHERE turno = '", turno_));
-      constexpr FixedText kNombres[] = {"Turno", "Entrada", "comida", "Salida", "Descanso", "regcomida"};
-      for (std::int16_t i = 0; const FixedText nombre : kNombres) {
-        const Value valor = turno->Campo(nombre);
+      for (std::int16_t i = 0; const CampoTurno& campo : kCampos) {
+        const Value valor = turno->Campo(campo.leida);
         (*cmbFields)(i++).SetText(valor.IsNull() ? std::string() : ATexto(valor));
       }
     }
@@ -129,29 +128,29 @@ void frmTurno::Form_Load() {
   });
 }
 
-void frmTurno::Form_Unload(std::int16_t&) {
+void frmTurno::Form_Unload(CancelEvent&) {
   Trata("Form_Unload", [&] { Libera(); });
 }
 
 void frmTurno::cmdButton_Click(std::int16_t index) {
   Trata("cmdButton_Click", [&] {
     switch (index) {
-      case 0:
+      case kAceptar:
         if (SalvaCambios()) Unload();
         break;
-      case 1:
+      case kCancelar:
         Unload();
         break;
-      case 2:
+      case kAgregaTodos:
         AgregaTodosLosUsuarios();
         break;
-      case 3:
+      case kAgrega:
         AgregaUsuario();
         break;
-      case 4:
+      case kQuita:
         QuitarUsuario();
         break;
-      case 5:
+      case kQuitaTodos:
         QuitaTodosLosUsuarios();
         break;
       default:
@@ -161,8 +160,8 @@ void frmTurno::cmdButton_Click(std::int16_t index) {
 }
 
 bool frmTurno::FaltaCampo() {
-  for (const std::int16_t i : kOrdenDeRevision) {
-    if (!Datos().EstaVacio((*cmbFields)(i).Text())) continue;
+  for (const std::int16_t i : {kTurno, kEntrada, kComida, kRegreso, kSalida, kDescanso}) {
+    if (!Datos().EstaVacio(Texto(i))) continue;
     Mensaje(kCampos[static_cast<std::size_t>(i)].mensaje_vacio);
     PonFoco((*cmbFields)(i));
     return true;
@@ -173,14 +172,13 @@ bool frmTurno::FaltaCampo() {
 bool frmTurno::SalvaCambios() {
   bool salvado = false;
   Trata("SalvaCambios", [&] {
-    const auto texto = [this](std::int16_t i) -> const std::string& { return (*cmbFields)(i).Text(); };
     if (modo_ == kAlta) {
       // The blank after the quote is part of the statement: a key that exists is left to the database.
       const auto existente =
-          Consulta(EntreApostrofos("SELECT * FROM turnos WHERE turno = ' ", Recorta(texto(0))));
+          Consulta(EntreApostrofos("SELECT * FROM turnos WHERE turno = ' ", Recorta(Texto(kTurno))));
       if (!existente->Eof()) {
         Mensaje(832);
-        PonFoco((*cmbFields)(0));
+        PonFoco((*cmbFields)(kTurno));
         return;
       }
     }
@@ -195,17 +193,17 @@ bool frmTurno::SalvaCambios() {
       constructor->Tipo("INSERT");
     }
     for (std::int16_t i = 0; const CampoTurno& campo : kCampos)
-      constructor->AgregaCampo("turnos", campo.columna, texto(i++));
+      constructor->AgregaCampo("turnos", campo.columna, Texto(i++));
     constructor->Genera("turnos");
     constructor->Ejecuta();
 
     // From here on the key is the one in the field: members stored under an earlier one stay where they are.
-    Entorno()->EjecutaSQL(EntreApostrofos("DELETE FROM turnoempleado WHERE turno = '", texto(0)));
-    ListItems& miembros = (*lv)(1).Items();
+    Entorno()->EjecutaSQL(EntreApostrofos("DELETE FROM turnoempleado WHERE turno = '", Texto(kTurno)));
+    ListItems& miembros = Miembros().Items();
     for (std::int32_t i = 1; i <= miembros.Count(); ++i) {
       constructor->Limpia();
       constructor->Tipo("INSERT");
-      constructor->AgregaCampo("turnoempleado", "turno", texto(0));
+      constructor->AgregaCampo("turnoempleado", "turno", Texto(kTurno));
       constructor->AgregaCampo("turnoempleado", "empleado", Recorta(miembros(i).Text()));
       constructor->Genera("turnoempleado");
       constructor->Ejecuta();

@@ -28,10 +28,20 @@ class frmTurno final : public VentanaModulo {  // NOLINT: the window's published
   const MemberTable* Members() const override;
 
   void Form_Load() override;
-  void Form_Unload(std::int16_t& cancel) override;
+  void Form_Unload(CancelEvent& event) override;
 
  private:
+  // Indices of `cmbFields` and of `cmdButton`.
+  enum : std::int16_t { kTurno, kEntrada, kComida, kSalida, kDescanso, kRegreso };
+  enum : std::int16_t { kAceptar, kCancelar, kAgregaTodos, kAgrega, kQuita, kQuitaTodos };
+  const std::string& Texto(std::int16_t campo) const { return (*cmbFields)(campo).Text(); }
+  /// Employees outside of the shift, and those who belong to it.
+  ListView& Disponibles() const { return (*lv)(0); }
+  ListView& Miembros() const { return (*lv)(1); }
+
   void CreaControles();
+  void CreaEmpleados();
+  void Etiqueta(std::int16_t indice, const char* titulo, std::int32_t x, std::int32_t y, std::int32_t ancho);
   void cmdButton_Click(std::int16_t index);
   bool SalvaCambios();
   bool FaltaCampo();

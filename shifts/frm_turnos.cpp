@@ -68,13 +68,13 @@ void frmTurnos::Form_Load() {
   });
 }
 
-void frmTurnos::Form_Unload(std::int16_t&) {
+void frmTurnos::Form_Unload(CancelEvent&) {
   Trata("Form_Unload", [&] { Libera(); });
 }
 
 void frmTurnos::LLenaTurnos() {
   Trata("LLenaTurnos", [&] {
-    ListView& turnos = (*lv)(0);
+    ListView& turnos = Turnos();
     PonColumnas(turnos, {{"Turno", "Turno", Dip(180)},
                          {"Entrada", "Entrada"},
                          {"Comida", "Comida"},
@@ -98,14 +98,14 @@ void frmTurnos::LLenaTurnos() {
 void frmTurnos::LLenaHorarios() {
   Trata("LLenaHorarios", [&] {
     const Fecha fecha = MonthView1->Value();
-    ListView& horarios = (*lv)(1);
+    ListView& horarios = Horarios();
     PonColumnas(horarios, {{"id", "id", Dip(70)},
                            {"Empleado", "Empleado"},
                            {"Fecha", "Fecha"},
                            {"Hora Entrada", "HoraEntrada"},
                            {"Comnida", "Comida"},
                            {"Hora Salida", "HoraSalida"}});
-    if (!(*lv)(0).SelectedItem()) return;
+    if (!Turnos().SelectedItem()) return;
     const std::string condicion = " FROM horarios WHERE fecha = " + Datos().FechaSQL(TraeConexion(), fecha) +
                                   " AND turno = '" + TurnoSeleccionado() + "'";
     LlenaLista(horarios, *ProgressBar1, "SELECT COUNT( * )" + condicion, "SELECT *" + condicion,
@@ -123,7 +123,7 @@ void frmTurnos::LLenaHorarios() {
   });
 }
 
-std::string frmTurnos::TurnoSeleccionado() const { return (*lv)(0).SelectedItem()->Key().substr(1); }
+std::string frmTurnos::TurnoSeleccionado() const { return Turnos().SelectedItem()->Key().substr(1); }
 
 void frmTurnos::EditaTurno(const char* modo, const std::string& turno) {
   auto editor = std::make_shared<frmTurno>(ElModulo());
@@ -143,14 +143,14 @@ void frmTurnos::cmdTurnos_Click() {
 
 void frmTurnos::cmdModificar_Click() {
   Trata("cmdModificar_Click", [&] {
-    if (!(*lv)(0).SelectedItem()) return;
+    if (!Turnos().SelectedItem()) return;
     EditaTurno(kModificacion, TurnoSeleccionado());
   });
 }
 
 void frmTurnos::cmdEliminar_Click() {
   Trata("cmdEliminar_Click", [&] {
-    if (!(*lv)(0).SelectedItem()) return;
+    if (!Turnos().SelectedItem()) return;
     // The one that is asked for, whatever happens to the list meanwhile. Unlike for a modification, trimmed.
     const std::string turno(Recorta(TurnoSeleccionado()));
     constexpr std::int16_t kModo = 1;

@@ -22,9 +22,12 @@ class frmTurnos final : public VentanaModulo {  // NOLINT: the window's publishe
   const MemberTable* Members() const override;
 
   void Form_Load() override;
-  void Form_Unload(std::int16_t& cancel) override;
+  void Form_Unload(CancelEvent& event) override;
 
  private:
+  ListView& Turnos() const { return (*lv)(0); }
+  ListView& Horarios() const { return (*lv)(1); }
+
   void CreaControles();
   void LLenaTurnos();
   void LLenaHorarios();

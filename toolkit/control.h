@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/members.h"
+#include "toolkit/events.h"
 #include "toolkit/geometry.h"
 #include "toolkit/keys.h"
 #include "toolkit/peer.h"
@@ -88,8 +89,8 @@ class Control : public Object {
 
   // Events.
   std::function<void()> OnGotFocus, OnLostFocus, OnClick, OnDblClick;
-  std::function<void(std::int16_t&key, std::int16_t shift)> OnKeyDown, OnKeyUp;
-  std::function<void(std::int16_t& character)> OnKeyPress;
+  std::function<void(KeyEvent&event)> OnKeyDown, OnKeyUp;
+  std::function<void(KeyPressEvent& event)> OnKeyPress;
 
   // Entry points of input.
   /// A click: takes the focus where it can and raises the event. Nothing while disabled or hidden.

@@ -116,16 +116,16 @@ bool Form::Unload(UnloadMode mode) {
   CommitInput();
   if (closed_ || unloading_) return closed_;
   unloading_ = true;
-  std::int16_t cancel = 0;
+  CancelEvent event;
   try {
-    Form_QueryUnload(cancel, static_cast<std::int16_t>(mode));
-    if (!cancel) Form_Unload(cancel);
+    Form_QueryUnload(event, mode);
+    if (!event.cancel) Form_Unload(event);
   } catch (...) {
     unloading_ = false;
     throw;
   }
   unloading_ = false;
-  if (cancel) return false;
+  if (event.cancel) return false;
   Dismantle();
   return true;
 }
@@ -209,26 +209,26 @@ void Form::FocusNext(bool backwards) {
 bool Form::KeyDown(Control& target, std::int16_t key, std::int16_t shift) {
   const auto keep = Keep();
   if (closed_ || !enabled_) return true;
-  const std::int16_t pressed = key;
-  if (key_preview_) Form_KeyDown(key, shift);
-  if (closed_ || key == 0) return true;
+  KeyEvent event{key, shift};
+  if (key_preview_) Form_KeyDown(event);
+  if (closed_ || event.key == 0) return true;
   // Preview may have moved the focus; the key still belongs to where it was pressed.
-  target.Raise(target.OnKeyDown, key, shift);
-  if (closed_ || key == 0 || active_ != &target) return true;
+  target.Raise(target.OnKeyDown, event);
+  if (closed_ || event.key == 0 || active_ != &target) return true;
 
   if (shift & shift::kAlt) return false;
-  if (pressed == key::kTab && !(shift & shift::kCtrl)) {
+  if (key == key::kTab && !(shift & shift::kCtrl)) {
     FocusNext((shift & shift::kShift) != 0);
     return true;
   }
-  if (target.WantsKey(pressed)) return false;
+  if (target.WantsKey(key)) return false;
   // Buttons have no pages of their own to turn.
   if (dynamic_cast<const Captioned*>(&target))
     for (const auto& control : controls_)
-      if (control->PageKey(pressed, shift)) return true;
+      if (control->PageKey(key, shift)) return true;
   Control* button = nullptr;
-  if (pressed == key::kEnter && !dynamic_cast<const Button*>(&target)) button = default_button_;
-  if (pressed == key::kEscape) button = cancel_button_;
+  if (key == key::kEnter && !dynamic_cast<const Button*>(&target)) button = default_button_;
+  if (key == key::kEscape) button = cancel_button_;
   if (!button) return false;
   button->Click();
   return true;
@@ -237,15 +237,16 @@ bool Form::KeyDown(Control& target, std::int16_t key, std::int16_t shift) {
 char16_t Form::KeyPress(Control& target, char16_t character) {
   const auto keep = Keep();
   if (closed_ || !enabled_) return 0;
-  auto code = static_cast<std::int16_t>(character);
-  target.Raise(target.OnKeyPress, code);
+  KeyPressEvent event{static_cast<std::int16_t>(character)};
+  target.Raise(target.OnKeyPress, event);
   if (closed_) return 0;
-  return static_cast<char16_t>(static_cast<std::uint16_t>(code));
+  return static_cast<char16_t>(static_cast<std::uint16_t>(event.character));
 }
 
 void Form::KeyUp(Control& target, std::int16_t key, std::int16_t shift) {
   if (closed_ || !enabled_) return;
-  target.Raise(target.OnKeyUp, key, shift);
+  KeyEvent event{key, shift};
+  target.Raise(target.OnKeyUp, event);
 }
 
 bool Form::Mnemonic(char16_t letter) {

@@ -151,9 +151,9 @@ class Form : public Object {
 
   // What a window does at these moments; by default nothing.
   virtual void Form_Load() {}
-  virtual void Form_QueryUnload(std::int16_t& /*cancel*/, std::int16_t /*mode*/) {}
-  virtual void Form_Unload(std::int16_t& /*cancel*/) {}
-  virtual void Form_KeyDown(std::int16_t& /*key*/, std::int16_t /*shift*/) {}
+  virtual void Form_QueryUnload(CancelEvent& /*event*/, UnloadMode /*mode*/) {}
+  virtual void Form_Unload(CancelEvent& /*event*/) {}
+  virtual void Form_KeyDown(KeyEvent& /*event*/) {}
   virtual void Form_Paint() {}
   virtual void Form_Resize() {}
 

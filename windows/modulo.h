@@ -10,8 +10,9 @@
 
 namespace zuvi {
 
-/// What every object and window of one loaded component shares: how host objects are made, the screen, and
-/// the two module-wide host objects, which are created on first use and kept until `Suelta`.
+/// The production module at work in one apartment: what its class and its windows share. That is how host
+/// objects are made, the screen, and the two module-wide host objects, which are created on first use and
+/// kept until `Suelta`. (The DLL that it is loaded from is ComModule's.)
 class Modulo {
  public:
   /// `stack_nearly_spent` tells whether the calling thread should not recurse any further.
@@ -20,6 +21,7 @@ class Modulo {
 
   FabricaServicios& Fabrica() { return fabrica_; }
   Desktop& Escritorio() { return desktop_; }
+  /// The module-wide host objects. Both throw HostError when the host has none to give.
   AccesoDatos& Datos() {
     if (!datos_) datos_ = fabrica_.Nuevo<AccesoDatos>();
     return *datos_;

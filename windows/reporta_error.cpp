@@ -2,10 +2,10 @@
 
 namespace zuvi {
 
-bool ReportaError(Desktop& desktop, const std::string& modulo, const std::string& procedimiento,
+bool ReportaError(Desktop& desktop, const std::string& origen, const std::string& procedimiento,
                   const std::string& descripcion) noexcept {
   try {
-    desktop.Avisa("Error occured:\r\nModule: " + modulo + "\r\nFunction: " + procedimiento +
+    desktop.Avisa("Error occured:\r\nModule: " + origen + "\r\nFunction: " + procedimiento +
                   "\r\nDescription: " + descripcion);
   } catch (...) {
     // No memory for the text itself: a short report is better than none.

@@ -9,18 +9,18 @@
 
 namespace zuvi {
 
-/// Shows the error report and returns true.
-bool ReportaError(Desktop& desktop, const std::string& modulo, const std::string& procedimiento,
+/// Shows the error report and returns true. `origen`, a window or a class, stands after "Module:" there.
+bool ReportaError(Desktop& desktop, const std::string& origen, const std::string& procedimiento,
                   const std::string& descripcion) noexcept;
 
 /// Runs a procedure body; an error is reported and ends it. True when the body ran to its end.
 template <class Body>
-bool ConReporte(Desktop& desktop, const char* modulo, const char* procedimiento, Body&& body) noexcept {
+bool ConReporte(Desktop& desktop, const char* origen, const char* procedimiento, Body&& body) noexcept {
   try {
     body();
     return true;
   } catch (...) {
-    ReportaError(desktop, modulo, procedimiento, DescripcionActual());
+    ReportaError(desktop, origen, procedimiento, DescripcionActual());
     return false;
   }
 }

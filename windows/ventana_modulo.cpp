@@ -83,7 +83,7 @@ std::string VentanaModulo::Campo(Recordset& fila, FixedText nombre) {
   return valor.IsNull() ? std::string() : std::string(Recorta(ATexto(valor)));
 }
 
-void VentanaModulo::EnfocaSiHabilitado(Control& control) {
+void EnfocaSiHabilitado(Control& control) {
   const Form* const ventana = control.Window();
   if (control.Enabled() && ventana && !ventana->Closed()) control.SetFocus();
 }

@@ -27,14 +27,18 @@ class VentanaModulo : public Form {
   /// `nombre` is the window's name, under which its errors are reported.
   VentanaModulo(Modulo& modulo, const char* nombre);
 
+  /// The environment as its opener gave it; null before. Any object passes here, what is none of ours fails
+  /// where it is used.
   const ObjectPtr& TraeAmbiente() const { return ambiente_; }
   void PonAmbiente(ObjectPtr ambiente);
 
  protected:
   Modulo& ElModulo() const { return modulo_; }
+  /// As `Modulo::Datos`.
   AccesoDatos& Datos() const { return modulo_.Datos(); }
   /// The environment through its contract. Throws HostError (ObjectNotSet) before it was set.
   const std::shared_ptr<Ambiente>& Entorno() const;
+  /// The environment's connection; asks the host each time.
   std::shared_ptr<Conexion> TraeConexion() const { return Entorno()->TraeConexion(); }
 
   /// Runs the body of a procedure; an error is reported under this window's name and ends it. True when it
@@ -63,8 +67,6 @@ class VentanaModulo : public Form {
                   const std::function<void(ListItems& items, Recordset& fila)>& agrega);
   /// Text of a field without the blanks around it; "" for Null.
   static std::string Campo(Recordset& fila, FixedText nombre);
-  /// Gives a control the focus when it is enabled; otherwise the focus stays where it is.
-  static void EnfocaSiHabilitado(Control& control);
   /// Today, and the time as "hh:mm:ss", by this station's clock.
   Fecha Hoy() const { return Screen().Now().SoloDia(); }
   std::string Hora() const { return Screen().Now().Formatea("hh:mm:ss"); }
@@ -75,5 +77,8 @@ class VentanaModulo : public Form {
   std::shared_ptr<Ambiente> entorno_;
   std::map<const ListView*, int> llenados_;  // number of the newest fill of each list
 };
+
+/// Gives a control the focus when it is enabled; otherwise the focus stays where it is.
+void EnfocaSiHabilitado(Control& control);
 
 }  // namespace zuvi

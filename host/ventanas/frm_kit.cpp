@@ -85,13 +85,13 @@ void frmKit::Form_Load() {
   txtCantidad->SetText("1");
 }
 
-void frmKit::Form_KeyDown(std::int16_t& key, std::int16_t shift) {
-  if (shift != shift::kNone) return;
-  const std::int16_t pulsada = key;
+void frmKit::Form_KeyDown(KeyEvent& event) {
+  if (event.shift != shift::kNone) return;
+  const std::int16_t pulsada = event.key;
   if (pulsada != key::kF2 && pulsada != key::kF7 && pulsada != key::kF8 && pulsada != key::kEnter) return;
   // Enter goes from field to field; on a button it presses that.
   if (pulsada == key::kEnter && !dynamic_cast<TextBox*>(ActiveControl())) return;
-  key = 0;
+  event.Use();
   Trata([&] {
     if (pulsada == key::kF2) Ayuda();
     if (pulsada == key::kF7) Ensambla();

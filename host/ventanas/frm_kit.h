@@ -32,7 +32,7 @@ class frmKit final : public VentanaHost {  // NOLINT: the window's published nam
   frmKit(const Escena& escena, Late& componente);
 
   void Form_Load() override;
-  void Form_KeyDown(std::int16_t& key, std::int16_t shift) override;
+  void Form_KeyDown(KeyEvent& event) override;
 
  private:
   /// What was entered, checked; nothing when something is wrong, which the user has been told.

@@ -58,8 +58,8 @@ void frmMaster::Form_Load() {
   lv->SetFocus();
 }
 
-void frmMaster::Form_QueryUnload(std::int16_t& cancel, std::int16_t mode) {
-  const bool sin_pregunta = mode == static_cast<std::int16_t>(UnloadMode::System);
+void frmMaster::Form_QueryUnload(CancelEvent& event, UnloadMode mode) {
+  const bool sin_pregunta = mode == UnloadMode::System;
   const bool cerrado = Trata([&] {
     const auto abiertas = ElAnfitrion().Ventanas();
     if (abiertas.empty()) return;
@@ -69,31 +69,31 @@ void frmMaster::Form_QueryUnload(std::int16_t& cancel, std::int16_t mode) {
                                     ? "Hay una ventana de producción abierta. ¿Cerrarla y salir?"
                                     : "Hay " + cuantas +
                                           " ventanas de producción abiertas. ¿Cerrarlas y salir?")) {
-      cancel = -1;
+      event.cancel = true;
       return;
     }
     // Each closes by its own rules, so that no order stays marked as busy.
     for (const ObjectPtr& ventana : abiertas) ventana->Call("Unload");
     if (ElAnfitrion().Ventanas().empty()) return;
-    cancel = -1;
+    event.cancel = true;
     Dice("Una ventana no se dejó cerrar; ciérrela antes de salir.");
   });
-  if (!cerrado && !sin_pregunta) cancel = -1;
+  if (!cerrado && !sin_pregunta) event.cancel = true;
 }
 
-void frmMaster::Form_Unload(std::int16_t&) {
+void frmMaster::Form_Unload(CancelEvent&) {
   ElAnfitrion().PonVentanaPrincipal(nullptr);
   // The component knows this window as its caller; neither may keep the other alive.
   componente_.reset();
 }
 
-void frmMaster::Form_KeyDown(std::int16_t& key, std::int16_t shift) {
-  if (shift != shift::kNone || key == 0) return;
+void frmMaster::Form_KeyDown(KeyEvent& event) {
+  if (event.shift != shift::kNone || event.key == 0) return;
   // In the search box the key deletes text.
-  if (key == key::kDelete && ActiveControl() != lv.get()) return;
+  if (event.key == key::kDelete && ActiveControl() != lv.get()) return;
   for (const Accion& accion : Acciones()) {
-    if (accion.tecla != key) continue;
-    key = 0;
+    if (accion.tecla != event.key) continue;
+    event.Use();
     Haz(accion);
     return;
   }

@@ -27,9 +27,9 @@ class frmMaster final : public VentanaHost {  // NOLINT: the window's published 
 
   const MemberTable* Members() const override;
   void Form_Load() override;
-  void Form_QueryUnload(std::int16_t& cancel, std::int16_t mode) override;
-  void Form_Unload(std::int16_t& cancel) override;
-  void Form_KeyDown(std::int16_t& key, std::int16_t shift) override;
+  void Form_QueryUnload(CancelEvent& event, UnloadMode mode) override;
+  void Form_Unload(CancelEvent& event) override;
+  void Form_KeyDown(KeyEvent& event) override;
 
  private:
   /// One operation: its button and its key. `orden` ones need a selected order.

@@ -11,13 +11,13 @@ constexpr std::int32_t kIzquierdaBotones = kAncho - kMargen - kAnchoBoton;
 constexpr std::int32_t kAnchoLista = kIzquierdaBotones - 2 * kMargen, kArribaLista = 48;
 constexpr std::int32_t kPie = kAlto - 32;
 
-struct Columna {
+struct ColumnaDeLista {
   const char* clave;
   const char* caption;
   std::int32_t ancho;  // 0 shares out what is left
   bool numero = false;
 };
-constexpr Columna kColumnas[] = {
+constexpr ColumnaDeLista kColumnas[] = {
     {"op", "Orden", 52},
     {"estado", "Estado", 128},
     {"emision", "Documento", 80},
@@ -46,7 +46,7 @@ void frmMaster::CreaControles() {
 
   lv = Add<ListView>("lv");
   lv->Design(EnDips(kMargen, kArribaLista, kAnchoLista, kPie - 8 - kArribaLista), anchor::kAll);
-  for (const Columna& columna : kColumnas)
+  for (const ColumnaDeLista& columna : kColumnas)
     lv->Columns().Add(columna.clave, columna.caption, Dip(columna.ancho), columna.numero);
 
   std::int32_t y = kArribaLista;

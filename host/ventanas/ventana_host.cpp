@@ -46,16 +46,17 @@ std::shared_ptr<TextBox> VentanaHost::CajaTexto(const char* nombre, const Rect& 
 }
 
 void EnlazaBusqueda(TextBox& caja, ListView& lista) {
-  caja.OnKeyDown = [&lista](std::int16_t& key, std::int16_t shift) {
-    const bool mueve = key == key::kUp || key == key::kDown || key == key::kPageUp || key == key::kPageDown;
-    if (shift != shift::kNone || !mueve) return;
-    lista.DefaultKey(key, shift);
-    key = 0;
+  caja.OnKeyDown = [&lista](KeyEvent& event) {
+    const bool mueve = event.key == key::kUp || event.key == key::kDown || event.key == key::kPageUp ||
+                       event.key == key::kPageDown;
+    if (event.shift != shift::kNone || !mueve) return;
+    lista.DefaultKey(event.key, event.shift);
+    event.Use();
   };
-  lista.OnKeyPress = [&caja](std::int16_t& character) {
-    const auto unidad = static_cast<char16_t>(character);
+  lista.OnKeyPress = [&caja](KeyPressEvent& event) {
+    const auto unidad = static_cast<char16_t>(event.character);
     if (unidad <= u' ') return;
-    character = 0;
+    event.Drop();
     caja.SetFocus();
     caja.SetText(caja.Text() + Utf8(std::u16string_view(&unidad, 1)));
     caja.SetSelStart(caja.Length());
@@ -63,8 +64,8 @@ void EnlazaBusqueda(TextBox& caja, ListView& lista) {
 }
 
 void FiltraPorEtiqueta(TextBox& caja) {
-  caja.OnKeyPress = [&caja](std::int16_t& character) {
-    character = Filtra(CajaDe(caja.shared_from_this()), character);
+  caja.OnKeyPress = [&caja](KeyPressEvent& event) {
+    event.character = Filtra(CajaDe(caja.shared_from_this()), event.character);
   };
 }
 

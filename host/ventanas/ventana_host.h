@@ -55,8 +55,9 @@ class VentanaHost : public Form {
     }
   }
 
-  // Building.
+  // Building: a control at its place as designed, and how it follows the window's size.
   Label& Rotulo(std::string caption, const Rect& lugar, unsigned anclas = anchor::kTopLeft);
+  /// `hace` runs on a click, as a procedure of its own.
   std::shared_ptr<Button> Boton(const char* nombre, std::string caption, const Rect& lugar, unsigned anclas,
                                 std::function<void()> hace);
   std::shared_ptr<TextBox> CajaTexto(const char* nombre, const Rect& lugar,

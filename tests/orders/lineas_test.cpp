@@ -157,8 +157,9 @@ TEST_F(Lineas, ConElLectorCadaCodigoAgregaUnaPieza) {
 TEST_F(Lineas, LaTeclaSuprimirBorraLaLineaActual) {
   // In an order that is only viewed neither a deletion nor an edit begins.
   Nuevo("ConsultaOp", 3);
-  std::int16_t tecla = key::kDelete, digito = '7';
-  Rejilla().OnKeyDown(tecla, shift::kNone);
+  KeyEvent suprimir{key::kDelete, shift::kNone};
+  KeyPressEvent digito{'7'};
+  Rejilla().OnKeyDown(suprimir);
   Rejilla().OnKeyPress(digito);
   EXPECT_EQ(Veces("EjecutaSQL"), 0u);
   EXPECT_FALSE(CajaDeCelda().Visible());
@@ -190,11 +191,11 @@ TEST_F(Lineas, SoloSeEditanCantidadYPrecioDeUnaLinea) {
     AbreEn(fila, col);
     TextBox& editor = CajaDeCelda();
     editor.SetText(fila == 4 ? "" : ".");  // left of an edit that was given up
-    std::int16_t caracter = pulsado;
-    if (caracter == kDobleClic)
+    KeyPressEvent tecleado{pulsado};
+    if (pulsado == kDobleClic)
       Rejilla().DblClick();
     else
-      Rejilla().OnKeyPress(caracter);
+      Rejilla().OnKeyPress(tecleado);
     EXPECT_EQ(editor.Text(), texto);
     EXPECT_EQ(std::pair(editor.Visible(), editor.HasFocus()), std::pair(abre, abre));
     if (!abre) continue;

@@ -156,11 +156,11 @@ TEST_F(Formas, MnemonicsEnterAndEscapeReachTheirControls) {
 }
 
 TEST_F(Formas, UnloadCanBeCancelled) {
-  ventana->cancela = 1;
+  ventana->cancela = true;
   EXPECT_FALSE(ventana->Unload(UnloadMode::TitleBar));
   EXPECT_TRUE(ventana->Loaded() && ventana->Visible());
   EXPECT_TRUE(ventana->a->HasFocus());
-  ventana->cancela = 0;
+  ventana->cancela = false;
   EXPECT_THAT(Al([&] { EXPECT_TRUE(ventana->Unload(UnloadMode::System)); }),
               ElementsAre("QueryUnload 2", "Unload"));
   // Gone, it can be read but does nothing any more.
@@ -184,7 +184,7 @@ TEST_F(Formas, UnloadCanBeCancelled) {
 
 TEST_F(Formas, AModalWindowThatWillNotCloseIsHidden) {
   const auto otra = std::make_shared<Ventana>(escritorio, diario);
-  otra->cancela = 1;
+  otra->cancela = true;
   escritorio.OnModal([&](Form&) {
     // The owner takes no input meanwhile.
     EXPECT_THAT(Al([&] {

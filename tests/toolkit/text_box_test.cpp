@@ -54,9 +54,9 @@ TEST_F(Textos, CodeChoosesWhatIsSelected) {
 }
 
 TEST_F(Textos, WhatIsPastedPassesTheFilterOfWhatIsTyped) {
-  Caja().OnKeyPress = [](std::int16_t& c) {
-    if (c == 'a') c = 'A';
-    if (c == 'x') c = 0;
+  Caja().OnKeyPress = [](KeyPressEvent& event) {
+    if (event.character == 'a') event.character = 'A';
+    if (event.character == 'x') event.Drop();
   };
   Caja().SetMaxLength(7);
   Caja().SetText("1-2");

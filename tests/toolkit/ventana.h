@@ -100,12 +100,12 @@ class Ventana : public Form {
   std::string Celda() const { return std::to_string(rejilla->Row()) + "," + std::to_string(rejilla->Col()); }
 
   void Form_Load() override { diario_->Anota("Load"); }
-  void Form_QueryUnload(std::int16_t& cancel, std::int16_t mode) override {
-    diario_->Anota("QueryUnload", std::to_string(mode));
-    cancel = cancela;
+  void Form_QueryUnload(CancelEvent& event, UnloadMode mode) override {
+    diario_->Anota("QueryUnload", std::to_string(static_cast<int>(mode)));
+    event.cancel = cancela;
   }
-  void Form_Unload(std::int16_t&) override { diario_->Anota("Unload"); }
-  void Form_KeyDown(std::int16_t& key, std::int16_t) override { diario_->AnotaCodigo("KeyDown", key); }
+  void Form_Unload(CancelEvent&) override { diario_->Anota("Unload"); }
+  void Form_KeyDown(KeyEvent& event) override { diario_->AnotaCodigo("KeyDown", event.key); }
   void Form_Paint() override { diario_->Anota("Paint"); }
   void Form_Resize() override { diario_->Anota("Resize"); }
 
@@ -120,7 +120,7 @@ class Ventana : public Form {
   std::shared_ptr<FlexGrid> rejilla;
   std::shared_ptr<Timer> reloj;
   std::shared_ptr<MultiCombo> multi;
-  std::int16_t cancela = 0;
+  bool cancela = false;
 
  protected:
   /// A control that is listened to.
@@ -132,14 +132,10 @@ class Ventana : public Form {
     control->OnLostFocus = [d, nombre] { d->Anota(nombre + ".LostFocus"); };
     control->OnClick = [d, nombre] { d->Anota(nombre + ".Click"); };
     control->OnDblClick = [d, nombre] { d->Anota(nombre + ".DblClick"); };
-    control->OnKeyDown = [d, nombre](std::int16_t& key, std::int16_t) {
-      d->AnotaCodigo(nombre + ".KeyDown", key);
-    };
-    control->OnKeyUp = [d, nombre](std::int16_t& key, std::int16_t) {
-      d->AnotaCodigo(nombre + ".KeyUp", key);
-    };
-    control->OnKeyPress = [d, nombre](std::int16_t& caracter) {
-      d->AnotaCodigo(nombre + ".KeyPress", caracter);
+    control->OnKeyDown = [d, nombre](KeyEvent& event) { d->AnotaCodigo(nombre + ".KeyDown", event.key); };
+    control->OnKeyUp = [d, nombre](KeyEvent& event) { d->AnotaCodigo(nombre + ".KeyUp", event.key); };
+    control->OnKeyPress = [d, nombre](KeyPressEvent& event) {
+      d->AnotaCodigo(nombre + ".KeyPress", event.character);
     };
     return control;
   }

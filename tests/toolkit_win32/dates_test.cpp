@@ -63,7 +63,7 @@ TEST(FechasTecleadas, AreInTheModelBeforeAnyCommand) {
       SCOPED_TRACE(testing::Message() << i << " " << event << (told ? "" : " held back"));
       Pantalla screen;
       const auto form = screen.Open();
-      form->cancela = 1;
+      form->cancela = true;
       form->fecha->SetFocus();
       screen.Settle();
       const std::unique_ptr<HeldBack> held =
@@ -82,7 +82,7 @@ TEST(FechasTecleadas, AreInTheModelBeforeAnyCommand) {
       EXPECT_TRUE(day == "2024-01-03" || day == "2024-03-31") << day;
       EXPECT_EQ(stored, form->fecha->Value());
       EXPECT_EQ(std::ranges::count(screen.Take(), "fecha.Change"), 1);
-      form->cancela = 0;
+      form->cancela = false;
       form->Unload();
     }
   }

@@ -59,23 +59,25 @@ TEST_P(Bucles, KeysRaiseTheirEventsInOrder) {
 }
 
 TEST_P(Bucles, HandlersChangeOrUseUpKeys) {
-  form->a->OnKeyPress = [](std::int16_t& c) { c = static_cast<std::int16_t>(c == 'x' ? 0 : c - 32); };
+  form->a->OnKeyPress = [](KeyPressEvent& event) {
+    event.character = static_cast<std::int16_t>(event.character == 'x' ? 0 : event.character - 32);
+  };
   screen.Type("axb");
   EXPECT_EQ(form->a->Text(), "AB");
-  form->a->OnKeyDown = [](std::int16_t& key, std::int16_t) {
-    if (key == 'C') key = 0;
+  form->a->OnKeyDown = [](KeyEvent& event) {
+    if (event.key == 'C') event.Use();
   };
   screen.Type("cd");
   EXPECT_EQ(form->a->Text(), "ABD");
   // Its character waits until the handler is through, whatever the handler lets happen.
-  form->a->OnKeyDown = [&](std::int16_t&, std::int16_t) {
+  form->a->OnKeyDown = [&](KeyEvent&) {
     screen.desktop.PumpEvents();
     EXPECT_EQ(form->a->Text(), "ABD");
   };
   screen.Type("e");
   EXPECT_EQ(form->a->Text(), "ABDE");
   // Who moves the focus on a key has used it up.
-  form->a->OnKeyDown = [&](std::int16_t&, std::int16_t) { form->b->SetFocus(); };
+  form->a->OnKeyDown = [&](KeyEvent&) { form->b->SetFocus(); };
   screen.Type("f");
   EXPECT_TRUE(form->b->HasFocus());
   EXPECT_EQ(form->a->Text() + form->b->Text(), "ABDE");
@@ -89,7 +91,7 @@ TEST_P(Bucles, SeveralLines) {
   EXPECT_EQ(form->notas->Text(), "a\r\nbc");
   EXPECT_EQ(form->notas->SelStart(), 5);
   screen.Press(VK_BACK);
-  form->notas->OnKeyPress = [](std::int16_t& c) { c = 0; };
+  form->notas->OnKeyPress = [](KeyPressEvent& event) { event.Drop(); };
   screen.Press(VK_RETURN);
   screen.Press(VK_BACK);
   EXPECT_EQ(form->notas->Text(), "a\r\nb");
@@ -157,8 +159,8 @@ TEST_F(Nativos, DisabledTheyAreStillRead) {
 }
 
 TEST_F(Nativos, PastingIsFilteredAsTypingIs) {
-  form->a->OnKeyPress = [](std::int16_t& c) {
-    if (c >= 'a') c = 0;
+  form->a->OnKeyPress = [](KeyPressEvent& event) {
+    if (event.character >= 'a') event.Drop();
   };
   const auto paste = [&](std::wstring_view text) {
     ASSERT_TRUE(::OpenClipboard(screen.HandleOf(*form)));
@@ -315,13 +317,13 @@ TEST_F(Nativos, SizeStateScaleAndTitleBar) {
   ::GetClientRect(screen.HandleOf(*form->casilla), &box);
   EXPECT_EQ(box.right, 270);
   EXPECT_EQ(box.bottom, 33);
-  form->cancela = 1;
+  form->cancela = true;
   screen.Take();
   ::PostMessageW(native, WM_CLOSE, 0, 0);
   screen.Settle();
   EXPECT_EQ(screen.Take(), (Sucesos{"QueryUnload 0"}));
   EXPECT_TRUE(::IsWindowVisible(native));
-  form->cancela = 0;
+  form->cancela = false;
   ::PostMessageW(native, WM_SYSCOMMAND, SC_CLOSE, 0);
   screen.Settle();
   EXPECT_TRUE(form->Closed());

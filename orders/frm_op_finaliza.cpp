@@ -1,4 +1,4 @@
-// Buttons and printing of the order editor.
+// Finishing the order: what is asked and checked before, what is saved, printed and told to the host.
 #include "orders/campos.h"
 #include "orders/frm_op.h"
 
@@ -15,15 +15,11 @@ bool FechaValida(const Fecha& documento, const Fecha& entrega) {
 
 }  // namespace
 
-void frmOp::Command1_Click() {
+void frmOp::GeneraCodigos() {
   Trata("Command1_Click", [&] { IniciaProceso("OP007"); });
 }
 
-void frmOp::Command2_Click() {
-  Trata("Command2_Click", [&] { Unload(); });
-}
-
-void frmOp::Command5_Click() {
+void frmOp::FinalizaOrden() {
   Trata("Command5_Click", [&] {
     if (!ValidaTab1()) return;
     if (modo_ == kConsulta) {
@@ -56,8 +52,29 @@ void frmOp::Command5_Click() {
   });
 }
 
-void frmOp::Command6_Click() {
-  Trata("Command6_Click", [&] { LlenaPartida(); });
+bool frmOp::ValidaTab1() {
+  // An order whose warehouse could not be checked is not finished.
+  bool valido = false;
+  Trata("ValidaTab1", [&] {
+    TextBox& almacen = Caja(campo::kAlmacen);
+    const auto rechaza = [&](NumeroMensaje mensaje) {
+      Mensaje(mensaje);
+      almacen.SetFocus();
+    };
+    if (Datos().EstaVacio(almacen.Text())) return rechaza(240);
+    if (!Datos().ExisteClave(almacen.Text(), "almacen", "almacen", TraeConexion())) return rechaza(241);
+    valido = true;
+  });
+  return valido;
+}
+
+std::optional<std::int32_t> frmOp::CuantasPartidas() {
+  std::int32_t llenas = 0;
+  const bool contadas = Trata("CuantasPartidas", [&] {
+    const std::int32_t renglones = fg2->Rows() - fg2->FixedRows();
+    while (llenas < renglones && !RenglonVacio(llenas + 1)) ++llenas;
+  });
+  return contadas ? std::optional(llenas) : std::nullopt;
 }
 
 bool frmOp::ImprimeOp() {
