@@ -11,8 +11,10 @@
 // An argument of type `T&` (not const) is in/out: it is converted before the call and written back after it.
 #pragma once
 
+#include <array>
+#include <bit>
+#include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <initializer_list>
 #include <span>
 #include <string>
@@ -64,6 +66,103 @@ struct Conversion<ObjectPtr> {
   static ObjectPtr From(const Value& v) { return v.IsEmpty() ? nullptr : AObjeto(v); }
 };
 
+namespace detail {
+
+/// A pointer to a method of a class derived from Object; its type is known to the function that calls it.
+using AnyMethod = std::array<std::byte, sizeof(void (Object::*)())>;
+
+/// One argument converted; a failure tells which one it was.
+template <class T>
+[[gnu::noinline]] T ConvertArgument(std::span<Value> args, std::size_t index) {
+  static const Value kMissing;
+  try {
+    return Conversion<T>::From(index < args.size() ? args[index] : kMissing);
+  } catch (const HostError& error) {
+    throw ArgumentError(error, index);
+  }
+}
+
+/// What the signature of a method comes to.
+template <class Method, class R, class... A>
+struct SignatureOf {
+  using Erased = Method;
+  static constexpr std::size_t kArguments = sizeof...(A);
+  static constexpr ByRef kInOut = [] {
+    ByRef mask = 0, bit = 1;
+    ((mask |= std::is_lvalue_reference_v<A> && !std::is_const_v<std::remove_reference_t<A>> ? bit : 0,
+      bit <<= 1),
+     ...);
+    return mask;
+  }();
+
+  /// Calls a method of this signature with the arguments converted, missing ones as Empty, and writes the
+  /// in/out ones back.
+  static Value Call(Object& target, const AnyMethod& method, std::span<Value> args) {
+    return CallWith(target, std::bit_cast<Method>(method), args, std::index_sequence_for<A...>());
+  }
+
+ private:
+  template <std::size_t... I>
+  static Value CallWith(Object& target, Method method, std::span<Value> args, std::index_sequence<I...>) {
+    std::tuple<std::remove_cvref_t<A>...> in{ConvertArgument<std::remove_cvref_t<A>>(args, I)...};
+    Value result;
+    if constexpr (std::is_void_v<R>)
+      (target.*method)(std::get<I>(in)...);
+    else
+      result = Value((target.*method)(std::get<I>(in)...));
+    if constexpr (kInOut != 0)
+      ((kInOut >> I & 1u && I < args.size() ? void(args[I] = Value(std::get<I>(in))) : void()), ...);
+    return result;
+  }
+};
+
+/// The signature of a method, the same for all classes: what is compiled for it is compiled once.
+template <class Method>
+struct Signature;
+template <class R, class C, class... A>
+struct Signature<R (C::*)(A...)> : SignatureOf<R (Object::*)(A...), R, A...> {
+  using Own = R (C::*)(A...);
+};
+template <class R, class C, class... A>
+struct Signature<R (C::*)(A...) const> : SignatureOf<R (Object::*)(A...) const, R, A...> {
+  using Own = R (C::*)(A...) const;
+};
+template <class R, class C, class... A>
+struct Signature<R (C::*)(A...) noexcept> : Signature<R (C::*)(A...)> {};
+template <class R, class C, class... A>
+struct Signature<R (C::*)(A...) const noexcept> : Signature<R (C::*)(A...) const> {};
+
+}  // namespace detail
+
+/// A method that can be called with values.
+class BoundMethod {
+ public:
+  BoundMethod() = default;
+  /// `method` belongs to a class derived from Object, and is called on objects of that class alone.
+  template <class Method>
+  static BoundMethod Of(Method method) {
+    using S = detail::Signature<Method>;
+    BoundMethod bound;
+    bound.method_ = std::bit_cast<detail::AnyMethod>(
+        static_cast<typename S::Erased>(static_cast<typename S::Own>(method)));
+    bound.call_ = &S::Call;
+    bound.arguments_ = S::kArguments;
+    bound.in_out_ = S::kInOut;
+    return bound;
+  }
+
+  explicit operator bool() const { return call_ != nullptr; }
+  std::size_t Arguments() const { return arguments_; }
+  ByRef InOut() const { return in_out_; }
+  Value operator()(Object& target, std::span<Value> args) const { return call_(target, method_, args); }
+
+ private:
+  detail::AnyMethod method_{};
+  Value (*call_)(Object&, const detail::AnyMethod&, std::span<Value>) = nullptr;
+  std::size_t arguments_ = 0;
+  ByRef in_out_ = 0;
+};
+
 /// What of a member its caller has to know; `in_out` tells the arguments that are written back.
 struct Member {
   std::string_view name;
@@ -72,76 +171,8 @@ struct Member {
   std::size_t min_args = 0;
   ByRef in_out = 0;
   bool property = false;
-  std::function<Value(Object&, std::span<Value>)> read;
-  std::function<void(Object&, std::span<Value>)> write;
+  BoundMethod read, write;
 };
-
-namespace detail {
-
-template <class F>
-struct Signature;
-template <class R, class C, class... A>
-struct Signature<R (C::*)(A...)> {
-  using Result = R;
-  using Stored = std::tuple<std::remove_cvref_t<A>...>;
-  static constexpr ByRef kInOut = [] {
-    ByRef mask = 0, bit = 1;
-    ((mask |= std::is_lvalue_reference_v<A> && !std::is_const_v<std::remove_reference_t<A>> ? bit : 0,
-      bit <<= 1),
-     ...);
-    return mask;
-  }();
-};
-template <class R, class C, class... A>
-struct Signature<R (C::*)(A...) const> : Signature<R (C::*)(A...)> {};
-template <class R, class C, class... A>
-struct Signature<R (C::*)(A...) noexcept> : Signature<R (C::*)(A...)> {};
-template <class R, class C, class... A>
-struct Signature<R (C::*)(A...) const noexcept> : Signature<R (C::*)(A...)> {};
-
-template <class T>
-Value ToValue(T&& value) {
-  return Value(std::forward<T>(value));
-}
-
-/// One argument converted; a failure tells which one it was.
-template <class T>
-T ConvertArgument(const Value& value, std::size_t index) {
-  try {
-    return Conversion<T>::From(value);
-  } catch (const HostError& error) {
-    throw ArgumentError(error, index);
-  }
-}
-
-/// Calls `method` on `target` with the arguments converted, missing ones as Empty, and writes the in/out ones
-/// back.
-template <auto method, class T>
-Value Apply(Object& target, std::span<Value> args) {
-  using S = Signature<decltype(method)>;
-  using Stored = typename S::Stored;
-  return [&]<std::size_t... I>(std::index_sequence<I...>)->Value {
-    static const Value kMissing;
-    Stored stored{
-        ConvertArgument<std::tuple_element_t<I, Stored>>(I < args.size() ? args[I] : kMissing, I)...};
-    const auto write_back = [&] {
-      ((((S::kInOut >> I) & 1u) && I < args.size() ? void(args[I] = ToValue(std::get<I>(stored))) : void()),
-       ...);
-    };
-    if constexpr (std::is_void_v<typename S::Result>) {
-      (static_cast<T&>(target).*method)(std::get<I>(stored)...);
-      write_back();
-      return {};
-    } else {
-      Value result = ToValue((static_cast<T&>(target).*method)(std::get<I>(stored)...));
-      write_back();
-      return result;
-    }
-  }
-  (std::make_index_sequence<std::tuple_size_v<Stored>>{});
-}
-
-}  // namespace detail
 
 template <class T>
 class MemberTableBuilder;
@@ -149,6 +180,8 @@ class MemberTableBuilder;
 /// Published members of one class, in order; ids count from 1 unless given.
 class MemberTable {
  public:
+  using Params = std::initializer_list<std::string_view>;
+
   template <class T>
   static MemberTableBuilder<T> Of() {
     return {};
@@ -157,10 +190,14 @@ class MemberTable {
   const Member* ById(MemberId id) const;
   const std::vector<Member>& All() const { return members_; }
 
+  /// Throws std::logic_error when the parameters are not as many as the signatures have.
+  void AddMethod(std::string_view name, const BoundMethod& method, Params params, std::size_t optional);
+  void AddProperty(std::string_view name, const BoundMethod& getter, const BoundMethod& setter,
+                   Params params);
+  void MakeLastDefault() { members_.back().id = kDefaultMember; }
+
  private:
-  template <class T>
-  friend class MemberTableBuilder;
-  Member& Add(std::string_view name, std::initializer_list<std::string_view> params);
+  Member& Add(std::string_view name, const BoundMethod& read, Params params);
   std::vector<Member> members_;
   std::unordered_map<std::string, std::size_t> by_name_;
 };
@@ -169,44 +206,43 @@ class MemberTable {
 template <class T>
 class MemberTableBuilder {
  public:
+  using Params = MemberTable::Params;
+
+  MemberTableBuilder() = default;
+  /// Goes on with a table that has members already.
+  explicit MemberTableBuilder(MemberTable&& table) : table_(std::move(table)) {}
+
   /// A method with its parameter names; the last `optional` ones may be left out (they arrive as Empty's
   /// conversion).
   template <auto method>
-  MemberTableBuilder&& Method(std::string_view name, std::initializer_list<std::string_view> params = {},
-                              std::size_t optional = 0) && {
-    Member& member = table_.Add(name, params);
-    member.min_args = params.size() - optional;
-    member.in_out = detail::Signature<decltype(method)>::kInOut;
-    member.read = &detail::Apply<method, T>;
+  MemberTableBuilder&& Method(std::string_view name, Params params = {}, std::size_t optional = 0) && {
+    table_.AddMethod(name, Bound<method>(), params, optional);
     return std::move(*this);
   }
   template <auto getter>
-  MemberTableBuilder&& Property(std::string_view name,
-                                std::initializer_list<std::string_view> params = {}) && {
-    Member& member = table_.Add(name, params);
-    member.min_args = params.size();
-    member.property = true;
-    member.read = &detail::Apply<getter, T>;
+  MemberTableBuilder&& Property(std::string_view name, Params params = {}) && {
+    table_.AddProperty(name, Bound<getter>(), {}, params);
     return std::move(*this);
   }
   template <auto getter, auto setter>
-  MemberTableBuilder&& Property(std::string_view name,
-                                std::initializer_list<std::string_view> params = {}) && {
-    Member& member = table_.Add(name, params);
-    member.min_args = params.size();
-    member.property = true;
-    member.read = &detail::Apply<getter, T>;
-    member.write = [](Object& o, std::span<Value> args) { detail::Apply<setter, T>(o, args); };
+  MemberTableBuilder&& Property(std::string_view name, Params params = {}) && {
+    table_.AddProperty(name, Bound<getter>(), Bound<setter>(), params);
     return std::move(*this);
   }
   /// Makes the member added last the default one (id 0).
   MemberTableBuilder&& AsDefault() && {
-    table_.members_.back().id = kDefaultMember;
+    table_.MakeLastDefault();
     return std::move(*this);
   }
   operator MemberTable() && { return std::move(table_); }  // NOLINT: ends the chain
 
  private:
+  /// A method of T or a base of it.
+  template <auto method>
+  static BoundMethod Bound() {
+    return BoundMethod::Of(method);
+  }
+
   MemberTable table_;
 };
 

@@ -25,7 +25,7 @@ class AccesoDatos : public Object {
   virtual double ValorNumerico(const Value& valor) = 0;
   /// A field or tagged value as text; null-safe.
   virtual std::string ValorTexto(const Value& valor) = 0;
-  /// True when the text is blank.
+  /// True when the text is empty or nothing but blanks.
   virtual bool EstaVacio(const std::string& texto) = 0;
 
   /// Text of a message in the host's catalogue.
@@ -40,7 +40,8 @@ class AccesoDatos : public Object {
   /// Asks; true when the user confirms. `modo` is 2 for orders and 1 for shifts.
   virtual bool Pregunta(const std::string& texto, std::int16_t modo) = 0;
 
-  /// Next number of a numbering key. `documento` goes in as 0; the host may fill it with a document number.
+  /// Next number of a numbering key ("Op", "oppart", "ENSAMBLE", "DESENSAMB"), above 0 and given to nobody
+  /// else. `documento` goes in as 0; the host may fill it with a document number.
   /// `constructor` may be null.
   virtual std::int32_t SiguienteFolio(const std::string& clave, const std::shared_ptr<Conexion>& conexion,
                                       std::int32_t& documento,
@@ -49,7 +50,7 @@ class AccesoDatos : public Object {
   virtual Fecha ComponeFecha(std::int32_t a, std::int32_t b) = 0;
   /// A date written as an SQL date literal.
   virtual std::string FechaSQL(const std::shared_ptr<Conexion>& conexion, const Fecha& fecha) = 0;
-  /// A number as text of that width with leading zeros.
+  /// A number as text of at least that many digits, with leading zeros.
   virtual std::string TextoConCeros(std::int32_t numero, std::int32_t ancho) = 0;
   /// True when the value exists in that column of that table.
   virtual bool ExisteClave(const std::string& valor, const std::string& tabla, const std::string& columna,
@@ -63,7 +64,7 @@ class AccesoDatos : public Object {
   /// Last step of a window's load, and of its unload (gives the focus back to "frmMaster").
   virtual void PreparaVentana(const ObjectPtr& ventana, const std::shared_ptr<Ambiente>& ambiente) = 0;
   virtual void LiberaVentana(const ObjectPtr& ventana, const std::shared_ptr<Ambiente>& ambiente) = 0;
-  /// Display form of a text box's value.
+  /// Display form of a text box's value, by the box's tag.
   virtual std::string FormateaCampo(const ObjectPtr& caja, const std::shared_ptr<Ambiente>& ambiente) = 0;
   /// Upper-case form of a typed character, and the filter by the box's tag; 0 drops the key.
   virtual std::int16_t FiltroMayusculas(const ObjectPtr& caja, std::int16_t caracter) = 0;

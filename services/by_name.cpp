@@ -28,15 +28,21 @@ class ByName : public Service {
   Late late_;
 };
 
+/// A service made of calls by name.
+template <class Service>
+class Adapter;
+
 /// An object handed to a host as argument.
 Value Arg(const ObjectPtr& object) { return Value(ReferenceOf(object)); }
 
-class ConexionByName final : public ByName<Conexion> {
+template <>
+class Adapter<Conexion> final : public ByName<Conexion> {
  public:
   using ByName::ByName;
 };
 
-class RecordsetByName final : public ByName<Recordset> {
+template <>
+class Adapter<Recordset> final : public ByName<Recordset> {
  public:
   using ByName::ByName;
   bool Eof() override { return ABooleano(late_.Call("EOF")); }
@@ -60,7 +66,8 @@ class RecordsetByName final : public ByName<Recordset> {
   }
 };
 
-class ConstructorSqlByName final : public ByName<ConstructorSql> {
+template <>
+class Adapter<ConstructorSql> final : public ByName<ConstructorSql> {
  public:
   using ByName::ByName;
   void PonConexion(const std::shared_ptr<Conexion>& conexion) override {
@@ -77,7 +84,8 @@ class ConstructorSqlByName final : public ByName<ConstructorSql> {
   void Ejecuta() override { late_.Call("Ejecuta"); }
 };
 
-class AmbienteByName final : public ByName<Ambiente> {
+template <>
+class Adapter<Ambiente> final : public ByName<Ambiente> {
  public:
   using ByName::ByName;
   std::shared_ptr<Conexion> TraeConexion() override {
@@ -105,7 +113,8 @@ class AmbienteByName final : public ByName<Ambiente> {
   }
 };
 
-class AccesoDatosByName final : public ByName<AccesoDatos> {
+template <>
+class Adapter<AccesoDatos> final : public ByName<AccesoDatos> {
  public:
   using ByName::ByName;
   std::shared_ptr<Recordset> Consulta(const std::string& sql,
@@ -172,7 +181,8 @@ class AccesoDatosByName final : public ByName<AccesoDatos> {
   }
 };
 
-class ControlProcesosByName final : public ByName<ControlProcesos> {
+template <>
+class Adapter<ControlProcesos> final : public ByName<ControlProcesos> {
  public:
   using ByName::ByName;
   void IniciaProceso(PeticionProceso& p) override {
@@ -194,7 +204,8 @@ class ControlProcesosByName final : public ByName<ControlProcesos> {
   }
 };
 
-class DocumentoInventarioByName final : public ByName<DocumentoInventario> {
+template <>
+class Adapter<DocumentoInventario> final : public ByName<DocumentoInventario> {
  public:
   using ByName::ByName;
   void PonAmbiente(const std::shared_ptr<Ambiente>& ambiente) override {
@@ -219,7 +230,8 @@ class DocumentoInventarioByName final : public ByName<DocumentoInventario> {
   }
 };
 
-class VentanaProgresoByName final : public ByName<VentanaProgreso> {
+template <>
+class Adapter<VentanaProgreso> final : public ByName<VentanaProgreso> {
  public:
   using ByName::ByName;
   void Inicia(std::int32_t total, const std::string& titulo, const std::string& animacion) override {
@@ -231,7 +243,8 @@ class VentanaProgresoByName final : public ByName<VentanaProgreso> {
   void Cierra() override { late_.Call("Cierra"); }
 };
 
-class BuscaCatalogoByName final : public ByName<BuscaCatalogo> {
+template <>
+class Adapter<BuscaCatalogo> final : public ByName<BuscaCatalogo> {
  public:
   using ByName::ByName;
   void PonAmbiente(const std::shared_ptr<Ambiente>& ambiente) override {
@@ -242,7 +255,8 @@ class BuscaCatalogoByName final : public ByName<BuscaCatalogo> {
   void Muestra(const std::string& titulo) override { late_.Call("Muestra", titulo, "", "", ""); }
 };
 
-class CapturaNumericaByName final : public ByName<CapturaNumerica> {
+template <>
+class Adapter<CapturaNumerica> final : public ByName<CapturaNumerica> {
  public:
   using ByName::ByName;
   void PonAmbiente(const std::shared_ptr<Ambiente>& ambiente) override {
@@ -252,55 +266,24 @@ class CapturaNumericaByName final : public ByName<CapturaNumerica> {
   void Muestra() override { late_.Call("Muestra"); }
 };
 
-template <class Service, class Adapter>
-std::shared_ptr<Service> Adapt(const ObjectPtr& object) {
-  if (!object) return nullptr;
-  if (!object->Foreign())
-    if (auto own = std::dynamic_pointer_cast<Service>(object)) return own;
-  return std::make_shared<Adapter>(object);
-}
-
 }  // namespace
 
-template <>
-std::shared_ptr<Ambiente> ComoOpcional(const ObjectPtr& object) {
-  return Adapt<Ambiente, AmbienteByName>(object);
+template <class T>
+std::shared_ptr<T> ComoOpcional(const ObjectPtr& object) {
+  if (!object) return nullptr;
+  if (!object->Foreign())
+    if (auto own = std::dynamic_pointer_cast<T>(object)) return own;
+  return std::make_shared<Adapter<T>>(object);
 }
-template <>
-std::shared_ptr<AccesoDatos> ComoOpcional(const ObjectPtr& object) {
-  return Adapt<AccesoDatos, AccesoDatosByName>(object);
-}
-template <>
-std::shared_ptr<ControlProcesos> ComoOpcional(const ObjectPtr& object) {
-  return Adapt<ControlProcesos, ControlProcesosByName>(object);
-}
-template <>
-std::shared_ptr<ConstructorSql> ComoOpcional(const ObjectPtr& object) {
-  return Adapt<ConstructorSql, ConstructorSqlByName>(object);
-}
-template <>
-std::shared_ptr<DocumentoInventario> ComoOpcional(const ObjectPtr& object) {
-  return Adapt<DocumentoInventario, DocumentoInventarioByName>(object);
-}
-template <>
-std::shared_ptr<VentanaProgreso> ComoOpcional(const ObjectPtr& object) {
-  return Adapt<VentanaProgreso, VentanaProgresoByName>(object);
-}
-template <>
-std::shared_ptr<BuscaCatalogo> ComoOpcional(const ObjectPtr& object) {
-  return Adapt<BuscaCatalogo, BuscaCatalogoByName>(object);
-}
-template <>
-std::shared_ptr<CapturaNumerica> ComoOpcional(const ObjectPtr& object) {
-  return Adapt<CapturaNumerica, CapturaNumericaByName>(object);
-}
-template <>
-std::shared_ptr<Conexion> ComoOpcional(const ObjectPtr& object) {
-  return Adapt<Conexion, ConexionByName>(object);
-}
-template <>
-std::shared_ptr<Recordset> ComoOpcional(const ObjectPtr& object) {
-  return Adapt<Recordset, RecordsetByName>(object);
-}
+template std::shared_ptr<Conexion> ComoOpcional(const ObjectPtr&);
+template std::shared_ptr<Recordset> ComoOpcional(const ObjectPtr&);
+template std::shared_ptr<ConstructorSql> ComoOpcional(const ObjectPtr&);
+template std::shared_ptr<Ambiente> ComoOpcional(const ObjectPtr&);
+template std::shared_ptr<AccesoDatos> ComoOpcional(const ObjectPtr&);
+template std::shared_ptr<ControlProcesos> ComoOpcional(const ObjectPtr&);
+template std::shared_ptr<DocumentoInventario> ComoOpcional(const ObjectPtr&);
+template std::shared_ptr<VentanaProgreso> ComoOpcional(const ObjectPtr&);
+template std::shared_ptr<BuscaCatalogo> ComoOpcional(const ObjectPtr&);
+template std::shared_ptr<CapturaNumerica> ComoOpcional(const ObjectPtr&);
 
 }  // namespace zuvi

@@ -9,40 +9,9 @@
 
 namespace zuvi {
 
-class Ambiente;
-class AccesoDatos;
-class ControlProcesos;
-class ConstructorSql;
-class DocumentoInventario;
-class VentanaProgreso;
-class BuscaCatalogo;
-class CapturaNumerica;
-class Conexion;
-class Recordset;
-
-/// The object as a service of type T, null for a null object. Defined for the service types above.
+/// The object as a service of type T (a class of this folder), null for a null object.
 template <class T>
 std::shared_ptr<T> ComoOpcional(const ObjectPtr& object);
-template <>
-std::shared_ptr<Ambiente> ComoOpcional(const ObjectPtr& object);
-template <>
-std::shared_ptr<AccesoDatos> ComoOpcional(const ObjectPtr& object);
-template <>
-std::shared_ptr<ControlProcesos> ComoOpcional(const ObjectPtr& object);
-template <>
-std::shared_ptr<ConstructorSql> ComoOpcional(const ObjectPtr& object);
-template <>
-std::shared_ptr<DocumentoInventario> ComoOpcional(const ObjectPtr& object);
-template <>
-std::shared_ptr<VentanaProgreso> ComoOpcional(const ObjectPtr& object);
-template <>
-std::shared_ptr<BuscaCatalogo> ComoOpcional(const ObjectPtr& object);
-template <>
-std::shared_ptr<CapturaNumerica> ComoOpcional(const ObjectPtr& object);
-template <>
-std::shared_ptr<Conexion> ComoOpcional(const ObjectPtr& object);
-template <>
-std::shared_ptr<Recordset> ComoOpcional(const ObjectPtr& object);
 
 /// The object as a service of type T. Throws HostError (ObjectNotSet) for a null object.
 template <class T>

@@ -30,12 +30,16 @@ class ControlProcesos : public Object {
  public:
   static constexpr const char* kProgId = "ZuviQuery.ControlProcesos";
 
+  /// Runs whatever the host has attached to the key. Comes back with `objeto`, which the host may have
+  /// replaced, and `bandera`; the other arguments are not read again. Throws HostError when the process
+  /// fails.
   virtual void IniciaProceso(PeticionProceso& peticion) = 0;
-  /// Updates the veto flag.
+  /// Updates the veto flag that `IniciaProceso` gave back: still true, the operation must not go ahead.
   virtual void ConsultaProceso(bool& bandera) = 0;
-  /// The module always passes 0.
+  /// Ends a process that was vetoed. The module always passes 0.
   virtual void CierraProceso(std::int32_t numero) = 0;
-  /// Prints a report ("ORDENP") of an order for a window.
+  /// Prints a report ("ORDENP") of the order with that number, for a window. Throws HostError for an unknown
+  /// key or order.
   virtual void ImprimeReporte(const std::string& clave, std::int32_t op,
                               const std::shared_ptr<Ambiente>& ambiente, const ObjectPtr& ventana) = 0;
 };

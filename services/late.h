@@ -15,6 +15,7 @@ class Late {
  public:
   explicit Late(ObjectPtr target) : target_(std::move(target)) {}
 
+  /// The object behind; may be null, which every call refuses with ObjectNotSet.
   const ObjectPtr& Target() const { return target_; }
   /// Calls with arguments by value.
   template <class... Args>
@@ -29,12 +30,14 @@ class Late {
   }
   /// Calls with the arguments marked in `by_ref` by reference; they are changed in place.
   Value CallByRef(const char* name, std::span<Value> args, ByRef by_ref);
+  /// Sets a property.
   void Put(const char* name, Value value);
   /// Whether the target is known to declare argument `index` of a method, and by reference.
   bool TakesByRef(const char* name, std::size_t index) {
     const MemberId id = Resolve(name);
     return target_->TakesByRef(id, index);
   }
+  /// `Object::ReadChain` of the target.
   Value ReadChain(std::span<const Step> steps) {
     if (!target_) throw HostError(ErrorNumber::ObjectNotSet);
     return target_->ReadChain(steps);

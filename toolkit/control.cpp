@@ -124,4 +124,21 @@ void Control::DblClick() {
   if (TakeClick()) Raise(OnDblClick);
 }
 
+MemberTable WithControlMembers(MemberTable&& own) {
+  return MemberTableBuilder<Control>(std::move(own))
+      .Property<&Control::Name>("Name")
+      .Property<&Control::Index>("Index")
+      .Property<&Control::Enabled, &Control::SetEnabled>("Enabled")
+      .Property<&Control::Visible, &Control::SetVisible>("Visible")
+      .Property<&Control::Tag, &Control::SetTag>("Tag")
+      .Property<&Control::TabStop, &Control::SetTabStop>("TabStop")
+      .Property<&Control::ToolTipText, &Control::SetToolTipText>("ToolTipText")
+      .Property<&Control::Left, &Control::SetLeft>("Left")
+      .Property<&Control::Top, &Control::SetTop>("Top")
+      .Property<&Control::Width, &Control::SetWidth>("Width")
+      .Property<&Control::Height, &Control::SetHeight>("Height")
+      .Property<&Control::Container>("Container")
+      .Method<&Control::SetFocus>("SetFocus");
+}
+
 }  // namespace zuvi

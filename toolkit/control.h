@@ -157,23 +157,7 @@ class Control : public Object {
   std::unique_ptr<Peer> peer_;
 };
 
-/// Members every control publishes, added to the table of class T.
-template <class T>
-MemberTableBuilder<T>&& WithControlMembers(MemberTableBuilder<T>&& table) {
-  return std::move(table)
-      .template Property<&T::Name>("Name")
-      .template Property<&T::Index>("Index")
-      .template Property<&T::Enabled, &T::SetEnabled>("Enabled")
-      .template Property<&T::Visible, &T::SetVisible>("Visible")
-      .template Property<&T::Tag, &T::SetTag>("Tag")
-      .template Property<&T::TabStop, &T::SetTabStop>("TabStop")
-      .template Property<&T::ToolTipText, &T::SetToolTipText>("ToolTipText")
-      .template Property<&T::Left, &T::SetLeft>("Left")
-      .template Property<&T::Top, &T::SetTop>("Top")
-      .template Property<&T::Width, &T::SetWidth>("Width")
-      .template Property<&T::Height, &T::SetHeight>("Height")
-      .template Property<&T::Container>("Container")
-      .template Method<&T::SetFocus>("SetFocus");
-}
+/// The table of a control's own members, and after them those that every control publishes.
+MemberTable WithControlMembers(MemberTable&& own);
 
 }  // namespace zuvi

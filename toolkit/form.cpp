@@ -345,4 +345,22 @@ Value Form::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
   return args.empty() ? Value(object) : object->Read(kDefaultMember, args, by_ref);
 }
 
+MemberTable WithFormMembers(MemberTable&& own) {
+  return MemberTableBuilder<Form>(std::move(own))
+      .Property<&Form::Name>("Name")
+      .Property<&Form::Caption, &Form::SetCaption>("Caption")
+      .Property<&Form::Visible>("Visible")
+      .Property<&Form::Enabled, &Form::SetEnabled>("Enabled")
+      .Property<&Form::WindowStateNumber, &Form::SetWindowStateNumber>("WindowState")
+      .Property<&Form::InsideWidth>("ScaleWidth")
+      .Property<&Form::InsideHeight>("ScaleHeight")
+      .Property<&Form::ActiveControlObject>("ActiveControl")
+      .Property<&Form::HandleNumber>("hWnd")
+      .Property<&Form::Handling>("Handling")
+      .Method<&Form::SetFocus>("SetFocus")
+      .Method<&Form::Show>("Show")
+      .Method<&Form::Hide>("Hide")
+      .Method<&Form::UnloadByName>("Unload");
+}
+
 }  // namespace zuvi

@@ -210,24 +210,7 @@ class Form : public Object {
   std::unique_ptr<Peer> peer_;
 };
 
-/// Members every window publishes, added to the table of class T.
-template <class T>
-MemberTableBuilder<T>&& WithFormMembers(MemberTableBuilder<T>&& table) {
-  return std::move(table)
-      .template Property<&T::Name>("Name")
-      .template Property<&T::Caption, &T::SetCaption>("Caption")
-      .template Property<&T::Visible>("Visible")
-      .template Property<&T::Enabled, &T::SetEnabled>("Enabled")
-      .template Property<&T::WindowStateNumber, &T::SetWindowStateNumber>("WindowState")
-      .template Property<&T::InsideWidth>("ScaleWidth")
-      .template Property<&T::InsideHeight>("ScaleHeight")
-      .template Property<&T::ActiveControlObject>("ActiveControl")
-      .template Property<&T::HandleNumber>("hWnd")
-      .template Property<&T::Handling>("Handling")
-      .template Method<&T::SetFocus>("SetFocus")
-      .template Method<&T::Show>("Show")
-      .template Method<&T::Hide>("Hide")
-      .template Method<&T::UnloadByName>("Unload");
-}
+/// The table of a window's own members, and after them those that every window publishes.
+MemberTable WithFormMembers(MemberTable&& own);
 
 }  // namespace zuvi

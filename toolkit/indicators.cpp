@@ -74,7 +74,7 @@ void AutoResizer::SetEnabled(bool enabled) {
 }
 
 const MemberTable* AutoResizer::Members() const {
-  static const MemberTable table = WithControlMembers(MemberTable::Of<AutoResizer>());
+  static const MemberTable table = WithControlMembers({});
   return &table;
 }
 

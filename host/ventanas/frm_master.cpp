@@ -43,7 +43,7 @@ frmMaster::frmMaster(const Escena& escena)
 }
 
 const MemberTable* frmMaster::Members() const {
-  static const MemberTable table = WithFormMembers(MemberTable::Of<frmMaster>())
+  static const MemberTable table = MemberTableBuilder<frmMaster>(WithFormMembers({}))
                                        .Property<&frmMaster::Orden>("Orden")
                                        .Method<&frmMaster::Actualiza>("Actualiza");
   return &table;

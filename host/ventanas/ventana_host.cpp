@@ -11,7 +11,7 @@ VentanaHost::VentanaHost(const Escena& escena, const char* nombre)
       Rotulos(AddArray<Label>("Rotulos")) {}
 
 const MemberTable* VentanaHost::Members() const {
-  static const MemberTable table = WithFormMembers(MemberTable::Of<VentanaHost>());
+  static const MemberTable table = WithFormMembers({});
   return &table;
 }
 
