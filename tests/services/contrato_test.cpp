@@ -1,5 +1,6 @@
 // What hosts are promised, each piece against the others: the calls of the module as data, the calls that it
 // makes, the type libraries as written, the members that are published, the integrator's guide.
+#include <filesystem>
 #include <fstream>
 #include <set>
 
@@ -17,8 +18,9 @@ const std::string kRaiz = ZUVI_RAIZ "/";
 
 std::vector<InterfazIdl> Interfaces() {
   std::vector<InterfazIdl> todas;
-  for (const char* biblioteca : {"ZuviEnviroment", "ZuviQuery", "ZuviProduccion"})
-    for (InterfazIdl& una : LeeIdl(kRaiz + "com/idl/" + biblioteca + ".idl")) todas.push_back(std::move(una));
+  for (const auto& archivo : std::filesystem::directory_iterator(kRaiz + "com/idl"))
+    if (archivo.path().extension() == ".idl")
+      for (InterfazIdl& una : LeeIdl(archivo.path().string())) todas.push_back(std::move(una));
   return todas;
 }
 
@@ -121,20 +123,11 @@ TEST(Contrato, TheTypeLibrariesTakeTheCallsOfTheModule) {
 }
 
 CallType TipoDe(const Value& valor) {
+  using enum CallType;
   // In the order of the kinds of a Value.
-  return std::visit(
-      [](const auto& dato) {
-        using T = std::decay_t<decltype(dato)>;
-        if constexpr (std::is_same_v<T, std::int16_t>) return CallType::Short;
-        if constexpr (std::is_same_v<T, std::int32_t>) return CallType::Long;
-        if constexpr (std::is_same_v<T, double>) return CallType::Real;
-        if constexpr (std::is_same_v<T, std::string>) return CallType::Text;
-        if constexpr (std::is_same_v<T, Fecha>) return CallType::Date;
-        if constexpr (std::is_same_v<T, bool>) return CallType::Boolean;
-        if constexpr (std::is_same_v<T, ObjectPtr>) return CallType::Object;
-        return CallType::Any;
-      },
-      valor.Get());
+  constexpr CallType kTipos[] = {Any, Any, Short, Long, Real, Text, Date, Boolean, CallType::Object};
+  static_assert(std::size(kTipos) == std::variant_size_v<Value::Data>);
+  return kTipos[valor.Get().index()];
 }
 
 /// A host object of another maker that takes nothing but the calls of the table.
@@ -198,18 +191,14 @@ class Ajeno final : public Object {
   std::set<std::string_view> vistos_;
 };
 
-/// Calls everything that a service offers; `objeto` stands for every object that is handed over.
-template <class T>
-std::shared_ptr<T> De(const ObjectPtr& objeto) {
-  return Como<T>(objeto);
-}
+// Everything that a service offers is called; one object stands for all that are handed over.
 void Llama(Ambiente& a, const ObjectPtr&) {
   a.TraeConexion(), a.UsuarioActual(), a.RutaAplicacion(), a.EjecutaSQL("UPDATE op"), a.DatoFechaA(),
       a.DatoFechaB(), a.DatoDocumento(), a.ParametrosEstacion(), a.ContenedorRutas();
 }
 void Llama(AccesoDatos& d, const ObjectPtr& o) {
-  const auto conexion = De<Conexion>(o);
-  const auto ambiente = De<Ambiente>(o);
+  const auto conexion = Como<Conexion>(o);
+  const auto ambiente = Como<Ambiente>(o);
   d.Consulta("SELECT", conexion), d.ValorNumerico(2.5), d.ValorTexto("x"), d.EstaVacio("");
   d.TraeMensaje(757, ambiente), d.Mensaje("x", EstiloMensaje::Error, ambiente), d.Pregunta("x", 2);
   std::int32_t documento = 0;
@@ -224,29 +213,29 @@ void Llama(ControlProcesos& p, const ObjectPtr& o) {
   PeticionProceso peticion;
   peticion.clave = "Op001", peticion.objeto = o, peticion.ambiente = o;
   p.IniciaProceso(peticion), p.ConsultaProceso(peticion.bandera), p.CierraProceso(0);
-  p.ImprimeReporte("ORDENP", 1, De<Ambiente>(o), o);
+  p.ImprimeReporte("ORDENP", 1, Como<Ambiente>(o), o);
 }
 void Llama(ConstructorSql& c, const ObjectPtr& o) {
-  c.PonConexion(De<Conexion>(o)), c.PonRutas(o), c.Limpia(), c.Tipo("INSERT");
+  c.PonConexion(Como<Conexion>(o)), c.PonRutas(o), c.Limpia(), c.Tipo("INSERT");
   c.AgregaCampo("op", "op", 1), c.Condicion("op = 1"), c.Genera("op"), c.Ejecuta();
 }
 void Llama(VentanaProgreso& v, const ObjectPtr&) { v.Inicia(1, "x", "y"), v.Avanza(1, "x", ""), v.Cierra(); }
 void Llama(DocumentoInventario& d, const ObjectPtr& o) {
-  d.PonAmbiente(De<Ambiente>(o)), d.PonDatoDocumento(1), d.PonDatoFecha(1), d.PonFecha(Fecha());
+  d.PonAmbiente(Como<Ambiente>(o)), d.PonDatoDocumento(1), d.PonDatoFecha(1), d.PonFecha(Fecha());
   d.PonTipo(kSalida), d.PonConcepto("EN"), d.PonOrden(1), d.PonFolio("1"), d.PonUsuario("x");
   d.PonAlmacen(1), d.PonArticulo("x"), d.PonCantidad(1), d.PonCosto(1);
   std::int32_t numero = 0;
   d.AplicaMovimiento(numero);
 }
 void Llama(BuscaCatalogo& b, const ObjectPtr& o) {
-  b.PonAmbiente(De<Ambiente>(o)), b.PonDestino(o), b.PonFiltro("kit <> 0"), b.Muestra("Articulos");
+  b.PonAmbiente(Como<Ambiente>(o)), b.PonDestino(o), b.PonFiltro("kit <> 0"), b.Muestra("Articulos");
 }
 void Llama(CapturaNumerica& c, const ObjectPtr& o) {
-  c.PonAmbiente(De<Ambiente>(o)), c.PonDestino(o), c.Muestra();
+  c.PonAmbiente(Como<Ambiente>(o)), c.PonDestino(o), c.Muestra();
 }
 void Llama(Recordset& r, const ObjectPtr& o) {
   r.Eof(), r.MoveNext(), r.Campo("op"), r.Campo(0), r.PonCursorType(1), r.PonLockType(3);
-  r.Open("SELECT", De<Conexion>(o), -1, -1, 1);
+  r.Open("SELECT", Como<Conexion>(o), -1, -1, 1);
 }
 
 template <class T>
