@@ -17,7 +17,6 @@ using host::BaseDatos;
 using host::DiaDe;
 using host::Literal;
 using host::NumeroDe;
-using host::TextoDe;
 using host::TextoImporte;
 
 constexpr const char* kIso = "yyyy-MM-dd";

@@ -162,8 +162,6 @@ class Lector {
   bool copia_ = false;
 };
 
-char Minuscula(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
-
 /// Whether `fin` ends a text, without regard to case.
 bool Acaba(std::string_view texto, std::string_view fin) {
   return texto.size() >= fin.size() && IgualSinCaso(texto.substr(texto.size() - fin.size()), fin);

@@ -128,11 +128,7 @@ std::string AccesoDatosHost::FechaSQL(const std::shared_ptr<Conexion>& conexion,
 }
 
 std::string AccesoDatosHost::TextoConCeros(std::int32_t numero, std::int32_t ancho) {
-  std::string texto = Decimal(numero);
-  const std::size_t signo = numero < 0 ? 1 : 0;
-  const auto pedido = static_cast<std::size_t>(std::clamp(ancho, 0, 255));
-  if (texto.size() < pedido) texto.insert(signo, pedido - texto.size(), '0');
-  return texto;
+  return ConCeros(numero, static_cast<std::size_t>(std::clamp(ancho, 0, 255)));
 }
 
 bool AccesoDatosHost::ExisteClave(const std::string& valor, const std::string& tabla,
@@ -197,7 +193,7 @@ std::string AccesoDatosHost::FormateaCampo(const ObjectPtr& caja, const std::sha
 }
 
 std::int16_t AccesoDatosHost::FiltroMayusculas(const ObjectPtr&, std::int16_t caracter) {
-  return EnMayuscula(caracter);
+  return Filtra({.etiqueta = "U", .texto = {}}, caracter);
 }
 
 std::int16_t AccesoDatosHost::FiltroTecla(const ObjectPtr& caja, std::int16_t caracter) {

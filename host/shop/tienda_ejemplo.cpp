@@ -349,7 +349,7 @@ void LlenaArticulos(BaseDatos& base) {
 /// The stock and, for each row of it, the movement by which it came in: at cost, so that the average cost is
 /// that of the article.
 void LlenaExistencias(BaseDatos& base, const Fecha& hoy) {
-  const Fecha inicio = Fecha::DesdeSerie(hoy.Serie() - 60);
+  const Fecha inicio = hoy.MasDias(-60);
   Filas existencias, movimientos;
   std::int32_t id = 0;
   for (const Existencia& e : kExistencias) {
@@ -370,7 +370,7 @@ void LlenaExistencias(BaseDatos& base, const Fecha& hoy) {
 
 /// Orders with their lines, and the numbering in step with them.
 void LlenaOrdenes(BaseDatos& base, const Fecha& hoy) {
-  const auto dia = [&](int dias) { return Fecha::DesdeSerie(hoy.Serie() + dias); };
+  const auto dia = [&](int dias) { return hoy.MasDias(dias); };
   Filas ordenes, partidas;
   std::int32_t entrada = 0;
   for (const Orden& o : kOrdenes) {
@@ -408,7 +408,7 @@ void LlenaOrdenes(BaseDatos& base, const Fecha& hoy) {
 }
 
 void LlenaTurnos(BaseDatos& base, const Fecha& hoy) {
-  const Fecha manana = Fecha::DesdeSerie(hoy.Serie() + 1);
+  const Fecha manana = hoy.MasDias(1);
   InsertaFilas(base, "empleados", "(empleado, nombre)",
                {{"E01", "Lucía Méndez Ortega"},
                 {"E02", "Raúl Íñiguez Peña"},

@@ -7,6 +7,7 @@
 #include <set>
 #include <sstream>
 
+#include "base/text.h"
 #include "host/processes/reporte_orden.h"
 #include "host/services/constructor_sql_host.h"
 #include "host/services/ventanas_host.h"
@@ -372,8 +373,8 @@ TEST(Filtros, CadaEtiquetaAdmiteLoSuyoYDaSuForma) {
   }
   EXPECT_EQ(Filtra(CajaDe(pon("SN", "15")), '-'), '-');
   EXPECT_EQ(Filtra(CajaDe(pon("N", "")), 8), 8) << "backspace";
-  EXPECT_EQ(EnMayuscula(0xf1), 0xd1);
-  EXPECT_EQ(EnMayuscula(0xf7), 0xf7) << "the division sign has no upper case";
+  EXPECT_EQ(Mayuscula(0xf1), 0xd1);
+  EXPECT_EQ(Mayuscula(0xf7), 0xf7) << "the division sign has no upper case";
   EXPECT_EQ(Formatea({.etiqueta = "U", .texto = "ñandú"}), "ÑANDÚ");
 }
 
