@@ -49,7 +49,7 @@ Alcance AlcanceDe(BaseDatos& base, const std::string& turno) {
 /// Adds what one day lacks; returns how many rows.
 std::int64_t GeneraDia(BaseDatos& base, const Alcance& alcance, std::int32_t cuantos, const Fecha& fecha) {
   const std::string dia = LiteralFecha(base.TraeMotor(), fecha);
-  return ConReintento([&]() -> std::int64_t {
+  return WithRetry([&]() -> std::int64_t {
     Transaccion transaccion(base);
     // Numbers come first: two stations generate one after the other.
     const std::int32_t anterior = TomaFoliosEn(transaccion, "horarios", cuantos) - cuantos;
