@@ -249,6 +249,7 @@ void Anfitrion::Registra(std::string linea) {
 }
 
 void Anfitrion::Mensaje(const std::string& texto, EstiloMensaje estilo) {
+  ++sucedido_.mensajes;
   traza_.Anota(Suceso::Mensaje, texto);
   Registra(texto);
   interaccion_->Mensaje(texto, estilo);
@@ -301,6 +302,7 @@ bool Anfitrion::Vetada(const std::string& clave) {
 
 void Anfitrion::AnotaVentana(const ObjectPtr& ventana) {
   if (!ventana) return;
+  ++sucedido_.ventanas;
   Retiene(ventana);
   ventanas_.push_back(ventana);
 }

@@ -30,6 +30,11 @@ class Ubicacion;
 class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
  public:
   using Gancho = std::function<void(PeticionProceso&)>;
+  /// What has come to pass since the host began: inventory movements posted, messages shown, windows of the
+  /// module opened. Who wants to know what an operation did compares before and after.
+  struct Sucedido {
+    int movimientos = 0, mensajes = 0, ventanas = 0;
+  };
 
   Anfitrion(Opciones opciones, std::unique_ptr<Interaccion> interaccion);
 
@@ -62,6 +67,9 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
     if (traza_.Activa()) AnotaLlamada(operacion, {Value(argumentos)...});
   }
 
+  const Sucedido& LoSucedido() const { return sucedido_; }
+  /// A movement of the inventory was posted.
+  void AnotaMovimiento() { ++sucedido_.movimientos; }
   /// Shows a message; asks. Both are noted in the trace and kept for `TomaRegistro`.
   void Mensaje(const std::string& texto, EstiloMensaje estilo);
   bool Pregunta(const std::string& texto);
@@ -135,6 +143,7 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
 
   Opciones opciones_;
   std::unique_ptr<Interaccion> interaccion_;
+  Sucedido sucedido_;
   Traza traza_;
   std::size_t traza_en_archivo_ = 0;
   std::shared_ptr<ArchivoDeTraza> archivo_de_traza_;

@@ -80,9 +80,6 @@ class Sesion {
  public:
   Sesion(const LineaDeOrdenes& linea, bool solo_lee)
       : argumentos_(linea.argumentos), anfitrion_(NuevoAnfitrion(linea, solo_lee)), fabrica_(anfitrion_) {
-    anfitrion_->TraeTraza().Escucha([this](host::Suceso suceso, const std::string& texto) {
-      if (suceso == host::Suceso::Llamada && texto.starts_with("AplicaMovimiento")) ++movimientos_;
-    });
     produccion_->PonAmbiente(fabrica_.Crea(Ambiente::kProgId));
   }
 
@@ -109,7 +106,7 @@ class Sesion {
     return i < argumentos_.size() ? Entero(argumentos_[i], "La orden") : 0;
   }
   int Avisos() const { return escritorio_.Avisos(); }
-  int Movimientos() const { return movimientos_; }
+  int Movimientos() const { return anfitrion_->LoSucedido().movimientos; }
 
  private:
   static std::shared_ptr<host::Anfitrion> NuevoAnfitrion(const LineaDeOrdenes& linea, bool solo_lee) {
@@ -136,7 +133,6 @@ class Sesion {
   EscritorioConsola escritorio_;
   Modulo modulo_{fabrica_, escritorio_, host::PilaCasiAgotada};
   std::shared_ptr<Produccion> produccion_ = std::make_shared<Produccion>(modulo_);
-  int movimientos_ = 0;
   bool abierta_ = false;
 };
 
@@ -186,15 +182,14 @@ Salida Entrega(Sesion& sesion) {
   const std::string numero = Decimal(op);
   host::BaseDatos& base = sesion.Base();
   if (!host::HayOrden(base, op)) return Falla("La orden " + numero + " no existe");
-  // Not the count with which the delivery itself begins: in a log the two are told apart.
-  if (base.Consulta("SELECT op FROM oppart WHERE op = " + numero)->Eof())
-    return Falla("La orden " + numero + " no tiene partidas que entregar");
-  if (host::PorEntregar(base, op).empty() &&
+  const host::PartidasDeOrden partidas(base, op);
+  if (partidas.cuantas == 0) return Falla("La orden " + numero + " no tiene partidas que entregar");
+  if (partidas.por_entregar.empty() &&
       !sesion.TraeAnfitrion().Pregunta("La orden " + numero + " ya está entregada. ¿Entregarla otra vez?"))
     return Falla("No se entregó nada");
 
   sesion.TraeProduccion().EntregaProductoTerminado(op);
-  if (const std::string resto = host::PorEntregar(base, op); !resto.empty())
+  if (const std::string resto = host::PartidasDeOrden(base, op).por_entregar; !resto.empty())
     return Falla("La entrega no terminó; queda por marcar como terminado:\n" + resto +
                  "Movimientos aplicados: " + std::to_string(sesion.Movimientos()));
   if (sesion.Avisos() > 0)

@@ -60,6 +60,7 @@ double DocumentoInventarioHost::AplicaMovimiento(std::int32_t& numero) {
     Asienta(base, asignado, cantidad, importe);
     transaccion.Confirma();
   });
+  anfitrion_->AnotaMovimiento();
   numero = asignado;
   return DeCentavos(importe);
 }

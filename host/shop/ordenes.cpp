@@ -21,20 +21,17 @@ std::string EstadoEnPalabras(Recordset& orden) {
   return estado;
 }
 
-std::string PorEntregar(BaseDatos& base, std::int32_t op) {
-  std::string resto;
-  for (const auto filas = base.Consulta("SELECT articulo, cantidad, terminado FROM oppart WHERE (terminado "
-                                        "IS NULL OR terminado <> cantidad) AND op = " +
+PartidasDeOrden::PartidasDeOrden(BaseDatos& base, std::int32_t op) {
+  for (const auto filas = base.Consulta("SELECT articulo, cantidad, terminado FROM oppart WHERE op = " +
                                         Decimal(op) + " ORDER BY id_entrada");
-       !filas->Eof(); filas->MoveNext())
-    resto += "  " + TextoDe(filas->Campo("articulo")) + ": " +
-             TextoDeNumero(NumeroDe(filas->Campo("terminado"))) + " de " +
-             TextoDeNumero(NumeroDe(filas->Campo("cantidad"))) + "\n";
-  return resto;
-}
-
-std::int32_t CuantasPartidas(BaseDatos& base, std::int32_t op) {
-  return AEntero32(base.Consulta("SELECT COUNT( * ) FROM oppart WHERE op = " + Decimal(op))->Campo(0));
+       !filas->Eof(); filas->MoveNext()) {
+    ++cuantas;
+    const double cantidad = NumeroDe(filas->Campo("cantidad"));
+    const Value terminado = filas->Campo("terminado");
+    if (!terminado.IsNull() && NumeroDe(terminado) == cantidad) continue;
+    por_entregar += "  " + TextoDe(filas->Campo("articulo")) + ": " + TextoDeNumero(NumeroDe(terminado)) +
+                    " de " + TextoDeNumero(cantidad) + "\n";
+  }
 }
 
 bool HayOrden(BaseDatos& base, std::int32_t op) {

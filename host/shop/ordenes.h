@@ -13,10 +13,13 @@ namespace zuvi::host {
 std::shared_ptr<Recordset> ResumenDeOrdenes(BaseDatos& base);
 /// State of an order's row in words: "Pendiente" or "Confirmada", and ", cerrada".
 std::string EstadoEnPalabras(Recordset& orden);
-/// What is left to deliver of an order, a line each; empty when all is finished.
-std::string PorEntregar(BaseDatos& base, std::int32_t op);
-/// How many lines an order has.
-std::int32_t CuantasPartidas(BaseDatos& base, std::int32_t op);
+/// The lines of an order as they stand: how many there are, and what is left to deliver of them, a line of
+/// text each; that is empty when all are finished.
+struct PartidasDeOrden {
+  PartidasDeOrden(BaseDatos& base, std::int32_t op);
+  std::int32_t cuantas = 0;
+  std::string por_entregar;
+};
 /// Whether there is an order of that number.
 bool HayOrden(BaseDatos& base, std::int32_t op);
 

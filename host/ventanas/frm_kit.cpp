@@ -25,11 +25,6 @@ std::optional<std::int32_t> Entero(const std::string& texto) {
 
 }  // namespace
 
-ContadorMovimientos::ContadorMovimientos(Anfitrion& anfitrion)
-    : traza_(anfitrion.TraeTraza()), oyente_(traza_.Escucha([this](Suceso suceso, const std::string& texto) {
-        if (suceso == Suceso::Llamada && texto.starts_with("AplicaMovimiento")) ++cuantos_;
-      })) {}
-
 frmKit::frmKit(const Escena& escena, Late& componente)
     : VentanaHost(escena, "frmKit"), componente_(componente) {
   SetCaption("Ensamblar y desensamblar kit");
@@ -186,15 +181,16 @@ void frmKit::Desensambla() {
 }
 
 void frmKit::Corre(const Entrada& entrada, const char* hecho, const std::function<void()>& llamada) {
-  const ContadorMovimientos movimientos(ElAnfitrion());
+  const int antes = ElAnfitrion().LoSucedido().movimientos;
   llamada();
   if (Closed()) return;
   DescribeArticulo();
   const std::string existencia = lblResultado->CaptionText();
-  lblResultado->SetCaption(movimientos.Cuantos() == 0
+  const int movimientos = ElAnfitrion().LoSucedido().movimientos - antes;
+  lblResultado->SetCaption(movimientos == 0
                                ? "No se hizo nada: el proceso está vetado o falló. " + existencia
                                : std::string(hecho) + ": " + TextoDeNumero(entrada.cantidad) + " de " +
-                                     entrada.articulo + ", " + std::to_string(movimientos.Cuantos()) +
+                                     entrada.articulo + ", " + std::to_string(movimientos) +
                                      " movimientos. " + existencia);
   txtArticulo->SetFocus();
 }

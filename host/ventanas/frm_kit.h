@@ -9,21 +9,6 @@
 
 namespace zuvi::host {
 
-/// Counts the inventory movements that the host applies while it lives.
-class ContadorMovimientos {
- public:
-  explicit ContadorMovimientos(Anfitrion& anfitrion);
-  ContadorMovimientos(const ContadorMovimientos&) = delete;
-  ContadorMovimientos& operator=(const ContadorMovimientos&) = delete;
-  ~ContadorMovimientos() { traza_.Deja(oyente_); }
-  int Cuantos() const { return cuantos_; }
-
- private:
-  Traza& traza_;
-  int cuantos_ = 0;
-  std::size_t oyente_;
-};
-
 /// Assembles kits and takes them apart: article, warehouse, quantity. It stays open, so that one thing can be
 /// done after the other.
 class frmKit final : public VentanaHost {  // NOLINT: the window's published name

@@ -25,13 +25,10 @@ Late& frmMaster::Componente() {
 
 void frmMaster::AbreEditor(const std::function<void(Late&)>& llamada) {
   Late& componente = Componente();
-  const std::size_t antes = ElAnfitrion().Ventanas().size();
-  bool dijo = false;
-  const std::size_t oyente = ElAnfitrion().TraeTraza().Escucha(
-      [&dijo](Suceso suceso, const std::string&) { dijo = dijo || suceso == Suceso::Mensaje; });
-  const bool llamo = Trata([&] { llamada(componente); });
-  ElAnfitrion().TraeTraza().Deja(oyente);
-  if (llamo && !dijo && !Closed() && ElAnfitrion().Ventanas().size() == antes)
+  const Anfitrion::Sucedido antes = ElAnfitrion().LoSucedido();
+  if (!Trata([&] { llamada(componente); }) || Closed()) return;
+  const Anfitrion::Sucedido& ahora = ElAnfitrion().LoSucedido();
+  if (ahora.ventanas == antes.ventanas && ahora.mensajes == antes.mensajes)
     Dice("La orden no se pudo abrir. Actualice la lista y vea si la base responde.");
 }
 
@@ -57,21 +54,21 @@ void frmMaster::Imprime() {
 void frmMaster::Entrega() {
   const std::int32_t op = Orden();
   const std::string orden = "La orden " + Decimal(op);
-  const std::int32_t partidas = CuantasPartidas(Base(), op);
-  if (partidas == 0) {
+  const PartidasDeOrden partidas(Base(), op);
+  if (partidas.cuantas == 0) {
     ElAnfitrion().Mensaje(orden + " no tiene partidas que entregar.", EstiloMensaje::Error);
     return;
   }
-  const bool entregada = PorEntregar(Base(), op).empty();
-  if (!ElAnfitrion().Pregunta(entregada ? orden + " ya está entregada. ¿Entregarla otra vez?"
-                                        : "¿Entregar el producto terminado de la orden " + Decimal(op) + "?"))
+  if (!ElAnfitrion().Pregunta(partidas.por_entregar.empty()
+                                  ? orden + " ya está entregada. ¿Entregarla otra vez?"
+                                  : "¿Entregar el producto terminado de la orden " + Decimal(op) + "?"))
     return;
-  const ContadorMovimientos movimientos(ElAnfitrion());
+  const int antes = ElAnfitrion().LoSucedido().movimientos;
   Componente().Call("EntregaProductoTerminado", op);
   if (Closed()) return;
   Lee();
-  const std::string cuantos = std::to_string(movimientos.Cuantos()) + " movimientos";
-  if (const std::string resto = PorEntregar(Base(), op); !resto.empty())
+  const std::string cuantos = std::to_string(ElAnfitrion().LoSucedido().movimientos - antes) + " movimientos";
+  if (const std::string resto = PartidasDeOrden(Base(), op).por_entregar; !resto.empty())
     return ElAnfitrion().Mensaje(
         "La entrega no terminó (" + cuantos + "). Queda por marcar como terminado:\n" + resto,
         EstiloMensaje::Error);

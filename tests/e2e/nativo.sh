@@ -23,8 +23,8 @@ statements() { # from this many on
 }
 
 # What the program itself asks: opening the database, looking the order up, telling what became of it.
-export ANTES="^(SET |PRAGMA |SELECT [a-z_.]+, [a-z_.]+ FROM (information_schema\\.|sqlite_master)|SELECT version FROM esquema |SELECT articulo FROM prods WHERE articulo = |SELECT clave FROM procesos WHERE vetado <> 0$|SELECT op FROM (op|oppart) WHERE op = |SELECT [^;]* FROM oppart WHERE \\(terminado )"
-export DESPUES="^SELECT [^;]* FROM (op|oppart) WHERE (op|\\(terminado IS NULL OR terminado <> cantidad\\) AND op) = [0-9]+( ORDER BY id_entrada)?$"
+export ANTES="^(SET |PRAGMA |SELECT [a-z_.]+, [a-z_.]+ FROM (information_schema\\.|sqlite_master)|SELECT version FROM esquema |SELECT articulo FROM prods WHERE articulo = |SELECT clave FROM procesos WHERE vetado <> 0$|SELECT op FROM op WHERE op = |SELECT articulo, cantidad, terminado FROM oppart WHERE op = )"
+export DESPUES="^SELECT [^;]* FROM (op|oppart) WHERE op = [0-9]+( ORDER BY id_entrada)?$"
 
 operation() { # name expected-exit-code arguments…
   local name=$1 code=$2 before status=0

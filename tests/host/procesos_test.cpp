@@ -158,6 +158,13 @@ TEST(LineaDeOrdenes, UnDiaDeTrabajo) {
   const Corrida rota = zuvi("entrega 104");
   EXPECT_EQ(rota.codigo, 1);
   EXPECT_THAT(rota.texto, AllOf(HasSubstr("CAN-DESAYUNO: 0 de 4"), HasSubstr("Movimientos aplicados: 0")));
+  // What was tried and refused is not counted as done.
+  AnfitrionEn(archivo.Texto())
+      ->Base()
+      ->Ejecuta("CREATE UNIQUE INDEX niega ON movimientos (articulo) WHERE concepto = 'DE'");
+  const Corrida negada = zuvi("ensambla MASA-GALLETA 3 1");
+  EXPECT_EQ(negada.codigo, 1);
+  EXPECT_THAT(negada.texto, HasSubstr("movimientos aplicados: 5"));
 }
 
 }  // namespace
