@@ -2,22 +2,20 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <filesystem>
 #include <iostream>
-#include <sstream>
 
 #include "base/reloj.h"
 #include "component/produccion.h"
 #include "host/anfitrion/anfitrion.h"
 #include "host/anfitrion/interaccion_consola.h"
 #include "host/cli/listados.h"
+#include "host/cli/numeros.h"
 #include "host/odbc/ubicacion.h"
 #include "host/processes/paginas.h"
 #include "host/services/fabrica_anfitrion.h"
 #include "host/shop/ocupadas.h"
 #include "host/shop/ordenes.h"
-#include "host/shop/valuacion.h"
 #include "host/system/pila.h"
 #include "host/system/red.h"
 #include "host/system/rutas.h"
@@ -44,36 +42,6 @@ class EscritorioConsola final : public Desktop {
  private:
   int avisos_ = 0;
 };
-
-std::int32_t Entero(const std::string& texto, const char* que) {
-  try {
-    const double numero = NumeroDeTexto(texto);
-    if (numero == static_cast<double>(RedondeaA32(numero))) return RedondeaA32(numero);
-  } catch (const HostError&) {
-    // Told below.
-  }
-  throw MalUso(std::string(que) + " debe ser un número entero, no \"" + texto + "\"");
-}
-
-double Real(const std::string& texto, const char* que) {
-  try {
-    if (const double numero = NumeroDeTexto(texto); std::isfinite(numero)) return numero;
-  } catch (const HostError&) {
-    // Told below.
-  }
-  throw MalUso(std::string(que) + " debe ser un número con punto decimal, no \"" + texto + "\"");
-}
-
-/// Refuses what the shop cannot count out: the operations would post it.
-void ExigePositiva(double cantidad, const std::string& texto, const char* que) {
-  bool contable = false;
-  try {
-    contable = host::RedondeaCantidad(cantidad) > 0;
-  } catch (const HostError&) {
-    // Too large to be kept exactly.
-  }
-  if (!contable) throw MalUso(std::string(que) + " debe ser mayor que cero y contable, no \"" + texto + "\"");
-}
 
 /// One run of the program: the host with its database, and the component.
 class Sesion {
@@ -257,20 +225,6 @@ Salida Consulta(Sesion& sesion) {
 Salida Revisa(Sesion& sesion) {
   const bool cuadra = EscribeRevision(std::cout, sesion.Base());
   return cuadra ? Salida::Hecho : Falla("Las existencias no cuadran con los movimientos");
-}
-
-/// Refuses arguments that are no numbers where the command wants numbers, before anything is opened.
-void ExigeNumeros(const std::string& forma, const std::vector<std::string>& argumentos) {
-  std::istringstream nombres(forma);
-  std::string nombre;
-  for (const std::string& argumento : argumentos) {
-    nombres >> nombre;
-    if (nombre == "OP" || nombre == "[OP]") Entero(argumento, "La orden");
-    if (nombre == "ALMACEN") Entero(argumento, "El almacén");
-    if (nombre == "CANTIDAD") ExigePositiva(Real(argumento, "La cantidad"), argumento, "La cantidad");
-    if (nombre == "KITS")
-      ExigePositiva(Entero(argumento, "La cantidad de kits"), argumento, "La cantidad de kits");
-  }
 }
 
 /// What a command does with the database; the makers of one may find none.
