@@ -45,6 +45,7 @@ class OdbcHandle {
     if (handle_) SQLFreeHandle(kind, handle_);
   }
   SQLHANDLE Get() const { return handle_; }
+  /// Where a call leaves a new handle.
   SQLHANDLE* Out() { return &handle_; }
   /// Forgets the handle without freeing it. For those of a lost connection: drivers have been seen to crash
   /// when one of them is used again, be it to free it. The few kilobytes stay behind.

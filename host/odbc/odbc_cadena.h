@@ -14,9 +14,12 @@ class CadenaOdbc {
   explicit CadenaOdbc(std::string_view connection_string);
   /// Value without its braces; empty when there is none.
   std::string Trae(std::string_view name) const;
+  /// Whether the attribute is named, be it without a value.
   bool Tiene(std::string_view name) const;
+  /// Sets an attribute in place of the one of that name; the value stands as it is given, braces included.
   void Pon(std::string_view name, std::string_view value);
   void Quita(std::string_view name);
+  /// The string again: "name=value;" for each attribute.
   std::string Texto() const;
   /// What of the text is no "name=value", in words; empty when all of it was understood.
   const std::string& Defecto() const { return defect_; }

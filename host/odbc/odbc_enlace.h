@@ -20,6 +20,7 @@ class OdbcConnection {
 
   SQLHANDLE Get() const { return connection_.Get(); }
   Motor GetEngine() const { return engine_; }
+  /// The form of texts that this connection was found to keep whole.
   Encoding TextEncoding() const { return encoding_; }
   /// File of a SQLite database by the name that its driver has for it; empty when it is kept in none.
   const std::string& File() const { return file_; }

@@ -16,6 +16,7 @@ namespace zuvi::host {
 /// What the values of a column are made of.
 enum class ColumnKind { Integer, SmallInteger, Real, Text, LongText, Date };
 
+/// One column of a result.
 struct Column {
   std::string name;
   ColumnKind kind = ColumnKind::Text;
@@ -24,12 +25,14 @@ struct Column {
 /// Names and kinds of the columns of a result; shared by all results of one shape.
 using Columns = std::vector<Column>;
 
-/// A result: values row by row.
+/// A result: values row by row, as many as there are columns. No columns: the statement gives no rows.
 struct ResultSet {
   std::shared_ptr<const Columns> columns;
   std::vector<Value> cells;
 };
 
+/// Rows read whole, with a current one, shaped as ADO's record set. Members that need an open record set or a
+/// current row throw HostError without one, with ADO's own code and text.
 class RecordsetMemoria final : public Recordset {
  public:
   RecordsetMemoria() = default;

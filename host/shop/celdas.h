@@ -8,6 +8,7 @@
 
 namespace zuvi::host {
 
+/// Throws HostError for a cell that holds no number.
 inline double NumeroDe(const Value& celda) { return celda.IsNull() ? 0 : ANumero(celda); }
 /// The day of a date, by a pattern as `Fecha::Formatea` takes it.
 inline std::string DiaDe(const Value& celda, std::string_view patron = "dd-MM-yyyy") {
