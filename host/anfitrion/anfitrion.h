@@ -45,6 +45,9 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   /// The connection, opened on first use. Opening changes nothing: throws HostError for a database that
   /// cannot be worked with, but for a file that is to be made (`Opciones::crea_archivo`).
   const std::shared_ptr<BaseDatos>& Base();
+  /// The database behind a connection object; the host's own when there is none. Throws HostError for a
+  /// connection that another host made.
+  BaseDatos& BaseDe(const std::shared_ptr<Conexion>& conexion);
   /// What the database holds; a file that is not there holds nothing, and is not made.
   Esquema ExaminaBase();
   /// Makes the schema in a database that has none, with the example shop or empty. Throws HostError for any

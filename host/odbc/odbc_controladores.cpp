@@ -32,7 +32,7 @@ constexpr std::size_t kMaxLength = 256;
 
 std::string Bitness() { return Decimal(static_cast<std::int32_t>(sizeof(void*) * 8)) + " bits"; }
 
-bool Contains(const std::string& name, const char* part) {
+bool Contains(std::string_view name, const char* part) {
   return Minusculas(name).find(part) != std::string::npos;
 }
 
@@ -118,6 +118,8 @@ std::vector<std::string> InstalledDrivers() {
     names.push_back(name);
   return names;
 }
+
+bool IsSqlite(std::string_view name) { return Contains(name, kEngines[0].part); }
 
 std::string DriverFor(Motor engine) {
   const EngineInfo& wanted = *std::ranges::find(kEngines, engine, &EngineInfo::engine);

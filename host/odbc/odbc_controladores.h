@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/odbc/base_datos.h"
@@ -12,6 +13,9 @@ namespace zuvi::host {
 /// Names of the drivers installed for programs of this one's bitness, in the driver manager's order. Throws
 /// HostError when the manager does not answer.
 std::vector<std::string> InstalledDrivers();
+
+/// Whether the name of a driver or of an engine is one of SQLite's.
+bool IsSqlite(std::string_view name);
 
 /// Name of the installed driver to use for an engine where none is asked for by name: of SQLite's the one
 /// whose attributes we write or, where it has no name that we know, the first that opens a database of

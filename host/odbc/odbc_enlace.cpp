@@ -6,6 +6,7 @@
 
 #include "base/text.h"
 #include "host/odbc/odbc_cadena.h"
+#include "host/odbc/odbc_controladores.h"
 #include "host/odbc/odbc_sentencia.h"
 #include "host/odbc/perdida.h"
 #include "host/system/rutas.h"
@@ -19,8 +20,6 @@ constexpr unsigned kFoundRows = 2;
 constexpr unsigned kMultiStatements = 1u << 26;
 // Its own reconnection would go on in the middle of a transaction, without our settings.
 constexpr unsigned kReconnect = 1u << 22;
-
-bool IsSqlite(std::string_view name) { return Minusculas(name).find("sqlite") != std::string::npos; }
 
 /// Adds an attribute that the user may have set otherwise.
 void SetIfMissing(CadenaOdbc& attributes, std::string_view name, int value) {

@@ -82,7 +82,7 @@ void Ubicacion::LeeCadena(const std::string& texto) {
     se_busca_ = Motor::MariaDb;
     cadena.Quita("DRIVER");
   }
-  if (Minusculas(controlador_).find("sqlite") == std::string::npos) {
+  if (!IsSqlite(controlador_)) {
     // A data source may turn out to be a file: it is not made by opening it.
     if (!origen_.empty() && controlador_.empty()) cadena.Pon("NoCreat", "1");
     resto_ = cadena.Texto();

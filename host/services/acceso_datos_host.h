@@ -63,9 +63,6 @@ class AccesoDatosHost final : public AccesoDatos {
   std::int16_t FiltraMayusculasEn(const ObjectPtr& caja, std::int16_t& caracter);
   std::int16_t FiltraTeclaEn(const Value&, const ObjectPtr& caja, std::int16_t& caracter);
 
-  /// The database behind a connection object; the host's own one when there is none.
-  BaseDatos& BaseDe(const std::shared_ptr<Conexion>& conexion);
-
   std::shared_ptr<Anfitrion> anfitrion_;
   std::string no_hallada_;  // key that `ExisteClave` looked for last, when there was none
 };

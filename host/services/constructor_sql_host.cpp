@@ -20,12 +20,6 @@ const MemberTable* ConstructorSqlHost::Members() const {
   return &table;
 }
 
-BaseDatos& ConstructorSqlHost::Base() {
-  if (!conexion_) return *anfitrion_->Base();
-  if (auto* base = dynamic_cast<BaseDatos*>(conexion_.get())) return *base;
-  throw HostError("La conexión no es de este anfitrión");
-}
-
 void ConstructorSqlHost::PonConexion(const std::shared_ptr<Conexion>& conexion) { conexion_ = conexion; }
 
 void ConstructorSqlHost::Limpia() {

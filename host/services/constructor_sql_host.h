@@ -34,7 +34,7 @@ class ConstructorSqlHost final : public ConstructorSql {
 
  private:
   enum class Instruccion { Ninguna, Insert, Update };
-  BaseDatos& Base();
+  BaseDatos& Base() { return anfitrion_->BaseDe(conexion_); }
 
   std::shared_ptr<Anfitrion> anfitrion_;
   std::shared_ptr<Conexion> conexion_;
