@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "base/error.h"
+#include "base/text.h"
 
 namespace zuvi {
 namespace {
@@ -25,6 +26,12 @@ int Digits(std::string_view text, std::size_t at, std::size_t count) {
   }
   return result;
 }
+
+ch::year_month_day Dia(const Fecha& fecha) {
+  return kEpoch + ch::days{static_cast<int>(std::trunc(fecha.Serie()))};
+}
+
+Fecha DesdeDia(ch::sys_days dia) { return Fecha::DesdeSerie(static_cast<double>((dia - kEpoch).count())); }
 
 }  // namespace
 
@@ -89,6 +96,19 @@ FechaCivil Fecha::Civil() const {
 
 Fecha Fecha::SoloDia() const { return Fecha(std::trunc(dias_)); }
 
+Fecha Fecha::MasDias(std::int32_t dias) const { return DesdeSerie(dias_ + dias); }
+
+Fecha Fecha::MasMeses(std::int32_t meses) const {
+  const ch::year_month_day desde = Dia(*this);
+  const ch::year_month mes = desde.year() / desde.month() + ch::months{meses};
+  return DesdeDia(mes / std::min(desde.day(), (mes / ch::last).day()));
+}
+
+Fecha Fecha::FinDeMes() const {
+  const ch::year_month_day dia = Dia(*this);
+  return DesdeDia(dia.year() / dia.month() / ch::last);
+}
+
 std::string Fecha::Formatea(std::string_view patron) const {
   const FechaCivil c = Civil();
   const struct {
@@ -102,10 +122,7 @@ std::string Fecha::Formatea(std::string_view patron) const {
     bool taken = false;
     for (const auto& field : fields) {
       if (!patron.starts_with(field.mark)) continue;
-      const std::size_t start = out.size();
-      out.append(field.width, '0');
-      std::size_t digit = start + field.width;
-      for (int rest = field.value; rest > 0; rest /= 10) out[--digit] = static_cast<char>('0' + rest % 10);
+      out += ConCeros(field.value, field.width);
       patron.remove_prefix(field.mark.size());
       taken = true;
       break;

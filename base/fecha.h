@@ -29,11 +29,19 @@ class Fecha {
   /// (TypeMismatch).
   static Fecha DesdeTexto(std::string_view iso);
 
+  /// Days since 30-12-1899.
   double Serie() const { return dias_; }
   /// Calendar fields, rounded to the nearest second.
   FechaCivil Civil() const;
   /// The date without its time of day.
   Fecha SoloDia() const;
+  /// So many days on, or back, at the same time of day. Throws HostError (Overflow) outside the valid range.
+  Fecha MasDias(std::int32_t dias) const;
+  /// The same day so many months on, or back, without the time of day; the last day of a month that has no
+  /// such day. Throws HostError (Overflow) outside the valid range.
+  Fecha MasMeses(std::int32_t meses) const;
+  /// The last day of its month, without the time of day.
+  Fecha FinDeMes() const;
   /// Writes by pattern: dd, MM, yyyy, hh (0 to 23), mm, ss; everything else as it stands.
   std::string Formatea(std::string_view patron) const;
   /// "yyyy-MM-dd", followed by " hh:mm:ss" when there is a time of day.

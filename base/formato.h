@@ -8,6 +8,8 @@
 
 namespace zuvi {
 
+/// The text of a value as `ATexto` gives it; "" for Null.
+inline std::string TextoDe(const Value& value) { return value.IsNull() ? std::string() : ATexto(value); }
 /// A value by a date pattern (`Fecha::Formatea`): dates, texts that are one, and numbers as the days since
 /// 30-12-1899. What can be read as neither comes back as its text; Null and Empty give "". Never throws for
 /// the value's sake.

@@ -1,70 +1,20 @@
 #include "base/text.h"
 
+#include <utf8.h>
+
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace zuvi {
 namespace {
 
-constexpr char32_t kReplacement = 0xFFFD;
+constexpr char16_t kReplacement = 0xFFFD;
 
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-void AppendUtf8(std::string& out, char32_t c) {
-  const auto byte = [&out](char32_t value) { out += static_cast<char>(static_cast<unsigned char>(value)); };
-  if (c < 0x80) {
-    byte(c);
-  } else if (c < 0x800) {
-    byte(0xC0 | (c >> 6));
-    byte(0x80 | (c & 0x3F));
-  } else if (c < 0x10000) {
-    byte(0xE0 | (c >> 12));
-    byte(0x80 | ((c >> 6) & 0x3F));
-    byte(0x80 | (c & 0x3F));
-  } else {
-    byte(0xF0 | (c >> 18));
-    byte(0x80 | ((c >> 12) & 0x3F));
-    byte(0x80 | ((c >> 6) & 0x3F));
-    byte(0x80 | (c & 0x3F));
-  }
-}
-
-/// Takes one code point off the front; a broken sequence costs one byte and gives U+FFFD.
-char32_t NextCodePoint(std::string_view& text) {
-  const auto at = [&text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const unsigned char lead = at(0);
-  std::size_t length = 1;
-  char32_t c = lead;
-  char32_t least = 0;
-  if (lead >= 0x80) {
-    if (lead >= 0xC2 && lead <= 0xDF) {
-      length = 2, c = lead & 0x1Fu, least = 0x80;
-    } else if (lead >= 0xE0 && lead <= 0xEF) {
-      length = 3, c = lead & 0x0Fu, least = 0x800;
-    } else if (lead >= 0xF0 && lead <= 0xF4) {
-      length = 4, c = lead & 0x07u, least = 0x10000;
-    } else {
-      c = kReplacement;
-    }
-  }
-  if (length > text.size()) {
-    length = 1;
-    c = kReplacement;
-  }
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((at(i) & 0xC0) != 0x80) {
-      length = 1;
-      c = kReplacement;
-      break;
-    }
-    c = (c << 6) | (at(i) & 0x3Fu);
-  }
-  if (length > 1 && (c < least || c > 0x10FFFF || (c >= 0xD800 && c < 0xE000))) {
-    length = 1;
-    c = kReplacement;
-  }
-  text.remove_prefix(length);
-  return c;
+/// What is no character, a lone surrogate among them, becomes U+FFFD.
+void Append(std::string& out, char32_t c) {
+  const bool none = c > 0x10FFFF || (c >= 0xD800 && c < 0xE000);
+  utf8::unchecked::append(none ? char32_t{kReplacement} : c, std::back_inserter(out));
 }
 
 }  // namespace
@@ -76,14 +26,32 @@ std::string_view Recorta(std::string_view text) {
 }
 
 bool IgualSinCaso(std::string_view a, std::string_view b) {
-  return a.size() == b.size() &&
-         std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return Lower(x) == Lower(y); });
+  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
+                                            [](char x, char y) { return Minuscula(x) == Minuscula(y); });
 }
 
 std::string Minusculas(std::string_view text) {
   std::string out(text);
-  std::transform(out.begin(), out.end(), out.begin(), Lower);
+  std::transform(out.begin(), out.end(), out.begin(), Minuscula);
   return out;
+}
+
+char16_t Mayuscula(char16_t c) {
+  const bool latin1 = c >= 0xE0 && c <= 0xFE && c != u'÷';
+  if ((c >= u'a' && c <= u'z') || latin1) return static_cast<char16_t>(c - 32);
+  return c == u'ÿ' ? u'Ÿ' : c;
+}
+
+std::string ConCeros(std::int32_t number, std::size_t width) {
+  std::string text = std::to_string(number);
+  if (text.size() < width) text.insert(number < 0 ? 1 : 0, width - text.size(), '0');
+  return text;
+}
+
+std::string Mayusculas(std::string_view text) {
+  std::u16string wide = Utf16(text);
+  std::transform(wide.begin(), wide.end(), wide.begin(), Mayuscula);
+  return Utf8(wide);
 }
 
 std::string Junta(std::initializer_list<std::string_view> pieces, std::string_view between) {
@@ -98,32 +66,38 @@ std::string Junta(std::initializer_list<std::string_view> pieces, std::string_vi
   return out;
 }
 
+std::string Utf8(char32_t c) {
+  std::string out;
+  Append(out, c);
+  return out;
+}
+
 std::string Utf8(std::u16string_view text) {
   std::string out;
   out.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool pair = IsHighSurrogate(text[i]) && i + 1 < text.size() && IsLowSurrogate(text[i + 1]);
     char32_t c = text[i];
-    if (c >= 0xD800 && c < 0xE000) {
-      const bool pair = c < 0xDC00 && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] < 0xE000;
-      c = pair ? 0x10000 + ((c - 0xD800) << 10) + (text[++i] - 0xDC00u) : kReplacement;
-    }
-    AppendUtf8(out, c);
+    if (pair) c = 0x10000 + ((c - 0xD800) << 10) + (text[++i] - 0xDC00u);
+    Append(out, c);
   }
   return out;
 }
 
 std::u16string Utf16(std::string_view text) {
-  std::u16string out;
-  out.reserve(text.size());
-  while (!text.empty()) {
-    const char32_t c = NextCodePoint(text);
-    if (c < 0x10000) {
-      out += static_cast<char16_t>(c);
-    } else {
-      out += static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10));
-      out += static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF));
-    }
+  // No text takes more units than bytes.
+  std::u16string out(text.size(), u'\0');
+  char16_t* to = out.data();
+  for (auto from = text.begin(); from != text.end();) {
+    const auto broken = utf8::find_invalid(from, text.end());
+    to = utf8::unchecked::utf8to16(from, broken, to);
+    from = broken;
+    if (from == text.end()) break;
+    // A broken sequence costs one byte.
+    *to++ = kReplacement;
+    ++from;
   }
+  out.resize(static_cast<std::size_t>(to - out.data()));
   return out;
 }
 

@@ -18,10 +18,20 @@ if(WIN32)
   target_link_options(zuvi_flags INTERFACE -static -static-libgcc -static-libstdc++ -fstack-protector-strong -Wl,--no-insert-timestamp)
 endif()
 
-# zuvi_library(name SOURCES … LINKS …): one folder's static library.
+# UTF-8: headers alone, the same for every target; a cross build may see nothing else that lies beside them.
+find_path(ZUVI_UTF8CPP utf8.h PATHS /usr/include/utf8cpp /usr/local/include/utf8cpp
+  NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+add_library(zuvi_utf8 INTERFACE)
+target_include_directories(zuvi_utf8 SYSTEM INTERFACE ${ZUVI_UTF8CPP})
+
+# zuvi_library(name SOURCES … SOURCES_POSIX … LINKS …): one folder's static library. Windows leaves
+# SOURCES_POSIX out: it has sources of its own for that.
 function(zuvi_library name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
-  add_library(${name} STATIC ${ARG_SOURCES})
+  cmake_parse_arguments(ARG "" "" "SOURCES;SOURCES_POSIX;LINKS" ${ARGN})
+  if(WIN32)
+    unset(ARG_SOURCES_POSIX)
+  endif()
+  add_library(${name} STATIC ${ARG_SOURCES} ${ARG_SOURCES_POSIX})
   target_link_libraries(${name} PUBLIC zuvi_flags ${ARG_LINKS})
   zuvi_precompile(${name} zuvi_base)
 endfunction()

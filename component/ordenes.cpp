@@ -1,4 +1,5 @@
 // Opening an order in the editor.
+#include "base/formato.h"
 #include "base/text.h"
 #include "component/produccion.h"
 #include "orders/frm_op.h"
@@ -8,8 +9,6 @@ namespace zuvi {
 namespace {
 
 constexpr NumeroMensaje kFinDeOcupada = 76;
-
-std::string ONada(const Value& valor) { return valor.IsNull() ? std::string() : ATexto(valor); }
 
 }  // namespace
 
@@ -54,7 +53,7 @@ void Produccion::AbreOrden(std::int32_t n_op, const MensajesDeApertura& mensajes
     }
     if (!mensajes.confirmada) {
       ventana->PonModo(kConsulta);
-    } else if (ONada(registro->Campo("Estado")) == "CO") {
+    } else if (TextoDe(registro->Campo("Estado")) == "CO") {
       informa(texto(mensajes.confirmada));
       ventana->PonModo(kConsulta);
     } else {
@@ -69,7 +68,7 @@ void Produccion::AbreOrden(std::int32_t n_op, const MensajesDeApertura& mensajes
         return;
       }
       const std::string ocupada = texto(mensajes.ocupada_ajena);
-      const std::string quien(Recorta(ONada(usuario)));
+      const std::string quien(Recorta(TextoDe(usuario)));
       informa(ocupada + " " + quien + " " + texto(kFinDeOcupada));
       return;
     }

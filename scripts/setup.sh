@@ -6,12 +6,12 @@ packages_of() { # group
   case $1 in
     native)
       echo g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev \
-        unixodbc unixodbc-dev libsqliteodbc odbc-mariadb locales ;;
+        libutfcpp-dev libcli11-dev unixodbc unixodbc-dev libsqliteodbc odbc-mariadb locales ;;
     # Only the server itself: the full package would start one of its own.
     mariadb) echo mariadb-server-core mariadb-client-core odbc-mariadb ;;
     windows)
       echo cmake ninja-build googletest g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools \
-        wine wine64 libwine libwine-dev xvfb unixodbc libsqliteodbc odbc-mariadb ;;
+        libutfcpp-dev wine wine64 libwine libwine-dev xvfb unixodbc libsqliteodbc odbc-mariadb ;;
     # The version is fixed: another one formats differently.
     format) echo clang-format-14 clang-tidy-14 ;;
     wine32) echo debootstrap ;;

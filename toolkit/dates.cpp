@@ -1,40 +1,26 @@
 #include "toolkit/dates.h"
 
-#include <algorithm>
-
 #include "toolkit/text_measure.h"
 
 namespace zuvi {
 namespace {
 
-/// So many days on, without the time of day; the same day where the calendar ends.
+/// Where `moved` leads from a day; the day itself where the calendar ends.
+template <class Move>
+Fecha Within(const Fecha& date, Move moved) {
+  try {
+    return moved(date.SoloDia());
+  } catch (const HostError&) {
+    return date.SoloDia();
+  }
+}
+
 Fecha DaysFrom(const Fecha& date, int days) {
-  try {
-    return Fecha::DesdeSerie(date.SoloDia().Serie() + days);
-  } catch (const HostError&) {
-    return date.SoloDia();
-  }
+  return Within(date, [days](const Fecha& day) { return day.MasDias(days); });
 }
 
-int DaysInMonth(int year, int month) {
-  constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  const bool leap = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
-  return month == 2 && leap ? 29 : kDays[month - 1];
-}
-
-/// The same day of another month, or its last where that has no such day.
 Fecha MonthsFrom(const Fecha& date, int months) {
-  const FechaCivil from = date.Civil();
-  const int count = from.anio * 12 + (from.mes - 1) + months;
-  FechaCivil to;
-  to.anio = count / 12;
-  to.mes = count % 12 + 1;
-  to.dia = std::min(from.dia, DaysInMonth(to.anio, to.mes));
-  try {
-    return Fecha::DesdeCivil(to);
-  } catch (const HostError&) {
-    return date.SoloDia();
-  }
+  return Within(date, [months](const Fecha& day) { return day.MasMeses(months); });
 }
 
 }  // namespace
@@ -80,7 +66,6 @@ void MonthView::UserClicked(const Fecha& day) {
 }
 
 void MonthView::DefaultKey(std::int16_t key, std::int16_t /*shift*/) {
-  const FechaCivil now = value_.Civil();
   switch (key) {
     case key::kLeft:
       return UserClicked(DaysFrom(value_, -1));
@@ -95,9 +80,9 @@ void MonthView::DefaultKey(std::int16_t key, std::int16_t /*shift*/) {
     case key::kPageDown:
       return UserClicked(MonthsFrom(value_, 1));
     case key::kHome:
-      return UserClicked(DaysFrom(value_, 1 - now.dia));
+      return UserClicked(DaysFrom(value_, 1 - value_.Civil().dia));
     case key::kEnd:
-      return UserClicked(DaysFrom(value_, DaysInMonth(now.anio, now.mes) - now.dia));
+      return UserClicked(value_.FinDeMes());
     default:
       return;
   }

@@ -1,5 +1,6 @@
 #include "toolkit/multi_combo.h"
 
+#include "base/formato.h"
 #include "toolkit/form.h"
 
 namespace zuvi {
@@ -7,9 +8,6 @@ namespace {
 
 /// What a list to choose from still serves for; a longer one is searched, not looked through.
 constexpr std::size_t kMostRows = 1000;
-
-/// One cell; Null shows as nothing.
-std::string Cell(const Value& value) { return value.IsNull() ? std::string() : ATexto(value); }
 
 Value OfField(Object& record_set, std::int32_t index, FixedText what) {
   Value which(index);
@@ -47,11 +45,11 @@ void MultiCombo::ShowData() {
   const Step count[] = {{"Fields"}, {"Count"}};
   const std::int32_t width = AEntero32(record_set->ReadChain(count));
   std::vector<std::string> columns;
-  for (std::int32_t i = 0; i < width; ++i) columns.push_back(Cell(OfField(*record_set, i, "Name")));
+  for (std::int32_t i = 0; i < width; ++i) columns.push_back(TextoDe(OfField(*record_set, i, "Name")));
   std::vector<std::vector<std::string>> rows;
   while (rows.size() < kMostRows && !ABooleano(record_set->Call("EOF"))) {
     auto& row = rows.emplace_back();
-    for (std::int32_t i = 0; i < width; ++i) row.push_back(Cell(OfField(*record_set, i, "Value")));
+    for (std::int32_t i = 0; i < width; ++i) row.push_back(TextoDe(OfField(*record_set, i, "Value")));
     record_set->Call("MoveNext");
   }
   if (!Window() || Window()->Closed()) return;

@@ -44,21 +44,13 @@ std::optional<std::string> Decoded(std::string_view name) {
   }
   const bool hex = name.size() > 1 && (name[1] == 'x' || name[1] == 'X');
   const std::string_view digits = name.substr(hex ? 2 : 1);
-  char32_t code = 0;
-  std::uint32_t number = 0;
+  std::uint32_t code = 0;
   const auto [end, error] =
-      std::from_chars(digits.data(), digits.data() + digits.size(), number, hex ? 16 : 10);
+      std::from_chars(digits.data(), digits.data() + digits.size(), code, hex ? 16 : 10);
   if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
-  code = number == 0xA0 ? U' ' : number;
-  if (code == 0 || code > 0x10FFFF) code = 0xFFFD;
-  std::u16string units;
-  if (code < 0x10000) {
-    units = {static_cast<char16_t>(code)};
-  } else {
-    units = {static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10)),
-             static_cast<char16_t>(0xDC00 + ((code - 0x10000) & 0x3FF))};
-  }
-  return Utf8(units);
+  constexpr std::uint32_t kNoBreakSpace = 0xA0, kReplacement = 0xFFFD;
+  if (code == kNoBreakSpace) return " ";
+  return Utf8(char32_t{code == 0 ? kReplacement : code});
 }
 
 /// Gathers the text: white space only between words and cells, no empty lines.

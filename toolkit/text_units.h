@@ -4,10 +4,9 @@
 #include <string>
 #include <string_view>
 
-namespace zuvi {
+#include "base/text.h"
 
-inline bool IsHighSurrogate(char16_t c) { return c >= 0xD800 && c < 0xDC00; }
-inline bool IsLowSurrogate(char16_t c) { return c >= 0xDC00 && c < 0xE000; }
+namespace zuvi {
 
 /// Whether position `at` lies between the two halves of a pair.
 inline bool SplitsPair(std::u16string_view text, std::size_t at) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/formato.h"
 #include "base/text.h"
 
 namespace zuvi {
@@ -79,8 +80,7 @@ void VentanaModulo::LlenaLista(ListView& lista, ProgressBar& barra, const std::s
 }
 
 std::string VentanaModulo::Campo(Recordset& fila, FixedText nombre) {
-  const Value valor = fila.Campo(nombre);
-  return valor.IsNull() ? std::string() : std::string(Recorta(ATexto(valor)));
+  return std::string(Recorta(TextoDe(fila.Campo(nombre))));
 }
 
 void EnfocaSiHabilitado(Control& control) {

@@ -142,6 +142,12 @@ const std::shared_ptr<BaseDatos>& Anfitrion::Base() {
   });
 }
 
+BaseDatos& Anfitrion::BaseDe(const std::shared_ptr<Conexion>& conexion) {
+  if (!conexion) return *Base();
+  if (auto* base = dynamic_cast<BaseDatos*>(conexion.get())) return *base;
+  throw HostError("La conexión no es de este anfitrión");
+}
+
 bool Anfitrion::CreaArchivo(const Ubicacion& lugar, Contenido contenido) const {
   // Beside its place first, so that nobody ever finds it empty or half made, and a program that dies at it
   // leaves nothing under that name.

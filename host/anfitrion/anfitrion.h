@@ -38,26 +38,35 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
 
   Anfitrion(Opciones opciones, std::unique_ptr<Interaccion> interaccion);
 
+  /// The settings in force.
   const Opciones& TraeOpciones() const { return opciones_; }
   /// Changes settings; an open connection is closed when its string changes.
   void PonOpciones(Opciones opciones);
   /// The connection, opened on first use. Opening changes nothing: throws HostError for a database that
   /// cannot be worked with, but for a file that is to be made (`Opciones::crea_archivo`).
   const std::shared_ptr<BaseDatos>& Base();
+  /// The database behind a connection object; the host's own when there is none. Throws HostError for a
+  /// connection that another host made.
+  BaseDatos& BaseDe(const std::shared_ptr<Conexion>& conexion);
   /// What the database holds; a file that is not there holds nothing, and is not made.
   Esquema ExaminaBase();
-  /// Makes the schema in a database that has none. Throws HostError for any other, and when it is there.
+  /// Makes the schema in a database that has none, with the example shop or empty. Throws HostError for any
+  /// other, and when it is there.
   void CreaBase(Contenido contenido);
-  /// Brings a database of an earlier version up to date, and returns which it was.
+  /// Brings a database of an earlier version up to date, and returns which it was. Throws HostError when the
+  /// account may not.
   std::int32_t ActualizaBase();
   /// Whether this host made the tables of the open database.
   bool RecienCreada() const { return recien_creada_; }
-  /// Throws everything in the database away and fills it anew.
+  /// Throws everything in the database away and fills it anew, all or nothing. Throws HostError.
   void RehaceTienda(Contenido contenido = Contenido::Tienda);
+  /// How the user is spoken to; another way from the next message on.
   Interaccion& Usuario() { return *interaccion_; }
   void PonInteraccion(std::unique_ptr<Interaccion> interaccion) { interaccion_ = std::move(interaccion); }
+  /// The trace, for whoever listens or has something to note.
   Traza& TraeTraza() { return traza_; }
-  /// Appends the trace to a file from now on; an empty name ends that.
+  /// Appends the trace to a file from now on; an empty name ends that. Throws HostError when it cannot be
+  /// opened.
   void TrazaEnArchivo(const std::string& ruta);
   /// False when a line of it was lost.
   bool TrazaEntera() const { return !archivo_de_traza_ || archivo_de_traza_->Entera(); }
@@ -70,7 +79,8 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   const Sucedido& LoSucedido() const { return sucedido_; }
   /// A movement of the inventory was posted.
   void AnotaMovimiento() { ++sucedido_.movimientos; }
-  /// Shows a message; asks. Both are noted in the trace and kept for `TomaRegistro`.
+  /// Shows a message; asks, and returns whether the user confirmed. Both are noted in the trace and kept for
+  /// `TomaRegistro`.
   void Mensaje(const std::string& texto, EstiloMensaje estilo);
   bool Pregunta(const std::string& texto);
   /// Shows a written page to the user and notes it in the trace.
@@ -98,6 +108,7 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   /// Keys without a hook let the module's own action go ahead.
   void PonGancho(const std::string& clave, Gancho gancho) { ganchos_[clave] = std::move(gancho); }
   void QuitaGancho(const std::string& clave) { ganchos_.erase(clave); }
+  /// The hook of a key; null when it has none.
   const Gancho* TraeGancho(const std::string& clave) const;
   /// Whether table `procesos` forbids a key; read when the connection is opened.
   bool Vetada(const std::string& clave);
@@ -107,6 +118,7 @@ class Anfitrion : public std::enable_shared_from_this<Anfitrion> {
   void Retiene(const ObjectPtr& objeto) const {
     if (objeto && al_retener_) al_retener_(objeto);
   }
+  /// Who tends that boundary: `aviso` runs for each object that is kept.
   void AlRetener(std::function<void(const ObjectPtr&)> aviso) { al_retener_ = std::move(aviso); }
 
   /// The main window, which gets the focus back when a window of the module closes; null without windows.

@@ -1,5 +1,7 @@
 #include "host/anfitrion/consola.h"
 
+#include <utf8.h>
+
 #include <algorithm>
 #include <cstdint>
 
@@ -14,28 +16,23 @@ namespace {
 
 unsigned char Byte(char c) { return static_cast<unsigned char>(c); }
 
-/// How many bytes the character takes that begins with this one; 0 for a byte that begins none.
-std::size_t LargoDe(unsigned char inicio) {
-  if (inicio < 0x80) return 1;
-  if (inicio >= 0xC2 && inicio <= 0xDF) return 2;
-  if (inicio >= 0xE0 && inicio <= 0xEF) return 3;
-  return inicio >= 0xF0 && inicio <= 0xF4 ? 4 : 0;
-}
-
-/// How many bytes at the beginning of the text belong together: a whole character, or what there is of one.
-std::size_t Juntos(std::string_view texto) {
-  const std::size_t largo = LargoDe(Byte(texto[0]));
-  std::size_t hay = 1;
-  while (hay < largo && hay < texto.size() && (Byte(texto[hay]) & 0xC0) == 0x80) ++hay;
-  return hay;
-}
-
-std::uint32_t Codigo(std::string_view caracter) {
-  const std::size_t largo = caracter.size();
-  std::uint32_t codigo = Byte(caracter[0]);
-  if (largo > 1) codigo &= 0x7Fu >> largo;
-  for (std::size_t i = 1; i < largo; ++i) codigo = codigo << 6 | (Byte(caracter[i]) & 0x3Fu);
-  return codigo;
+/// How much of a text is there whole: a character whose end is still to come is not.
+std::size_t Enteros(std::string_view texto) {
+  if (utf8::is_valid(texto)) return texto.size();
+  const auto cortado = [&](auto inicio) {
+    try {
+      utf8::next(inicio, texto.end());
+    } catch (const utf8::not_enough_room&) {
+      return true;
+    } catch (const utf8::exception&) {
+      // Broken, whatever comes.
+    }
+    return false;
+  };
+  constexpr std::size_t kMasLargoCortado = 3;
+  for (std::size_t i = texto.size() - std::min(texto.size(), kMasLargoCortado); i < texto.size(); ++i)
+    if (cortado(texto.begin() + static_cast<std::ptrdiff_t>(i))) return i;
+  return texto.size();
 }
 
 bool EsMando(std::uint32_t c) {
@@ -61,18 +58,16 @@ bool EsTerminal(std::FILE* archivo) {
 
 std::string Visible(std::string_view texto, bool con_lineas) {
   std::string visible;
-  while (!texto.empty()) {
-    const std::string_view caracter = texto.substr(0, Juntos(texto));
-    texto.remove_prefix(caracter.size());
-    if (caracter.size() != LargoDe(Byte(caracter[0]))) {
-      for (const char c : caracter) visible += "\\x" + Hex(Byte(c), 2);
-    } else if (con_lineas && (caracter == "\n" || caracter == "\t")) {
-      visible += caracter;
-    } else if (const std::uint32_t codigo = Codigo(caracter); EsMando(codigo)) {
-      visible += codigo < 0x80 ? "\\x" + Hex(codigo, 2) : "\\u" + Hex(codigo, 4);
-    } else {
-      visible += caracter;
+  for (auto c = texto.begin(); c != texto.end();) {
+    for (const auto roto = utf8::find_invalid(c, texto.end()); c != roto;) {
+      const auto inicio = c;
+      const std::uint32_t codigo = utf8::unchecked::next(c);
+      if (!EsMando(codigo) || (con_lineas && (codigo == '\n' || codigo == '\t')))
+        visible.append(inicio, c);
+      else
+        visible += codigo < 0x80 ? "\\x" + Hex(codigo, 2) : "\\u" + Hex(codigo, 4);
     }
+    if (c != texto.end()) visible += "\\x" + Hex(Byte(*c++), 2);
   }
   return visible;
 }
@@ -85,14 +80,7 @@ SalidaVisible::int_type SalidaVisible::overflow(int_type c) {
 
 std::streamsize SalidaVisible::xsputn(const char* texto, std::streamsize largo) {
   pendiente_.append(texto, static_cast<std::size_t>(largo));
-  // The last character may go on in the next call.
-  std::size_t ultimo = pendiente_.size();
-  for (std::size_t i = 0; i < pendiente_.size(); i += Juntos(std::string_view(pendiente_).substr(i)))
-    ultimo = i;
-  const bool completo =
-      ultimo == pendiente_.size() ||
-      pendiente_.size() - ultimo >= std::max<std::size_t>(LargoDe(Byte(pendiente_[ultimo])), 1);
-  const std::size_t hasta = completo ? pendiente_.size() : ultimo;
+  const std::size_t hasta = Enteros(pendiente_);
   const std::string visible = Visible(std::string_view(pendiente_).substr(0, hasta), true);
   pendiente_.erase(0, hasta);
   const auto bytes = static_cast<std::streamsize>(visible.size());

@@ -9,6 +9,7 @@
 
 namespace zuvi::host {
 
+/// Whether a stream of the C library ends at a terminal.
 bool EsTerminal(std::FILE* archivo);
 
 /// The text with control characters, marks that turn the direction of writing and broken bytes as "\x1B" or

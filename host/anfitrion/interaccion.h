@@ -13,6 +13,7 @@ namespace zuvi::host {
 class Progreso {
  public:
   virtual ~Progreso() = default;
+  /// Shows that so many steps of the total are done, and two lines of what is being done.
   virtual void Avanza(std::int32_t paso, const std::string& texto, const std::string& texto2) = 0;
 };
 
@@ -21,9 +22,12 @@ class Progreso {
 class Interaccion {
  public:
   virtual ~Interaccion() = default;
+  /// Shows a text until the user has seen it, as the station does that.
   virtual void Mensaje(const std::string& texto, EstiloMensaje estilo) = 0;
   /// True when the user confirms. Without anybody to ask the answer is no.
   virtual bool Pregunta(const std::string& texto) = 0;
+  /// Opens a progress display of `total` steps; `animacion` names a film beside the program that may be
+  /// shown.
   virtual std::unique_ptr<Progreso> AbreProgreso(std::int32_t total, const std::string& titulo,
                                                  const std::string& animacion) = 0;
   /// A page was written that the user asked for: shows it, or makes of it what can be printed. A station

@@ -1,23 +1,21 @@
 #include "host/cli/comandos.h"
 
 #include <algorithm>
-#include <array>
-#include <cmath>
 #include <filesystem>
 #include <iostream>
-#include <sstream>
+#include <iterator>
 
 #include "base/reloj.h"
 #include "component/produccion.h"
 #include "host/anfitrion/anfitrion.h"
 #include "host/anfitrion/interaccion_consola.h"
 #include "host/cli/listados.h"
+#include "host/cli/numeros.h"
 #include "host/odbc/ubicacion.h"
 #include "host/processes/paginas.h"
 #include "host/services/fabrica_anfitrion.h"
 #include "host/shop/ocupadas.h"
 #include "host/shop/ordenes.h"
-#include "host/shop/valuacion.h"
 #include "host/system/pila.h"
 #include "host/system/red.h"
 #include "host/system/rutas.h"
@@ -45,40 +43,10 @@ class EscritorioConsola final : public Desktop {
   int avisos_ = 0;
 };
 
-std::int32_t Entero(const std::string& texto, const char* que) {
-  try {
-    const double numero = NumeroDeTexto(texto);
-    if (numero == static_cast<double>(RedondeaA32(numero))) return RedondeaA32(numero);
-  } catch (const HostError&) {
-    // Told below.
-  }
-  throw MalUso(std::string(que) + " debe ser un número entero, no \"" + texto + "\"");
-}
-
-double Real(const std::string& texto, const char* que) {
-  try {
-    if (const double numero = NumeroDeTexto(texto); std::isfinite(numero)) return numero;
-  } catch (const HostError&) {
-    // Told below.
-  }
-  throw MalUso(std::string(que) + " debe ser un número con punto decimal, no \"" + texto + "\"");
-}
-
-/// Refuses what the shop cannot count out: the operations would post it.
-void ExigePositiva(double cantidad, const std::string& texto, const char* que) {
-  bool contable = false;
-  try {
-    contable = host::RedondeaCantidad(cantidad) > 0;
-  } catch (const HostError&) {
-    // Too large to be kept exactly.
-  }
-  if (!contable) throw MalUso(std::string(que) + " debe ser mayor que cero y contable, no \"" + texto + "\"");
-}
-
 /// One run of the program: the host with its database, and the component.
-class Sesion {
+class Corrida {
  public:
-  Sesion(const LineaDeOrdenes& linea, bool solo_lee)
+  Corrida(const LineaDeOrdenes& linea, bool solo_lee)
       : argumentos_(linea.argumentos), anfitrion_(NuevoAnfitrion(linea, solo_lee)), fabrica_(anfitrion_) {
     produccion_->PonAmbiente(fabrica_.Crea(Ambiente::kProgId));
   }
@@ -142,18 +110,18 @@ Salida Falla(const std::string& texto) {
 }
 
 /// How an assembly or a disassembly ended.
-Salida Resultado(const Sesion& sesion) {
-  if (sesion.Avisos() > 0)
-    return Falla("La operación no terminó; movimientos aplicados: " + std::to_string(sesion.Movimientos()));
-  if (sesion.Movimientos() == 0)
+Salida Resultado(const Corrida& corrida) {
+  if (corrida.Avisos() > 0)
+    return Falla("La operación no terminó; movimientos aplicados: " + std::to_string(corrida.Movimientos()));
+  if (corrida.Movimientos() == 0)
     return Falla("No se hizo nada: el artículo no tiene componentes o el proceso está vetado");
-  std::cout << "Hecho: " << sesion.Movimientos() << " movimientos\n";
+  std::cout << "Hecho: " << corrida.Movimientos() << " movimientos\n";
   return Salida::Hecho;
 }
 
 /// Nothing is posted for a key that is no article's: a component would be taken from stock for nobody.
-bool HayArticulo(Sesion& sesion, const std::string& articulo) {
-  host::BaseDatos& base = sesion.Base();
+bool HayArticulo(Corrida& corrida, const std::string& articulo) {
+  host::BaseDatos& base = corrida.Base();
   return !base.Consulta("SELECT articulo FROM prods WHERE articulo = " +
                         host::Literal(base.TraeMotor(), articulo))
               ->Eof();
@@ -161,116 +129,100 @@ bool HayArticulo(Sesion& sesion, const std::string& articulo) {
 
 Salida NoHayArticulo(const std::string& articulo) { return Falla("El artículo " + articulo + " no existe"); }
 
-Salida Ensambla(Sesion& sesion) {
-  if (!HayArticulo(sesion, sesion.Texto(0))) return NoHayArticulo(sesion.Texto(0));
-  const std::int32_t almacen = Entero(sesion.Texto(1), "El almacén");
-  const std::int32_t cantidad = Entero(sesion.Texto(2), "La cantidad");
-  sesion.TraeProduccion().Ensamble(sesion.Texto(0), almacen, cantidad, sesion.Orden(3));
-  return Resultado(sesion);
+Salida Ensambla(Corrida& corrida) {
+  if (!HayArticulo(corrida, corrida.Texto(0))) return NoHayArticulo(corrida.Texto(0));
+  const std::int32_t almacen = Entero(corrida.Texto(1), "El almacén");
+  const std::int32_t cantidad = Entero(corrida.Texto(2), "La cantidad");
+  corrida.TraeProduccion().Ensamble(corrida.Texto(0), almacen, cantidad, corrida.Orden(3));
+  return Resultado(corrida);
 }
 
-Salida Desensambla(Sesion& sesion) {
-  if (!HayArticulo(sesion, sesion.Texto(0))) return NoHayArticulo(sesion.Texto(0));
-  const double cantidad = Real(sesion.Texto(1), "La cantidad");
-  const std::int32_t almacen = Entero(sesion.Texto(2), "El almacén");
-  sesion.TraeProduccion().Desensamble(sesion.Texto(0), cantidad, almacen, sesion.Orden(3));
-  return Resultado(sesion);
+Salida Desensambla(Corrida& corrida) {
+  if (!HayArticulo(corrida, corrida.Texto(0))) return NoHayArticulo(corrida.Texto(0));
+  const double cantidad = Real(corrida.Texto(1), "La cantidad");
+  const std::int32_t almacen = Entero(corrida.Texto(2), "El almacén");
+  corrida.TraeProduccion().Desensamble(corrida.Texto(0), cantidad, almacen, corrida.Orden(3));
+  return Resultado(corrida);
 }
 
-Salida Entrega(Sesion& sesion) {
-  const std::int32_t op = sesion.Orden(0);
-  const std::string numero = Decimal(op);
-  host::BaseDatos& base = sesion.Base();
-  if (!host::HayOrden(base, op)) return Falla("La orden " + numero + " no existe");
+Salida Entrega(Corrida& corrida) {
+  const std::int32_t op = corrida.Orden(0);
+  host::BaseDatos& base = corrida.Base();
+  if (!host::HayOrden(base, op)) return Falla(host::DeOrden(op).no_existe);
   const host::PartidasDeOrden partidas(base, op);
-  if (partidas.cuantas == 0) return Falla("La orden " + numero + " no tiene partidas que entregar");
-  if (partidas.por_entregar.empty() &&
-      !sesion.TraeAnfitrion().Pregunta("La orden " + numero + " ya está entregada. ¿Entregarla otra vez?"))
+  if (partidas.cuantas == 0) return Falla(host::DeOrden(op).sin_partidas);
+  if (partidas.por_entregar.empty() && !corrida.TraeAnfitrion().Pregunta(host::DeOrden(op).ya_entregada))
     return Falla("No se entregó nada");
 
-  sesion.TraeProduccion().EntregaProductoTerminado(op);
+  corrida.TraeProduccion().EntregaProductoTerminado(op);
   if (const std::string resto = host::PartidasDeOrden(base, op).por_entregar; !resto.empty())
     return Falla("La entrega no terminó; queda por marcar como terminado:\n" + resto +
-                 "Movimientos aplicados: " + std::to_string(sesion.Movimientos()));
-  if (sesion.Avisos() > 0)
+                 "Movimientos aplicados: " + std::to_string(corrida.Movimientos()));
+  if (corrida.Avisos() > 0)
     return Falla("La orden quedó marcada como terminada, pero hubo partidas con error");
-  std::cout << "Orden " << numero << " entregada: " << sesion.Movimientos() << " movimientos\n";
+  std::cout << "Orden " << op << " entregada: " << corrida.Movimientos() << " movimientos\n";
   return Salida::Hecho;
 }
 
-Salida Cancela(Sesion& sesion) {
-  const std::int32_t op = sesion.Orden(0);
-  if (!host::HayOrden(sesion.Base(), op)) return Falla("La orden " + Decimal(op) + " no existe");
-  if (!sesion.TraeProduccion().CancelaOp(op)) return Falla("La orden " + Decimal(op) + " no se canceló");
-  const bool cerrada = host::HayOrden(sesion.Base(), op);
+Salida Cancela(Corrida& corrida) {
+  const std::int32_t op = corrida.Orden(0);
+  if (!host::HayOrden(corrida.Base(), op)) return Falla(host::DeOrden(op).no_existe);
+  if (!corrida.TraeProduccion().CancelaOp(op)) return Falla(host::DeOrden(op).no_cancelada);
+  const bool cerrada = host::HayOrden(corrida.Base(), op);
   std::cout << "Orden " << op << (cerrada ? " cerrada\n" : " cancelada\n");
   return Salida::Hecho;
 }
 
-Salida Folio(Sesion& sesion) {
-  host::FabricaAnfitrion fabrica(sesion.TraeAnfitrion().shared_from_this());
+Salida Folio(Corrida& corrida) {
+  host::FabricaAnfitrion fabrica(corrida.TraeAnfitrion().shared_from_this());
   std::int32_t documento = 0;
-  std::cout << fabrica.Nuevo<AccesoDatos>()->SiguienteFolio(sesion.Texto(0), sesion.TraeAnfitrion().Base(),
+  std::cout << fabrica.Nuevo<AccesoDatos>()->SiguienteFolio(corrida.Texto(0), corrida.TraeAnfitrion().Base(),
                                                             documento, nullptr)
             << '\n';
   return Salida::Hecho;
 }
 
-Salida Existencias(Sesion& sesion) {
-  EscribeExistencias(std::cout, sesion.Base(), sesion.Cuantos() > 0 ? sesion.Texto(0) : "");
+Salida Existencias(Corrida& corrida) {
+  EscribeExistencias(std::cout, corrida.Base(), corrida.Cuantos() > 0 ? corrida.Texto(0) : "");
   return Salida::Hecho;
 }
-Salida Ordenes(Sesion& sesion) {
-  EscribeOrdenes(std::cout, sesion.Base());
+Salida Ordenes(Corrida& corrida) {
+  EscribeOrdenes(std::cout, corrida.Base());
   return Salida::Hecho;
 }
-Salida UnaOrden(Sesion& sesion) {
-  EscribeOrden(std::cout, sesion.Base(), sesion.Orden(0));
+Salida UnaOrden(Corrida& corrida) {
+  EscribeOrden(std::cout, corrida.Base(), corrida.Orden(0));
   return Salida::Hecho;
 }
-Salida Imprime(Sesion& sesion) {
-  host::FabricaAnfitrion fabrica(sesion.TraeAnfitrion().shared_from_this());
-  fabrica.Nuevo<ControlProcesos>()->ImprimeReporte("ORDENP", sesion.Orden(0), nullptr, nullptr);
+Salida Imprime(Corrida& corrida) {
+  host::FabricaAnfitrion fabrica(corrida.TraeAnfitrion().shared_from_this());
+  fabrica.Nuevo<ControlProcesos>()->ImprimeReporte("ORDENP", corrida.Orden(0), nullptr, nullptr);
   return Salida::Hecho;
 }
-Salida Kit(Sesion& sesion) {
-  EscribeKit(std::cout, sesion.Base(), sesion.Texto(0));
+Salida Kit(Corrida& corrida) {
+  EscribeKit(std::cout, corrida.Base(), corrida.Texto(0));
   return Salida::Hecho;
 }
-Salida Ocupadas(Sesion& sesion) {
-  EscribeOcupadas(std::cout, sesion.Base());
+Salida Ocupadas(Corrida& corrida) {
+  EscribeOcupadas(std::cout, corrida.Base());
   return Salida::Hecho;
 }
-Salida Libera(Sesion& sesion) {
-  const std::int32_t op = sesion.Orden(0);
-  if (!host::LiberaOrden(sesion.Base(), op, sesion.TraeAnfitrion().TraeOpciones().usuario))
-    return Falla("La orden " + Decimal(op) + " no está ocupada");
+Salida Libera(Corrida& corrida) {
+  const std::int32_t op = corrida.Orden(0);
+  if (!host::LiberaOrden(corrida.Base(), op, corrida.TraeAnfitrion().TraeOpciones().usuario))
+    return Falla(host::DeOrden(op).no_ocupada);
   std::cout << "Orden " << op << " liberada\n";
   return Salida::Hecho;
 }
-Salida Consulta(Sesion& sesion) {
-  sesion.Base().SoloLectura();
-  EscribeConsulta(std::cout, sesion.Base(), sesion.Texto(0));
+Salida Consulta(Corrida& corrida) {
+  corrida.Base().SoloLectura();
+  EscribeConsulta(std::cout, corrida.Base(), corrida.Texto(0));
   return Salida::Hecho;
 }
 
-Salida Revisa(Sesion& sesion) {
-  const bool cuadra = EscribeRevision(std::cout, sesion.Base());
+Salida RevisaExistencias(Corrida& corrida) {
+  const bool cuadra = EscribeRevision(std::cout, corrida.Base());
   return cuadra ? Salida::Hecho : Falla("Las existencias no cuadran con los movimientos");
-}
-
-/// Refuses arguments that are no numbers where the command wants numbers, before anything is opened.
-void ExigeNumeros(const std::string& forma, const std::vector<std::string>& argumentos) {
-  std::istringstream nombres(forma);
-  std::string nombre;
-  for (const std::string& argumento : argumentos) {
-    nombres >> nombre;
-    if (nombre == "OP" || nombre == "[OP]") Entero(argumento, "La orden");
-    if (nombre == "ALMACEN") Entero(argumento, "El almacén");
-    if (nombre == "CANTIDAD") ExigePositiva(Real(argumento, "La cantidad"), argumento, "La cantidad");
-    if (nombre == "KITS")
-      ExigePositiva(Entero(argumento, "La cantidad de kits"), argumento, "La cantidad de kits");
-  }
 }
 
 /// What a command does with the database; the makers of one may find none.
@@ -283,23 +235,23 @@ struct Comando {
   std::size_t maximo;
   Uso uso;
   const char* que;
-  Salida (*corre)(Sesion&, const LineaDeOrdenes&);
+  Salida (*corre)(Corrida&, const LineaDeOrdenes&);
 };
 
-template <Salida (*corre)(Sesion&)>
-Salida Sola(Sesion& sesion, const LineaDeOrdenes&) {
-  return corre(sesion);
+template <Salida (*corre)(Corrida&)>
+Salida Sola(Corrida& corrida, const LineaDeOrdenes&) {
+  return corre(corrida);
 }
 
-Salida Crea(Sesion& sesion, const LineaDeOrdenes& linea) {
-  host::Anfitrion& anfitrion = sesion.TraeAnfitrion();
+Salida Crea(Corrida& corrida, const LineaDeOrdenes& linea) {
+  host::Anfitrion& anfitrion = corrida.TraeAnfitrion();
   const host::Contenido contenido = linea.vacia ? host::Contenido::Vacio : host::Contenido::Tienda;
   const std::string nombre = linea.vacia ? "Base vacía" : "Tienda de ejemplo";
   using enum host::EstadoEsquema;
-  if (sesion.Examina({Falta, AMedias, Listo}) != Listo) {
+  if (corrida.Examina({Falta, AMedias, Listo}) != Listo) {
     anfitrion.CreaBase(contenido);
   } else {
-    sesion.Base();
+    corrida.Base();
     if (!anfitrion.Pregunta("La base ya existe. ¿Rehacerla (" + nombre + ")? Se perderá todo lo capturado."))
       return Falla("No se tocó nada");
     anfitrion.RehaceTienda(contenido);
@@ -308,38 +260,38 @@ Salida Crea(Sesion& sesion, const LineaDeOrdenes& linea) {
   return Salida::Hecho;
 }
 
-Salida Actualiza(Sesion& sesion, const LineaDeOrdenes&) {
+Salida Actualiza(Corrida& corrida, const LineaDeOrdenes&) {
   const std::string actual = Decimal(host::kVersionEsquema);
   using enum host::EstadoEsquema;
-  sesion.Examina({Antiguo, Roto, Listo});
-  const std::int32_t version = sesion.TraeAnfitrion().ActualizaBase();
+  corrida.Examina({Antiguo, Roto, Listo});
+  const std::int32_t version = corrida.TraeAnfitrion().ActualizaBase();
   std::cout << (version == host::kVersionEsquema
                     ? "La base ya es de la versión " + actual + "\n"
                     : "La base era de la versión " + Decimal(version) + " y quedó en la " + actual + "\n");
   return Salida::Hecho;
 }
 
-constexpr std::array kComandos{
-    Comando{"ensambla", "ARTICULO ALMACEN KITS [OP]", 3, 4, Uso::Escribe,
-            "arma kits y los da de alta en el almacén", Sola<Ensambla>},
-    Comando{"desensambla", "ARTICULO CANTIDAD ALMACEN [OP]", 3, 4, Uso::Escribe, "desarma kits del almacén",
-            Sola<Desensambla>},
-    Comando{"entrega", "OP", 1, 1, Uso::Escribe, "entrega el producto terminado de una orden", Sola<Entrega>},
-    Comando{"cancela", "OP", 1, 1, Uso::Escribe, "cancela una orden, o la cierra si está confirmada",
-            Sola<Cancela>},
-    Comando{"folio", "CLAVE", 1, 1, Uso::Escribe, "toma el siguiente folio de una clave", Sola<Folio>},
-    Comando{"existencias", "[ARTICULO]", 0, 1, Uso::Lee, "existencias, costos y valor", Sola<Existencias>},
-    Comando{"ordenes", "", 0, 0, Uso::Lee, "lista de órdenes", Sola<Ordenes>},
-    Comando{"orden", "OP", 1, 1, Uso::Lee, "una orden con sus partidas", Sola<UnaOrden>},
-    Comando{"imprime", "OP", 1, 1, Uso::Lee, "escribe la página imprimible de una orden", Sola<Imprime>},
-    Comando{"kit", "ARTICULO", 1, 1, Uso::Lee, "receta de un kit con sus costos", Sola<Kit>},
-    Comando{"ocupadas", "", 0, 0, Uso::Lee, "órdenes marcadas como ocupadas", Sola<Ocupadas>},
-    Comando{"libera", "OP", 1, 1, Uso::Escribe, "quita la marca de ocupada a una orden", Sola<Libera>},
-    Comando{"consulta", "SQL", 1, 1, Uso::Lee, "muestra el resultado de una consulta", Sola<Consulta>},
-    Comando{"revisa", "", 0, 0, Uso::Lee, "compara existencias y costos con los movimientos", Sola<Revisa>},
-    Comando{"crea", "[--vacia]", 0, 0, Uso::Prepara,
-            "crea la tienda de ejemplo, o una base vacía; o la rehace", Crea},
-    Comando{"actualiza", "", 0, 0, Uso::Prepara, "pone al día una base de una versión anterior", Actualiza},
+constexpr Comando kComandos[] = {
+    {"ensambla", "ARTICULO ALMACEN KITS [OP]", 3, 4, Uso::Escribe, "arma kits y los da de alta en el almacén",
+     Sola<Ensambla>},
+    {"desensambla", "ARTICULO CANTIDAD ALMACEN [OP]", 3, 4, Uso::Escribe, "desarma kits del almacén",
+     Sola<Desensambla>},
+    {"entrega", "OP", 1, 1, Uso::Escribe, "entrega el producto terminado de una orden", Sola<Entrega>},
+    {"cancela", "OP", 1, 1, Uso::Escribe, "cancela una orden, o la cierra si está confirmada", Sola<Cancela>},
+    {"folio", "CLAVE", 1, 1, Uso::Escribe, "toma el siguiente folio de una clave", Sola<Folio>},
+    {"existencias", "[ARTICULO]", 0, 1, Uso::Lee, "existencias, costos y valor", Sola<Existencias>},
+    {"ordenes", "", 0, 0, Uso::Lee, "lista de órdenes", Sola<Ordenes>},
+    {"orden", "OP", 1, 1, Uso::Lee, "una orden con sus partidas", Sola<UnaOrden>},
+    {"imprime", "OP", 1, 1, Uso::Lee, "escribe la página imprimible de una orden", Sola<Imprime>},
+    {"kit", "ARTICULO", 1, 1, Uso::Lee, "receta de un kit con sus costos", Sola<Kit>},
+    {"ocupadas", "", 0, 0, Uso::Lee, "órdenes marcadas como ocupadas", Sola<Ocupadas>},
+    {"libera", "OP", 1, 1, Uso::Escribe, "quita la marca de ocupada a una orden", Sola<Libera>},
+    {"consulta", "SQL", 1, 1, Uso::Lee, "muestra el resultado de una consulta", Sola<Consulta>},
+    {"revisa", "", 0, 0, Uso::Lee, "compara existencias y costos con los movimientos",
+     Sola<RevisaExistencias>},
+    {"crea", "[--vacia]", 0, 0, Uso::Prepara, "crea la tienda de ejemplo, o una base vacía; o la rehace",
+     Crea},
+    {"actualiza", "", 0, 0, Uso::Prepara, "pone al día una base de una versión anterior", Actualiza},
 };
 
 /// A SQLite file that the engine finds broken on the way.
@@ -353,14 +305,14 @@ Salida SinBase(const std::string& texto) {
   return Salida::SinBase;
 }
 
-Salida Corre(const Comando& comando, const LineaDeOrdenes& linea, Sesion& sesion) {
+Salida Corre(const Comando& comando, const LineaDeOrdenes& linea, Corrida& corrida) {
   try {
-    if (comando.uso != Uso::Prepara) sesion.Base();
-    return comando.corre(sesion, linea);
+    if (comando.uso != Uso::Prepara) corrida.Base();
+    return comando.corre(corrida, linea);
   } catch (const HostError& error) {
-    if (!sesion.Abierta()) return SinBase(error.what());
+    if (!corrida.Abierta()) return SinBase(error.what());
     if (!EsDanio(error)) throw;
-    return SinBase(host::Ubicacion(sesion.TraeAnfitrion().TraeOpciones()).Explica(error).what());
+    return SinBase(host::Ubicacion(corrida.TraeAnfitrion().TraeOpciones()).Explica(error).what());
   }
 }
 
@@ -401,14 +353,14 @@ std::string Ayuda() {
 Salida Corre(const LineaDeOrdenes& linea) {
   const auto comando =
       std::ranges::find_if(kComandos, [&](const Comando& c) { return c.nombre == linea.comando; });
-  if (comando == kComandos.end()) throw MalUso("No se conoce el comando " + linea.comando);
+  if (comando == std::end(kComandos)) throw MalUso("No se conoce el comando " + linea.comando);
   if (linea.argumentos.size() < comando->minimo || linea.argumentos.size() > comando->maximo)
     throw MalUso("Uso: zuvi " + linea.comando + " " + comando->argumentos);
 
   ExigeNumeros(comando->argumentos, linea.argumentos);
-  Sesion sesion(linea, comando->uso == Uso::Lee);
-  const Salida salida = Corre(*comando, linea, sesion);
-  if (sesion.TraeAnfitrion().TrazaEntera()) return salida;
+  Corrida corrida(linea, comando->uso == Uso::Lee);
+  const Salida salida = Corre(*comando, linea, corrida);
+  if (corrida.TraeAnfitrion().TrazaEntera()) return salida;
   const Salida con_traza = Falla("No se pudo escribir la traza en " + linea.traza);
   return salida == Salida::Hecho ? con_traza : salida;
 }

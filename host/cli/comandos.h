@@ -8,7 +8,8 @@ namespace zuvi::cli {
 
 /// The text of `zuvi --help`.
 std::string Ayuda();
-/// Runs one command. Throws MalUso, and HostError for what failed and was not told yet.
+/// Runs the command of the line on the database that it names. Throws MalUso, and HostError for what failed
+/// and was not told yet.
 Salida Corre(const LineaDeOrdenes& linea);
 
 }  // namespace zuvi::cli

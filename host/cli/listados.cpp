@@ -17,7 +17,6 @@ using host::BaseDatos;
 using host::DiaDe;
 using host::Literal;
 using host::NumeroDe;
-using host::TextoDe;
 using host::TextoImporte;
 
 constexpr const char* kIso = "yyyy-MM-dd";
@@ -139,7 +138,7 @@ void EscribeOrdenes(std::ostream& salida, BaseDatos& base) {
 void EscribeOrden(std::ostream& salida, BaseDatos& base, std::int32_t op) {
   const std::string numero = Decimal(op);
   const auto orden = base.Consulta("SELECT * FROM op WHERE op = " + numero);
-  if (orden->Eof()) throw HostError("La orden " + numero + " no existe");
+  if (orden->Eof()) throw HostError(host::DeOrden(op).no_existe);
   salida << "Orden " << numero << "  " << EstadoDe(*orden) << "  almacén " << TextoDe(orden->Campo("almacen"))
          << "  emitida " << Dia(orden->Campo("f_emision")) << "  entrega "
          << Dia(orden->Campo("fechaEntrega")) << "  usuario " << TextoDe(orden->Campo("usuario")) << '\n';

@@ -1,3 +1,5 @@
+// host/cli/: the program `zuvi`: the batch operations and lists of the shop from the command line. Here: the
+// command line itself, read.
 #pragma once
 
 #include <optional>
@@ -20,9 +22,9 @@ class MalUso : public std::runtime_error {
 struct LineaDeOrdenes {
   std::string comando;
   std::vector<std::string> argumentos;
-  std::string base;
-  std::string usuario;
-  std::string idioma;
+  std::string base = "zuvi.db";
+  std::string usuario = "ADMIN";
+  std::string idioma = "es";
   std::string traza;
   std::string reportes;
   std::optional<bool> respuesta;

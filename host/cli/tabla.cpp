@@ -1,5 +1,7 @@
 #include "host/cli/tabla.h"
 
+#include <utf8.h>
+
 #include <algorithm>
 
 #include "host/anfitrion/consola.h"
@@ -7,10 +9,10 @@
 namespace zuvi::cli {
 namespace {
 
-/// Characters of a UTF-8 text.
+/// Characters of a text; what is broken in it counts as one.
 std::size_t Largo(const std::string& texto) {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(texto, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+  const std::string entero = utf8::replace_invalid(texto);
+  return static_cast<std::size_t>(utf8::unchecked::distance(entero.begin(), entero.end()));
 }
 
 }  // namespace

@@ -11,8 +11,10 @@ namespace zuvi::cli {
 class Tabla {
  public:
   explicit Tabla(std::vector<std::string> encabezados);
+  /// One cell for each heading.
   void Agrega(std::vector<std::string> fila) { filas_.push_back(std::move(fila)); }
   bool Vacia() const { return filas_.size() == 1; }
+  /// Headings and rows, as wide as the longest cell; on a terminal a cell is one line.
   void Escribe(std::ostream& salida) const;
 
  private:

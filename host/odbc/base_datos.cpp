@@ -14,59 +14,62 @@
 namespace zuvi::host {
 namespace {
 
-using Reloj = std::chrono::steady_clock;
+using Clock = std::chrono::steady_clock;
 
 /// A connection that nobody used for so long is tried before something is written by it: servers and
 /// networks cut idle ones.
-constexpr auto kOciosa = std::chrono::seconds(5);
+constexpr auto kIdle = std::chrono::seconds(5);
 /// A loss noticed within this time is a cut, not a server that does not answer.
-constexpr auto kCorte = std::chrono::seconds(1);
+constexpr auto kCutWithin = std::chrono::seconds(1);
 
 /// What is open while the connection is: the statement goes before its connection does.
-struct Sesion {
-  explicit Sesion(const std::string& cadena)
-      : enlace(cadena, LimitesDelEntorno()),
-        sentencia(enlace.Get(), enlace.TraeMotor(), enlace.TraeForma()) {}
+struct Session {
+  explicit Session(const std::string& connection_string)
+      : connection(connection_string, LimitsFromEnvironment()),
+        statement(connection.Get(), connection.GetEngine(), connection.TextEncoding()) {}
   /// Forgets both without touching them again.
-  void Abandona() {
-    sentencia.Abandona();
-    enlace.Abandona();
+  void Abandon() {
+    statement.Abandon();
+    connection.Abandon();
   }
-  EnlaceOdbc enlace;
-  Sentencia sentencia;
+  OdbcConnection connection;
+  Statement statement;
 };
 
-class BaseDatosOdbc final : public BaseDatos {
+class OdbcDatabase final : public BaseDatos {
  public:
-  BaseDatosOdbc(const std::string& cadena, const Traza& traza)
-      : cadena_(cadena), traza_(traza), sesion_(std::in_place, cadena), motor_(sesion_->enlace.TraeMotor()) {}
+  OdbcDatabase(const std::string& connection_string, const Traza& trace)
+      : connection_string_(connection_string),
+        trace_(trace),
+        session_(std::in_place, connection_string),
+        engine_(session_->connection.GetEngine()) {}
 
-  Motor TraeMotor() const override { return motor_; }
-  std::string Archivo() const override { return sesion_ ? sesion_->enlace.Archivo() : std::string(); }
+  Motor TraeMotor() const override { return engine_; }
+  std::string Archivo() const override { return session_ ? session_->connection.File() : std::string(); }
   std::shared_ptr<Recordset> Consulta(const std::string& sql) override {
-    return Abre(sql, Corre(sql, Revisada(sql), [&](Sentencia& s) { return s.Lee(sql); }));
+    return RowsOf(sql, Run(sql, Checked(sql), [&](Statement& s) { return s.Query(sql); }));
   }
   std::int64_t Ejecuta(const std::string& sql) override {
-    return Corre(sql, Revisada(sql), [&](Sentencia& s) { return s.Corre(sql); });
+    return Run(sql, Checked(sql), [&](Statement& s) { return s.Run(sql); });
   }
   void EjecutaEsquema(const std::string& sql) override {
-    Corre(sql, Genero::Escritura, [&](Sentencia& s) { return s.Corre(sql); });
+    Run(sql, StatementKind::Write, [&](Statement& s) { return s.Run(sql); });
   }
   void Cierra() override {
-    cerrada_ = true;
-    sesion_.reset();
+    closed_ = true;
+    session_.reset();
   }
   void SoloLectura() override {
-    solo_lectura_ = true;
-    if (sesion_) sesion_->enlace.SoloLectura();
+    read_only_ = true;
+    if (session_) session_->connection.SetReadOnly();
   }
-  void AlReabrir(std::function<void()> comprobacion) override { comprobacion_ = std::move(comprobacion); }
-  bool SePerdio() const override { return se_perdio_; }
+  void AlReabrir(std::function<void()> check) override { check_ = std::move(check); }
+  bool SePerdio() const override { return was_lost_; }
   void OlvidaPerdida() override;
 
   // As automation clients see it.
-  ObjectPtr Execute(const std::string& sql, Value& tocadas, const Value& opciones);
-  std::int32_t State() { return cerrada_ ? 0 : 1; }
+  ObjectPtr Execute(const std::string& sql, Value& touched, const Value& options);
+  std::int32_t State() { return closed_ ? 0 : 1; }
   std::string ConnectionString();
   std::int32_t BeginTrans() {
     Ejecuta("BEGIN");
@@ -78,192 +81,194 @@ class BaseDatosOdbc final : public BaseDatos {
 
  private:
   /// Of a transaction that was begun by this connection.
-  enum class Estado { Ninguna, Abierta, Perdida };
+  enum class TransactionState { None, Active, Lost };
 
-  Genero Revisada(const std::string& sql) const {
-    if (solo_lectura_) ExigeSoloLee(sql);
-    return Revisa(motor_, sql);
+  StatementKind Checked(const std::string& sql) const {
+    if (read_only_) RequireReading(sql);
+    return Revisa(engine_, sql);
   }
-  /// Runs `cuerpo` on the one statement handle, with all that a lost connection asks for.
-  template <class Cuerpo>
-  auto Corre(const std::string& sql, Genero genero, Cuerpo cuerpo)
-      -> decltype(cuerpo(std::declval<Sentencia&>()));
-  void Anuncia(const std::string& sql) const;
+  /// Runs `body` on the one statement handle, with all that a lost connection asks for.
+  template <class Body>
+  auto Run(const std::string& sql, StatementKind kind, Body body)
+      -> decltype(body(std::declval<Statement&>()));
+  void Announce(const std::string& sql) const;
   /// The handle for a statement, of a connection that is opened again when it was lost.
-  Sentencia& Lista(Genero genero);
-  void Reabre();
+  Statement& Ready(StatementKind kind);
+  void Reopen();
   /// Finds out that the database is gone while nothing has been written yet.
-  void AntesDeEscribir();
-  void AnotaFin(Genero genero);
+  void BeforeWriting();
+  void NoteEnd(StatementKind kind);
   /// Lets go of a lost connection.
-  void Abandona();
-  /// After the failure of a statement that ran since `inicio`: returns when the statement may run again,
+  void Abandon();
+  /// After the failure of a statement that ran since `start`: returns when the statement may run again,
   /// throws else.
-  void Atiende(const HostError& error, Genero genero, Reloj::time_point inicio, bool repetida);
-  std::shared_ptr<Recordset> Abre(const std::string& sql, Resultado resultado);
+  void HandleFailure(const HostError& error, StatementKind kind, Clock::time_point start, bool repeated);
+  std::shared_ptr<Recordset> RowsOf(const std::string& sql, ResultSet result);
 
-  std::string cadena_;
-  const Traza& traza_;
-  std::optional<Sesion> sesion_;
-  Motor motor_;
-  bool cerrada_ = false;
-  bool solo_lectura_ = false;
-  bool se_perdio_ = false;
-  bool reabriendo_ = false;
-  Estado transaccion_ = Estado::Ninguna;
-  Reloj::time_point ultimo_uso_ = Reloj::now();
-  /// Until then a failed attempt to connect is not made again, but answered by `fallo_`: an attempt that took
-  /// long must not be waited for by every statement of a long operation.
-  Reloj::time_point siguiente_intento_{};
-  std::string fallo_;
-  std::function<void()> comprobacion_;
+  std::string connection_string_;
+  const Traza& trace_;
+  std::optional<Session> session_;
+  Motor engine_;
+  bool closed_ = false;
+  bool read_only_ = false;
+  bool was_lost_ = false;
+  bool reopening_ = false;
+  TransactionState transaction_ = TransactionState::None;
+  Clock::time_point last_use_ = Clock::now();
+  /// Until then a failed attempt to connect is not made again, but answered by `failure_`: an attempt that
+  /// took long must not be waited for by every statement of a long operation.
+  Clock::time_point next_attempt_{};
+  std::string failure_;
+  std::function<void()> check_;
 };
 
-template <class Cuerpo>
-auto BaseDatosOdbc::Corre(const std::string& sql, Genero genero, Cuerpo cuerpo)
-    -> decltype(cuerpo(std::declval<Sentencia&>())) {
-  Anuncia(sql);
-  if (!sesion_ && genero == Genero::Reversion) {
+template <class Body>
+auto OdbcDatabase::Run(const std::string& sql, StatementKind kind, Body body)
+    -> decltype(body(std::declval<Statement&>())) {
+  Announce(sql);
+  if (!session_ && kind == StatementKind::Rollback) {
     // The server has undone it when the connection went.
-    transaccion_ = Estado::Ninguna;
+    transaction_ = TransactionState::None;
     return {};
   }
-  for (bool repetida = false;; repetida = true) {
-    Sentencia& sentencia = Lista(genero);
-    const auto inicio = Reloj::now();
+  for (bool repeated = false;; repeated = true) {
+    Statement& statement = Ready(kind);
+    const auto start = Clock::now();
     try {
-      auto resultado = cuerpo(sentencia);
-      AnotaFin(genero);
-      return resultado;
+      auto result = body(statement);
+      NoteEnd(kind);
+      return result;
     } catch (const HostError& error) {
-      Atiende(error, genero, inicio, repetida);
+      HandleFailure(error, kind, start, repeated);
     }
   }
 }
 
-void BaseDatosOdbc::Anuncia(const std::string& sql) const {
-  if (cerrada_)
+void OdbcDatabase::Announce(const std::string& sql) const {
+  if (closed_)
     throw HostError("Operation is not allowed when the object is closed.", ErrorNumber::AutomationFailure,
                     3704);
   if (sql.empty()) throw HostError("La instrucción está vacía.");
-  if (traza_.Activa()) traza_.Anota(Suceso::Sentencia, sql);
+  if (trace_.Activa()) trace_.Anota(Suceso::Sentencia, sql);
 }
 
-Sentencia& BaseDatosOdbc::Lista(Genero genero) {
-  if (transaccion_ == Estado::Perdida) {
-    if (genero == Genero::Confirmacion) transaccion_ = Estado::Ninguna;
+Statement& OdbcDatabase::Ready(StatementKind kind) {
+  if (transaction_ == TransactionState::Lost) {
+    if (kind == StatementKind::Commit) transaction_ = TransactionState::None;
     throw ConexionPerdida(
         "La transacción se perdió con la conexión y se deshizo entera; no se guardó nada de ella.");
   }
-  if (!sesion_ && genero == Genero::Confirmacion)
+  if (!session_ && kind == StatementKind::Commit)
     throw ConexionPerdida("No hay transacción que confirmar: se perdió con la conexión.");
-  if (!sesion_)
-    Reabre();
-  else if (transaccion_ == Estado::Ninguna && (genero == Genero::Escritura || genero == Genero::Inicio))
-    AntesDeEscribir();
-  return sesion_->sentencia;
+  if (!session_)
+    Reopen();
+  else if (transaction_ == TransactionState::None &&
+           (kind == StatementKind::Write || kind == StatementKind::Begin))
+    BeforeWriting();
+  return session_->statement;
 }
 
-void BaseDatosOdbc::AntesDeEscribir() {
-  if (motor_ == Motor::Sqlite) return sesion_->enlace.ExigeArchivo();
-  if (Reloj::now() - ultimo_uso_ <= kOciosa) return;
+void OdbcDatabase::BeforeWriting() {
+  if (engine_ == Motor::Sqlite) return session_->connection.RequireFile();
+  if (Clock::now() - last_use_ <= kIdle) return;
   try {
-    sesion_->sentencia.Corre("SET @vive = 1");
+    session_->statement.Run("SET @vive = 1");
   } catch (const HostError& error) {
-    if (!EsPerdida(motor_, error)) throw;
-    Abandona();
-    Reabre();
+    if (!IsConnectionLoss(engine_, error)) throw;
+    Abandon();
+    Reopen();
   }
 }
 
-void BaseDatosOdbc::Reabre() {
-  const auto inicio = Reloj::now();
-  if (reabriendo_ || inicio < siguiente_intento_) throw ConexionPerdida(fallo_);
-  const std::shared_ptr<void> al_salir(nullptr, [this](void*) { reabriendo_ = false; });
-  reabriendo_ = true;
+void OdbcDatabase::Reopen() {
+  const auto start = Clock::now();
+  if (reopening_ || start < next_attempt_) throw ConexionPerdida(failure_);
+  const std::shared_ptr<void> on_exit(nullptr, [this](void*) { reopening_ = false; });
+  reopening_ = true;
   try {
-    sesion_.emplace(cadena_);
-    if (solo_lectura_) sesion_->enlace.SoloLectura();
-    if (comprobacion_) comprobacion_();
-    fallo_.clear();
+    session_.emplace(connection_string_);
+    if (read_only_) session_->connection.SetReadOnly();
+    if (check_) check_();
+    failure_.clear();
   } catch (const HostError& error) {
-    if (sesion_ && EsPerdida(motor_, error)) sesion_->Abandona();
-    sesion_.reset();
-    se_perdio_ = true;
-    fallo_ = error.what();
-    siguiente_intento_ = Reloj::now() + (Reloj::now() - inicio);
-    throw ConexionPerdida(fallo_, error.NativeCode());
+    if (session_ && IsConnectionLoss(engine_, error)) session_->Abandon();
+    session_.reset();
+    was_lost_ = true;
+    failure_ = error.what();
+    next_attempt_ = Clock::now() + (Clock::now() - start);
+    throw ConexionPerdida(failure_, error.NativeCode());
   }
 }
 
-void BaseDatosOdbc::AnotaFin(Genero genero) {
-  if (motor_ == Motor::MariaDb) ultimo_uso_ = Reloj::now();
-  if (genero == Genero::Inicio)
-    transaccion_ = Estado::Abierta;
-  else if (genero == Genero::Confirmacion || genero == Genero::Reversion)
-    transaccion_ = Estado::Ninguna;
+void OdbcDatabase::NoteEnd(StatementKind kind) {
+  if (engine_ == Motor::MariaDb) last_use_ = Clock::now();
+  if (kind == StatementKind::Begin)
+    transaction_ = TransactionState::Active;
+  else if (kind == StatementKind::Commit || kind == StatementKind::Rollback)
+    transaction_ = TransactionState::None;
 }
 
-void BaseDatosOdbc::Abandona() {
-  sesion_->Abandona();
-  sesion_.reset();
+void OdbcDatabase::Abandon() {
+  session_->Abandon();
+  session_.reset();
 }
 
-void BaseDatosOdbc::Atiende(const HostError& error, Genero genero, Reloj::time_point inicio, bool repetida) {
-  if (!EsPerdida(motor_, error)) throw Explicado(motor_, error);
+void OdbcDatabase::HandleFailure(const HostError& error, StatementKind kind, Clock::time_point start,
+                                 bool repeated) {
+  if (!IsConnectionLoss(engine_, error)) throw Explained(engine_, error);
   // Within the check after a reopening it has been let go of already.
-  if (sesion_) Abandona();
-  const auto tardo = Reloj::now() - inicio;
-  const bool dentro = transaccion_ == Estado::Abierta;
-  if (!dentro && !repetida && !reabriendo_ && tardo < kCorte &&
-      (genero == Genero::Lectura || genero == Genero::Inicio))
+  if (session_) Abandon();
+  const auto took = Clock::now() - start;
+  const bool in_transaction = transaction_ == TransactionState::Active;
+  if (!in_transaction && !repeated && !reopening_ && took < kCutWithin &&
+      (kind == StatementKind::Read || kind == StatementKind::Begin))
     return;
 
-  std::string texto = tardo < kCorte ? "Se perdió la conexión con el servidor de la base de datos."
-                                     : "El servidor de la base de datos dejó de responder.";
-  bool en_duda = false;
+  std::string text = took < kCutWithin ? "Se perdió la conexión con el servidor de la base de datos."
+                                       : "El servidor de la base de datos dejó de responder.";
+  bool in_doubt = false;
   // What was healed unnoticed does not count: the work goes on.
-  se_perdio_ = true;
-  transaccion_ = Estado::Ninguna;
-  if (genero == Genero::Confirmacion) {
-    en_duda = true;
-    texto += " No se sabe si lo último quedó guardado; revíselo antes de repetirlo.";
-  } else if (dentro && genero != Genero::Reversion) {
-    transaccion_ = Estado::Perdida;
-    texto += " Lo que se estaba guardando se deshizo entero.";
-  } else if (genero == Genero::Escritura) {
-    en_duda = true;
-    texto += " No se sabe si la última instrucción quedó hecha; revíselo antes de repetirla.";
+  was_lost_ = true;
+  transaction_ = TransactionState::None;
+  if (kind == StatementKind::Commit) {
+    in_doubt = true;
+    text += " No se sabe si lo último quedó guardado; revíselo antes de repetirlo.";
+  } else if (in_transaction && kind != StatementKind::Rollback) {
+    transaction_ = TransactionState::Lost;
+    text += " Lo que se estaba guardando se deshizo entero.";
+  } else if (kind == StatementKind::Write) {
+    in_doubt = true;
+    text += " No se sabe si la última instrucción quedó hecha; revíselo antes de repetirla.";
   } else {
-    texto += " La consulta no terminó.";
+    text += " La consulta no terminó.";
   }
   throw ConexionPerdida(
-      texto + " La conexión se abre de nuevo con lo siguiente que haga." + EntreParentesis(error),
-      error.NativeCode(), en_duda);
+      text + " La conexión se abre de nuevo con lo siguiente que haga." + InParentheses(error),
+      error.NativeCode(), in_doubt);
 }
 
-void BaseDatosOdbc::OlvidaPerdida() {
-  se_perdio_ = false;
-  siguiente_intento_ = {};
+void OdbcDatabase::OlvidaPerdida() {
+  was_lost_ = false;
+  next_attempt_ = {};
 }
 
-std::shared_ptr<Recordset> BaseDatosOdbc::Abre(const std::string& sql, Resultado resultado) {
-  auto filas = std::make_shared<RecordsetMemoria>(std::move(resultado));
-  filas->PonOrigen(sql, std::static_pointer_cast<BaseDatos>(shared_from_this()));
-  return filas;
+std::shared_ptr<Recordset> OdbcDatabase::RowsOf(const std::string& sql, ResultSet result) {
+  auto rows = std::make_shared<RecordsetMemoria>(std::move(result));
+  rows->SetOrigin(sql, std::static_pointer_cast<BaseDatos>(shared_from_this()));
+  return rows;
 }
 
-ObjectPtr BaseDatosOdbc::Execute(const std::string& sql, Value& tocadas, const Value& /*opciones*/) {
-  std::int64_t filas = 0;
-  Resultado resultado = Corre(sql, Revisada(sql), [&](Sentencia& s) { return s.Lee(sql, &filas); });
-  tocadas = static_cast<std::int32_t>(filas);
-  return Abre(sql, std::move(resultado));
+ObjectPtr OdbcDatabase::Execute(const std::string& sql, Value& touched, const Value& /*options*/) {
+  std::int64_t rows = 0;
+  ResultSet result = Run(sql, Checked(sql), [&](Statement& s) { return s.Query(sql, &rows); });
+  touched = static_cast<std::int32_t>(rows);
+  return RowsOf(sql, std::move(result));
 }
 
-std::string BaseDatosOdbc::ConnectionString() { return SinClave(cadena_); }
+std::string OdbcDatabase::ConnectionString() { return WithoutPassword(connection_string_); }
 
-const MemberTable* BaseDatosOdbc::Members() const {
-  using B = BaseDatosOdbc;
+const MemberTable* OdbcDatabase::Members() const {
+  using B = OdbcDatabase;
   static const MemberTable table =
       MemberTable::Of<B>()
           .Property<&B::ConnectionString>("ConnectionString")
@@ -279,8 +284,8 @@ const MemberTable* BaseDatosOdbc::Members() const {
 
 }  // namespace
 
-std::shared_ptr<BaseDatos> BaseDatos::Abre(const std::string& cadena, const Traza& traza) {
-  return std::make_shared<BaseDatosOdbc>(cadena, traza);
+std::shared_ptr<BaseDatos> BaseDatos::Abre(const std::string& connection_string, const Traza& trace) {
+  return std::make_shared<OdbcDatabase>(connection_string, trace);
 }
 
 Transaccion::~Transaccion() {

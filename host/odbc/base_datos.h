@@ -13,6 +13,7 @@
 
 namespace zuvi::host {
 
+/// The engines that the host works with.
 enum class Motor { Sqlite, MariaDb };
 
 /// One open ODBC connection, shaped as an ADO connection for automation clients (members `Execute`, `Close`,
@@ -31,6 +32,7 @@ class BaseDatos : public Conexion {
   /// Opens by ODBC connection string ("DRIVER={…};Database=…" or "DRIVER={…};Server=…;…").
   static std::shared_ptr<BaseDatos> Abre(const std::string& cadena, const Traza& traza);
 
+  /// The engine behind the connection, asked once when it is opened.
   virtual Motor TraeMotor() const = 0;
   /// File of a SQLite database by the name that its driver has for it; empty for any other, and while the
   /// connection is lost.
@@ -42,6 +44,7 @@ class BaseDatos : public Conexion {
   /// Runs one schema statement of the host's own as it stands: the body of a trigger holds semicolons, so it
   /// is not looked through for a second statement. Traced like the others.
   virtual void EjecutaEsquema(const std::string& sql) = 0;
+  /// Ends the connection for good: every further statement throws.
   virtual void Cierra() = 0;
 
   /// From now on the engine refuses every change by this connection, and texts that are no queries are not
@@ -67,6 +70,7 @@ class Transaccion {
   Transaccion(const Transaccion&) = delete;
   Transaccion& operator=(const Transaccion&) = delete;
   ~Transaccion();
+  /// Makes it last. Throws HostError; nothing of it is left then, or, by ConexionPerdida, nobody knows.
   void Confirma();
   BaseDatos& Base() const { return base_; }
 

@@ -8,26 +8,26 @@
 namespace zuvi::host {
 namespace {
 
-int DelEntorno(const char* nombre, int si_falta) {
-  constexpr int kMaximo = 3600;
-  const char* texto = std::getenv(nombre);
-  if (!texto || !*texto) return si_falta;
-  char* fin = nullptr;
-  const long segundos = std::strtol(texto, &fin, 10);
-  if (*fin || segundos < 1 || segundos > kMaximo)
-    throw HostError(std::string(nombre) + " debe ser un número entero de segundos, de 1 a 3600, no \"" +
-                    texto + "\"");
-  return static_cast<int>(segundos);
+int FromEnvironment(const char* name, int fallback) {
+  constexpr int kMax = 3600;
+  const char* text = std::getenv(name);
+  if (!text || !*text) return fallback;
+  char* end = nullptr;
+  const long seconds = std::strtol(text, &end, 10);
+  if (*end || seconds < 1 || seconds > kMax)
+    throw HostError(std::string(name) + " debe ser un número entero de segundos, de 1 a 3600, no \"" + text +
+                    "\"");
+  return static_cast<int>(seconds);
 }
 
 }  // namespace
 
-Limites LimitesDelEntorno() {
-  const Limites normales;
-  return {.conexion = DelEntorno("ZUVI_LIMITE_CONEXION", normales.conexion),
-          .lectura = DelEntorno("ZUVI_LIMITE_LECTURA", normales.lectura),
-          .escritura = DelEntorno("ZUVI_LIMITE_ESCRITURA", normales.escritura),
-          .candado = DelEntorno("ZUVI_LIMITE_CANDADO", normales.candado)};
+Limits LimitsFromEnvironment() {
+  const Limits defaults;
+  return {.connect = FromEnvironment("ZUVI_LIMITE_CONEXION", defaults.connect),
+          .read = FromEnvironment("ZUVI_LIMITE_LECTURA", defaults.read),
+          .write = FromEnvironment("ZUVI_LIMITE_ESCRITURA", defaults.write),
+          .lock = FromEnvironment("ZUVI_LIMITE_CANDADO", defaults.lock)};
 }
 
 }  // namespace zuvi::host

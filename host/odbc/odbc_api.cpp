@@ -9,101 +9,101 @@
 namespace zuvi::host {
 namespace {
 
-struct Registro {
-  std::string estado;
-  std::int32_t codigo = 0;
-  std::string texto;
+struct DiagnosticRecord {
+  std::string state;
+  std::int32_t code = 0;
+  std::string text;
 };
 
 /// One record as `Get` (SQLGetDiagRec in either form) gives it.
-template <class Unidad, class Get>
-std::basic_string<Unidad> TextoDe(Get get) {
-  std::basic_string<Unidad> texto(SQL_MAX_MESSAGE_LENGTH, Unidad{});
-  SQLSMALLINT largo = 0;
-  SQLRETURN resultado = get(texto.data(), static_cast<SQLSMALLINT>(texto.size()), &largo);
-  if (resultado == SQL_SUCCESS_WITH_INFO && largo >= static_cast<SQLSMALLINT>(texto.size())) {
-    texto.resize(static_cast<std::size_t>(largo) + 1);
-    resultado = get(texto.data(), static_cast<SQLSMALLINT>(texto.size()), &largo);
+template <class Unit, class Get>
+std::basic_string<Unit> DiagnosticText(Get get) {
+  std::basic_string<Unit> text(SQL_MAX_MESSAGE_LENGTH, Unit{});
+  SQLSMALLINT length = 0;
+  SQLRETURN result = get(text.data(), static_cast<SQLSMALLINT>(text.size()), &length);
+  if (result == SQL_SUCCESS_WITH_INFO && length >= static_cast<SQLSMALLINT>(text.size())) {
+    text.resize(static_cast<std::size_t>(length) + 1);
+    result = get(text.data(), static_cast<SQLSMALLINT>(text.size()), &length);
   }
-  texto.resize(SQL_SUCCEEDED(resultado) && largo > 0 ? static_cast<std::size_t>(largo) : 0);
-  return texto;
+  text.resize(SQL_SUCCEEDED(result) && length > 0 ? static_cast<std::size_t>(length) : 0);
+  return text;
 }
 
-Registro Lee(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {
-  Registro diagnostico;
-  SQLINTEGER codigo = 0;
-  if (forma == Forma::Utf16) {
-    std::array<SQLWCHAR, 6> estado{};
-    const auto texto = TextoDe<char16_t>([&](char16_t* a, SQLSMALLINT n, SQLSMALLINT* largo) {
-      return SQLGetDiagRecW(tipo, handle, 1, estado.data(), &codigo, reinterpret_cast<SQLWCHAR*>(a), n,
-                            largo);
+DiagnosticRecord ReadRecord(SQLSMALLINT type, SQLHANDLE handle, Encoding encoding) {
+  DiagnosticRecord record;
+  SQLINTEGER code = 0;
+  if (encoding == Encoding::Utf16) {
+    std::array<SQLWCHAR, 6> state{};
+    const auto text = DiagnosticText<char16_t>([&](char16_t* a, SQLSMALLINT n, SQLSMALLINT* length) {
+      return SQLGetDiagRecW(type, handle, 1, state.data(), &code, reinterpret_cast<SQLWCHAR*>(a), n, length);
     });
-    diagnostico.texto = Utf8(texto);
-    for (std::size_t i = 0; i < 5 && estado[i] != 0; ++i) diagnostico.estado += static_cast<char>(estado[i]);
+    record.text = Utf8(text);
+    for (std::size_t i = 0; i < 5 && state[i] != 0; ++i) record.state += static_cast<char>(state[i]);
   } else {
-    std::array<SQLCHAR, 6> estado{};
-    diagnostico.texto = TextoDe<char>([&](char* a, SQLSMALLINT n, SQLSMALLINT* largo) {
-      return SQLGetDiagRec(tipo, handle, 1, estado.data(), &codigo, reinterpret_cast<SQLCHAR*>(a), n, largo);
+    std::array<SQLCHAR, 6> state{};
+    record.text = DiagnosticText<char>([&](char* a, SQLSMALLINT n, SQLSMALLINT* length) {
+      return SQLGetDiagRec(type, handle, 1, state.data(), &code, reinterpret_cast<SQLCHAR*>(a), n, length);
     });
-    for (std::size_t i = 0; i < 5 && estado[i] != 0; ++i) diagnostico.estado += static_cast<char>(estado[i]);
+    for (std::size_t i = 0; i < 5 && state[i] != 0; ++i) record.state += static_cast<char>(state[i]);
   }
-  diagnostico.codigo = codigo;
-  return diagnostico;
+  record.code = code;
+  return record;
 }
 
 /// Without the names of driver manager, driver and server in front, which tell a user nothing.
-std::string_view SinPrefijos(std::string_view texto) {
-  while (texto.starts_with('[')) {
-    const std::size_t fin = texto.find(']');
-    if (fin == std::string_view::npos || fin + 1 == texto.size()) break;
-    texto.remove_prefix(fin + 1);
+std::string_view WithoutPrefixes(std::string_view text) {
+  while (text.starts_with('[')) {
+    const std::size_t end = text.find(']');
+    if (end == std::string_view::npos || end + 1 == text.size()) break;
+    text.remove_prefix(end + 1);
   }
-  return Recorta(texto);
+  return Recorta(text);
 }
 
 }  // namespace
 
-Entorno NuevoEntorno() {
-  Entorno entorno;
-  Exige(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, entorno.Out()), SQL_HANDLE_ENV, nullptr,
-        Forma::Utf16);
+EnvironmentHandle NewEnvironment() {
+  EnvironmentHandle environment;
+  Check(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, environment.Out()), SQL_HANDLE_ENV, nullptr,
+        Encoding::Utf16);
   // The version is handed over in the pointer itself.
-  Exige(SQLSetEnvAttr(entorno.Get(), SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0),
-        SQL_HANDLE_ENV, entorno.Get(), Forma::Utf16);
-  return entorno;
+  Check(
+      SQLSetEnvAttr(environment.Get(), SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0),
+      SQL_HANDLE_ENV, environment.Get(), Encoding::Utf16);
+  return environment;
 }
 
-HostError Diagnostico(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {
-  const Registro diagnostico = Lee(tipo, handle, forma);
-  const std::string_view texto = SinPrefijos(diagnostico.texto);
+HostError Diagnostics(SQLSMALLINT type, SQLHANDLE handle, Encoding encoding) {
+  const DiagnosticRecord record = ReadRecord(type, handle, encoding);
+  const std::string_view text = WithoutPrefixes(record.text);
   return HostError(
-      texto.empty() ? std::string("La base de datos falló sin dar explicación.") : std::string(texto),
-      ErrorNumber::AutomationFailure, diagnostico.codigo, diagnostico.estado);
+      text.empty() ? std::string("La base de datos falló sin dar explicación.") : std::string(text),
+      ErrorNumber::AutomationFailure, record.code, record.state);
 }
 
-void LanzaDiagnostico(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {
-  throw Diagnostico(tipo, handle, forma);
+void ThrowDiagnostics(SQLSMALLINT type, SQLHANDLE handle, Encoding encoding) {
+  throw Diagnostics(type, handle, encoding);
 }
 
-bool EsAscii(std::string_view texto) {
+bool IsAscii(std::string_view text) {
   // Eight at a time: every statement passes here.
   std::uint64_t bits = 0;
-  for (; texto.size() >= sizeof bits; texto.remove_prefix(sizeof bits)) {
-    std::uint64_t ocho;
-    std::memcpy(&ocho, texto.data(), sizeof ocho);
-    bits |= ocho;
+  for (; text.size() >= sizeof bits; text.remove_prefix(sizeof bits)) {
+    std::uint64_t eight;
+    std::memcpy(&eight, text.data(), sizeof eight);
+    bits |= eight;
   }
-  for (const char c : texto) bits |= static_cast<unsigned char>(c);
+  for (const char c : text) bits |= static_cast<unsigned char>(c);
   return (bits & 0x8080808080808080u) == 0;
 }
 
-SQLWCHAR* Ancho(const std::u16string& texto) {
+SQLWCHAR* Wide(const std::u16string& text) {
   static_assert(sizeof(SQLWCHAR) == sizeof(char16_t));
-  return const_cast<SQLWCHAR*>(reinterpret_cast<const SQLWCHAR*>(texto.c_str()));
+  return const_cast<SQLWCHAR*>(reinterpret_cast<const SQLWCHAR*>(text.c_str()));
 }
 
-SQLCHAR* Angosto(std::string_view texto) {
-  return const_cast<SQLCHAR*>(reinterpret_cast<const SQLCHAR*>(texto.data()));
+SQLCHAR* Narrow(std::string_view text) {
+  return const_cast<SQLCHAR*>(reinterpret_cast<const SQLCHAR*>(text.data()));
 }
 
 }  // namespace zuvi::host

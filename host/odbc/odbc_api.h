@@ -21,14 +21,14 @@ namespace zuvi::host {
 
 /// In which form texts go through ODBC: UTF-16 by the W functions, or UTF-8 by the plain ones where that is
 /// faster or a driver manager would squeeze UTF-16 into the driver's 8 bits.
-enum class Forma { Utf16, Utf8 };
+enum class Encoding { Utf16, Utf8 };
 
 /// Whether the plain functions hand their texts to the driver as they are. Windows takes them to be in the
 /// ANSI code page, messages included.
 #ifdef _WIN32
-inline constexpr bool kAngostosIntactos = false;
+inline constexpr bool kPlainTextIntact = false;
 #else
-inline constexpr bool kAngostosIntactos = true;
+inline constexpr bool kPlainTextIntact = true;
 #endif
 
 /// A handle of one kind (SQL_HANDLE_ENV, SQL_HANDLE_DBC, SQL_HANDLE_STMT); freed by the destructor.
@@ -45,34 +45,35 @@ class OdbcHandle {
     if (handle_) SQLFreeHandle(kind, handle_);
   }
   SQLHANDLE Get() const { return handle_; }
+  /// Where a call leaves a new handle.
   SQLHANDLE* Out() { return &handle_; }
   /// Forgets the handle without freeing it. For those of a lost connection: drivers have been seen to crash
   /// when one of them is used again, be it to free it. The few kilobytes stay behind.
-  void Abandona() { handle_ = nullptr; }
+  void Abandon() { handle_ = nullptr; }
 
  private:
   SQLHANDLE handle_ = nullptr;
 };
 
-using Entorno = OdbcHandle<SQL_HANDLE_ENV>;
-using Enlace = OdbcHandle<SQL_HANDLE_DBC>;
+using EnvironmentHandle = OdbcHandle<SQL_HANDLE_ENV>;
+using ConnectionHandle = OdbcHandle<SQL_HANDLE_DBC>;
 
 /// An environment of version 3 of the API. Throws HostError.
-Entorno NuevoEntorno();
+EnvironmentHandle NewEnvironment();
 
 /// The first record of what the handle has to say.
-HostError Diagnostico(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma);
+HostError Diagnostics(SQLSMALLINT type, SQLHANDLE handle, Encoding encoding);
 /// Throws it.
-[[noreturn]] void LanzaDiagnostico(SQLSMALLINT tipo, SQLHANDLE handle, Forma forma);
+[[noreturn]] void ThrowDiagnostics(SQLSMALLINT type, SQLHANDLE handle, Encoding encoding);
 /// Lets good results pass (SQL_NO_DATA among them); throws HostError with the diagnostics of the handle else.
-inline void Exige(SQLRETURN resultado, SQLSMALLINT tipo, SQLHANDLE handle, Forma forma) {
-  if (!SQL_SUCCEEDED(resultado) && resultado != SQL_NO_DATA) LanzaDiagnostico(tipo, handle, forma);
+inline void Check(SQLRETURN result, SQLSMALLINT type, SQLHANDLE handle, Encoding encoding) {
+  if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) ThrowDiagnostics(type, handle, encoding);
 }
 
-bool EsAscii(std::string_view texto);
+bool IsAscii(std::string_view text);
 
 /// UTF-16 as the API takes it. The API declares its input texts as not const.
-SQLWCHAR* Ancho(const std::u16string& texto);
-SQLCHAR* Angosto(std::string_view texto);
+SQLWCHAR* Wide(const std::u16string& text);
+SQLCHAR* Narrow(std::string_view text);
 
 }  // namespace zuvi::host

@@ -9,147 +9,148 @@ namespace zuvi::host {
 namespace {
 
 /// In the name of whatever holds a password, misspelled and in Spanish too.
-constexpr std::array kSecretos{"pwd", "pass", "contrase", "clave", "secret"};
+constexpr std::array kSecrets{"pwd", "pass", "contrase", "clave", "secret"};
 /// What only a connection string has, wherever it stands in it.
-constexpr std::array kDelatan{"DRIVER", "DSN", "FILEDSN", "SERVER", "UID", "USER"};
+constexpr std::array kTelltale{"DRIVER", "DSN", "FILEDSN", "SERVER", "UID", "USER"};
 /// Names by which a string is known that lacks what to connect with.
-constexpr std::array kHabituales{"DRIVER", "DSN",      "FILEDSN", "SERVER",  "DATABASE", "UID",     "USER",
-                                 "PWD",    "PASSWORD", "SOCKET",  "CHARSET", "OPTION",   "SAVEFILE"};
+constexpr std::array kUsual{"DRIVER", "DSN",      "FILEDSN", "SERVER",  "DATABASE", "UID",     "USER",
+                            "PWD",    "PASSWORD", "SOCKET",  "CHARSET", "OPTION",   "SAVEFILE"};
 
-template <class Lista>
-bool EsDe(const Lista& lista, std::string_view nombre) {
-  return std::ranges::any_of(lista, [&](const char* uno) { return IgualSinCaso(uno, nombre); });
+template <class List>
+bool IsAnyOf(const List& list, std::string_view name) {
+  return std::ranges::any_of(list, [&](const char* one) { return IgualSinCaso(one, name); });
 }
 
-bool EsSecreto(std::string_view nombre) {
-  const std::string minusculas = Minusculas(nombre);
-  return std::ranges::any_of(kSecretos,
-                             [&](const char* parte) { return minusculas.find(parte) != std::string::npos; });
+bool IsSecret(std::string_view name) {
+  const std::string lower = Minusculas(name);
+  return std::ranges::any_of(kSecrets,
+                             [&](const char* part) { return lower.find(part) != std::string::npos; });
 }
 
 /// Attribute names are words; what has a dot or a slash in it is part of a file's name.
-bool EsPalabra(std::string_view nombre) {
-  return !nombre.empty() && std::ranges::all_of(nombre, [](char c) {
+bool IsName(std::string_view name) {
+  return !name.empty() && std::ranges::all_of(name, [](char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
            c == ' ' || static_cast<unsigned char>(c) >= 0x80;
   });
 }
 
-struct Valor {
-  std::size_t fin = 0;  // at the semicolon after it, or the end of the string
-  bool completo = true;
+struct ParsedValue {
+  std::size_t end = 0;  // at the semicolon after it, or the end of the string
+  bool complete = true;
 };
 
 /// Inside braces a semicolon is part of the value and "}}" is a brace.
-Valor LeeValor(std::string_view cadena, std::size_t desde) {
-  std::size_t i = std::min(cadena.find_first_not_of(' ', desde), cadena.size());
-  Valor valor;
-  if (i < cadena.size() && cadena[i] == '{') {
-    valor.completo = false;
-    for (++i; i < cadena.size(); ++i) {
-      if (cadena[i] != '}') continue;
-      if (i + 1 < cadena.size() && cadena[i + 1] == '}') {
+ParsedValue ReadValue(std::string_view connection_string, std::size_t from) {
+  std::size_t i = std::min(connection_string.find_first_not_of(' ', from), connection_string.size());
+  ParsedValue value;
+  if (i < connection_string.size() && connection_string[i] == '{') {
+    value.complete = false;
+    for (++i; i < connection_string.size(); ++i) {
+      if (connection_string[i] != '}') continue;
+      if (i + 1 < connection_string.size() && connection_string[i + 1] == '}') {
         ++i;
         continue;
       }
       ++i;
-      valor.completo = Recorta(cadena.substr(i, std::min(cadena.find(';', i), cadena.size()) - i)).empty();
+      value.complete = Recorta(connection_string.substr(
+                                   i, std::min(connection_string.find(';', i), connection_string.size()) - i))
+                           .empty();
       break;
     }
   }
-  valor.fin = std::min(cadena.find(';', i), cadena.size());
-  return valor;
+  value.end = std::min(connection_string.find(';', i), connection_string.size());
+  return value;
 }
 
 }  // namespace
 
-CadenaOdbc::CadenaOdbc(std::string_view cadena) {
-  for (std::size_t inicio = 0; inicio < cadena.size();) {
-    const std::size_t igual = cadena.find('=', inicio);
-    const std::size_t corte = std::min(cadena.find(';', inicio), cadena.size());
-    if (corte < igual || igual == std::string_view::npos) {
-      if (!Recorta(cadena.substr(inicio, corte - inicio)).empty() && defecto_.empty())
-        defecto_ = "hay una parte sin «=»";
-      inicio = corte + 1;
+CadenaOdbc::CadenaOdbc(std::string_view connection_string) {
+  for (std::size_t start = 0; start < connection_string.size();) {
+    const std::size_t equals = connection_string.find('=', start);
+    const std::size_t cut = std::min(connection_string.find(';', start), connection_string.size());
+    if (cut < equals || equals == std::string_view::npos) {
+      if (!Recorta(connection_string.substr(start, cut - start)).empty() && defect_.empty())
+        defect_ = "hay una parte sin «=»";
+      start = cut + 1;
       continue;
     }
-    const std::string nombre(Recorta(cadena.substr(inicio, igual - inicio)));
-    const Valor valor = LeeValor(cadena, igual + 1);
-    if (defecto_.empty() && !EsPalabra(nombre)) defecto_ = "hay un valor sin nombre de atributo";
-    if (defecto_.empty() && !valor.completo)
-      defecto_ = "las llaves de " + nombre + " no cierran donde termina";
-    if (!Tiene(nombre))
-      atributos_.emplace_back(nombre, Recorta(cadena.substr(igual + 1, valor.fin - igual - 1)));
-    inicio = valor.fin + 1;
+    const std::string name(Recorta(connection_string.substr(start, equals - start)));
+    const ParsedValue value = ReadValue(connection_string, equals + 1);
+    if (defect_.empty() && !IsName(name)) defect_ = "hay un valor sin nombre de atributo";
+    if (defect_.empty() && !value.complete) defect_ = "las llaves de " + name + " no cierran donde termina";
+    if (!Tiene(name))
+      attributes_.emplace_back(name, Recorta(connection_string.substr(equals + 1, value.end - equals - 1)));
+    start = value.end + 1;
   }
 }
 
-std::string CadenaOdbc::Trae(std::string_view nombre) const {
-  for (const auto& [clave, valor] : atributos_) {
-    if (!IgualSinCaso(clave, nombre)) continue;
-    if (valor.size() < 2 || valor.front() != '{' || valor.back() != '}') return valor;
-    std::string limpio;
-    for (std::size_t i = 1; i + 1 < valor.size(); ++i) {
-      limpio += valor[i];
-      if (valor[i] == '}') ++i;
+std::string CadenaOdbc::Trae(std::string_view name) const {
+  for (const auto& [key, value] : attributes_) {
+    if (!IgualSinCaso(key, name)) continue;
+    if (value.size() < 2 || value.front() != '{' || value.back() != '}') return value;
+    std::string plain;
+    for (std::size_t i = 1; i + 1 < value.size(); ++i) {
+      plain += value[i];
+      if (value[i] == '}') ++i;
     }
-    return limpio;
+    return plain;
   }
   return {};
 }
 
 std::vector<std::string> CadenaOdbc::Nombres() const {
-  std::vector<std::string> nombres;
-  for (const auto& [nombre, valor] : atributos_) nombres.push_back(nombre);
-  return nombres;
+  std::vector<std::string> names;
+  for (const auto& [name, value] : attributes_) names.push_back(name);
+  return names;
 }
 
-bool CadenaOdbc::Tiene(std::string_view nombre) const {
-  return std::ranges::any_of(atributos_,
-                             [&](const auto& atributo) { return IgualSinCaso(atributo.first, nombre); });
+bool CadenaOdbc::Tiene(std::string_view name) const {
+  return std::ranges::any_of(attributes_,
+                             [&](const auto& attribute) { return IgualSinCaso(attribute.first, name); });
 }
 
-void CadenaOdbc::Pon(std::string_view nombre, std::string_view valor) {
-  Quita(nombre);
-  atributos_.emplace_back(nombre, valor);
+void CadenaOdbc::Pon(std::string_view name, std::string_view value) {
+  Quita(name);
+  attributes_.emplace_back(name, value);
 }
 
-void CadenaOdbc::Quita(std::string_view nombre) {
-  std::erase_if(atributos_, [&](const auto& atributo) { return IgualSinCaso(atributo.first, nombre); });
+void CadenaOdbc::Quita(std::string_view name) {
+  std::erase_if(attributes_, [&](const auto& attribute) { return IgualSinCaso(attribute.first, name); });
 }
 
 std::string CadenaOdbc::Texto() const {
-  std::string texto;
-  for (const auto& [clave, valor] : atributos_) texto += clave + "=" + valor + ";";
-  return texto;
+  std::string text;
+  for (const auto& [key, value] : attributes_) text += key + "=" + value + ";";
+  return text;
 }
 
-bool PareceCadena(std::string_view texto) {
+bool LooksLikeConnectionString(std::string_view text) {
   // A file whose name starts like an attribute is given with its folder: "./driver=x".
-  const std::size_t igual = texto.find('=');
-  if (igual == std::string_view::npos) return false;
-  if (texto.substr(0, igual).find_first_of("/\\") != std::string_view::npos) return false;
-  const std::vector<std::string> nombres = CadenaOdbc(texto).Nombres();
-  return !nombres.empty() &&
-         (EsDe(kHabituales, nombres.front()) || std::ranges::any_of(nombres, [](const std::string& nombre) {
-            return EsDe(kDelatan, nombre) || EsSecreto(nombre);
+  const std::size_t equals = text.find('=');
+  if (equals == std::string_view::npos) return false;
+  if (text.substr(0, equals).find_first_of("/\\") != std::string_view::npos) return false;
+  const std::vector<std::string> names = CadenaOdbc(text).Nombres();
+  return !names.empty() &&
+         (IsAnyOf(kUsual, names.front()) || std::ranges::any_of(names, [](const std::string& name) {
+            return IsAnyOf(kTelltale, name) || IsSecret(name);
           }));
 }
 
-std::string SinClave(std::string_view cadena) {
-  CadenaOdbc atributos(cadena);
-  if (atributos.Defecto().empty()) {
-    for (const std::string& nombre : atributos.Nombres())
-      if (EsSecreto(nombre)) atributos.Quita(nombre);
-    return atributos.Texto();
+std::string WithoutPassword(std::string_view connection_string) {
+  CadenaOdbc attributes(connection_string);
+  if (attributes.Defecto().empty()) {
+    for (const std::string& name : attributes.Nombres())
+      if (IsSecret(name)) attributes.Quita(name);
+    return attributes.Texto();
   }
   // Where the string breaks off somewhere, nobody knows where the password ends.
-  const std::string minusculas = Minusculas(cadena);
-  std::size_t corte = std::string::npos;
-  for (const char* parte : kSecretos) corte = std::min(corte, minusculas.find(parte));
-  if (const std::size_t direccion = minusculas.find("://"); direccion != std::string::npos)
-    corte = std::min(corte, direccion + 3);
-  return corte >= cadena.size() ? std::string(cadena) : std::string(cadena.substr(0, corte)) + "…";
+  const std::string lower = Minusculas(connection_string);
+  std::size_t cut = std::string::npos;
+  for (const char* part : kSecrets) cut = std::min(cut, lower.find(part));
+  if (const std::size_t url = lower.find("://"); url != std::string::npos) cut = std::min(cut, url + 3);
+  return cut >= connection_string.size() ? std::string(connection_string)
+                                         : std::string(connection_string.substr(0, cut)) + "…";
 }
 
 }  // namespace zuvi::host

@@ -11,28 +11,31 @@ namespace zuvi::host {
 /// blanks around names and values do not count, and of a name given twice the first one holds.
 class CadenaOdbc {
  public:
-  explicit CadenaOdbc(std::string_view cadena);
+  explicit CadenaOdbc(std::string_view connection_string);
   /// Value without its braces; empty when there is none.
-  std::string Trae(std::string_view nombre) const;
-  bool Tiene(std::string_view nombre) const;
-  void Pon(std::string_view nombre, std::string_view valor);
-  void Quita(std::string_view nombre);
+  std::string Trae(std::string_view name) const;
+  /// Whether the attribute is named, be it without a value.
+  bool Tiene(std::string_view name) const;
+  /// Sets an attribute in place of the one of that name; the value stands as it is given, braces included.
+  void Pon(std::string_view name, std::string_view value);
+  void Quita(std::string_view name);
+  /// The string again: "name=value;" for each attribute.
   std::string Texto() const;
   /// What of the text is no "name=value", in words; empty when all of it was understood.
-  const std::string& Defecto() const { return defecto_; }
+  const std::string& Defecto() const { return defect_; }
   /// Names of the attributes, in the order of the string.
   std::vector<std::string> Nombres() const;
 
  private:
-  std::vector<std::pair<std::string, std::string>> atributos_;  // values as they stand in the string
-  std::string defecto_;
+  std::vector<std::pair<std::string, std::string>> attributes_;  // values as they stand in the string
+  std::string defect_;
 };
 
 /// Whether a text means a connection string rather than the name of a file: it begins with a
 /// usual attribute, or one of the kind that only connection strings have stands anywhere in it, and no folder
 /// stands in front.
-bool PareceCadena(std::string_view texto);
+bool LooksLikeConnectionString(std::string_view text);
 /// The text as it may be shown: passwords are left out, also where the string is not well formed.
-std::string SinClave(std::string_view cadena);
+std::string WithoutPassword(std::string_view connection_string);
 
 }  // namespace zuvi::host

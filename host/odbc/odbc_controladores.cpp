@@ -12,146 +12,151 @@
 namespace zuvi::host {
 namespace {
 
-struct DeMotor {
-  Motor motor;
-  const char* parte;  // of a driver's name, in lower case
-  const char* nombre;
-  const char* se_instala;
-  const char* sin_nombrarlo;
+struct EngineInfo {
+  Motor engine;
+  const char* part;  // of a driver's name, in lower case
+  const char* name;
+  const char* to_install;
+  const char* to_omit_it;
 };
-constexpr std::array kMotores{
-    DeMotor{Motor::Sqlite, "sqlite", "SQLite 3",
-            "en Windows, «SQLite3 ODBC Driver»; en Debian, el paquete libsqliteodbc",
-            "indique sólo el nombre del archivo"},
-    DeMotor{Motor::MariaDb, "mariadb", "MariaDB",
-            "en Windows, «MariaDB Connector/ODBC»; en Debian, el paquete odbc-mariadb",
-            "quite DRIVER=… y deje Server=…"},
+constexpr std::array kEngines{
+    EngineInfo{Motor::Sqlite, "sqlite", "SQLite 3",
+               "en Windows, «SQLite3 ODBC Driver»; en Debian, el paquete libsqliteodbc",
+               "indique sólo el nombre del archivo"},
+    EngineInfo{Motor::MariaDb, "mariadb", "MariaDB",
+               "en Windows, «MariaDB Connector/ODBC»; en Debian, el paquete odbc-mariadb",
+               "quite DRIVER=… y deje Server=…"},
 };
 
-constexpr std::size_t kLargoMaximo = 256;
+constexpr std::size_t kMaxLength = 256;
 
-std::string Bits() { return Decimal(static_cast<std::int32_t>(sizeof(void*) * 8)) + " bits"; }
+std::string Bitness() { return Decimal(static_cast<std::int32_t>(sizeof(void*) * 8)) + " bits"; }
 
-bool Contiene(const std::string& nombre, const char* parte) {
-  return Minusculas(nombre).find(parte) != std::string::npos;
+bool Contains(std::string_view name, const char* part) {
+  return Minusculas(name).find(part) != std::string::npos;
 }
 
 /// False after the last one.
-bool Siguiente(SQLHANDLE entorno, SQLUSMALLINT cual, std::string& nombre) {
-  SQLSMALLINT largo = 0;
-  SQLRETURN resultado;
-  if constexpr (kAngostosIntactos) {
-    std::array<SQLCHAR, kLargoMaximo> texto{};
-    resultado = SQLDrivers(entorno, cual, texto.data(), texto.size(), &largo, nullptr, 0, nullptr);
-    nombre = reinterpret_cast<const char*>(texto.data());
+bool NextDriver(SQLHANDLE environment, SQLUSMALLINT which, std::string& name) {
+  SQLSMALLINT length = 0;
+  SQLRETURN result;
+  if constexpr (kPlainTextIntact) {
+    std::array<SQLCHAR, kMaxLength> text{};
+    result = SQLDrivers(environment, which, text.data(), text.size(), &length, nullptr, 0, nullptr);
+    name = reinterpret_cast<const char*>(text.data());
   } else {
-    std::array<char16_t, kLargoMaximo> texto{};
-    resultado = SQLDriversW(entorno, cual, reinterpret_cast<SQLWCHAR*>(texto.data()), texto.size(), &largo,
-                            nullptr, 0, nullptr);
-    nombre = Utf8(texto.data());
+    std::array<char16_t, kMaxLength> text{};
+    result = SQLDriversW(environment, which, reinterpret_cast<SQLWCHAR*>(text.data()), text.size(), &length,
+                         nullptr, 0, nullptr);
+    name = Utf8(text.data());
   }
-  Exige(resultado, SQL_HANDLE_ENV, entorno, kAngostosIntactos ? Forma::Utf8 : Forma::Utf16);
-  return SQL_SUCCEEDED(resultado);
+  Check(result, SQL_HANDLE_ENV, environment, kPlainTextIntact ? Encoding::Utf8 : Encoding::Utf16);
+  return SQL_SUCCEEDED(result);
 }
 
 /// The smaller, the surer that our attributes are its own. There are others for SQLite that take other ones,
 /// and its maker installs those for version 2 beside the one for version 3.
-int Rango(const std::string& nombre) {
-  if (IgualSinCaso(nombre, "SQLite3 ODBC Driver") || IgualSinCaso(nombre, "SQLite3")) return 0;
-  return Contiene(nombre, "sqlite3") || Contiene(nombre, "sqlite 3") ? 1 : 2;
+int Rank(const std::string& name) {
+  if (IgualSinCaso(name, "SQLite3 ODBC Driver") || IgualSinCaso(name, "SQLite3")) return 0;
+  return Contains(name, "sqlite3") || Contains(name, "sqlite 3") ? 1 : 2;
 }
 
-bool AbreVersion3(const std::string& controlador) {
+bool OpensVersion3(const std::string& driver) {
   try {
     // What makes a connection ready is not understood by version 2.
-    const EnlaceOdbc prueba("DRIVER={" + controlador + "};Database=:memory:", LimitesDelEntorno());
+    const OdbcConnection trial("DRIVER={" + driver + "};Database=:memory:", LimitsFromEnvironment());
     return true;
   } catch (const HostError&) {
     return false;
   }
 }
 
-const std::string& ElDeSqlite(std::vector<std::string>& nombres) {
-  std::ranges::stable_sort(nombres, {}, Rango);
-  if (nombres.size() == 1 || Rango(nombres.front()) == 0) return nombres.front();
-  const auto hallado = std::ranges::find_if(nombres, AbreVersion3);
+const std::string& SqliteDriver(std::vector<std::string>& names) {
+  std::ranges::stable_sort(names, {}, Rank);
+  if (names.size() == 1 || Rank(names.front()) == 0) return names.front();
+  const auto found = std::ranges::find_if(names, OpensVersion3);
   // The error of the likeliest tells more than that there is none.
-  return hallado == nombres.end() ? nombres.front() : *hallado;
+  return found == names.end() ? names.front() : *found;
 }
 
-std::string Lista(const std::vector<std::string>& nombres) {
-  std::string texto;
-  for (const std::string& nombre : nombres) texto += (texto.empty() ? "" : ", ") + nombre;
-  return texto.empty() ? "No hay ninguno instalado." : "Instalados: " + texto + ".";
+std::string InstalledText(const std::vector<std::string>& names) {
+  std::string text;
+  for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
+  return text.empty() ? "No hay ninguno instalado." : "Instalados: " + text + ".";
 }
 
-std::string QueInstalar(const DeMotor& motor) {
-  return "Instale el de " + Bits() + " (" + motor.se_instala + "). ";
+std::string WhatToInstall(const EngineInfo& engine) {
+  return "Instale el de " + Bitness() + " (" + engine.to_install + "). ";
 }
 
-bool EsDe(const DeMotor& motor, const std::string& nombre) { return Contiene(nombre, motor.parte); }
+bool IsDriverOf(const EngineInfo& engine, const std::string& name) { return Contains(name, engine.part); }
 
-HostError NoInstalado(const std::string& controlador, const std::vector<std::string>& instalados,
-                      const HostError& error) {
-  std::string texto = "El controlador ODBC «" + controlador +
-                      "» que nombra la cadena de conexión no está instalado para programas de " + Bits() +
-                      " como este. ";
-  const auto motor = std::ranges::find_if(kMotores, [&](const DeMotor& m) { return EsDe(m, controlador); });
-  if (motor != kMotores.end()) {
-    const bool hay_otro =
-        std::ranges::any_of(instalados, [&](const auto& otro) { return EsDe(*motor, otro); });
-    texto += hay_otro ? std::string("Nombre el que hay, o ") + motor->sin_nombrarlo + " para que se tome. "
-                      : QueInstalar(*motor);
+HostError NotInstalled(const std::string& driver, const std::vector<std::string>& installed,
+                       const HostError& error) {
+  std::string text = "El controlador ODBC «" + driver +
+                     "» que nombra la cadena de conexión no está instalado para programas de " + Bitness() +
+                     " como este. ";
+  const auto engine =
+      std::ranges::find_if(kEngines, [&](const EngineInfo& m) { return IsDriverOf(m, driver); });
+  if (engine != kEngines.end()) {
+    const bool has_other =
+        std::ranges::any_of(installed, [&](const auto& other) { return IsDriverOf(*engine, other); });
+    text += has_other ? std::string("Nombre el que hay, o ") + engine->to_omit_it + " para que se tome. "
+                      : WhatToInstall(*engine);
   }
-  return HostError(texto + Lista(instalados), error.Number(), error.NativeCode(), error.SqlState());
+  return HostError(text + InstalledText(installed), error.Number(), error.NativeCode(), error.SqlState());
 }
 
 }  // namespace
 
-std::vector<std::string> ControladoresInstalados() {
-  const Entorno entorno = NuevoEntorno();
-  std::vector<std::string> nombres;
-  std::string nombre;
-  for (SQLUSMALLINT cual = SQL_FETCH_FIRST; Siguiente(entorno.Get(), cual, nombre); cual = SQL_FETCH_NEXT)
-    nombres.push_back(nombre);
-  return nombres;
+std::vector<std::string> InstalledDrivers() {
+  const EnvironmentHandle environment = NewEnvironment();
+  std::vector<std::string> names;
+  std::string name;
+  for (SQLUSMALLINT which = SQL_FETCH_FIRST; NextDriver(environment.Get(), which, name);
+       which = SQL_FETCH_NEXT)
+    names.push_back(name);
+  return names;
 }
 
-std::string ControladorDe(Motor motor) {
-  const DeMotor& buscado = *std::ranges::find(kMotores, motor, &DeMotor::motor);
-  const std::vector<std::string> instalados = ControladoresInstalados();
-  std::vector<std::string> nombres;
-  std::ranges::copy_if(instalados, std::back_inserter(nombres),
-                       [&](const std::string& nombre) { return EsDe(buscado, nombre); });
-  if (nombres.empty())
-    throw HostError(std::string("No hay un controlador ODBC de ") + buscado.nombre +
-                    " instalado para programas de " + Bits() + " como este. " + QueInstalar(buscado) +
-                    Lista(instalados));
-  return motor == Motor::Sqlite ? ElDeSqlite(nombres) : nombres.front();
+bool IsSqlite(std::string_view name) { return Contains(name, kEngines[0].part); }
+
+std::string DriverFor(Motor engine) {
+  const EngineInfo& wanted = *std::ranges::find(kEngines, engine, &EngineInfo::engine);
+  const std::vector<std::string> installed = InstalledDrivers();
+  std::vector<std::string> names;
+  std::ranges::copy_if(installed, std::back_inserter(names),
+                       [&](const std::string& name) { return IsDriverOf(wanted, name); });
+  if (names.empty())
+    throw HostError(std::string("No hay un controlador ODBC de ") + wanted.name +
+                    " instalado para programas de " + Bitness() + " como este. " + WhatToInstall(wanted) +
+                    InstalledText(installed));
+  return engine == Motor::Sqlite ? SqliteDriver(names) : names.front();
 }
 
-HostError SinControlador(const std::string& controlador, const std::string& origen, const HostError& error) {
+HostError ExplainMissingDriver(const std::string& driver, const std::string& data_source,
+                               const HostError& error) {
   // The first is how some driver managers tell that they found no library under the driver's name.
-  constexpr std::array kEstados{"01000", "IM002", "IM003", "IM004", "IM005", "IM014"};
-  if (std::ranges::find(kEstados, error.SqlState()) == kEstados.end()) return error;
-  const auto con = [&](const std::string& texto) {
-    return HostError(texto + EntreParentesis(error), error.Number(), error.NativeCode(), error.SqlState());
+  constexpr std::array kDriverStates{"01000", "IM002", "IM003", "IM004", "IM005", "IM014"};
+  if (std::ranges::find(kDriverStates, error.SqlState()) == kDriverStates.end()) return error;
+  const auto with = [&](const std::string& text) {
+    return HostError(text + InParentheses(error), error.Number(), error.NativeCode(), error.SqlState());
   };
-  if (controlador.empty() && !origen.empty())
-    return con("No se pudo abrir el origen de datos «" + origen + "»: no existe para programas de " + Bits() +
-               " como este, o falta su controlador ODBC de " + Bits());
-  const std::string reinstale = "; reinstale el de " + Bits();
-  if (controlador.empty()) return con("No se pudo cargar el controlador ODBC" + reinstale);
-  std::vector<std::string> instalados;
+  if (driver.empty() && !data_source.empty())
+    return with("No se pudo abrir el origen de datos «" + data_source + "»: no existe para programas de " +
+                Bitness() + " como este, o falta su controlador ODBC de " + Bitness());
+  const std::string reinstall = "; reinstale el de " + Bitness();
+  if (driver.empty()) return with("No se pudo cargar el controlador ODBC" + reinstall);
+  std::vector<std::string> installed;
   try {
-    instalados = ControladoresInstalados();
+    installed = InstalledDrivers();
   } catch (const HostError&) {
     return error;
   }
-  const bool esta =
-      std::ranges::any_of(instalados, [&](const auto& uno) { return IgualSinCaso(uno, controlador); });
-  if (!esta) return NoInstalado(controlador, instalados, error);
-  return con("No se pudo cargar el controlador ODBC «" + controlador + "»" + reinstale);
+  const bool present =
+      std::ranges::any_of(installed, [&](const auto& one) { return IgualSinCaso(one, driver); });
+  if (!present) return NotInstalled(driver, installed, error);
+  return with("No se pudo cargar el controlador ODBC «" + driver + "»" + reinstall);
 }
 
 }  // namespace zuvi::host

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/odbc/base_datos.h"
@@ -11,16 +12,20 @@ namespace zuvi::host {
 
 /// Names of the drivers installed for programs of this one's bitness, in the driver manager's order. Throws
 /// HostError when the manager does not answer.
-std::vector<std::string> ControladoresInstalados();
+std::vector<std::string> InstalledDrivers();
+
+/// Whether the name of a driver or of an engine is one of SQLite's.
+bool IsSqlite(std::string_view name);
 
 /// Name of the installed driver to use for an engine where none is asked for by name: of SQLite's the one
 /// whose attributes we write or, where it has no name that we know, the first that opens a database of
 /// version 3; of MariaDB's the first. Throws HostError, with what to install, when there is none.
-std::string ControladorDe(Motor motor);
+std::string DriverFor(Motor engine);
 
 /// Why nothing could be connected, where the error says that it was for want of a driver or data source:
-/// `controlador` as a connection string names it, or the data source `origen`; both are empty for a driver
+/// `driver` as a connection string names it, or the data source `data_source`; both are empty for a driver
 /// that was found. Any other error comes back as it is.
-HostError SinControlador(const std::string& controlador, const std::string& origen, const HostError& error);
+HostError ExplainMissingDriver(const std::string& driver, const std::string& data_source,
+                               const HostError& error);
 
 }  // namespace zuvi::host

@@ -10,44 +10,45 @@ namespace zuvi::host {
 
 /// A connection to the database, made ready: engine and form of texts found out, session settings done.
 /// Disconnected by the destructor.
-class EnlaceOdbc {
+class OdbcConnection {
  public:
   /// Throws HostError when the database cannot be reached within its limit or is none of the engines.
-  EnlaceOdbc(const std::string& cadena, const Limites& limites);
-  EnlaceOdbc(const EnlaceOdbc&) = delete;
-  EnlaceOdbc& operator=(const EnlaceOdbc&) = delete;
-  ~EnlaceOdbc();
+  OdbcConnection(const std::string& connection_string, const Limits& limits);
+  OdbcConnection(const OdbcConnection&) = delete;
+  OdbcConnection& operator=(const OdbcConnection&) = delete;
+  ~OdbcConnection();
 
-  SQLHANDLE Get() const { return enlace_.Get(); }
-  Motor TraeMotor() const { return motor_; }
-  Forma TraeForma() const { return forma_; }
+  SQLHANDLE Get() const { return connection_.Get(); }
+  Motor GetEngine() const { return engine_; }
+  /// The form of texts that this connection was found to keep whole.
+  Encoding TextEncoding() const { return encoding_; }
   /// File of a SQLite database by the name that its driver has for it; empty when it is kept in none.
-  const std::string& Archivo() const { return archivo_; }
+  const std::string& File() const { return file_; }
   /// From now on nothing changes in the database by this connection: the engine refuses it.
-  void SoloLectura();
+  void SetReadOnly();
   /// Throws HostError when the file of a SQLite database is not in its place any more: what is written to it
   /// would be gone with the program.
-  void ExigeArchivo() const;
+  void RequireFile() const;
   /// Forgets a lost connection without touching it again.
-  void Abandona();
+  void Abandon();
 
  private:
-  void Abre(const std::string& cadena);
-  Forma FormaInicial(const std::string& cadena) const;
-  void Conecta(const std::string& cadena);
-  Motor PreguntaMotor() const;
+  void Open(const std::string& connection_string);
+  Encoding InitialEncoding(const std::string& connection_string) const;
+  void Connect(const std::string& connection_string);
+  Motor AskEngine() const;
   /// True when a text with more than one byte a character arrives whole in that form.
-  bool Conserva(Forma forma) const;
+  bool Preserves(Encoding encoding) const;
   /// False when the form has to be another one, which takes connecting anew.
-  bool EligeForma();
-  void PreparaSesion();
+  bool ChooseEncoding();
+  void PrepareSession();
 
-  Limites limites_;
-  Entorno entorno_;
-  Enlace enlace_;
-  std::string archivo_;
-  Motor motor_ = Motor::Sqlite;
-  Forma forma_ = Forma::Utf16;
+  Limits limits_;
+  EnvironmentHandle environment_;
+  ConnectionHandle connection_;
+  std::string file_;
+  Motor engine_ = Motor::Sqlite;
+  Encoding encoding_ = Encoding::Utf16;
 };
 
 }  // namespace zuvi::host

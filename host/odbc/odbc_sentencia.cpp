@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstring>
 #include <limits>
 #include <optional>
 
@@ -13,284 +14,295 @@ namespace zuvi::host {
 namespace {
 
 /// Bytes of the mark that ends a text in a buffer.
-std::size_t FinDe(SQLSMALLINT tipo) {
-  if (tipo == SQL_C_BINARY) return 0;
-  return tipo == SQL_C_WCHAR ? sizeof(char16_t) : 1;
+std::size_t TerminatorSize(SQLSMALLINT type) {
+  if (type == SQL_C_BINARY) return 0;
+  return type == SQL_C_WCHAR ? sizeof(char16_t) : 1;
 }
 
-template <class Numero>
-std::optional<Numero> NumeroEntero(std::string_view texto) {
-  Numero numero{};
-  const auto [fin, error] = std::from_chars(texto.data(), texto.data() + texto.size(), numero);
-  if (error != std::errc() || fin != texto.data() + texto.size()) return std::nullopt;
-  return numero;
+template <class T>
+std::optional<T> ParsedNumber(std::string_view text) {
+  T number{};
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return number;
 }
 
-template <class Entero>
-bool Cabe(std::int64_t numero) {
-  return numero >= std::numeric_limits<Entero>::min() && numero <= std::numeric_limits<Entero>::max();
+template <class Integer>
+bool Fits(std::int64_t number) {
+  return number >= std::numeric_limits<Integer>::min() && number <= std::numeric_limits<Integer>::max();
 }
 
 /// The smallest kind that holds it, but no smaller than the column's.
-Value ValorEntero(std::int64_t numero, Clase clase) {
-  if (clase == Clase::EnteroCorto && Cabe<std::int16_t>(numero)) return static_cast<std::int16_t>(numero);
-  if (Cabe<std::int32_t>(numero)) return static_cast<std::int32_t>(numero);
-  return static_cast<double>(numero);
+Value IntegerValue(std::int64_t number, ColumnKind kind) {
+  if (kind == ColumnKind::SmallInteger && Fits<std::int16_t>(number))
+    return static_cast<std::int16_t>(number);
+  if (Fits<std::int32_t>(number)) return static_cast<std::int32_t>(number);
+  return static_cast<double>(number);
 }
 
 /// What cannot be read as the column's kind stays text, as the database holds it.
-Value ValorDe(std::string_view texto, Clase clase) {
-  switch (clase) {
-    case Clase::Entero:
-    case Clase::EnteroCorto:
-      if (const auto entero = NumeroEntero<std::int64_t>(texto)) return ValorEntero(*entero, clase);
+Value ValueOf(std::string_view text, ColumnKind kind) {
+  switch (kind) {
+    case ColumnKind::Integer:
+    case ColumnKind::SmallInteger:
+      if (const auto integer = ParsedNumber<std::int64_t>(text)) return IntegerValue(*integer, kind);
       // A bit field comes as the byte itself.
-      if (texto.size() == 1 && texto[0] >= 0 && texto[0] <= 1) return static_cast<std::int16_t>(texto[0]);
+      if (text.size() == 1 && text[0] >= 0 && text[0] <= 1) return static_cast<std::int16_t>(text[0]);
       [[fallthrough]];
-    case Clase::Real:
-      if (const auto real = NumeroEntero<double>(texto)) return *real;
-      return texto;
-    case Clase::Fecha:
+    case ColumnKind::Real:
+      if (const auto real = ParsedNumber<double>(text)) return *real;
+      return text;
+    case ColumnKind::Date:
       try {
-        return Fecha::DesdeTexto(texto);
+        return Fecha::DesdeTexto(text);
       } catch (const HostError&) {
-        return texto;
+        return text;
       }
-    case Clase::Texto:
-    case Clase::TextoLargo:
+    case ColumnKind::Text:
+    case ColumnKind::LongText:
       break;
   }
-  return texto;
+  return text;
+}
+
+/// The columns that a shape names: of each its kind, the length of its name in bytes, and the name as the
+/// driver gave it.
+Columns ColumnsOf(std::string_view shape, bool wide) {
+  Columns columns;
+  while (!shape.empty()) {
+    Column column;
+    column.kind = static_cast<ColumnKind>(shape[0] - '0');
+    std::size_t bytes = 0;
+    std::memcpy(&bytes, shape.data() + 1, sizeof bytes);
+    const std::string_view name = shape.substr(1 + sizeof bytes, bytes);
+    if (wide) {
+      std::u16string copy(bytes / sizeof(char16_t), u' ');
+      std::memcpy(copy.data(), name.data(), bytes);
+      column.name = Utf8(copy);
+    } else {
+      column.name = name;
+    }
+    columns.push_back(std::move(column));
+    shape.remove_prefix(1 + sizeof bytes + bytes);
+  }
+  return columns;
 }
 
 }  // namespace
 
 /// Closes the cursor whichever way a statement ends, but for a lost connection; the bound columns stay.
-class Sentencia::Cierre {
+class Statement::CursorGuard {
  public:
-  explicit Cierre(Sentencia& sentencia) : sentencia_(sentencia) {}
-  Cierre(const Cierre&) = delete;
-  Cierre& operator=(const Cierre&) = delete;
-  ~Cierre() {
-    if (!sentencia_.perdida_) SQLFreeStmt(sentencia_.handle_.Get(), SQL_CLOSE);
+  explicit CursorGuard(Statement& statement) : statement_(statement) {}
+  CursorGuard(const CursorGuard&) = delete;
+  CursorGuard& operator=(const CursorGuard&) = delete;
+  ~CursorGuard() {
+    if (!statement_.lost_) SQLFreeStmt(statement_.handle_.Get(), SQL_CLOSE);
   }
 
  private:
-  Sentencia& sentencia_;
+  Statement& statement_;
 };
 
-Sentencia::Sentencia(SQLHANDLE enlace, Motor motor, Forma forma) : motor_(motor), forma_(forma) {
-  host::Exige(SQLAllocHandle(SQL_HANDLE_STMT, enlace, handle_.Out()), SQL_HANDLE_DBC, enlace, forma);
+Statement::Statement(SQLHANDLE connection, Motor engine, Encoding encoding)
+    : engine_(engine), encoding_(encoding) {
+  host::Check(SQLAllocHandle(SQL_HANDLE_STMT, connection, handle_.Out()), SQL_HANDLE_DBC, connection,
+              encoding);
 }
 
-Sentencia::~Sentencia() {
-  if (perdida_) handle_.Abandona();
+Statement::~Statement() {
+  if (lost_) handle_.Abandon();
 }
 
-void Sentencia::Falla() const {
-  HostError error = Diagnostico(SQL_HANDLE_STMT, handle_.Get(), forma_);
-  perdida_ = EsPerdida(motor_, error);
+void Statement::Fail() const {
+  HostError error = Diagnostics(SQL_HANDLE_STMT, handle_.Get(), encoding_);
+  lost_ = IsConnectionLoss(engine_, error);
   throw error;
 }
 
-std::int64_t Sentencia::Corre(std::string_view sql) {
-  const Cierre cierre(*this);
-  return Ejecuta(sql, false) ? Tocadas() : 0;
+std::int64_t Statement::Run(std::string_view sql) {
+  const CursorGuard guard(*this);
+  return Execute(sql, false) ? RowsTouched() : 0;
 }
 
-Resultado Sentencia::Lee(std::string_view sql, std::int64_t* tocadas) {
-  const Cierre cierre(*this);
-  const bool alguna = Ejecuta(sql, motor_ == Motor::MariaDb);
-  SQLSMALLINT cuantas = 0;
-  Exige(SQLNumResultCols(handle_.Get(), &cuantas));
-  if (tocadas) *tocadas = alguna && cuantas == 0 ? Tocadas() : 0;
-  Resultado resultado;
-  if (cuantas == 0) return resultado;
+ResultSet Statement::Query(std::string_view sql, std::int64_t* touched) {
+  const CursorGuard guard(*this);
+  const bool any = Execute(sql, engine_ == Motor::MariaDb);
+  SQLSMALLINT count = 0;
+  Check(SQLNumResultCols(handle_.Get(), &count));
+  if (touched) *touched = any && count == 0 ? RowsTouched() : 0;
+  ResultSet result;
+  if (count == 0) return result;
 
-  resultado.columnas = Describe(static_cast<std::size_t>(cuantas));
-  const Columnas& columnas = *resultado.columnas;
-  Liga(columnas);
-  resultado.celdas.reserve(columnas.size());
+  result.columns = Describe(static_cast<std::size_t>(count));
+  const Columns& columns = *result.columns;
+  Bind(columns);
+  result.cells.reserve(columns.size());
   for (;;) {
     const SQLRETURN r = SQLFetch(handle_.Get());
-    Exige(r);
-    if (r == SQL_NO_DATA) return resultado;
-    for (std::size_t i = 0; i < columnas.size(); ++i) resultado.celdas.push_back(Celda(i, columnas[i].clase));
+    Check(r);
+    if (r == SQL_NO_DATA) return result;
+    for (std::size_t i = 0; i < columns.size(); ++i) result.cells.push_back(Cell(i, columns[i].kind));
   }
 }
 
-bool Sentencia::Ejecuta(std::string_view sql, bool por_partes) {
+bool Statement::Execute(std::string_view sql, bool prepare) {
   // Sent in one go, a query whose reply breaks off within the description of its columns makes MariaDB's
   // driver crash, and the program with it; prepared first, it is an error like others. The price is a round
   // trip.
-  constexpr std::int32_t kNoSePrepara = 1295;
-  SQLRETURN resultado;
-  if (forma_ == Forma::Utf16) {
-    const std::u16string ancha = Utf16(sql);
-    const auto largo = static_cast<SQLINTEGER>(ancha.size());
-    resultado = por_partes ? SQLPrepareW(handle_.Get(), Ancho(ancha), largo)
-                           : SQLExecDirectW(handle_.Get(), Ancho(ancha), largo);
+  constexpr std::int32_t kCannotPrepare = 1295;
+  SQLRETURN result;
+  if (encoding_ == Encoding::Utf16) {
+    const std::u16string wide = Utf16(sql);
+    const auto length = static_cast<SQLINTEGER>(wide.size());
+    result = prepare ? SQLPrepareW(handle_.Get(), Wide(wide), length)
+                     : SQLExecDirectW(handle_.Get(), Wide(wide), length);
   } else {
     // What is broken in the text becomes U+FFFD in this form as well.
-    const std::string limpia = EsAscii(sql) ? std::string() : Utf8(Utf16(sql));
-    const std::string_view texto = limpia.empty() ? sql : std::string_view(limpia);
-    const auto largo = static_cast<SQLINTEGER>(texto.size());
-    resultado = por_partes ? SQLPrepare(handle_.Get(), Angosto(texto), largo)
-                           : SQLExecDirect(handle_.Get(), Angosto(texto), largo);
+    const std::string clean = IsAscii(sql) ? std::string() : Utf8(Utf16(sql));
+    const std::string_view text = clean.empty() ? sql : std::string_view(clean);
+    const auto length = static_cast<SQLINTEGER>(text.size());
+    result = prepare ? SQLPrepare(handle_.Get(), Narrow(text), length)
+                     : SQLExecDirect(handle_.Get(), Narrow(text), length);
   }
-  if (por_partes) {
-    if (!SQL_SUCCEEDED(resultado)) {
-      const HostError error = Diagnostico(SQL_HANDLE_STMT, handle_.Get(), forma_);
+  if (prepare) {
+    if (!SQL_SUCCEEDED(result)) {
+      const HostError error = Diagnostics(SQL_HANDLE_STMT, handle_.Get(), encoding_);
       // Nothing was run by that.
-      if (error.NativeCode() == kNoSePrepara) return Ejecuta(sql, false);
-      Falla();
+      if (error.NativeCode() == kCannotPrepare) return Execute(sql, false);
+      Fail();
     }
-    resultado = SQLExecute(handle_.Get());
+    result = SQLExecute(handle_.Get());
   }
-  Exige(resultado);
-  return resultado != SQL_NO_DATA;
+  Check(result);
+  return result != SQL_NO_DATA;
 }
 
-std::int64_t Sentencia::Tocadas() const {
-  SQLLEN filas = 0;
-  Exige(SQLRowCount(handle_.Get(), &filas));
-  return std::max<std::int64_t>(filas, 0);
+std::int64_t Statement::RowsTouched() const {
+  SQLLEN rows = 0;
+  Check(SQLRowCount(handle_.Get(), &rows));
+  return std::max<std::int64_t>(rows, 0);
 }
 
-std::shared_ptr<const Columnas> Sentencia::Describe(std::size_t cuantas) {
-  std::array<char, 512> nombre{};
-  const bool ancho = forma_ == Forma::Utf16;
-  figura_.clear();
-  for (std::size_t i = 0; i < cuantas; ++i) {
-    const auto numero = static_cast<SQLUSMALLINT>(i + 1);
-    SQLSMALLINT largo = 0, tipo = 0, decimales = 0, nulos = 0;
-    SQLULEN medida = 0;
-    if (ancho) {
-      Exige(SQLDescribeColW(handle_.Get(), numero, reinterpret_cast<SQLWCHAR*>(nombre.data()),
-                            static_cast<SQLSMALLINT>(nombre.size() / sizeof(char16_t)), &largo, &tipo,
-                            &medida, &decimales, &nulos));
-      largo = static_cast<SQLSMALLINT>(largo * SQLSMALLINT{sizeof(char16_t)});
+std::shared_ptr<const Columns> Statement::Describe(std::size_t count) {
+  std::array<char, 512> name{};
+  const bool wide = encoding_ == Encoding::Utf16;
+  shape_.clear();
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto number = static_cast<SQLUSMALLINT>(i + 1);
+    SQLSMALLINT length = 0, type = 0, decimals = 0, nullable = 0;
+    SQLULEN size = 0;
+    if (wide) {
+      Check(SQLDescribeColW(handle_.Get(), number, reinterpret_cast<SQLWCHAR*>(name.data()),
+                            static_cast<SQLSMALLINT>(name.size() / sizeof(char16_t)), &length, &type, &size,
+                            &decimals, &nullable));
+      length = static_cast<SQLSMALLINT>(length * SQLSMALLINT{sizeof(char16_t)});
     } else {
-      Exige(SQLDescribeCol(handle_.Get(), numero, reinterpret_cast<SQLCHAR*>(nombre.data()),
-                           static_cast<SQLSMALLINT>(nombre.size()), &largo, &tipo, &medida, &decimales,
-                           &nulos));
+      Check(SQLDescribeCol(handle_.Get(), number, reinterpret_cast<SQLCHAR*>(name.data()),
+                           static_cast<SQLSMALLINT>(name.size()), &length, &type, &size, &decimals,
+                           &nullable));
     }
-    const std::size_t bytes = std::min(static_cast<std::size_t>(std::max<SQLSMALLINT>(largo, 0)),
-                                       nombre.size() - (ancho ? sizeof(char16_t) : 1));
-    figura_ += static_cast<char>('0' + static_cast<int>(ClaseDe(numero, tipo)));
-    figura_.append(reinterpret_cast<const char*>(&bytes), sizeof bytes);
-    figura_.append(nombre.data(), bytes);
+    const std::size_t bytes = std::min(static_cast<std::size_t>(std::max<SQLSMALLINT>(length, 0)),
+                                       name.size() - (wide ? sizeof(char16_t) : 1));
+    shape_ += static_cast<char>('0' + static_cast<int>(KindOf(number, type)));
+    shape_.append(reinterpret_cast<const char*>(&bytes), sizeof bytes);
+    shape_.append(name.data(), bytes);
   }
-  const auto conocida = figuras_.find(figura_);
-  if (conocida != figuras_.end()) return conocida->second;
+  const auto known = shapes_.find(shape_);
+  if (known != shapes_.end()) return known->second;
 
-  auto columnas = std::make_shared<Columnas>();
-  for (std::size_t i = 0; i < figura_.size();) {
-    std::size_t bytes = 0;
-    Columna columna;
-    columna.clase = static_cast<Clase>(figura_[i] - '0');
-    std::copy_n(figura_.data() + i + 1, sizeof bytes, reinterpret_cast<char*>(&bytes));
-    const char* texto = figura_.data() + i + 1 + sizeof bytes;
-    if (ancho) {
-      std::u16string copia(bytes / sizeof(char16_t), u' ');
-      std::copy_n(texto, bytes, reinterpret_cast<char*>(copia.data()));
-      columna.nombre = Utf8(copia);
-    } else {
-      columna.nombre.assign(texto, bytes);
-    }
-    columnas->push_back(std::move(columna));
-    i += 1 + sizeof bytes + bytes;
-  }
-  if (figuras_.size() >= 256) figuras_.clear();
-  figuras_.emplace(figura_, columnas);
-  return columnas;
+  auto columns = std::make_shared<Columns>(ColumnsOf(shape_, wide));
+  if (shapes_.size() >= 256) shapes_.clear();
+  shapes_.emplace(shape_, columns);
+  return columns;
 }
 
-Clase Sentencia::ClaseDe(SQLUSMALLINT columna, SQLSMALLINT tipo) const {
-  switch (tipo) {
+ColumnKind Statement::KindOf(SQLUSMALLINT column, SQLSMALLINT type) const {
+  switch (type) {
     case SQL_BIT:
     case SQL_TINYINT:
     case SQL_SMALLINT:
-      return Clase::EnteroCorto;
+      return ColumnKind::SmallInteger;
     case SQL_INTEGER:
     case SQL_BIGINT:
-      return Clase::Entero;
+      return ColumnKind::Integer;
     case SQL_DECIMAL:
     case SQL_NUMERIC:
     case SQL_REAL:
     case SQL_FLOAT:
     case SQL_DOUBLE:
-      return Clase::Real;
+      return ColumnKind::Real;
     case SQL_TYPE_DATE:
     case SQL_TYPE_TIMESTAMP:
-      return Clase::Fecha;
+      return ColumnKind::Date;
     case SQL_LONGVARCHAR:
     case SQL_WLONGVARCHAR:
-      return Clase::TextoLargo;
+      return ColumnKind::LongText;
     default:
       break;
   }
-  if (motor_ == Motor::Sqlite) {
+  if (engine_ == Motor::Sqlite) {
     // Its driver takes DECIMAL for a text.
-    std::array<SQLCHAR, 16> declarado{};
+    std::array<SQLCHAR, 16> declared{};
     SQLSMALLINT bytes = 0;
-    Exige(SQLColAttribute(handle_.Get(), columna, SQL_DESC_TYPE_NAME, declarado.data(),
-                          static_cast<SQLSMALLINT>(declarado.size()), &bytes, nullptr));
-    if (IgualSinCaso(std::string_view(reinterpret_cast<const char*>(declarado.data())).substr(0, 3), "dec"))
-      return Clase::Real;
+    Check(SQLColAttribute(handle_.Get(), column, SQL_DESC_TYPE_NAME, declared.data(),
+                          static_cast<SQLSMALLINT>(declared.size()), &bytes, nullptr));
+    if (IgualSinCaso(std::string_view(reinterpret_cast<const char*>(declared.data())).substr(0, 3), "dec"))
+      return ColumnKind::Real;
   }
-  return Clase::Texto;
+  return ColumnKind::Text;
 }
 
-void Sentencia::Liga(const Columnas& columnas) {
-  for (std::size_t i = 0; i < columnas.size(); ++i) {
-    if (i == ligadas_.size()) ligadas_.emplace_back();
-    Bufer& bufer = ligadas_[i];
-    const SQLSMALLINT tipo = TipoC(columnas[i].clase);
-    if (bufer.tipo == tipo) continue;
-    bufer.tipo = 0;
-    Exige(SQLBindCol(handle_.Get(), static_cast<SQLUSMALLINT>(i + 1), tipo, bufer.bytes.data(),
-                     static_cast<SQLLEN>(bufer.bytes.size()), &bufer.largo));
-    bufer.tipo = tipo;
+void Statement::Bind(const Columns& columns) {
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    if (i == bound_.size()) bound_.emplace_back();
+    Buffer& buffer = bound_[i];
+    const SQLSMALLINT type = CType(columns[i].kind);
+    if (buffer.type == type) continue;
+    buffer.type = 0;
+    Check(SQLBindCol(handle_.Get(), static_cast<SQLUSMALLINT>(i + 1), type, buffer.bytes.data(),
+                     static_cast<SQLLEN>(buffer.bytes.size()), &buffer.length));
+    buffer.type = type;
   }
 }
 
-SQLSMALLINT Sentencia::TipoC(Clase clase) const {
+SQLSMALLINT Statement::CType(ColumnKind kind) const {
   // Of MariaDB's texts the bytes are taken as they come, which are UTF-8: as UTF-16 its driver converts them
   // slowly, and fails on a text that is cut between surrogates.
-  if (motor_ == Motor::MariaDb)
-    return clase == Clase::Texto || clase == Clase::TextoLargo ? SQL_C_BINARY : SQL_C_CHAR;
-  return forma_ == Forma::Utf16 ? SQL_C_WCHAR : SQL_C_CHAR;
+  if (engine_ == Motor::MariaDb)
+    return kind == ColumnKind::Text || kind == ColumnKind::LongText ? SQL_C_BINARY : SQL_C_CHAR;
+  return encoding_ == Encoding::Utf16 ? SQL_C_WCHAR : SQL_C_CHAR;
 }
 
-Value Sentencia::Celda(std::size_t columna, Clase clase) {
-  const Bufer& bufer = ligadas_[columna];
-  if (bufer.largo == SQL_NULL_DATA) return Null{};
-  const auto cuantos = static_cast<std::size_t>(bufer.largo);
-  if (bufer.largo < 0 || cuantos > bufer.bytes.size() - FinDe(bufer.tipo)) return CeldaLarga(columna, clase);
-  return ValorDe(EnUtf8(bufer.tipo, {bufer.bytes.data(), cuantos}), clase);
+Value Statement::Cell(std::size_t column, ColumnKind kind) {
+  const Buffer& buffer = bound_[column];
+  if (buffer.length == SQL_NULL_DATA) return Null{};
+  const auto count = static_cast<std::size_t>(buffer.length);
+  if (buffer.length < 0 || count > buffer.bytes.size() - TerminatorSize(buffer.type))
+    return LongCell(column, kind);
+  return ValueOf(AsUtf8(buffer.type, {buffer.bytes.data(), count}), kind);
 }
 
-Value Sentencia::CeldaLarga(std::size_t columna, Clase clase) {
-  const SQLSMALLINT tipo = ligadas_[columna].tipo;
-  std::string trozo(64 * 1024, '\0');
-  std::string todo;
+Value Statement::LongCell(std::size_t column, ColumnKind kind) {
+  const SQLSMALLINT type = bound_[column].type;
+  std::string chunk(64 * 1024, '\0');
+  std::string whole;
   for (;;) {
-    SQLLEN largo = 0;
-    const SQLRETURN r = SQLGetData(handle_.Get(), static_cast<SQLUSMALLINT>(columna + 1), tipo, trozo.data(),
-                                   static_cast<SQLLEN>(trozo.size()), &largo);
-    Exige(r);
+    SQLLEN length = 0;
+    const SQLRETURN r = SQLGetData(handle_.Get(), static_cast<SQLUSMALLINT>(column + 1), type, chunk.data(),
+                                   static_cast<SQLLEN>(chunk.size()), &length);
+    Check(r);
     if (r == SQL_NO_DATA) break;
-    const std::size_t lleno = trozo.size() - FinDe(tipo);
-    todo.append(trozo, 0, largo < 0 ? lleno : std::min(static_cast<std::size_t>(largo), lleno));
+    const std::size_t full = chunk.size() - TerminatorSize(type);
+    whole.append(chunk, 0, length < 0 ? full : std::min(static_cast<std::size_t>(length), full));
     if (r == SQL_SUCCESS) break;
   }
-  return ValorDe(EnUtf8(tipo, todo), clase);
+  return ValueOf(AsUtf8(type, whole), kind);
 }
 
-std::string_view Sentencia::EnUtf8(SQLSMALLINT tipo, std::string_view bytes) {
-  if (tipo != SQL_C_WCHAR) return bytes;
-  return texto_ = Utf8({reinterpret_cast<const char16_t*>(bytes.data()), bytes.size() / sizeof(char16_t)});
+std::string_view Statement::AsUtf8(SQLSMALLINT type, std::string_view bytes) {
+  if (type != SQL_C_WCHAR) return bytes;
+  return text_ = Utf8({reinterpret_cast<const char16_t*>(bytes.data()), bytes.size() / sizeof(char16_t)});
 }
 
 }  // namespace zuvi::host

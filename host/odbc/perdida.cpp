@@ -7,58 +7,58 @@
 namespace zuvi::host {
 namespace {
 
-struct Explicacion {
-  Motor motor;
-  std::int32_t codigo;
-  std::string_view texto;
+struct Explanation {
+  Motor engine;
+  std::int32_t code;
+  std::string_view text;
 };
 
-constexpr std::string_view kOcupada = "Otro programa tiene ocupado lo que se quería cambiar; no se hizo";
-constexpr std::string_view kSoloLectura = "La conexión o la base es de solo lectura; no se cambió nada";
-constexpr std::string_view kDanada = "El archivo de la base de datos está dañado o no es una base de datos";
+constexpr std::string_view kBusy = "Otro programa tiene ocupado lo que se quería cambiar; no se hizo";
+constexpr std::string_view kReadOnly = "La conexión o la base es de solo lectura; no se cambió nada";
+constexpr std::string_view kDamaged = "El archivo de la base de datos está dañado o no es una base de datos";
 
-constexpr std::array kExplicaciones{
-    Explicacion{Motor::MariaDb, 1205, kOcupada},
-    Explicacion{Motor::MariaDb, 1792, kSoloLectura},
-    Explicacion{Motor::MariaDb, 1290, kSoloLectura},
-    Explicacion{Motor::MariaDb, 1969,
+constexpr std::array kExplanations{
+    Explanation{Motor::MariaDb, 1205, kBusy},
+    Explanation{Motor::MariaDb, 1792, kReadOnly},
+    Explanation{Motor::MariaDb, 1290, kReadOnly},
+    Explanation{Motor::MariaDb, 1969,
                 "La instrucción tardó más del límite de lectura y el servidor la detuvo"},
-    Explicacion{Motor::MariaDb, 3024,
+    Explanation{Motor::MariaDb, 3024,
                 "La instrucción tardó más del límite de lectura y el servidor la detuvo"},
-    Explicacion{Motor::MariaDb, 1317, "El servidor detuvo la instrucción"},
-    Explicacion{Motor::MariaDb, 1021, "El disco del servidor está lleno"},
-    Explicacion{Motor::Sqlite, 5, kOcupada},
-    Explicacion{Motor::Sqlite, 6, kOcupada},
-    Explicacion{Motor::Sqlite, 8, kSoloLectura},
-    Explicacion{Motor::Sqlite, 10, "No se pudo leer o escribir el archivo de la base de datos"},
-    Explicacion{Motor::Sqlite, 11, kDanada},
-    Explicacion{Motor::Sqlite, 13, "El disco está lleno; no se guardó"},
-    Explicacion{Motor::Sqlite, 14, "No se puede abrir el archivo de la base de datos"},
-    Explicacion{Motor::Sqlite, 26, kDanada},
+    Explanation{Motor::MariaDb, 1317, "El servidor detuvo la instrucción"},
+    Explanation{Motor::MariaDb, 1021, "El disco del servidor está lleno"},
+    Explanation{Motor::Sqlite, 5, kBusy},
+    Explanation{Motor::Sqlite, 6, kBusy},
+    Explanation{Motor::Sqlite, 8, kReadOnly},
+    Explanation{Motor::Sqlite, 10, "No se pudo leer o escribir el archivo de la base de datos"},
+    Explanation{Motor::Sqlite, 11, kDamaged},
+    Explanation{Motor::Sqlite, 13, "El disco está lleno; no se guardó"},
+    Explanation{Motor::Sqlite, 14, "No se puede abrir el archivo de la base de datos"},
+    Explanation{Motor::Sqlite, 26, kDamaged},
 };
 
 }  // namespace
 
-bool EsPerdida(Motor motor, const HostError& error) {
-  if (motor != Motor::MariaDb) return false;
-  const std::string_view estado = error.SqlState();
-  if (estado.starts_with("08") || estado == "HYT00" || estado == "HYT01") return true;
-  const std::int32_t codigo = error.NativeCode();
+bool IsConnectionLoss(Motor engine, const HostError& error) {
+  if (engine != Motor::MariaDb) return false;
+  const std::string_view state = error.SqlState();
+  if (state.starts_with("08") || state == "HYT00" || state == "HYT01") return true;
+  const std::int32_t code = error.NativeCode();
   // All errors of the client library itself: after any of them an answer is missing or half read.
-  if ((codigo >= 2000 && codigo < 3000) || (codigo >= 5000 && codigo < 6000)) return true;
+  if ((code >= 2000 && code < 3000) || (code >= 5000 && code < 6000)) return true;
   // Shutdown in progress, connection killed, ended for idling; or a driver that has nothing left to say.
-  return codigo == 1053 || codigo == 1927 || codigo == 4031 || (codigo == 0 && estado.empty());
+  return code == 1053 || code == 1927 || code == 4031 || (code == 0 && state.empty());
 }
 
-HostError Explicado(Motor motor, const HostError& error) {
-  const auto hallada = std::ranges::find_if(kExplicaciones, [&](const Explicacion& una) {
-    return una.motor == motor && una.codigo == error.NativeCode();
+HostError Explained(Motor engine, const HostError& error) {
+  const auto found = std::ranges::find_if(kExplanations, [&](const Explanation& one) {
+    return one.engine == engine && one.code == error.NativeCode();
   });
-  if (hallada == kExplicaciones.end()) return error;
-  return HostError(std::string(hallada->texto) + EntreParentesis(error), error.Number(), error.NativeCode(),
+  if (found == kExplanations.end()) return error;
+  return HostError(std::string(found->text) + InParentheses(error), error.Number(), error.NativeCode(),
                    error.SqlState());
 }
 
-std::string EntreParentesis(const HostError& error) { return std::string(" (") + error.what() + ")"; }
+std::string InParentheses(const HostError& error) { return std::string(" (") + error.what() + ")"; }
 
 }  // namespace zuvi::host

@@ -11,23 +11,23 @@ namespace zuvi::host {
 /// the native code is the driver's: no retry of a transaction takes it for a conflict.
 class ConexionPerdida final : public HostError {
  public:
-  explicit ConexionPerdida(const std::string& texto, std::int32_t codigo = 0, bool en_duda = false)
-      : HostError(texto, ErrorNumber::AutomationFailure, codigo, "08S01"), en_duda_(en_duda) {}
+  explicit ConexionPerdida(const std::string& text, std::int32_t code = 0, bool in_doubt = false)
+      : HostError(text, ErrorNumber::AutomationFailure, code, "08S01"), in_doubt_(in_doubt) {}
   /// Whether the statement may have been done all the same.
-  bool EnDuda() const { return en_duda_; }
+  bool EnDuda() const { return in_doubt_; }
 
  private:
-  bool en_duda_;
+  bool in_doubt_;
 };
 
 /// Whether an error of the driver means that the connection is of no use any more.
-bool EsPerdida(Motor motor, const HostError& error);
+bool IsConnectionLoss(Motor engine, const HostError& error);
 
 /// The error with what it means to the user in front of the engine's own English, where that is known: a
 /// lock, a limit of time, a full or damaged file. Codes stay.
-HostError Explicado(Motor motor, const HostError& error);
+HostError Explained(Motor engine, const HostError& error);
 
 /// How a text of the engine or driver stands behind ours.
-std::string EntreParentesis(const HostError& error);
+std::string InParentheses(const HostError& error);
 
 }  // namespace zuvi::host

@@ -2,42 +2,42 @@
 
 namespace zuvi::host {
 
-std::int32_t CampoVivo::Type() {
-  switch (Definicion().clase) {
-    case Clase::EnteroCorto:
+std::int32_t LiveField::Type() {
+  switch (Definition().kind) {
+    case ColumnKind::SmallInteger:
       return 2;
-    case Clase::Entero:
+    case ColumnKind::Integer:
       return 3;
-    case Clase::Real:
+    case ColumnKind::Real:
       return 5;
-    case Clase::Fecha:
+    case ColumnKind::Date:
       return 7;
-    case Clase::Texto:
+    case ColumnKind::Text:
       return 202;
-    case Clase::TextoLargo:
+    case ColumnKind::LongText:
       break;
   }
   return 203;
 }
 
-const MemberTable* CampoVivo::Members() const {
-  static const MemberTable table = MemberTable::Of<CampoVivo>()
-                                       .Property<&CampoVivo::Value>("Value")
+const MemberTable* LiveField::Members() const {
+  static const MemberTable table = MemberTable::Of<LiveField>()
+                                       .Property<&LiveField::Value>("Value")
                                        .AsDefault()
-                                       .Property<&CampoVivo::Name>("Name")
-                                       .Property<&CampoVivo::Type>("Type");
+                                       .Property<&LiveField::Name>("Name")
+                                       .Property<&LiveField::Type>("Type");
   return &table;
 }
 
-ObjectPtr Campos::Item(const Value& indice) {
-  return std::make_shared<CampoVivo>(filas_, filas_->Ordinal(indice));
+ObjectPtr FieldCollection::Item(const Value& index) {
+  return std::make_shared<LiveField>(recordset_, recordset_->Ordinal(index));
 }
 
-const MemberTable* Campos::Members() const {
-  static const MemberTable table = MemberTable::Of<Campos>()
-                                       .Method<&Campos::Item>("Item", {"Index"})
+const MemberTable* FieldCollection::Members() const {
+  static const MemberTable table = MemberTable::Of<FieldCollection>()
+                                       .Method<&FieldCollection::Item>("Item", {"Index"})
                                        .AsDefault()
-                                       .Property<&Campos::Count>("Count");
+                                       .Property<&FieldCollection::Count>("Count");
   return &table;
 }
 

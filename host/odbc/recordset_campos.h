@@ -10,36 +10,36 @@
 namespace zuvi::host {
 
 /// One column, as a field that follows the record set's current row.
-class CampoVivo final : public Object {
+class LiveField final : public Object {
  public:
-  CampoVivo(std::shared_ptr<RecordsetMemoria> filas, std::size_t columna)
-      : filas_(std::move(filas)), columna_(columna) {}
-  std::string Name() { return Definicion().nombre; }
-  zuvi::Value Value() { return filas_->Actual(Columna()); }
+  LiveField(std::shared_ptr<RecordsetMemoria> recordset, std::size_t column)
+      : recordset_(std::move(recordset)), column_(column) {}
+  std::string Name() { return Definition().name; }
+  zuvi::Value Value() { return recordset_->Current(Column()); }
   /// ADO's number of the data type.
   std::int32_t Type();
   const MemberTable* Members() const override;
 
  private:
   /// Its number, checked: the record set may have been opened anew, with fewer columns.
-  std::size_t Columna() { return filas_->Ordinal(zuvi::Value(static_cast<std::int32_t>(columna_))); }
-  const host::Columna& Definicion() { return filas_->TraeColumnas()[Columna()]; }
+  std::size_t Column() { return recordset_->Ordinal(zuvi::Value(static_cast<std::int32_t>(column_))); }
+  const host::Column& Definition() { return recordset_->GetColumns()[Column()]; }
 
-  std::shared_ptr<RecordsetMemoria> filas_;
-  std::size_t columna_;
+  std::shared_ptr<RecordsetMemoria> recordset_;
+  std::size_t column_;
 };
 
 /// All columns of a record set.
-class Campos final : public Object {
+class FieldCollection final : public Object {
  public:
-  explicit Campos(std::shared_ptr<RecordsetMemoria> filas) : filas_(std::move(filas)) {}
+  explicit FieldCollection(std::shared_ptr<RecordsetMemoria> recordset) : recordset_(std::move(recordset)) {}
   /// A field by name or by number from 0.
-  ObjectPtr Item(const Value& indice);
-  std::int32_t Count() { return static_cast<std::int32_t>(filas_->TraeColumnas().size()); }
+  ObjectPtr Item(const Value& index);
+  std::int32_t Count() { return static_cast<std::int32_t>(recordset_->GetColumns().size()); }
   const MemberTable* Members() const override;
 
  private:
-  std::shared_ptr<RecordsetMemoria> filas_;
+  std::shared_ptr<RecordsetMemoria> recordset_;
 };
 
 }  // namespace zuvi::host

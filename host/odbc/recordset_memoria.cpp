@@ -8,147 +8,147 @@ namespace zuvi::host {
 namespace {
 
 // ADO's own codes and texts, which scripts look at.
-constexpr std::int32_t kSinFila = 3021;
-constexpr std::int32_t kCampoDesconocido = 3265;
-constexpr std::int32_t kCerrado = 3704;
-constexpr std::int32_t kAbierto = 3705;
+constexpr std::int32_t kNoRow = 3021;
+constexpr std::int32_t kUnknownField = 3265;
+constexpr std::int32_t kClosed = 3704;
+constexpr std::int32_t kOpen = 3705;
 
-[[noreturn]] void Falla(std::int32_t codigo, const char* texto) {
-  throw HostError(texto, ErrorNumber::AutomationFailure, codigo);
+[[noreturn]] void Fail(std::int32_t code, const char* text) {
+  throw HostError(text, ErrorNumber::AutomationFailure, code);
 }
 
-[[noreturn]] void FallaSinFila() {
-  Falla(kSinFila,
-        "Either BOF or EOF is True, or the current record has been deleted. Requested operation requires a "
-        "current record.");
+[[noreturn]] void FailWithoutRow() {
+  Fail(kNoRow,
+       "Either BOF or EOF is True, or the current record has been deleted. Requested operation requires a "
+       "current record.");
 }
 
 }  // namespace
 
-void RecordsetMemoria::Llena(Resultado resultado) {
-  columnas_ = std::move(resultado.columnas);
-  celdas_ = std::move(resultado.celdas);
-  const std::size_t ancho = columnas_ ? columnas_->size() : 0;
-  filas_ = ancho == 0 ? 0 : static_cast<std::ptrdiff_t>(celdas_.size() / ancho);
-  fila_ = 0;
+void RecordsetMemoria::Fill(ResultSet result) {
+  columns_ = std::move(result.columns);
+  cells_ = std::move(result.cells);
+  const std::size_t width = columns_ ? columns_->size() : 0;
+  row_count_ = width == 0 ? 0 : static_cast<std::ptrdiff_t>(cells_.size() / width);
+  row_ = 0;
 }
 
-void RecordsetMemoria::ExigeAbierto() const {
-  if (!columnas_) Falla(kCerrado, "Operation is not allowed when the object is closed.");
+void RecordsetMemoria::RequireOpen() const {
+  if (!columns_) Fail(kClosed, "Operation is not allowed when the object is closed.");
 }
 
-void RecordsetMemoria::ExigeFila() const {
-  ExigeAbierto();
-  if (fila_ < 0 || fila_ >= filas_) FallaSinFila();
+void RecordsetMemoria::RequireRow() const {
+  RequireOpen();
+  if (row_ < 0 || row_ >= row_count_) FailWithoutRow();
 }
 
 bool RecordsetMemoria::Eof() {
-  ExigeAbierto();
-  return fila_ >= filas_;
+  RequireOpen();
+  return row_ >= row_count_;
 }
 
 bool RecordsetMemoria::Bof() {
-  ExigeAbierto();
-  return fila_ < 0 || filas_ == 0;
+  RequireOpen();
+  return row_ < 0 || row_count_ == 0;
 }
 
 void RecordsetMemoria::MoveNext() {
-  if (Eof()) FallaSinFila();
-  ++fila_;
+  if (Eof()) FailWithoutRow();
+  ++row_;
 }
 
 void RecordsetMemoria::MovePrevious() {
-  if (Bof()) FallaSinFila();
-  --fila_;
+  if (Bof()) FailWithoutRow();
+  --row_;
 }
 
 void RecordsetMemoria::MoveFirst() {
-  ExigeAbierto();
-  if (filas_ == 0) FallaSinFila();
-  fila_ = 0;
+  RequireOpen();
+  if (row_count_ == 0) FailWithoutRow();
+  row_ = 0;
 }
 
 void RecordsetMemoria::MoveLast() {
-  ExigeAbierto();
-  if (filas_ == 0) FallaSinFila();
-  fila_ = filas_ - 1;
+  RequireOpen();
+  if (row_count_ == 0) FailWithoutRow();
+  row_ = row_count_ - 1;
 }
 
 std::int32_t RecordsetMemoria::RecordCount() {
-  ExigeAbierto();
-  return static_cast<std::int32_t>(filas_);
+  RequireOpen();
+  return static_cast<std::int32_t>(row_count_);
 }
 
-Value RecordsetMemoria::Campo(std::int32_t ordinal) { return Actual(Ordinal(Value(ordinal))); }
+Value RecordsetMemoria::Campo(std::int32_t ordinal) { return Current(Ordinal(Value(ordinal))); }
 
-const Value& RecordsetMemoria::Actual(std::size_t columna) {
-  ExigeFila();
-  return celdas_[static_cast<std::size_t>(fila_) * columnas_->size() + columna];
+const Value& RecordsetMemoria::Current(std::size_t column) {
+  RequireRow();
+  return cells_[static_cast<std::size_t>(row_) * columns_->size() + column];
 }
 
-std::size_t RecordsetMemoria::Ordinal(std::string_view nombre) {
-  const Columnas& columnas = TraeColumnas();
-  for (std::size_t i = 0; i < columnas.size(); ++i)
-    if (IgualSinCaso(columnas[i].nombre, nombre)) return i;
-  Falla(kCampoDesconocido,
-        "Item cannot be found in the collection corresponding to the requested name or ordinal.");
+std::size_t RecordsetMemoria::Ordinal(std::string_view name) {
+  const Columns& columns = GetColumns();
+  for (std::size_t i = 0; i < columns.size(); ++i)
+    if (IgualSinCaso(columns[i].name, name)) return i;
+  Fail(kUnknownField,
+       "Item cannot be found in the collection corresponding to the requested name or ordinal.");
 }
 
-std::size_t RecordsetMemoria::Ordinal(const Value& indice) {
-  if (const auto* nombre = std::get_if<std::string>(&indice.Get())) return Ordinal(std::string_view(*nombre));
-  const std::int32_t numero = AEntero32(indice);
-  const std::size_t cuantas = TraeColumnas().size();
-  if (numero < 0 || static_cast<std::size_t>(numero) >= cuantas) return Ordinal(std::string_view());
-  return static_cast<std::size_t>(numero);
+std::size_t RecordsetMemoria::Ordinal(const Value& index) {
+  if (const auto* name = std::get_if<std::string>(&index.Get())) return Ordinal(std::string_view(*name));
+  const std::int32_t number = AEntero32(index);
+  const std::size_t count = GetColumns().size();
+  if (number < 0 || static_cast<std::size_t>(number) >= count) return Ordinal(std::string_view());
+  return static_cast<std::size_t>(number);
 }
 
-const Columnas& RecordsetMemoria::TraeColumnas() {
-  ExigeAbierto();
-  return *columnas_;
+const Columns& RecordsetMemoria::GetColumns() {
+  RequireOpen();
+  return *columns_;
 }
 
-ObjectPtr RecordsetMemoria::Fields(const Value& indice) {
-  auto yo = std::static_pointer_cast<RecordsetMemoria>(shared_from_this());
-  if (indice.IsEmpty()) return std::make_shared<Campos>(std::move(yo));
-  const std::size_t columna = Ordinal(indice);
-  return std::make_shared<CampoVivo>(std::move(yo), columna);
+ObjectPtr RecordsetMemoria::Fields(const Value& index) {
+  auto self = std::static_pointer_cast<RecordsetMemoria>(shared_from_this());
+  if (index.IsEmpty()) return std::make_shared<FieldCollection>(std::move(self));
+  const std::size_t column = Ordinal(index);
+  return std::make_shared<LiveField>(std::move(self), column);
 }
 
-void RecordsetMemoria::Open(const std::string& fuente, const std::shared_ptr<Conexion>& conexion,
-                            std::int32_t cursor, std::int32_t bloqueo, std::int32_t /*opciones*/) {
-  if (columnas_) Falla(kAbierto, "Operation is not allowed when the object is open.");
-  if (!conexion) throw HostError(ErrorNumber::ObjectNotSet);
-  auto base = std::dynamic_pointer_cast<BaseDatos>(conexion);
-  if (!base) throw HostError(ErrorNumber::TypeMismatch);
-  if (cursor >= 0) cursor_ = cursor;
-  if (bloqueo >= 0) bloqueo_ = bloqueo;
-  const auto leido = std::static_pointer_cast<RecordsetMemoria>(base->Consulta(fuente));
-  Llena({leido->columnas_, std::move(leido->celdas_)});
-  PonOrigen(fuente, std::move(base));
+void RecordsetMemoria::Open(const std::string& source, const std::shared_ptr<Conexion>& connection,
+                            std::int32_t cursor_type, std::int32_t lock_type, std::int32_t /*options*/) {
+  if (columns_) Fail(kOpen, "Operation is not allowed when the object is open.");
+  if (!connection) throw HostError(ErrorNumber::ObjectNotSet);
+  auto database = std::dynamic_pointer_cast<BaseDatos>(connection);
+  if (!database) throw HostError(ErrorNumber::TypeMismatch);
+  if (cursor_type >= 0) cursor_type_ = cursor_type;
+  if (lock_type >= 0) lock_type_ = lock_type;
+  const auto opened = std::static_pointer_cast<RecordsetMemoria>(database->Consulta(source));
+  Fill({opened->columns_, std::move(opened->cells_)});
+  SetOrigin(source, std::move(database));
 }
 
-void RecordsetMemoria::AbrePorNombre(const Value& fuente, const Value& conexion, const Value& cursor,
-                                     const Value& bloqueo, const Value& opciones) {
-  const auto numero = [](const Value& v) { return v.IsEmpty() ? -1 : AEntero32(v); };
-  Open(fuente.IsEmpty() ? fuente_ : ATexto(fuente),
-       conexion.IsEmpty() ? conexion_ : ComoOpcional<Conexion>(AObjeto(conexion)), numero(cursor),
-       numero(bloqueo), numero(opciones));
+void RecordsetMemoria::OpenByName(const Value& source, const Value& connection, const Value& cursor_type,
+                                  const Value& lock_type, const Value& options) {
+  const auto number = [](const Value& v) { return v.IsEmpty() ? -1 : AEntero32(v); };
+  Open(source.IsEmpty() ? source_ : ATexto(source),
+       connection.IsEmpty() ? connection_ : ComoOpcional<Conexion>(AObjeto(connection)), number(cursor_type),
+       number(lock_type), number(options));
 }
 
 void RecordsetMemoria::Close() {
-  ExigeAbierto();
-  Llena({});
+  RequireOpen();
+  Fill({});
 }
 
-void RecordsetMemoria::PonActiveConnection(const ObjectPtr& conexion) {
-  auto base = std::dynamic_pointer_cast<BaseDatos>(conexion);
-  if (conexion && !base) throw HostError(ErrorNumber::TypeMismatch);
-  conexion_ = std::move(base);
+void RecordsetMemoria::PonActiveConnection(const ObjectPtr& connection) {
+  auto database = std::dynamic_pointer_cast<BaseDatos>(connection);
+  if (connection && !database) throw HostError(ErrorNumber::TypeMismatch);
+  connection_ = std::move(database);
 }
 
-void RecordsetMemoria::PonOrigen(std::string fuente, std::shared_ptr<BaseDatos> conexion) {
-  fuente_ = std::move(fuente);
-  conexion_ = std::move(conexion);
+void RecordsetMemoria::SetOrigin(std::string source, std::shared_ptr<BaseDatos> connection) {
+  source_ = std::move(source);
+  connection_ = std::move(connection);
 }
 
 const MemberTable* RecordsetMemoria::Members() const {
@@ -167,8 +167,8 @@ const MemberTable* RecordsetMemoria::Members() const {
           .Property<&R::CursorType, &R::PonCursorType>("CursorType")
           .Property<&R::LockType, &R::PonLockType>("LockType")
           .Property<&R::CursorLocation, &R::PonCursorLocation>("CursorLocation")
-          .Method<&R::AbrePorNombre>("Open",
-                                     {"Source", "ActiveConnection", "CursorType", "LockType", "Options"}, 5)
+          .Method<&R::OpenByName>("Open", {"Source", "ActiveConnection", "CursorType", "LockType", "Options"},
+                                  5)
           .Method<&R::Close>("Close")
           .Property<&R::State>("State")
           .Property<&R::Source, &R::PonSource>("Source")

@@ -14,26 +14,29 @@
 namespace zuvi::host {
 
 /// What the values of a column are made of.
-enum class Clase { Entero, EnteroCorto, Real, Texto, TextoLargo, Fecha };
+enum class ColumnKind { Integer, SmallInteger, Real, Text, LongText, Date };
 
-struct Columna {
-  std::string nombre;
-  Clase clase = Clase::Texto;
+/// One column of a result.
+struct Column {
+  std::string name;
+  ColumnKind kind = ColumnKind::Text;
 };
 
 /// Names and kinds of the columns of a result; shared by all results of one shape.
-using Columnas = std::vector<Columna>;
+using Columns = std::vector<Column>;
 
-/// A result: values row by row.
-struct Resultado {
-  std::shared_ptr<const Columnas> columnas;
-  std::vector<Value> celdas;
+/// A result: values row by row, as many as there are columns. No columns: the statement gives no rows.
+struct ResultSet {
+  std::shared_ptr<const Columns> columns;
+  std::vector<Value> cells;
 };
 
+/// Rows read whole, with a current one, shaped as ADO's record set. Members that need an open record set or a
+/// current row throw HostError without one, with ADO's own code and text.
 class RecordsetMemoria final : public Recordset {
  public:
   RecordsetMemoria() = default;
-  explicit RecordsetMemoria(Resultado resultado) { Llena(std::move(resultado)); }
+  explicit RecordsetMemoria(ResultSet result) { Fill(std::move(result)); }
 
   bool Eof() override;
   bool Bof();
@@ -43,55 +46,55 @@ class RecordsetMemoria final : public Recordset {
   void MoveLast();
   std::int32_t RecordCount();
 
-  Value Campo(FixedText nombre) override { return Actual(Ordinal(std::string_view(nombre.text))); }
+  Value Campo(FixedText name) override { return Current(Ordinal(std::string_view(name.text))); }
   Value Campo(std::int32_t ordinal) override;
   /// Value of a column in the current row; by a number that `Ordinal` gave.
-  const Value& Actual(std::size_t columna);
+  const Value& Current(std::size_t column);
   /// Number of a column by name or number. Throws for an unknown one.
-  std::size_t Ordinal(std::string_view nombre);
-  std::size_t Ordinal(const Value& indice);
-  const Columnas& TraeColumnas();
+  std::size_t Ordinal(std::string_view name);
+  std::size_t Ordinal(const Value& index);
+  const Columns& GetColumns();
   /// The collection of fields, or with an index one field of it.
-  ObjectPtr Fields(const Value& indice);
+  ObjectPtr Fields(const Value& index);
 
-  std::int32_t CursorType() { return cursor_; }
-  void PonCursorType(std::int32_t tipo) override { cursor_ = tipo; }
-  std::int32_t LockType() { return bloqueo_; }
-  void PonLockType(std::int32_t tipo) override { bloqueo_ = tipo; }
+  std::int32_t CursorType() { return cursor_type_; }
+  void PonCursorType(std::int32_t type) override { cursor_type_ = type; }
+  std::int32_t LockType() { return lock_type_; }
+  void PonLockType(std::int32_t type) override { lock_type_ = type; }
   /// Where ADO would keep the rows; ours are always read whole.
-  std::int32_t CursorLocation() { return lugar_; }
-  void PonCursorLocation(std::int32_t lugar) { lugar_ = lugar; }
-  void Open(const std::string& fuente, const std::shared_ptr<Conexion>& conexion, std::int32_t cursor,
-            std::int32_t bloqueo, std::int32_t opciones) override;
+  std::int32_t CursorLocation() { return location_; }
+  void PonCursorLocation(std::int32_t location) { location_ = location; }
+  void Open(const std::string& source, const std::shared_ptr<Conexion>& connection, std::int32_t cursor_type,
+            std::int32_t lock_type, std::int32_t options) override;
   void Close();
   /// 0 closed, 1 open.
-  std::int32_t State() { return columnas_ ? 1 : 0; }
-  std::string Source() { return fuente_; }
-  void PonSource(const std::string& fuente) { fuente_ = fuente; }
-  ObjectPtr ActiveConnection() { return conexion_; }
-  void PonActiveConnection(const ObjectPtr& conexion);
+  std::int32_t State() { return columns_ ? 1 : 0; }
+  std::string Source() { return source_; }
+  void PonSource(const std::string& source) { source_ = source; }
+  ObjectPtr ActiveConnection() { return connection_; }
+  void PonActiveConnection(const ObjectPtr& connection);
   /// Remembers where the rows came from.
-  void PonOrigen(std::string fuente, std::shared_ptr<BaseDatos> conexion);
+  void SetOrigin(std::string source, std::shared_ptr<BaseDatos> connection);
 
   const MemberTable* Members() const override;
 
  private:
-  void Llena(Resultado resultado);
-  void ExigeAbierto() const;
-  void ExigeFila() const;
+  void Fill(ResultSet result);
+  void RequireOpen() const;
+  void RequireRow() const;
   /// `Open` with arguments left out: source and connection as set before.
-  void AbrePorNombre(const Value& fuente, const Value& conexion, const Value& cursor, const Value& bloqueo,
-                     const Value& opciones);
+  void OpenByName(const Value& source, const Value& connection, const Value& cursor_type,
+                  const Value& lock_type, const Value& options);
 
-  std::shared_ptr<const Columnas> columnas_;
-  std::vector<Value> celdas_;
-  std::ptrdiff_t filas_ = 0;
-  std::ptrdiff_t fila_ = 0;  // -1 before the first row, filas_ past the last
-  std::int32_t cursor_ = 0;
-  std::int32_t bloqueo_ = 1;
-  std::int32_t lugar_ = 2;
-  std::string fuente_;
-  std::shared_ptr<BaseDatos> conexion_;
+  std::shared_ptr<const Columns> columns_;
+  std::vector<Value> cells_;
+  std::ptrdiff_t row_count_ = 0;
+  std::ptrdiff_t row_ = 0;  // -1 before the first row, filas_ past the last
+  std::int32_t cursor_type_ = 0;
+  std::int32_t lock_type_ = 1;
+  std::int32_t location_ = 2;
+  std::string source_;
+  std::shared_ptr<BaseDatos> connection_;
 };
 
 }  // namespace zuvi::host

@@ -26,6 +26,7 @@ class Traza {
     std::erase_if(oyentes_, [cual](const auto& oyente) { return oyente.first == cual; });
   }
   bool Activa() const { return !oyentes_.empty(); }
+  /// Tells all listeners of an event.
   void Anota(Suceso suceso, const std::string& texto) const {
     for (const auto& [cual, oyente] : oyentes_) oyente(suceso, texto);
   }

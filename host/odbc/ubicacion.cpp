@@ -47,7 +47,7 @@ bool PasaTalCual(const std::string& archivo) {
 }  // namespace
 
 void PonBase(Opciones& opciones, const std::string& base) {
-  const bool cadena = PareceCadena(base);
+  const bool cadena = LooksLikeConnectionString(base);
   opciones.cadena = cadena ? base : "";
   opciones.archivo = cadena ? "" : base;
   opciones.archivo_por_omision = false;
@@ -70,7 +70,7 @@ Ubicacion::Ubicacion(const Opciones& opciones)
 void Ubicacion::LeeCadena(const std::string& texto) {
   CadenaOdbc cadena(texto);
   const auto no_se_entiende = [&](const std::string& por_que) {
-    throw HostError("No se entiende la cadena de conexión \"" + SinClave(texto) + "\": " + por_que);
+    throw HostError("No se entiende la cadena de conexión \"" + WithoutPassword(texto) + "\": " + por_que);
   };
   if (!cadena.Defecto().empty()) no_se_entiende(cadena.Defecto());
   controlador_ = cadena.Trae("DRIVER");
@@ -82,7 +82,7 @@ void Ubicacion::LeeCadena(const std::string& texto) {
     se_busca_ = Motor::MariaDb;
     cadena.Quita("DRIVER");
   }
-  if (Minusculas(controlador_).find("sqlite") == std::string::npos) {
+  if (!IsSqlite(controlador_)) {
     // A data source may turn out to be a file: it is not made by opening it.
     if (!origen_.empty() && controlador_.empty()) cadena.Pon("NoCreat", "1");
     resto_ = cadena.Texto();
@@ -99,7 +99,7 @@ void Ubicacion::PonArchivo(const std::string& archivo) {
   en_memoria_ = archivo == kMemoria;
   if (en_memoria_) return;
   if (archivo.find("://") != std::string::npos)
-    throw HostError("No se entiende la base de datos \"" + SinClave("=" + archivo).substr(1) +
+    throw HostError("No se entiende la base de datos \"" + WithoutPassword("=" + archivo).substr(1) +
                     "\": se indica un archivo o una cadena de conexión ODBC");
   if (archivo.find('\0') != std::string::npos) throw HostError("El nombre de la base tiene un carácter nulo");
   archivo_ = TextoDeRuta(Completa(Ruta(del_sistema_ ? del_sistema_(archivo) : archivo)));
@@ -157,7 +157,7 @@ void Ubicacion::ExigeBase() const {
 }
 
 std::string Ubicacion::ConControlador() const {
-  return "DRIVER={" + (se_busca_ ? ControladorDe(*se_busca_) : controlador_) + "};";
+  return "DRIVER={" + (se_busca_ ? DriverFor(*se_busca_) : controlador_) + "};";
 }
 
 std::string Ubicacion::Cadena(Modo modo) const {
@@ -175,7 +175,7 @@ std::string Ubicacion::Cadena(Modo modo) const {
 }
 
 HostError Ubicacion::Explica(const HostError& dado) const {
-  const HostError error = SinControlador(controlador_, origen_, dado);
+  const HostError error = ExplainMissingDriver(controlador_, origen_, dado);
   const auto dice = [&](const std::string& texto) {
     return HostError(texto + " (" + error.what() + ")", error.Number(), error.NativeCode(), error.SqlState());
   };

@@ -73,6 +73,7 @@ class ArchivoAparte {
   ArchivoAparte(const ArchivoAparte&) = delete;
   ArchivoAparte& operator=(const ArchivoAparte&) = delete;
   ~ArchivoAparte();
+  /// Where it is being made.
   const Ubicacion& Lugar() const { return aparte_; }
   /// Puts the closed file in its place. False when there is one by now, which stays. Throws HostError.
   bool Publica() const;

@@ -6,17 +6,13 @@
 #include <vector>
 
 #include "base/reloj.h"
+#include "base/text.h"
 #include "host/processes/paginas.h"
 #include "host/shop/celdas.h"
 #include "host/shop/esquema.h"
 
 namespace zuvi::host {
 namespace {
-
-std::string ConCeros(std::int32_t numero, std::size_t ancho) {
-  const std::string texto = Decimal(numero);
-  return texto.size() < ancho ? std::string(ancho - texto.size(), '0') + texto : texto;
-}
 
 /// Bars and spaces of a character, beginning with a bar; w is a wide one.
 std::string_view Trazos(char c) {

@@ -1,8 +1,6 @@
 #include "host/processes/genera_horarios.h"
 
-#include <algorithm>
 #include <array>
-#include <chrono>
 
 #include "host/odbc/reintento.h"
 #include "host/processes/turno_elegido.h"
@@ -14,23 +12,10 @@ namespace {
 /// The names under which `turnos.descanso` keeps the days, Sunday first.
 constexpr std::array kDias{"Dimingo", "Lunes", "Martes", "Miercoles", "Jueves", "Viernes", "Sabado"};
 
-Fecha MasDias(const Fecha& fecha, std::int32_t dias) { return Fecha::DesdeSerie(fecha.Serie() + dias); }
-
 const char* DiaDeLaSemana(const Fecha& fecha) {
   // Day 1 of the calendar, 31-12-1899, was a Sunday.
   const auto dia = static_cast<std::int64_t>(fecha.SoloDia().Serie()) - 1;
   return kDias[static_cast<std::size_t>(((dia % 7) + 7) % 7)];
-}
-
-std::int32_t DiasHastaElMesSiguiente(const Fecha& desde) {
-  namespace ch = std::chrono;
-  const FechaCivil c = desde.Civil();
-  const ch::year_month mes{ch::year{c.anio}, ch::month{static_cast<unsigned>(c.mes)}};
-  const ch::year_month siguiente = mes + ch::months{1};
-  const auto ultimo = static_cast<unsigned>((siguiente / ch::last).day());
-  const auto dia = ch::day{std::min(static_cast<unsigned>(c.dia), ultimo)};
-  return static_cast<std::int32_t>(
-      (ch::sys_days{siguiente / dia} - ch::sys_days{mes / ch::day{static_cast<unsigned>(c.dia)}}).count());
 }
 
 /// A property of the window's control, by name.
@@ -64,7 +49,7 @@ Alcance AlcanceDe(BaseDatos& base, const std::string& turno) {
 /// Adds what one day lacks; returns how many rows.
 std::int64_t GeneraDia(BaseDatos& base, const Alcance& alcance, std::int32_t cuantos, const Fecha& fecha) {
   const std::string dia = LiteralFecha(base.TraeMotor(), fecha);
-  return ConReintento([&]() -> std::int64_t {
+  return WithRetry([&]() -> std::int64_t {
     Transaccion transaccion(base);
     // Numbers come first: two stations generate one after the other.
     const std::int32_t anterior = TomaFoliosEn(transaccion, "horarios", cuantos) - cuantos;
@@ -107,7 +92,7 @@ class EnCurso {
 };
 
 std::string DelAl(const Fecha& desde, std::int32_t dias) {
-  return "del " + desde.Formatea("dd-MM-yyyy") + " al " + MasDias(desde, dias - 1).Formatea("dd-MM-yyyy");
+  return "del " + desde.Formatea("dd-MM-yyyy") + " al " + desde.MasDias(dias - 1).Formatea("dd-MM-yyyy");
 }
 
 /// What the user is told at the end.
@@ -128,7 +113,7 @@ Periodo PeriodoDe(const std::string& nombre, const Fecha& desde) {
   const Fecha dia = desde.SoloDia();
   if (nombre == "Día") return {dia, 1};
   if (nombre == "Semana") return {dia, 7};
-  if (nombre == "Mes") return {dia, DiasHastaElMesSiguiente(dia)};
+  if (nombre == "Mes") return {dia, static_cast<std::int32_t>(dia.MasMeses(1).Serie() - dia.Serie())};
   throw HostError("No hay un periodo \"" + nombre + "\"");
 }
 
@@ -143,7 +128,7 @@ Generados GeneraHorarios(Anfitrion& anfitrion, const std::string& turno, const P
   if (cuantos == 0) return {0, periodo.dias};
   const auto progreso = anfitrion.AbreProgreso(periodo.dias, "Generando horarios", "");
   while (generados.dias < periodo.dias) {
-    const Fecha fecha = MasDias(periodo.desde, generados.dias);
+    const Fecha fecha = periodo.desde.MasDias(generados.dias);
     progreso->Avanza(generados.dias + 1, fecha.Formatea("dd-MM-yyyy"), DiaDeLaSemana(fecha));
     if (!anfitrion.Usuario().AtiendeVentanas() || anfitrion.Usuario().Cancelado() || (sigue && !sigue()))
       break;

@@ -19,6 +19,7 @@ Periodo PeriodoDe(const std::string& nombre, const Fecha& desde);
 
 /// What a generation came to.
 struct Generados {
+  /// Rows that are new.
   std::int64_t renglones = 0;
   /// Days that are complete, from the first on. Fewer than asked for when the user ended it.
   std::int32_t dias = 0;

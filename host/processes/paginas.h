@@ -11,6 +11,7 @@ std::string Html(const std::string& texto);
 /// The beginning of a page up to the opened body, with its title, the pages' common look and `estilo` (CSS)
 /// besides.
 std::string InicioDePagina(const std::string& titulo, const std::string& estilo = {});
+/// The end of every page.
 inline constexpr const char* kFinDePagina = "</body>\n</html>\n";
 /// Writes a page into the first of these folders that can be written, made where it is missing, and returns
 /// the file's full name. A page of that name is replaced; where its file is in use or another's, the new one

@@ -41,16 +41,10 @@ const MemberTable* AccesoDatosHost::Members() const {
   return &table;
 }
 
-BaseDatos& AccesoDatosHost::BaseDe(const std::shared_ptr<Conexion>& conexion) {
-  if (!conexion) return *anfitrion_->Base();
-  if (auto* base = dynamic_cast<BaseDatos*>(conexion.get())) return *base;
-  throw HostError("La conexión no es de este anfitrión");
-}
-
 std::shared_ptr<Recordset> AccesoDatosHost::Consulta(const std::string& sql,
                                                      const std::shared_ptr<Conexion>& conexion) {
   anfitrion_->ExigeNoCancelado();
-  return BaseDe(conexion).Consulta(sql);
+  return anfitrion_->BaseDe(conexion).Consulta(sql);
 }
 
 std::shared_ptr<Recordset> AccesoDatosHost::ConsultaConBandera(const std::string& sql,
@@ -99,7 +93,7 @@ std::int32_t AccesoDatosHost::SiguienteFolio(const std::string& clave,
                                              std::int32_t& documento,
                                              const std::shared_ptr<ConstructorSql>&) {
   anfitrion_->Llamada("SiguienteFolio", clave);
-  documento = TomaFolios(BaseDe(conexion), clave);
+  documento = TomaFolios(anfitrion_->BaseDe(conexion), clave);
   return documento;
 }
 
@@ -113,21 +107,17 @@ Fecha AccesoDatosHost::ComponeFecha(std::int32_t a, std::int32_t b) {
 }
 
 std::string AccesoDatosHost::FechaSQL(const std::shared_ptr<Conexion>& conexion, const Fecha& fecha) {
-  return LiteralFecha(BaseDe(conexion).TraeMotor(), fecha);
+  return LiteralFecha(anfitrion_->BaseDe(conexion).TraeMotor(), fecha);
 }
 
 std::string AccesoDatosHost::TextoConCeros(std::int32_t numero, std::int32_t ancho) {
-  std::string texto = Decimal(numero);
-  const std::size_t signo = numero < 0 ? 1 : 0;
-  const auto pedido = static_cast<std::size_t>(std::clamp(ancho, 0, 255));
-  if (texto.size() < pedido) texto.insert(signo, pedido - texto.size(), '0');
-  return texto;
+  return ConCeros(numero, static_cast<std::size_t>(std::clamp(ancho, 0, 255)));
 }
 
 bool AccesoDatosHost::ExisteClave(const std::string& valor, const std::string& tabla,
                                   const std::string& columna, const std::shared_ptr<Conexion>& conexion) {
   anfitrion_->Llamada("ExisteClave", valor, tabla, columna);
-  BaseDatos& base = BaseDe(conexion);
+  BaseDatos& base = anfitrion_->BaseDe(conexion);
   const bool existe = !base.Consulta("SELECT 1 FROM " + tabla + " WHERE " + columna + " = " +
                                      Literal(base.TraeMotor(), valor) + " LIMIT 1")
                            ->Eof();
@@ -144,7 +134,7 @@ bool AccesoDatosHost::ExisteClaveConBandera(const std::string& valor, const std:
 bool AccesoDatosHost::UbicacionRestringida(const std::string& articulo, std::int16_t almacen,
                                            const std::shared_ptr<Conexion>& conexion) {
   anfitrion_->Llamada("UbicacionRestringida", articulo, almacen);
-  BaseDatos& base = BaseDe(conexion);
+  BaseDatos& base = anfitrion_->BaseDe(conexion);
   return !base.Consulta(
                   "SELECT 1 FROM restricciones INNER JOIN prods USING(ubicacion) WHERE prods.articulo = " +
                   Literal(base.TraeMotor(), articulo) + " AND restricciones.almacen = " + Decimal(almacen) +
@@ -186,7 +176,7 @@ std::string AccesoDatosHost::FormateaCampo(const ObjectPtr& caja, const std::sha
 }
 
 std::int16_t AccesoDatosHost::FiltroMayusculas(const ObjectPtr&, std::int16_t caracter) {
-  return EnMayuscula(caracter);
+  return Filtra({.etiqueta = "U", .texto = {}}, caracter);
 }
 
 std::int16_t AccesoDatosHost::FiltroTecla(const ObjectPtr& caja, std::int16_t caracter) {

@@ -13,8 +13,9 @@ class AccesoDatosHost final : public AccesoDatos {
   /// Fails once the user has cancelled.
   std::shared_ptr<Recordset> Consulta(const std::string& sql,
                                       const std::shared_ptr<Conexion>& conexion) override;
-  /// Null, Empty and blank text are 0; a text that is no number is an error.
+  /// Null, Empty and blank text are 0. Throws HostError for a text that is no number, or can be read as two.
   double ValorNumerico(const Value& valor) override;
+  /// Null is "".
   std::string ValorTexto(const Value& valor) override;
   bool EstaVacio(const std::string& texto) override;
   std::string TextoDeMensaje(std::int32_t numero, const std::shared_ptr<Ambiente>& ambiente) override;
@@ -25,10 +26,12 @@ class AccesoDatosHost final : public AccesoDatos {
   std::int32_t SiguienteFolio(const std::string& clave, const std::shared_ptr<Conexion>& conexion,
                               std::int32_t& documento,
                               const std::shared_ptr<ConstructorSql>& constructor) override;
-  /// `a` is yyyymmdd, `b` the seconds since midnight.
+  /// `a` is yyyymmdd, `b` the seconds since midnight. Throws HostError (TypeMismatch) when they name no time.
   Fecha ComponeFecha(std::int32_t a, std::int32_t b) override;
   std::string FechaSQL(const std::shared_ptr<Conexion>& conexion, const Fecha& fecha) override;
+  /// At most 255 characters wide.
   std::string TextoConCeros(std::int32_t numero, std::int32_t ancho) override;
+  /// Whether a row of the table has that value; one that none has is remembered for the message about it.
   bool ExisteClave(const std::string& valor, const std::string& tabla, const std::string& columna,
                    const std::shared_ptr<Conexion>& conexion) override;
   /// True when table `restricciones` names the storage location of the article together with the warehouse.
@@ -59,9 +62,6 @@ class AccesoDatosHost final : public AccesoDatos {
                                const Value&);
   std::int16_t FiltraMayusculasEn(const ObjectPtr& caja, std::int16_t& caracter);
   std::int16_t FiltraTeclaEn(const Value&, const ObjectPtr& caja, std::int16_t& caracter);
-
-  /// The database behind a connection object; the host's own one when there is none.
-  BaseDatos& BaseDe(const std::shared_ptr<Conexion>& conexion);
 
   std::shared_ptr<Anfitrion> anfitrion_;
   std::string no_hallada_;  // key that `ExisteClave` looked for last, when there was none

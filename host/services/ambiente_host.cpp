@@ -64,7 +64,7 @@ std::shared_ptr<Recordset> AmbienteHost::ParametrosEstacion() {
 
 std::string AmbienteHost::CadenaConexion() const {
   const Opciones& opciones = anfitrion_->TraeOpciones();
-  return opciones.cadena.empty() ? opciones.archivo : SinClave(opciones.cadena);
+  return opciones.cadena.empty() ? opciones.archivo : WithoutPassword(opciones.cadena);
 }
 
 void AmbienteHost::PonCadenaConexion(const std::string& base) {

@@ -31,15 +31,17 @@ class AmbienteHost final : public Ambiente {
   void CreaBase(bool ejemplo) { anfitrion_->CreaBase(ejemplo ? Contenido::Tienda : Contenido::Vacio); }
   /// Brings a database of an earlier version up to date, and returns which it was.
   std::int32_t ActualizaBase() { return anfitrion_->ActualizaBase(); }
+  /// Who signs from now on.
   void PonUsuario(const std::string& usuario);
   /// Answers for the questions to come, like "si,no,si"; from then on messages are recorded, not shown.
   void PonRespuestas(const std::string& respuestas);
+  /// Messages and questions since the last reading (`Anfitrion::TomaRegistro`).
   std::string Mensajes() { return anfitrion_->TomaRegistro(); }
   /// File that the trace is appended to; an empty name ends it.
   void PonTraza(const std::string& archivo) { anfitrion_->TrazaEnArchivo(archivo); }
   /// Stock of an article in a warehouse, 0 when there never was any.
   double Existencia(const std::string& articulo, std::int32_t almacen);
-  /// Average unit cost of an article.
+  /// Average unit cost of an article. Throws HostError for one that is not there.
   double Costo(const std::string& articulo);
 
   const MemberTable* Members() const override;

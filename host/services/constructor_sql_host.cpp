@@ -20,16 +20,10 @@ const MemberTable* ConstructorSqlHost::Members() const {
   return &table;
 }
 
-BaseDatos& ConstructorSqlHost::Base() {
-  if (!conexion_) return *anfitrion_->Base();
-  if (auto* base = dynamic_cast<BaseDatos*>(conexion_.get())) return *base;
-  throw HostError("La conexión no es de este anfitrión");
-}
-
 void ConstructorSqlHost::PonConexion(const std::shared_ptr<Conexion>& conexion) { conexion_ = conexion; }
 
 void ConstructorSqlHost::Limpia() {
-  clase_ = Clase::Ninguna;
+  instruccion_ = Instruccion::Ninguna;
   tabla_.clear();
   campos_.clear();
   condicion_.clear();
@@ -38,9 +32,9 @@ void ConstructorSqlHost::Limpia() {
 
 void ConstructorSqlHost::Tipo(const std::string& tipo) {
   if (IgualSinCaso(tipo, "INSERT"))
-    clase_ = Clase::Insert;
+    instruccion_ = Instruccion::Insert;
   else if (IgualSinCaso(tipo, "UPDATE"))
-    clase_ = Clase::Update;
+    instruccion_ = Instruccion::Update;
   else
     throw HostError("El tipo de la instrucción debe ser INSERT o UPDATE, no \"" + tipo + "\"");
 }
@@ -58,11 +52,12 @@ void ConstructorSqlHost::AgregaCampo(const std::string& tabla, const std::string
 }
 
 void ConstructorSqlHost::Genera(const std::string& tabla) {
-  if (clase_ == Clase::Ninguna) throw HostError("Falta el tipo de la instrucción (INSERT o UPDATE)");
+  if (instruccion_ == Instruccion::Ninguna)
+    throw HostError("Falta el tipo de la instrucción (INSERT o UPDATE)");
   if (!tabla_.empty() && !IgualSinCaso(tabla, tabla_))
     throw HostError("Las columnas son de la tabla " + tabla_ + ", pero la instrucción es de " + tabla);
   std::string sql;
-  if (clase_ == Clase::Insert) {
+  if (instruccion_ == Instruccion::Insert) {
     if (campos_.empty()) throw HostError("Un INSERT en " + tabla + " necesita al menos una columna");
     std::string columnas, valores;
     for (const auto& [columna, literal] : campos_) {

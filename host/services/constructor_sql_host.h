@@ -33,12 +33,12 @@ class ConstructorSqlHost final : public ConstructorSql {
   const MemberTable* Members() const override;
 
  private:
-  enum class Clase { Ninguna, Insert, Update };
-  BaseDatos& Base();
+  enum class Instruccion { Ninguna, Insert, Update };
+  BaseDatos& Base() { return anfitrion_->BaseDe(conexion_); }
 
   std::shared_ptr<Anfitrion> anfitrion_;
   std::shared_ptr<Conexion> conexion_;
-  Clase clase_ = Clase::Ninguna;
+  Instruccion instruccion_ = Instruccion::Ninguna;
   std::string tabla_;
   std::vector<std::pair<std::string, std::string>> campos_;  // column, literal
   std::string condicion_;

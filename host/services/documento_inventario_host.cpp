@@ -35,7 +35,7 @@ namespace {
 template <class Cuerpo>
 void DiciendoCual(const std::string& id, Cuerpo&& cuerpo) {
   try {
-    ConReintento(cuerpo);
+    WithRetry(cuerpo);
   } catch (const ConexionPerdida& error) {
     if (!error.EnDuda()) throw;
     throw ConexionPerdida(

@@ -26,7 +26,9 @@ class DocumentoInventarioHost final : public DocumentoInventario {
   void PonArticulo(const std::string& articulo) override { articulo_ = articulo; }
   void PonCantidad(double cantidad) override { cantidad_ = cantidad; }
   void PonCosto(double costo) override { costo_ = costo; }
-  /// `numero` comes back with the number of the movement.
+  /// Posts the movement and returns its amount, to the centavo; `numero` comes back with its number. Throws
+  /// HostError for a type that is neither E nor S, for a quantity or an amount beyond what is kept exactly
+  /// (Overflow), or when it was not saved.
   double AplicaMovimiento(std::int32_t& numero) override;
 
   const MemberTable* Members() const override;

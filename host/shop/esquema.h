@@ -28,8 +28,10 @@ enum class EstadoEsquema {
   Roto,   // ours, and a table is missing
 };
 
+/// What was found in a database.
 struct Esquema {
   EstadoEsquema estado = EstadoEsquema::Falta;
+  /// As table `esquema` has it; 0 without one.
   std::int32_t version = 0;
   /// The table that tells, for `Ajeno` and `Roto`.
   std::string tabla;

@@ -6,6 +6,7 @@
 
 namespace zuvi::host {
 
+/// A table's name and the list of its columns, as CREATE TABLE takes it.
 struct Tabla {
   const char* nombre;
   const char* columnas;

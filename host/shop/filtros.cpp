@@ -94,12 +94,6 @@ std::string FormateaFecha(const std::string& texto) {
   }
 }
 
-std::string EnMayusculas(const std::string& texto) {
-  std::u16string ancho = Utf16(texto);
-  for (char16_t& c : ancho) c = static_cast<char16_t>(EnMayuscula(static_cast<std::int16_t>(c)));
-  return Utf8(ancho);
-}
-
 }  // namespace
 
 Caja ContenidoDe(const ObjectPtr& caja) {
@@ -122,17 +116,9 @@ Caja CajaDe(const ObjectPtr& caja) {
   return leida;
 }
 
-std::int16_t EnMayuscula(std::int16_t caracter) {
-  const auto c = static_cast<char16_t>(caracter);
-  if (c >= u'a' && c <= u'z') return static_cast<std::int16_t>(c - 32);
-  if (c >= u'\u00e0' && c <= u'\u00fe' && c != u'\u00f7') return static_cast<std::int16_t>(c - 32);
-  if (c == u'\u00ff') return std::int16_t{0x178};
-  return caracter;
-}
-
 std::int16_t Filtra(const Caja& caja, std::int16_t caracter) {
   if (caracter >= 0 && caracter < ' ') return caracter;
-  if (caja.etiqueta == "U") return EnMayuscula(caracter);
+  if (caja.etiqueta == "U") return static_cast<std::int16_t>(Mayuscula(static_cast<char16_t>(caracter)));
   if (caja.etiqueta == "N") return FiltraNumero(caja, caracter, false, std::string::npos - 1);
   if (caja.etiqueta == "SD") return FiltraNumero(caja, caracter, false, kDecimales);
   if (caja.etiqueta == "SN") return FiltraNumero(caja, caracter, true, std::string::npos - 1);
@@ -145,7 +131,7 @@ std::int16_t Filtra(const Caja& caja, std::int16_t caracter) {
 
 std::string Formatea(const Caja& caja) {
   if (Recorta(caja.texto).empty()) return caja.texto;
-  if (caja.etiqueta == "U") return EnMayusculas(caja.texto);
+  if (caja.etiqueta == "U") return Mayusculas(caja.texto);
   if (caja.etiqueta == "N" || caja.etiqueta == "SN") return FormateaNumero(caja.texto, 0);
   if (caja.etiqueta == "SD") return FormateaNumero(caja.texto, 2);
   if (caja.etiqueta == "D") return FormateaFecha(caja.texto);

@@ -29,8 +29,6 @@ Caja ContenidoDe(const ObjectPtr& caja);
 Caja CajaDe(const ObjectPtr& caja);
 /// The character to keep of one typed into the box; 0 drops it. Control characters pass.
 std::int16_t Filtra(const Caja& caja, std::int16_t caracter);
-/// Upper-case form of a character, accented letters included.
-std::int16_t EnMayuscula(std::int16_t caracter);
 /// Display form of the text. A text that the tag cannot read stays as it is.
 std::string Formatea(const Caja& caja);
 

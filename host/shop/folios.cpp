@@ -15,7 +15,7 @@ std::int32_t TomaFoliosEn(Transaccion& transaccion, const std::string& clave, st
 }
 
 std::int32_t TomaFolios(BaseDatos& base, const std::string& clave, std::int32_t cuantos) {
-  return ConReintento([&] {
+  return WithRetry([&] {
     Transaccion transaccion(base);
     const std::int32_t ultimo = TomaFoliosEn(transaccion, clave, cuantos);
     transaccion.Confirma();

@@ -38,4 +38,12 @@ bool HayOrden(BaseDatos& base, std::int32_t op) {
   return !base.Consulta("SELECT op FROM op WHERE op = " + Decimal(op))->Eof();
 }
 
+DeOrden::DeOrden(std::int32_t op)
+    : orden("La orden " + Decimal(op)),
+      no_existe(orden + " no existe"),
+      sin_partidas(orden + " no tiene partidas que entregar"),
+      ya_entregada(orden + " ya está entregada. ¿Entregarla otra vez?"),
+      no_cancelada(orden + " no se canceló"),
+      no_ocupada(orden + " no está ocupada") {}
+
 }  // namespace zuvi::host

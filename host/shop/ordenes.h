@@ -23,4 +23,11 @@ struct PartidasDeOrden {
 /// Whether there is an order of that number.
 bool HayOrden(BaseDatos& base, std::int32_t op);
 
+/// What command line and main window say of an order, with the same words.
+struct DeOrden {
+  explicit DeOrden(std::int32_t op);
+  std::string orden;  // "La orden 103"
+  std::string no_existe, sin_partidas, ya_entregada, no_cancelada, no_ocupada;
+};
+
 }  // namespace zuvi::host

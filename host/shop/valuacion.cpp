@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "base/error.h"
+#include "base/text.h"
 
 namespace zuvi::host {
 namespace {
@@ -32,9 +33,8 @@ double DeCentavos(std::int64_t centavos) { return static_cast<double>(centavos) 
 std::string TextoImporte(std::int64_t centavos) {
   const std::uint64_t absoluto =
       centavos < 0 ? 0 - static_cast<std::uint64_t>(centavos) : static_cast<std::uint64_t>(centavos);
-  std::string texto = std::to_string(absoluto / 100);
-  const std::string resto = std::to_string(absoluto % 100);
-  return (centavos < 0 ? "-" : "") + texto + (resto.size() == 1 ? ".0" : ".") + resto;
+  return (centavos < 0 ? "-" : "") + std::to_string(absoluto / 100) + "." +
+         ConCeros(static_cast<std::int32_t>(absoluto % 100), 2);
 }
 
 bool EsMovimientoDeKit(std::string_view tipo, std::string_view concepto) {

@@ -19,6 +19,7 @@ std::error_code CreaCarpetas(const std::filesystem::path& carpeta);
 std::error_code EscribeNuevo(const std::filesystem::path& ruta, const std::string& texto);
 /// Gives a file another name in the same folder. What has that name is replaced, not written through.
 std::error_code Reemplaza(const std::filesystem::path& origen, const std::filesystem::path& destino);
+/// Takes a file away; one that stays is no failure.
 void Borra(const std::filesystem::path& ruta);
 
 /// Why something failed, for its user: Spanish where it is one of the usual reasons, else the system's text.

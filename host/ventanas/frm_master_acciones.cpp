@@ -53,14 +53,14 @@ void frmMaster::Imprime() {
 
 void frmMaster::Entrega() {
   const std::int32_t op = Orden();
-  const std::string orden = "La orden " + Decimal(op);
+  const std::string orden = DeOrden(op).orden;
   const PartidasDeOrden partidas(Base(), op);
   if (partidas.cuantas == 0) {
-    ElAnfitrion().Mensaje(orden + " no tiene partidas que entregar.", EstiloMensaje::Error);
+    ElAnfitrion().Mensaje(DeOrden(op).sin_partidas + ".", EstiloMensaje::Error);
     return;
   }
   if (!ElAnfitrion().Pregunta(partidas.por_entregar.empty()
-                                  ? orden + " ya está entregada. ¿Entregarla otra vez?"
+                                  ? DeOrden(op).ya_entregada
                                   : "¿Entregar el producto terminado de la orden " + Decimal(op) + "?"))
     return;
   const int antes = ElAnfitrion().LoSucedido().movimientos;
@@ -77,22 +77,22 @@ void frmMaster::Entrega() {
 
 void frmMaster::Cancela() {
   const std::int32_t op = Orden();
-  const std::string orden = "La orden " + Decimal(op);
+  const std::string orden = DeOrden(op).orden;
   // It asks by itself.
   const bool cancelada = ABooleano(Componente().Call("CancelaOp", op));
   if (Closed()) return;
   Lee();
-  Dice(!cancelada             ? orden + " no se canceló."
+  Dice(!cancelada             ? DeOrden(op).no_cancelada + "."
        : HayOrden(Base(), op) ? orden + " estaba confirmada: quedó cerrada."
                               : orden + " se canceló.");
 }
 
 void frmMaster::Libera() {
   const std::int32_t op = Orden();
-  const std::string orden = "La orden " + Decimal(op);
+  const std::string orden = DeOrden(op).orden;
   const auto ocupadas = OrdenesOcupadas(Base());
   while (!ocupadas->Eof() && AEntero32(ocupadas->Campo("op")) != op) ocupadas->MoveNext();
-  if (ocupadas->Eof()) return Dice(orden + " no está ocupada.");
+  if (ocupadas->Eof()) return Dice(DeOrden(op).no_ocupada + ".");
   const std::string ocupante = TextoDe(ocupadas->Campo("usuario"));
   const std::string pregunta = orden + " está marcada como ocupada.\nLa guardó por última vez " +
                                (ocupante.empty() ? std::string("alguien sin nombre") : ocupante) + ", el " +

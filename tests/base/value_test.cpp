@@ -180,6 +180,25 @@ TEST(Fechas, WhatIsNoDateIsRefused) {
     EXPECT_THROW(Fecha::DesdeCivil(c), HostError) << c.anio << "-" << c.mes << "-" << c.dia;
 }
 
+TEST(Dates, MonthsEndWhereTheyEnd) {
+  const struct {
+    const char* from;
+    std::int32_t months;
+    const char* to;
+    const char* end;
+  } cases[] = {
+      {"2024-01-31", 1, "2024-02-29", "2024-02-29"},   {"2023-03-30", -1, "2023-02-28", "2023-02-28"},
+      {"2023-12-15", 1, "2024-01-15", "2024-01-31"},   {"1900-02-28", -2, "1899-12-28", "1899-12-31"},
+      {"2000-02-29", -12, "1999-02-28", "1999-02-28"}, {"2024-04-30", 13, "2025-05-30", "2025-05-31"}};
+  for (const auto& c : cases) {
+    const Fecha moved = Fecha::DesdeTexto(c.from).MasMeses(c.months);
+    EXPECT_EQ(moved.Texto(), c.to) << c.from;
+    EXPECT_EQ(moved.FinDeMes().Texto(), c.end) << c.from;
+  }
+  EXPECT_THROW(Fecha::DesdeTexto("9999-12-31").MasMeses(1), HostError);
+  EXPECT_THROW(Fecha::DesdeTexto("0100-01-01").MasDias(-1), HostError);
+}
+
 TEST(Utf, WhatIsValidGoesBothWays) {
   const std::pair<std::string, std::u16string> cases[] = {
       {"", u""},

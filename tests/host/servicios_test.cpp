@@ -6,6 +6,7 @@
 #include <set>
 #include <sstream>
 
+#include "base/text.h"
 #include "host/processes/reporte_orden.h"
 #include "host/services/constructor_sql_host.h"
 #include "host/services/ventanas_host.h"
@@ -301,7 +302,7 @@ TEST(Filtros, CadaEtiquetaAdmiteLoSuyoYDaSuForma) {
     EXPECT_EQ(caja->Text() + " " + Formatea(CajaDe(caja)), queda + (" " + std::string(formateado)));
   }
   EXPECT_EQ(Filtra(CajaDe(pon("SN", "15")), '-'), '-');
-  EXPECT_EQ(EnMayuscula(0xf7), 0xf7) << "the division sign has no upper case";
+  EXPECT_EQ(Mayuscula(0xf7), 0xf7) << "the division sign has no upper case";
   EXPECT_EQ(Formatea({.etiqueta = "U", .texto = "ñandú"}), "ÑANDÚ");
 }
 
