@@ -16,9 +16,9 @@ class ClassFactory final : public Counted<IClassFactory> {
   /// Answers `CreateInstance` itself: outer object, interface, where to put it (null until then).
   using Maker = std::function<HRESULT(IUnknown*, REFIID, void**)>;
 
-  ClassFactory(ComModule& server, Maker make)
+  ClassFactory(ComServer& server, Maker make)
       : server_(server), hold_(server, HoldKind::Factory), make_(std::move(make)) {}
-  ClassFactory(ComModule& server, Creator create)
+  ClassFactory(ComServer& server, Creator create)
       : ClassFactory(server,
                      Maker([&server, create = std::move(create)](IUnknown* outer, REFIID iid, void** out) {
                        if (outer) return CLASS_E_NOAGGREGATION;
@@ -50,13 +50,13 @@ class ClassFactory final : public Counted<IClassFactory> {
   }
 
  private:
-  ComModule& server_;
+  ComServer& server_;
   ServerHold hold_;
   Maker make_;
 };
 
 /// The body of DllGetClassObject once the class is known.
-inline HRESULT GiveFactory(ComModule& server, ClassFactory::Creator create, REFIID iid, void** out) noexcept {
+inline HRESULT GiveFactory(ComServer& server, ClassFactory::Creator create, REFIID iid, void** out) noexcept {
   return Guarded(server.Source(), [&] {
     const auto factory = ComPtr<IClassFactory>::Adopt(new ClassFactory(server, std::move(create)));
     return factory->QueryInterface(iid, out);

@@ -45,11 +45,11 @@ ComError CurrentError() noexcept {
     } catch (const HostError& error) {
       return {CodeOf(error), error.what()};
     } catch (const std::bad_alloc&) {
-      return {E_OUTOFMEMORY, DescripcionDe(ErrorNumber::OutOfMemory)};
+      return {E_OUTOFMEMORY, DescriptionOf(ErrorNumber::OutOfMemory)};
     } catch (const std::exception& error) {
       return {E_FAIL, error.what()};
     } catch (...) {
-      return {E_FAIL, DescripcionDe(ErrorNumber::AutomationFailure)};
+      return {E_FAIL, DescriptionOf(ErrorNumber::AutomationFailure)};
     }
   } catch (...) {
     return {E_OUTOFMEMORY, {}};
@@ -58,14 +58,14 @@ ComError CurrentError() noexcept {
 
 HostError HostErrorOf(HRESULT code) {
   for (const Mapped& mapped : kMapped)
-    if (mapped.code == code) return HostError(DescripcionDe(mapped.number), mapped.number, code);
+    if (mapped.code == code) return HostError(DescriptionOf(mapped.number), mapped.number, code);
   if (HRESULT_FACILITY(code) == FACILITY_CONTROL) {
     const auto number = static_cast<ErrorNumber>(HRESULT_CODE(code));
-    const std::string text = DescripcionDe(number);
-    if (text != DescripcionDe(ErrorNumber::AutomationFailure)) return HostError(text, number, code);
+    const std::string text = DescriptionOf(number);
+    if (text != DescriptionOf(ErrorNumber::AutomationFailure)) return HostError(text, number, code);
   }
   char text[64];
-  std::snprintf(text, sizeof text, "%s (0x%08lX)", DescripcionDe(ErrorNumber::AutomationFailure).c_str(),
+  std::snprintf(text, sizeof text, "%s (0x%08lX)", DescriptionOf(ErrorNumber::AutomationFailure).c_str(),
                 static_cast<unsigned long>(code));
   return HostError(text, ErrorNumber::AutomationFailure, code);
 }

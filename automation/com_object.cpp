@@ -40,11 +40,11 @@ class OutgoingArguments {
   OutgoingArguments(const OutgoingArguments&) = delete;
   OutgoingArguments& operator=(const OutgoingArguments&) = delete;
 
-  void AddValue(const Value& value, ComModule& server) {
+  void AddValue(const Value& value, ComServer& server) {
     ToVariant(value, server, Place(filled_));
     ++filled_;
   }
-  void AddReference(const Value& value, VARTYPE type, ComModule& server) {
+  void AddReference(const Value& value, VARTYPE type, ComServer& server) {
     Coerce(value, type, server, storage_[filled_]);
     MakeByRef(storage_[filled_], type, Place(filled_));
     by_reference_ |= ByRef{1} << filled_;
@@ -192,14 +192,14 @@ Value ComObject::ReadChain(std::span<const Step> steps) {
       Invoke(owner, id, kRead, out.Params(), result);
     }
   }
-  return ValueDe(results[latest].get(), server_);
+  return FromVariant(results[latest].get(), server_);
 }
 
 Value ComObject::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
   if (args.empty()) {
     UniqueVariant result;
     Invoke(dispatch_.get(), id, kRead, {}, &result.get());
-    return ValueDe(result.get(), server_);
+    return FromVariant(result.get(), server_);
   }
   OutgoingArguments out(args.size());
   for (std::size_t i = 0; i < args.size(); ++i) {
@@ -215,10 +215,10 @@ Value ComObject::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
   Invoke(dispatch_.get(), id, kRead, out.Params(), &result.get());
   if (by_ref && !(by_ref & kUnread))
     for (std::size_t i = 0; i < args.size(); ++i)
-      if (out.ByReference(i)) args[i] = ValueDe(out.Storage(i), server_);
+      if (out.ByReference(i)) args[i] = FromVariant(out.Storage(i), server_);
   // Most methods give nothing.
   if (V_VT(&result.get()) == VT_EMPTY) return {};
-  return ValueDe(result.get(), server_);
+  return FromVariant(result.get(), server_);
 }
 
 bool ComObject::TakesByRef(MemberId id, std::size_t index) {

@@ -15,7 +15,7 @@ namespace zuvi {
 /// have acted before it failed. Used in the apartment that handed it over, like every automation object.
 class ComObject final : public Object {
  public:
-  ComObject(ComPtr<IDispatch> dispatch, ComModule& server)
+  ComObject(ComPtr<IDispatch> dispatch, ComServer& server)
       : dispatch_(std::move(dispatch)), server_(server) {}
 
   IDispatch* Dispatch() const { return dispatch_.get(); }
@@ -53,7 +53,7 @@ class ComObject final : public Object {
   BSTR KeyText(FixedText literal, bool keep, UniqueBstr& once);
 
   ComPtr<IDispatch> dispatch_;
-  ComModule& server_;
+  ComServer& server_;
   const char* chain_head_ = nullptr;  // the first name of the last chain and its id: mostly the same literal
   MemberId chain_head_id_ = 0;
   std::vector<KnownStep> known_steps_;

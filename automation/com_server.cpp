@@ -6,13 +6,13 @@
 
 namespace zuvi {
 
-std::wstring ComModule::Path() const { return PathOf(instance_); }
+std::wstring ComServer::Path() const { return PathOf(instance_); }
 
-std::wstring ComModule::TypeLibPath(int number) const {
+std::wstring ComServer::TypeLibPath(int number) const {
   return number == 1 ? Path() : Path() + L"\\" + std::to_wstring(number);
 }
 
-ComPtr<ITypeInfo> ComModule::TypeInfo(REFGUID id) const {
+ComPtr<ITypeInfo> ComServer::TypeInfo(REFGUID id) const {
   for (int number = 1; number <= type_libraries_; ++number) {
     ComPtr<ITypeLib> library;
     ComPtr<ITypeInfo> info;
@@ -23,7 +23,7 @@ ComPtr<ITypeInfo> ComModule::TypeInfo(REFGUID id) const {
   return {};
 }
 
-bool ComModule::Idle() const noexcept {
+bool ComServer::Idle() const noexcept {
   return std::all_of(holds_.begin(), holds_.end(), [](const auto& count) { return count == 0; });
 }
 

@@ -15,13 +15,13 @@ enum class HoldKind { Object, Factory, ServerLock, Window, Method, Count };
 
 /// What all automation objects of one DLL share: its name in errors, its file, its type libraries and the
 /// counts that decide about unloading. Its address tells our own objects from those of another DLL of ours.
-class ComModule {
+class ComServer {
  public:
   /// `source` is the name errors carry. Type libraries are the TYPELIB resources 1 to `type_libraries`.
-  ComModule(std::string source, HINSTANCE instance, int type_libraries)
+  ComServer(std::string source, HINSTANCE instance, int type_libraries)
       : source_(std::move(source)), instance_(instance), type_libraries_(type_libraries) {}
-  ComModule(const ComModule&) = delete;
-  ComModule& operator=(const ComModule&) = delete;
+  ComServer(const ComServer&) = delete;
+  ComServer& operator=(const ComServer&) = delete;
 
   const std::string& Source() const { return source_; }
   HINSTANCE Instance() const { return instance_; }
@@ -49,7 +49,7 @@ class ComModule {
 /// Keeps the DLL in memory while it lives.
 class ServerHold {
  public:
-  ServerHold(ComModule& server, HoldKind kind) noexcept : server_(server), kind_(kind) {
+  ServerHold(ComServer& server, HoldKind kind) noexcept : server_(server), kind_(kind) {
     server_.Hold(kind_);
   }
   ServerHold(const ServerHold&) = delete;
@@ -57,7 +57,7 @@ class ServerHold {
   ~ServerHold() { server_.LetGo(kind_); }
 
  private:
-  ComModule& server_;
+  ComServer& server_;
   HoldKind kind_;
 };
 

@@ -7,7 +7,7 @@
 
 namespace zuvi {
 
-ComPtr<IDispatch> Publish(const ObjectPtr& object, ComModule& server, const ClassIds* ids) {
+ComPtr<IDispatch> Publish(const ObjectPtr& object, ComServer& server, const ClassIds* ids) {
   if (!object) return {};
   if (const Object& given = *object; typeid(given) == typeid(ComObject))
     return ComPtr<IDispatch>(static_cast<const ComObject&>(given).Dispatch());
@@ -18,7 +18,7 @@ ComPtr<IDispatch> Publish(const ObjectPtr& object, ComModule& server, const Clas
   return ComPtr<IDispatch>::Adopt(new PublishedObject<IDispatch>(target, server, ids));
 }
 
-ObjectPtr ObjectDe(IDispatch* dispatch, ComModule& server) {
+ObjectPtr ObjectOf(IDispatch* dispatch, ComServer& server) {
   if (!dispatch) return nullptr;
   ComPtr<IDispatch> shared(dispatch);
   if (const auto own = shared.As<IZuviIdentity>(kIidZuviIdentity); own && own->Cookie() == &server)

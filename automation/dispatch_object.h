@@ -15,9 +15,9 @@ struct ClassIds {
 /// The automation object of an object of ours. The same object always gives the same one while that lives.
 /// An adapter of a foreign object gives the foreign object itself; null gives null. `ids` name the type
 /// information of an object made by a class factory.
-ComPtr<IDispatch> Publish(const ObjectPtr& object, ComModule& server, const ClassIds* ids = nullptr);
+ComPtr<IDispatch> Publish(const ObjectPtr& object, ComServer& server, const ClassIds* ids = nullptr);
 
 /// The object behind an automation object: ours if it came from this server, else an adapter.
-ObjectPtr ObjectDe(IDispatch* dispatch, ComModule& server);
+ObjectPtr ObjectOf(IDispatch* dispatch, ComServer& server);
 
 }  // namespace zuvi

@@ -27,7 +27,7 @@ struct Arguments {
   std::vector<UINT> places;
 };
 
-Arguments Collect(const DISPPARAMS& params, bool put, ComModule& server, const Member* member) {
+Arguments Collect(const DISPPARAMS& params, bool put, ComServer& server, const Member* member) {
   const UINT total = params.cArgs;
   // The new value of a property comes as the one named argument of that call; some callers leave the mark
   // out.
@@ -46,7 +46,7 @@ Arguments Collect(const DISPPARAMS& params, bool put, ComModule& server, const M
     }
     if (out.places[at] != kNowhere) throw Refusal{DISP_E_PARAMNOTFOUND, place};
     try {
-      out.values[at] = ValueDe(params.rgvarg[place], server);
+      out.values[at] = FromVariant(params.rgvarg[place], server);
     } catch (const HostError& error) {
       throw Refusal{error.Number() == ErrorNumber::Overflow ? DISP_E_OVERFLOW : DISP_E_TYPEMISMATCH, place};
     }
@@ -129,7 +129,7 @@ void Put(Object& object, MemberId id, std::span<Value> args) {
   throw Refusal{DISP_E_BADPARAMCOUNT};
 }
 
-void Run(Object& object, ComModule& server, const Invocation& call, Arguments& args) {
+void Run(Object& object, ComServer& server, const Invocation& call, Arguments& args) {
   static DISPPARAMS none{};
   DISPPARAMS& params = call.params ? *call.params : none;
   const bool put = (call.flags & kPut) != 0;
@@ -163,8 +163,9 @@ HRESULT IdsOfParameters(const Member* member, LPOLESTR* names, UINT count, DISPI
   const auto& params = member ? member->params : kNone;
   HRESULT result = S_OK;
   for (UINT i = 1; i < count; ++i) {
-    const std::string name = Utf8De(names[i]);
-    const auto found = std::ranges::find_if(params, [&](auto param) { return IgualSinCaso(param, name); });
+    const std::string name = Narrow(names[i]);
+    const auto found =
+        std::ranges::find_if(params, [&](auto param) { return EqualsIgnoringCase(param, name); });
     if (found != params.end())
       ids[i] = static_cast<DISPID>(found - params.begin());
     else
@@ -177,14 +178,14 @@ HRESULT IdsOfNames(Object& object, LPOLESTR* names, UINT count, DISPID* ids) noe
   if (!names || !ids || count == 0) return E_INVALIDARG;
   std::fill_n(ids, count, DISPID_UNKNOWN);
   return Guarded({}, [&]() -> HRESULT {
-    const auto id = object.Find(Utf8De(names[0]));
+    const auto id = object.Find(Narrow(names[0]));
     if (!id) return DISP_E_UNKNOWNNAME;
     ids[0] = *id;
     return IdsOfParameters(object.MemberById(*id), names, count, ids);
   });
 }
 
-HRESULT InvokeOn(Object& object, ComModule& server, const Invocation& call) noexcept {
+HRESULT InvokeOn(Object& object, ComServer& server, const Invocation& call) noexcept {
   if (call.result) ::VariantInit(call.result);
   Arguments args;
   const auto refuse = [&](HRESULT code, UINT argument) {

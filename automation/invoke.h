@@ -27,6 +27,6 @@ struct Invocation {
 };
 
 /// IDispatch::Invoke.
-HRESULT InvokeOn(Object& object, ComModule& server, const Invocation& call) noexcept;
+HRESULT InvokeOn(Object& object, ComServer& server, const Invocation& call) noexcept;
 
 }  // namespace zuvi

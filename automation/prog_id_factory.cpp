@@ -24,8 +24,8 @@ ObjectPtr ProgIdFactory::Crea(std::string_view prog_id) {
                                   object.put_void(), known->second);
   if (SUCCEEDED(result) && !object) result = E_POINTER;
   if (FAILED(result))
-    throw HostError(DescripcionDe(ErrorNumber::CannotCreateObject), ErrorNumber::CannotCreateObject, result);
-  return ObjectDe(object.get(), server_);
+    throw HostError(DescriptionOf(ErrorNumber::CannotCreateObject), ErrorNumber::CannotCreateObject, result);
+  return ObjectOf(object.get(), server_);
 }
 
 }  // namespace zuvi

@@ -15,11 +15,11 @@ HRESULT CreateByProgId(std::string_view prog_id, DWORD context, REFIID iid, void
 /// Makes host objects with a plain create call by programmatic name.
 class ProgIdFactory final : public FabricaServicios {
  public:
-  explicit ProgIdFactory(ComModule& server) : server_(server) {}
+  explicit ProgIdFactory(ComServer& server) : server_(server) {}
   ObjectPtr Crea(std::string_view prog_id) override;
 
  private:
-  ComModule& server_;
+  ComServer& server_;
   std::map<std::string, CLSID, std::less<>> clsids_;  // names found once; the registry is slow
 };
 

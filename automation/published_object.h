@@ -7,7 +7,7 @@
 namespace zuvi {
 
 /// By this our own objects are known again when they come back in as a plain IDispatch. The cookie is the
-/// address of the ComModule: two DLLs of ours in one process must not take each other's objects for their
+/// address of the ComServer: two DLLs of ours in one process must not take each other's objects for their
 /// own.
 struct IZuviIdentity : IUnknown {
   virtual const void* STDMETHODCALLTYPE Cookie() noexcept = 0;
@@ -26,7 +26,7 @@ inline constexpr IID kIidZuviIdentity = {
 template <class Interface>
 class PublishedObject : public Counted<Interface, ISupportErrorInfo, IProvideClassInfo, IZuviIdentity> {
  public:
-  PublishedObject(ObjectPtr object, ComModule& server, const ClassIds* ids)
+  PublishedObject(ObjectPtr object, ComServer& server, const ClassIds* ids)
       : server_(server), hold_(server, HoldKind::Object), object_(std::move(object)), ids_(ids) {
     object_->published_as = static_cast<IDispatch*>(this);
   }
@@ -93,7 +93,7 @@ class PublishedObject : public Counted<Interface, ISupportErrorInfo, IProvideCla
     const Running running(*this);
     return Guarded(server_.Source(), std::forward<Body>(body));
   }
-  ComModule& Server() const { return server_; }
+  ComServer& Server() const { return server_; }
 
  private:
   HRESULT GiveTypeInfo(GUID ClassIds::*which, ITypeInfo** info) noexcept {
@@ -107,7 +107,7 @@ class PublishedObject : public Counted<Interface, ISupportErrorInfo, IProvideCla
     });
   }
 
-  ComModule& server_;
+  ComServer& server_;
   ServerHold hold_;
   ObjectPtr object_;
   const ClassIds* ids_;

@@ -73,7 +73,7 @@ bool Remove(RegistrationScope scope, const std::wstring& key) {
   return status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND;
 }
 
-bool RegisterClassKeys(const ComModule& server, const RegisteredClass& c, RegistrationScope scope) {
+bool RegisterClassKeys(const ComServer& server, const RegisteredClass& c, RegistrationScope scope) {
   const std::wstring versioned = c.prog_id + L".1";
   const std::wstring key = L"CLSID\\" + Text(c.clsid);
   return Set(scope, key, nullptr, c.description) &&
@@ -116,7 +116,7 @@ struct Library {
   std::wstring LanguageKey() const { return VersionKey() + L"\\0"; }
 };
 
-std::optional<Library> Load(const ComModule& server, int number) {
+std::optional<Library> Load(const ComServer& server, int number) {
   Library l;
   l.path = server.TypeLibPath(number);
   l.folder = FolderOf(server.Instance());
@@ -181,7 +181,7 @@ bool UnregisterLibrary(const Library& l, RegistrationScope scope) {
   return done;
 }
 
-HRESULT Unregister(const ComModule& server, std::span<const RegisteredClass> classes,
+HRESULT Unregister(const ComServer& server, std::span<const RegisteredClass> classes,
                    RegistrationScope scope) {
   HRESULT result = S_OK;
   for (int number = 1; number <= server.TypeLibraries(); ++number)
@@ -192,7 +192,7 @@ HRESULT Unregister(const ComModule& server, std::span<const RegisteredClass> cla
   return result;
 }
 
-HRESULT Register(const ComModule& server, std::span<const RegisteredClass> classes, RegistrationScope scope) {
+HRESULT Register(const ComServer& server, std::span<const RegisteredClass> classes, RegistrationScope scope) {
   HRESULT failure = S_OK;
   for (const RegisteredClass& c : classes)
     if (SUCCEEDED(failure) && !RegisterClassKeys(server, c, scope)) failure = SELFREG_E_CLASS;
@@ -205,17 +205,17 @@ HRESULT Register(const ComModule& server, std::span<const RegisteredClass> class
 
 }  // namespace
 
-HRESULT RegisterServer(const ComModule& server, std::span<const RegisteredClass> classes,
+HRESULT RegisterServer(const ComServer& server, std::span<const RegisteredClass> classes,
                        RegistrationScope scope) noexcept {
   return Guarded(server.Source(), [&] { return Register(server, classes, scope); });
 }
 
-HRESULT UnregisterServer(const ComModule& server, std::span<const RegisteredClass> classes,
+HRESULT UnregisterServer(const ComServer& server, std::span<const RegisteredClass> classes,
                          RegistrationScope scope) noexcept {
   return Guarded(server.Source(), [&] { return Unregister(server, classes, scope); });
 }
 
-HRESULT InstallServer(const ComModule& server, std::span<const RegisteredClass> classes, bool install,
+HRESULT InstallServer(const ComServer& server, std::span<const RegisteredClass> classes, bool install,
                       const wchar_t* command_line) noexcept {
   const bool user = command_line && ::CompareStringOrdinal(command_line, -1, L"user", -1, TRUE) == CSTR_EQUAL;
   const auto scope = user ? RegistrationScope::User : RegistrationScope::Machine;

@@ -21,13 +21,13 @@ struct RegisteredClass {
 };
 
 /// Registers everything, or leaves nothing of it behind: SELFREG_E_CLASS or SELFREG_E_TYPELIB.
-HRESULT RegisterServer(const ComModule& server, std::span<const RegisteredClass> classes,
+HRESULT RegisterServer(const ComServer& server, std::span<const RegisteredClass> classes,
                        RegistrationScope scope) noexcept;
 /// Removes what `RegisterServer` writes and nothing else; what is not there counts as removed.
-HRESULT UnregisterServer(const ComModule& server, std::span<const RegisteredClass> classes,
+HRESULT UnregisterServer(const ComServer& server, std::span<const RegisteredClass> classes,
                          RegistrationScope scope) noexcept;
 /// The body of DllInstall: the command line "user" asks for the registration per user.
-HRESULT InstallServer(const ComModule& server, std::span<const RegisteredClass> classes, bool install,
+HRESULT InstallServer(const ComServer& server, std::span<const RegisteredClass> classes, bool install,
                       const wchar_t* command_line) noexcept;
 
 }  // namespace zuvi

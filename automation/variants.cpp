@@ -21,12 +21,12 @@ Value WholeNumber(Number number) {
   return static_cast<double>(number);
 }
 
-Value ObjectValue(IUnknown* unknown, ComModule& server) {
+Value ObjectValue(IUnknown* unknown, ComServer& server) {
   if (!unknown) return ObjectPtr();
   ComPtr<IDispatch> dispatch;
   if (FAILED(unknown->QueryInterface(IID_IDispatch, dispatch.put_void())))
     throw HostError(ErrorNumber::TypeMismatch);
-  return ObjectDe(dispatch.get(), server);
+  return ObjectOf(dispatch.get(), server);
 }
 
 /// What a variant of that type holds, wherever it is kept: in the variant or behind its pointer.
@@ -37,7 +37,7 @@ const T& At(const VARIANT& v, const T& own) {
   return *static_cast<const T*>(V_BYREF(&v));
 }
 
-Value Convert(const VARIANT& v, ComModule& server, int depth) {
+Value Convert(const VARIANT& v, ComServer& server, int depth) {
   switch (V_VT(&v) & ~VT_BYREF) {
     case VT_EMPTY:
       return {};
@@ -74,13 +74,13 @@ Value Convert(const VARIANT& v, ComModule& server, int depth) {
       return number;
     }
     case VT_DATE:
-      return Fecha::DesdeSerie(At(v, V_DATE(&v)));
+      return Date::FromSerial(At(v, V_DATE(&v)));
     case VT_BSTR:
       return FromBstr(At(v, V_BSTR(&v)));
     case VT_BOOL:
       return At(v, V_BOOL(&v)) != VARIANT_FALSE;
     case VT_DISPATCH:
-      return ObjectDe(At(v, V_DISPATCH(&v)), server);
+      return ObjectOf(At(v, V_DISPATCH(&v)), server);
     case VT_UNKNOWN:
       return ObjectValue(At(v, V_UNKNOWN(&v)), server);
     case VT_ERROR:
@@ -98,7 +98,7 @@ Value Convert(const VARIANT& v, ComModule& server, int depth) {
 
 template <class Integer>
 Integer Rounded(const Value& value) {
-  const double number = std::nearbyint(ANumero(value));
+  const double number = std::nearbyint(ToNumber(value));
   // 2^63 and 2^64 are reals themselves while the largest integers below them are not: hence "less than".
   const double limit = std::ldexp(1.0, std::numeric_limits<Integer>::digits);
   const double least = std::is_signed_v<Integer> ? -limit : 0.0;
@@ -120,14 +120,14 @@ void CoerceNumber(const Value& value, VARTYPE type, VARIANT& out) {
       V_UI1(&out) = Rounded<std::uint8_t>(value);
       break;
     case VT_I2:
-      V_I2(&out) = AEntero16(value);
+      V_I2(&out) = ToInt16(value);
       break;
     case VT_UI2:
       V_UI2(&out) = Rounded<std::uint16_t>(value);
       break;
     case VT_I4:
     case VT_INT:
-      V_I4(&out) = AEntero32(value);
+      V_I4(&out) = ToInt32(value);
       break;
     case VT_UI4:
     case VT_UINT:
@@ -140,20 +140,20 @@ void CoerceNumber(const Value& value, VARTYPE type, VARIANT& out) {
       V_UI8(&out) = Rounded<std::uint64_t>(value);
       break;
     case VT_R4: {
-      const double number = ANumero(value);
+      const double number = ToNumber(value);
       if (std::isfinite(number) && std::fabs(number) > std::numeric_limits<float>::max())
         throw HostError(ErrorNumber::Overflow);
       V_R4(&out) = static_cast<float>(number);
       break;
     }
     case VT_R8:
-      V_R8(&out) = ANumero(value);
+      V_R8(&out) = ToNumber(value);
       break;
     case VT_CY:
-      Check(::VarCyFromR8(ANumero(value), &V_CY(&out)));
+      Check(::VarCyFromR8(ToNumber(value), &V_CY(&out)));
       break;
     case VT_DECIMAL:
-      Check(::VarDecFromR8(ANumero(value), &V_DECIMAL(&out)));
+      Check(::VarDecFromR8(ToNumber(value), &V_DECIMAL(&out)));
       break;
     default:
       throw HostError(ErrorNumber::TypeMismatch);
@@ -180,7 +180,7 @@ std::size_t SizeOf(VARTYPE type) {
   }
 }
 
-void Store(const Value& value, VARIANT& argument, ComModule& server, int depth) {
+void Store(const Value& value, VARIANT& argument, ComServer& server, int depth) {
   if (!(V_VT(&argument) & VT_BYREF) || !V_BYREF(&argument)) return;
   const VARTYPE type = V_VT(&argument) & static_cast<VARTYPE>(~VT_BYREF);
   if (type == VT_VARIANT) {
@@ -218,7 +218,7 @@ void Store(const Value& value, VARIANT& argument, ComModule& server, int depth) 
 
 }  // namespace
 
-Value ValueDe(const VARIANT& variant, ComModule& server) { return Convert(variant, server, 0); }
+Value FromVariant(const VARIANT& variant, ComServer& server) { return Convert(variant, server, 0); }
 
 const VARIANT& Followed(const VARIANT& variant) {
   const VARIANT* v = &variant;
@@ -232,7 +232,7 @@ bool IsMissing(const VARIANT& variant) {
   return V_VT(&v) == VT_ERROR && V_ERROR(&v) == DISP_E_PARAMNOTFOUND;
 }
 
-void ToVariant(const Value& value, ComModule& server, VARIANT& out) {
+void ToVariant(const Value& value, ComServer& server, VARIANT& out) {
   out = {};
   std::visit(Overloaded{[&](Empty) {}, [&](Null) { V_VT(&out) = VT_NULL; },
                         [&](std::int16_t n) {
@@ -251,9 +251,9 @@ void ToVariant(const Value& value, ComModule& server, VARIANT& out) {
                           V_BSTR(&out) = ToBstr(s).detach();
                           V_VT(&out) = VT_BSTR;
                         },
-                        [&](const Fecha& f) {
+                        [&](const Date& f) {
                           V_VT(&out) = VT_DATE;
-                          V_DATE(&out) = f.Serie();
+                          V_DATE(&out) = f.Serial();
                         },
                         [&](bool b) {
                           V_VT(&out) = VT_BOOL;
@@ -294,25 +294,25 @@ bool IsCoercible(VARTYPE type) {
   }
 }
 
-void Coerce(const Value& value, VARTYPE type, ComModule& server, VARIANT& out) {
+void Coerce(const Value& value, VARTYPE type, ComServer& server, VARIANT& out) {
   out = {};
   switch (type) {
     case VT_VARIANT:
       ToVariant(value, server, out);
       return;
     case VT_DATE:
-      V_DATE(&out) = AFecha(value).Serie();
+      V_DATE(&out) = ToDate(value).Serial();
       break;
     case VT_BSTR:
       // "No text" is the null BSTR, whichever way a caller says it.
-      V_BSTR(&out) = value.IsNull() || value.IsEmpty() ? nullptr : ToBstr(ATexto(value)).detach();
+      V_BSTR(&out) = value.IsNull() || value.IsEmpty() ? nullptr : ToBstr(ToText(value)).detach();
       break;
     case VT_BOOL:
-      V_BOOL(&out) = ABooleano(value) ? VARIANT_TRUE : VARIANT_FALSE;
+      V_BOOL(&out) = ToBool(value) ? VARIANT_TRUE : VARIANT_FALSE;
       break;
     case VT_DISPATCH:
     case VT_UNKNOWN:
-      V_DISPATCH(&out) = value.IsEmpty() ? nullptr : Publish(AObjeto(value), server).detach();
+      V_DISPATCH(&out) = value.IsEmpty() ? nullptr : Publish(ToObject(value), server).detach();
       break;
     default:
       CoerceNumber(value, type, out);
@@ -331,7 +331,7 @@ void MakeByRef(VARIANT& storage, VARTYPE type, VARIANT& out) {
     V_BYREF(&out) = &V_I8(&storage);
 }
 
-void WriteBack(const Value& value, VARIANT& argument, ComModule& server) {
+void WriteBack(const Value& value, VARIANT& argument, ComServer& server) {
   Store(value, argument, server, 0);
 }
 

@@ -2,7 +2,7 @@
 
 namespace zuvi {
 
-std::string DescripcionDe(ErrorNumber number) {
+std::string DescriptionOf(ErrorNumber number) {
   switch (number) {
     case ErrorNumber::InvalidCall:
       return "Invalid procedure call or argument";
@@ -34,16 +34,16 @@ std::string DescripcionDe(ErrorNumber number) {
   return "Automation error";
 }
 
-std::string DescripcionActual() noexcept {
+std::string CurrentDescription() noexcept {
   try {
     try {
       throw;
     } catch (const std::bad_alloc&) {
-      return DescripcionDe(ErrorNumber::OutOfMemory);
+      return DescriptionOf(ErrorNumber::OutOfMemory);
     } catch (const std::exception& e) {
       return e.what();
     } catch (...) {
-      return DescripcionDe(ErrorNumber::AutomationFailure);
+      return DescriptionOf(ErrorNumber::AutomationFailure);
     }
   } catch (...) {
     return {};

@@ -8,7 +8,7 @@
 
 namespace zuvi {
 
-/// Run-time error numbers of the automation world; their texts are given by `DescripcionDe`.
+/// Run-time error numbers of the automation world; their texts are given by `DescriptionOf`.
 enum class ErrorNumber : std::int32_t {
   InvalidCall = 5,
   Overflow = 6,
@@ -26,12 +26,12 @@ enum class ErrorNumber : std::int32_t {
 };
 
 /// The standard English text of an error number, e.g. "Type mismatch".
-std::string DescripcionDe(ErrorNumber number);
+std::string DescriptionOf(ErrorNumber number);
 
 /// Any failure of a host call, a conversion or the database. `what()` is the description shown to the user.
 class HostError : public std::runtime_error {
  public:
-  explicit HostError(ErrorNumber number) : std::runtime_error(DescripcionDe(number)), number_(number) {}
+  explicit HostError(ErrorNumber number) : std::runtime_error(DescriptionOf(number)), number_(number) {}
   explicit HostError(const std::string& description, ErrorNumber number = ErrorNumber::AutomationFailure,
                      std::int32_t native_code = 0, std::string sql_state = {})
       : std::runtime_error(description),
@@ -68,6 +68,6 @@ class ArgumentError final : public HostError {
 };
 
 /// The description of the exception being handled, for `catch (...)`.
-std::string DescripcionActual() noexcept;
+std::string CurrentDescription() noexcept;
 
 }  // namespace zuvi

@@ -8,7 +8,7 @@
 namespace zuvi {
 
 const Member* MemberTable::ByName(std::string_view name) const {
-  const auto found = by_name_.find(Minusculas(name));
+  const auto found = by_name_.find(ToLower(name));
   return found == by_name_.end() ? nullptr : &members_[found->second];
 }
 
@@ -22,7 +22,7 @@ const Member* MemberTable::ById(MemberId id) const {
 
 Member& MemberTable::Add(std::string_view name, const BoundMethod& read, Params params) {
   if (read.Arguments() != params.size()) throw std::logic_error("parameters of " + std::string(name));
-  by_name_.emplace(Minusculas(name), members_.size());
+  by_name_.emplace(ToLower(name), members_.size());
   Member& member = members_.emplace_back();
   member.name = name;
   member.params = params;

@@ -38,32 +38,32 @@ struct Conversion<Value> {
 };
 template <>
 struct Conversion<std::string> {
-  static std::string From(const Value& v) { return ATexto(v); }
+  static std::string From(const Value& v) { return ToText(v); }
 };
 template <>
 struct Conversion<std::int32_t> {
-  static std::int32_t From(const Value& v) { return AEntero32(v); }
+  static std::int32_t From(const Value& v) { return ToInt32(v); }
 };
 template <>
 struct Conversion<std::int16_t> {
-  static std::int16_t From(const Value& v) { return AEntero16(v); }
+  static std::int16_t From(const Value& v) { return ToInt16(v); }
 };
 template <>
 struct Conversion<double> {
-  static double From(const Value& v) { return ANumero(v); }
+  static double From(const Value& v) { return ToNumber(v); }
 };
 template <>
 struct Conversion<bool> {
-  static bool From(const Value& v) { return ABooleano(v); }
+  static bool From(const Value& v) { return ToBool(v); }
 };
 template <>
-struct Conversion<Fecha> {
-  static Fecha From(const Value& v) { return AFecha(v); }
+struct Conversion<Date> {
+  static Date From(const Value& v) { return ToDate(v); }
 };
 template <>
 struct Conversion<ObjectPtr> {
   // Empty stands for an argument left out, which for an object is Nothing.
-  static ObjectPtr From(const Value& v) { return v.IsEmpty() ? nullptr : AObjeto(v); }
+  static ObjectPtr From(const Value& v) { return v.IsEmpty() ? nullptr : ToObject(v); }
 };
 
 namespace detail {

@@ -46,7 +46,7 @@ Value Object::ReadChain(std::span<const Step> steps) {
   for (const Step& step : steps) {
     Object* object = this;
     if (&step != &steps.front()) {
-      owner = AObjeto(value);
+      owner = ToObject(value);
       if (!owner) throw HostError(ErrorNumber::ObjectNotSet);
       object = owner.get();
     }

@@ -19,42 +19,42 @@ void Append(std::string& out, char32_t c) {
 
 }  // namespace
 
-std::string_view Recorta(std::string_view text) {
+std::string_view Trim(std::string_view text) {
   const auto first = text.find_first_not_of(' ');
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
-bool IgualSinCaso(std::string_view a, std::string_view b) {
+bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
   return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
-                                            [](char x, char y) { return Minuscula(x) == Minuscula(y); });
+                                            [](char x, char y) { return LowerCase(x) == LowerCase(y); });
 }
 
-std::string Minusculas(std::string_view text) {
+std::string ToLower(std::string_view text) {
   std::string out(text);
-  std::transform(out.begin(), out.end(), out.begin(), Minuscula);
+  std::transform(out.begin(), out.end(), out.begin(), LowerCase);
   return out;
 }
 
-char16_t Mayuscula(char16_t c) {
+char16_t UpperCase(char16_t c) {
   const bool latin1 = c >= 0xE0 && c <= 0xFE && c != u'÷';
   if ((c >= u'a' && c <= u'z') || latin1) return static_cast<char16_t>(c - 32);
   return c == u'ÿ' ? u'Ÿ' : c;
 }
 
-std::string ConCeros(std::int32_t number, std::size_t width) {
+std::string ZeroPadded(std::int32_t number, std::size_t width) {
   std::string text = std::to_string(number);
   if (text.size() < width) text.insert(number < 0 ? 1 : 0, width - text.size(), '0');
   return text;
 }
 
-std::string Mayusculas(std::string_view text) {
+std::string ToUpper(std::string_view text) {
   std::u16string wide = Utf16(text);
-  std::transform(wide.begin(), wide.end(), wide.begin(), Mayuscula);
+  std::transform(wide.begin(), wide.end(), wide.begin(), UpperCase);
   return Utf8(wide);
 }
 
-std::string Junta(std::initializer_list<std::string_view> pieces, std::string_view between) {
+std::string Join(std::initializer_list<std::string_view> pieces, std::string_view between) {
   std::size_t size = 0;
   for (const auto piece : pieces) size += piece.size() + between.size();
   std::string out;

@@ -11,19 +11,19 @@
 namespace zuvi {
 
 /// Without the blanks (U+0020) at both ends.
-std::string_view Recorta(std::string_view text);
+std::string_view Trim(std::string_view text);
 /// Compares without regard to the case of ASCII letters: names of members, columns and files.
-bool IgualSinCaso(std::string_view a, std::string_view b);
+bool EqualsIgnoringCase(std::string_view a, std::string_view b);
 /// ASCII letters in lower case; all other bytes stay.
-constexpr char Minuscula(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-std::string Minusculas(std::string_view text);
+constexpr char LowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+std::string ToLower(std::string_view text);
 /// The letters of the western languages in upper case, accented ones too; one UTF-16 unit stays one.
-char16_t Mayuscula(char16_t c);
-std::string Mayusculas(std::string_view text);
+char16_t UpperCase(char16_t c);
+std::string ToUpper(std::string_view text);
 /// A whole number with zeros in front, the sign before them, at least `width` characters long.
-std::string ConCeros(std::int32_t number, std::size_t width);
+std::string ZeroPadded(std::int32_t number, std::size_t width);
 /// The pieces one after the other, with a text between each two.
-std::string Junta(std::initializer_list<std::string_view> pieces, std::string_view between = {});
+std::string Join(std::initializer_list<std::string_view> pieces, std::string_view between = {});
 /// The two halves of a character that takes two units of UTF-16.
 constexpr bool IsHighSurrogate(char16_t c) { return c >= 0xD800 && c < 0xDC00; }
 constexpr bool IsLowSurrogate(char16_t c) { return c >= 0xDC00 && c < 0xE000; }

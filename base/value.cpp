@@ -12,7 +12,7 @@ namespace zuvi {
 namespace {
 
 template <class Integer>
-Integer RedondeaA(double number) {
+Integer RoundTo(double number) {
   // nearbyint follows the rounding mode, which is half to even unless somebody changed it.
   const double rounded = std::nearbyint(number);
   if (!(rounded >= static_cast<double>(std::numeric_limits<Integer>::min()) &&
@@ -33,7 +33,7 @@ bool TooSmall(std::string_view digits) {
 
 Value PlainValue(const Value& value) {
   if (!value.IsObject()) return value;
-  const ObjectPtr object = AObjeto(value);
+  const ObjectPtr object = ToObject(value);
   if (!object) throw HostError(ErrorNumber::ObjectNotSet);
   Value plain = object->Default();
   // An object whose default is again an object has no plain value; following it could go round for ever.
@@ -41,73 +41,73 @@ Value PlainValue(const Value& value) {
   return plain;
 }
 
-std::int16_t RedondeaA16(double number) { return RedondeaA<std::int16_t>(number); }
-std::int32_t RedondeaA32(double number) { return RedondeaA<std::int32_t>(number); }
+std::int16_t RoundToInt16(double number) { return RoundTo<std::int16_t>(number); }
+std::int32_t RoundToInt32(double number) { return RoundTo<std::int32_t>(number); }
 
-double ANumero(const Value& value) {
+double ToNumber(const Value& value) {
   return std::visit(
       Overloaded{
           [](Empty) { return 0.0; }, [](Null) -> double { throw HostError(ErrorNumber::InvalidUseOfNull); },
           [](std::int16_t n) { return static_cast<double>(n); },
           [](std::int32_t n) { return static_cast<double>(n); }, [](double n) { return n; },
-          [](const std::string& s) { return NumeroDeTexto(s); }, [](const Fecha& f) { return f.Serie(); },
-          [](bool b) { return b ? -1.0 : 0.0; }, [](const ObjectPtr& o) { return ANumero(PlainValue(o)); }},
+          [](const std::string& s) { return ParseNumber(s); }, [](const Date& f) { return f.Serial(); },
+          [](bool b) { return b ? -1.0 : 0.0; }, [](const ObjectPtr& o) { return ToNumber(PlainValue(o)); }},
       value.Get());
 }
 
-double NumeroOCero(const Value& value) noexcept {
+double NumberOrZero(const Value& value) noexcept {
   try {
-    return value.IsNull() ? 0 : ANumero(value);
+    return value.IsNull() ? 0 : ToNumber(value);
   } catch (...) {
     return 0;
   }
 }
 
-std::int32_t AEntero32(const Value& value) {
+std::int32_t ToInt32(const Value& value) {
   if (const auto* n = std::get_if<std::int32_t>(&value.Get())) return *n;
-  return RedondeaA32(ANumero(value));
+  return RoundToInt32(ToNumber(value));
 }
 
-std::int16_t AEntero16(const Value& value) {
+std::int16_t ToInt16(const Value& value) {
   if (const auto* n = std::get_if<std::int16_t>(&value.Get())) return *n;
-  return RedondeaA16(ANumero(value));
+  return RoundToInt16(ToNumber(value));
 }
 
-bool ABooleano(const Value& value) {
+bool ToBool(const Value& value) {
   if (const auto* b = std::get_if<bool>(&value.Get())) return *b;
   if (const auto* s = std::get_if<std::string>(&value.Get())) {
-    if (IgualSinCaso(*s, "True")) return true;
-    if (IgualSinCaso(*s, "False")) return false;
+    if (EqualsIgnoringCase(*s, "True")) return true;
+    if (EqualsIgnoringCase(*s, "False")) return false;
   }
-  return ANumero(value) != 0;
+  return ToNumber(value) != 0;
 }
 
-Fecha AFecha(const Value& value) {
-  if (const auto* f = std::get_if<Fecha>(&value.Get())) return *f;
-  if (const auto* s = std::get_if<std::string>(&value.Get())) return Fecha::DesdeTexto(Recorta(*s));
-  return Fecha::DesdeSerie(ANumero(value));
+Date ToDate(const Value& value) {
+  if (const auto* f = std::get_if<Date>(&value.Get())) return *f;
+  if (const auto* s = std::get_if<std::string>(&value.Get())) return Date::FromText(Trim(*s));
+  return Date::FromSerial(ToNumber(value));
 }
 
-std::string ATexto(const Value& value) {
+std::string ToText(const Value& value) {
   return std::visit(
       Overloaded{[](Empty) { return std::string(); },
                  [](Null) -> std::string { throw HostError(ErrorNumber::InvalidUseOfNull); },
                  [](std::int16_t n) { return Decimal(n); }, [](std::int32_t n) { return Decimal(n); },
-                 [](double n) { return TextoDeNumero(n); }, [](const std::string& s) { return s; },
-                 [](const Fecha& f) { return f.Texto(); },
+                 [](double n) { return NumberText(n); }, [](const std::string& s) { return s; },
+                 [](const Date& f) { return f.Texto(); },
                  [](bool b) { return std::string(b ? "True" : "False"); },
-                 [](const ObjectPtr& o) { return ATexto(PlainValue(o)); }},
+                 [](const ObjectPtr& o) { return ToText(PlainValue(o)); }},
       value.Get());
 }
 
-ObjectPtr AObjeto(const Value& value) {
+ObjectPtr ToObject(const Value& value) {
   if (const auto* o = std::get_if<ObjectPtr>(&value.Get())) return *o;
   throw HostError(ErrorNumber::TypeMismatch);
 }
 
 std::string Decimal(std::int32_t number) { return std::to_string(number); }
 
-std::string TextoDeNumero(double number) {
+std::string NumberText(double number) {
   if (std::isnan(number)) return "NaN";
   if (std::isinf(number)) return number < 0 ? "-Inf" : "Inf";
   // Quantities and amounts have few decimals: written as a whole number of millionths they take a fraction of
@@ -134,8 +134,8 @@ std::string TextoDeNumero(double number) {
   return text;
 }
 
-std::string TextoConMiles(double amount) {
-  if (!std::isfinite(amount)) return TextoDeNumero(amount);
+std::string GroupedAmount(double amount) {
+  if (!std::isfinite(amount)) return NumberText(amount);
   constexpr int kSignificant = 15, kDecimals = 2;
   // d.dddE±x with the digits that texts of numbers have, so that 1.005 is the half it looks like.
   char buffer[32];
@@ -171,8 +171,8 @@ std::string TextoConMiles(double amount) {
   return text;
 }
 
-double NumeroDeTexto(std::string_view text) {
-  std::string_view digits = Recorta(text);
+double ParseNumber(std::string_view text) {
+  std::string_view digits = Trim(text);
   if (digits.starts_with('+') && !digits.starts_with("+-")) digits.remove_prefix(1);
   double number = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);

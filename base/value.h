@@ -11,8 +11,8 @@
 #include <utility>
 #include <variant>
 
+#include "base/date.h"
 #include "base/error.h"
-#include "base/fecha.h"
 
 namespace zuvi {
 
@@ -30,7 +30,7 @@ struct Null {
 class Value {
  public:
   using Data =
-      std::variant<Empty, Null, std::int16_t, std::int32_t, double, std::string, Fecha, bool, ObjectPtr>;
+      std::variant<Empty, Null, std::int16_t, std::int32_t, double, std::string, Date, bool, ObjectPtr>;
 
   Value() = default;
   // By assignment: a copy constructor of this variant that runs out of memory would, with libstdc++ 12,
@@ -48,7 +48,7 @@ class Value {
   Value(std::string s) : data_(std::move(s)) {}         // NOLINT
   Value(std::string_view s) : data_(std::string(s)) {}  // NOLINT
   Value(const char* s) : data_(std::string(s)) {}       // NOLINT
-  Value(Fecha f) : data_(f) {}                          // NOLINT
+  Value(Date f) : data_(f) {}                           // NOLINT
   Value(bool b) : data_(b) {}                           // NOLINT
   Value(ObjectPtr o) : data_(std::move(o)) {}           // NOLINT
   template <class T>
@@ -79,34 +79,34 @@ Overloaded(F...) -> Overloaded<F...>;
 Value PlainValue(const Value& value);
 
 /// Round half to even. Throws HostError (Overflow) outside the range or for NaN.
-std::int16_t RedondeaA16(double number);
-std::int32_t RedondeaA32(double number);
+std::int16_t RoundToInt16(double number);
+std::int32_t RoundToInt32(double number);
 
 /// Conversions. All throw HostError: TypeMismatch for a text that is no number or a value of another kind,
 /// InvalidUseOfNull for Null, Overflow out of range. Empty is 0, "" or false. An object gives its default
 /// value.
-double ANumero(const Value& value);
+double ToNumber(const Value& value);
 /// The same where a missing or unreadable number is not worth an error: 0.
-double NumeroOCero(const Value& value) noexcept;
-std::int32_t AEntero32(const Value& value);
-std::int16_t AEntero16(const Value& value);
-bool ABooleano(const Value& value);
-Fecha AFecha(const Value& value);
+double NumberOrZero(const Value& value) noexcept;
+std::int32_t ToInt32(const Value& value);
+std::int16_t ToInt16(const Value& value);
+bool ToBool(const Value& value);
+Date ToDate(const Value& value);
 /// Numbers with up to 15 significant digits and a decimal point; booleans "True"/"False"; dates as
-/// `Fecha::Texto`.
-std::string ATexto(const Value& value);
+/// `Date::Texto`.
+std::string ToText(const Value& value);
 /// The object of a reference; null for Nothing. Throws TypeMismatch for anything else (Empty included).
-ObjectPtr AObjeto(const Value& value);
+ObjectPtr ToObject(const Value& value);
 
 /// A whole number in decimal, as it is appended to a statement.
 std::string Decimal(std::int32_t number);
-/// A real number as text, by the same rule as `ATexto`.
-std::string TextoDeNumero(double number);
+/// A real number as text, by the same rule as `ToText`.
+std::string NumberText(double number);
 /// An amount with two decimals, halves rounded away from zero, and a comma between groups of three digits:
-/// "-1,234.50". What is not finite is written as `TextoDeNumero` does.
-std::string TextoConMiles(double amount);
+/// "-1,234.50". What is not finite is written as `NumberText` does.
+std::string GroupedAmount(double amount);
 /// A number out of a text with a decimal point; blanks around it are allowed. Throws TypeMismatch or
 /// Overflow.
-double NumeroDeTexto(std::string_view text);
+double ParseNumber(std::string_view text);
 
 }  // namespace zuvi

@@ -10,9 +10,9 @@ namespace zuvi::pruebas {
 /// The data access operations that only windows use, for hosts that serve the batch operations alone.
 class AccesoDatosSinVentanas : public AccesoDatos {
  public:
-  std::string ValorTexto(const Value& valor) override { return ATexto(valor); }
+  std::string ValorTexto(const Value& valor) override { return ToText(valor); }
   bool EstaVacio(const std::string& texto) override { return texto.empty(); }
-  std::string FechaSQL(const std::shared_ptr<Conexion>&, const Fecha&) override { return {}; }
+  std::string FechaSQL(const std::shared_ptr<Conexion>&, const Date&) override { return {}; }
   std::string TextoConCeros(std::int32_t, std::int32_t) override { return {}; }
   bool ExisteClave(const std::string&, const std::string&, const std::string&,
                    const std::shared_ptr<Conexion>&) override {

@@ -55,7 +55,7 @@ class DatosNulos final : public pruebas::AccesoDatosSinVentanas {
   std::shared_ptr<Recordset> Consulta(const std::string& sql, const std::shared_ptr<Conexion>&) override {
     return std::make_shared<FilasNulas>(sql.find("comppart") == std::string::npos ? 1 : componentes_);
   }
-  double ValorNumerico(const Value& valor) override { return ANumero(valor); }
+  double ValorNumerico(const Value& valor) override { return ToNumber(valor); }
   std::string TextoDeMensaje(std::int32_t, const std::shared_ptr<Ambiente>&) override { return {}; }
   void Mensaje(const std::string&, EstiloMensaje, const std::shared_ptr<Ambiente>&) override {}
   bool Pregunta(const std::string&, std::int16_t) override { return true; }
@@ -63,7 +63,7 @@ class DatosNulos final : public pruebas::AccesoDatosSinVentanas {
                               const std::shared_ptr<ConstructorSql>&) override {
     return 1;
   }
-  Fecha ComponeFecha(std::int32_t, std::int32_t) override { return {}; }
+  Date ComponeFecha(std::int32_t, std::int32_t) override { return {}; }
 
  private:
   int componentes_;
@@ -85,7 +85,7 @@ class DocumentoNulo final : public DocumentoInventario {
   void PonAmbiente(const std::shared_ptr<Ambiente>&) override {}
   void PonDatoDocumento(const Value&) override {}
   void PonDatoFecha(std::int32_t) override {}
-  void PonFecha(const Fecha&) override {}
+  void PonFecha(const Date&) override {}
   void PonTipo(const std::string&) override {}
   void PonConcepto(const std::string&) override {}
   void PonOrden(std::int32_t) override {}

@@ -186,7 +186,7 @@ class Host {
   ComPtr<IDispatch> Make(Null::Answer answer) {
     return ComPtr<IDispatch>::Adopt(new Null(recorder, std::move(answer)));
   }
-  ComModule module_{"bench", nullptr, 0};
+  ComServer module_{"bench", nullptr, 0};
   int row_ = 0;
   ComPtr<IDispatch> field_, code_, fields_, rows_;
   std::vector<ComPtr<IDispatch>> classes_;

@@ -15,7 +15,7 @@
 
 #include "bench/anfitrion_nulo.h"
 #include "bench/medida.h"
-#include "host/odbc/odbc_cadena.h"
+#include "host/odbc/odbc_attributes.h"
 
 namespace zuvi::bench {
 namespace {
@@ -78,16 +78,16 @@ void MariaDb(benchmark::State& state) {
     state.SkipWithError("ZUVI_MARIADB holds no connection string");
     return;
   }
-  host::CadenaOdbc cadena{std::string_view(dada)};
-  cadena.Quita("DATABASE");
-  cadena.Pon("OPTION", "2");
-  cadena.Pon("CHARSET", "utf8mb4");
-  OdbcDesnudo servidor(cadena.Texto());
+  host::OdbcAttributes cadena{std::string_view(dada)};
+  cadena.Remove("DATABASE");
+  cadena.Set("OPTION", "2");
+  cadena.Set("CHARSET", "utf8mb4");
+  OdbcDesnudo servidor(cadena.Text());
   const auto nueva = [&](const std::string& nombre) {
     servidor.Corre("DROP DATABASE IF EXISTS " + nombre);
     servidor.Corre("CREATE DATABASE " + nombre + " CHARACTER SET utf8mb4");
-    cadena.Pon("DATABASE", nombre);
-    return cadena.Texto();
+    cadena.Set("DATABASE", nombre);
+    return cadena.Text();
   };
   Compara<DeDiez, lado>(
       state,

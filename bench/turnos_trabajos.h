@@ -44,7 +44,7 @@ class Turnos : public Lugar {
   template <class T>
   static T& Busca(Form& ventana, const char* nombre, std::int32_t indice) {
     Value i = indice;
-    return dynamic_cast<T&>(*AObjeto(ventana.Call(nombre, std::span(&i, 1))));
+    return dynamic_cast<T&>(*ToObject(ventana.Call(nombre, std::span(&i, 1))));
   }
   static void Exige(ListView& lista, std::int64_t cuantos) {
     if (lista.Items().Count() != cuantos) throw std::runtime_error("rows are missing");

@@ -19,8 +19,8 @@ class EscritorioConReloj : public Win32Desktop {
   static double Ahora() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
   }
-  void Breathe() override {
-    Win32Desktop::Breathe();
+  void PumpIfDue() override {
+    Win32Desktop::PumpIfDue();
     ultima_ = Ahora();
   }
   double Ultima() const { return ultima_; }
@@ -81,7 +81,7 @@ class ListaDesnuda : public Turnos<Visible> {
       int columna = 0;
       for (const FixedText campo : {FixedText("turno"), FixedText("entrada"), FixedText("comida"),
                                     FixedText("regcomida"), FixedText("salida")}) {
-        std::wstring texto = Wide(ATexto(filas->Campo(campo)));
+        std::wstring texto = Wide(ToText(filas->Campo(campo)));
         LVITEMW celda{};
         celda.mask = LVIF_TEXT;
         celda.iItem = i;

@@ -22,10 +22,10 @@ const ClassIds& IdsOfProduccion() {
 
 }  // namespace
 
-ProduccionCom::ProduccionCom(std::shared_ptr<Produccion> produccion, ComModule& server)
+ProduccionCom::ProduccionCom(std::shared_ptr<Produccion> produccion, ComServer& server)
     : PublishedObject(produccion, server, &IdsOfProduccion()), produccion_(*produccion) {}
 
-ProduccionCom::ProduccionCom(ComModule& server, std::shared_ptr<Apartamento> apartamento)
+ProduccionCom::ProduccionCom(ComServer& server, std::shared_ptr<Apartamento> apartamento)
     : ProduccionCom(NuevaProduccion(std::move(apartamento)), server) {}
 
 HRESULT ProduccionCom::Give(const ObjectPtr& objeto, IDispatch** out) noexcept {
@@ -39,13 +39,13 @@ STDMETHODIMP ProduccionCom::get_Ambiente(::Ambiente** ambiente) noexcept {
   return Give(produccion_.TraeAmbiente(), reinterpret_cast<IDispatch**>(ambiente));
 }
 STDMETHODIMP ProduccionCom::putref_Ambiente(::Ambiente* ambiente) noexcept {
-  return Run([&] { produccion_.PonAmbiente(ObjectDe(ambiente, Server())); });
+  return Run([&] { produccion_.PonAmbiente(ObjectOf(ambiente, Server())); });
 }
 STDMETHODIMP ProduccionCom::get_Parent(IDispatch** parent) noexcept {
   return Give(produccion_.Parent(), parent);
 }
 STDMETHODIMP ProduccionCom::putref_Parent(IDispatch* parent) noexcept {
-  return Run([&] { produccion_.PonParent(ObjectDe(parent, Server())); });
+  return Run([&] { produccion_.PonParent(ObjectOf(parent, Server())); });
 }
 
 STDMETHODIMP ProduccionCom::NuevaOp() noexcept {

@@ -15,7 +15,7 @@ namespace zuvi {
 /// The class `Produccion` as hosts see it: `_Produccion` by vtable, and the same members by name.
 class ProduccionCom final : public PublishedObject<::_Produccion> {
  public:
-  ProduccionCom(ComModule& server, std::shared_ptr<Apartamento> apartamento);
+  ProduccionCom(ComServer& server, std::shared_ptr<Apartamento> apartamento);
 
   STDMETHODIMP get_Ambiente(::Ambiente** ambiente) noexcept override;
   STDMETHODIMP putref_Ambiente(::Ambiente* ambiente) noexcept override;
@@ -32,7 +32,7 @@ class ProduccionCom final : public PublishedObject<::_Produccion> {
   STDMETHODIMP MuestraTurnos() noexcept override;
 
  private:
-  ProduccionCom(std::shared_ptr<Produccion> produccion, ComModule& server);
+  ProduccionCom(std::shared_ptr<Produccion> produccion, ComServer& server);
   HRESULT Give(const ObjectPtr& objeto, IDispatch** out) noexcept;
 
   Produccion& produccion_;

@@ -26,7 +26,7 @@ bool PilaCasiAgotada() {
 
 }  // namespace
 
-Apartamento::Apartamento(ComModule& server)
+Apartamento::Apartamento(ComServer& server)
     : server_(server),
       fabrica_(server),
       escritorio_(server.Instance()),
@@ -37,7 +37,7 @@ Apartamento::Apartamento(ComModule& server)
 std::shared_ptr<void> Apartamento::RetieneVentana() {
   // The apartment goes before the count does: the DLL is not idle while it is being let go.
   struct Retencion {
-    explicit Retencion(ComModule& server, std::shared_ptr<Apartamento> suyo)
+    explicit Retencion(ComServer& server, std::shared_ptr<Apartamento> suyo)
         : ventana(server, HoldKind::Window), apartamento(std::move(suyo)) {}
     ServerHold ventana;
     std::shared_ptr<Apartamento> apartamento;

@@ -20,14 +20,14 @@ namespace zuvi {
 /// down.
 class Apartamento : public std::enable_shared_from_this<Apartamento> {
  public:
-  explicit Apartamento(ComModule& server);
+  explicit Apartamento(ComServer& server);
   ~Apartamento();
   Modulo& ModuloDelComponente() { return modulo_; }
 
  private:
   std::shared_ptr<void> RetieneVentana();
 
-  ComModule& server_;
+  ComServer& server_;
   ProgIdFactory fabrica_;
   Win32Desktop escritorio_;
   Modulo modulo_;
@@ -38,7 +38,7 @@ class ServidorProduccion {
  public:
   explicit ServidorProduccion(HINSTANCE instance) : server_("ZuviProduccion", instance, 1) {}
 
-  ComModule& Automatizacion() { return server_; }
+  ComServer& Automatizacion() { return server_; }
   /// A new `Produccion` of the calling thread's apartment.
   ComPtr<IUnknown> CreaProduccion();
   /// True for the identifier of the one creatable class.
@@ -49,7 +49,7 @@ class ServidorProduccion {
  private:
   std::shared_ptr<Apartamento> ApartamentoActual();
 
-  ComModule server_;
+  ComServer server_;
   std::mutex mutex_;
   std::map<ThreadIdentity, std::weak_ptr<Apartamento>> apartamentos_;
 };

@@ -66,10 +66,10 @@ double Aplica(DocumentoInventario& documento) {
 template <class Cantidad>
 double AplicaComponente(DocumentoInventario& documento, Recordset& parte, Recordset& producto,
                         Cantidad cantidad) {
-  documento.PonAlmacen(ANumero(parte.Campo("Almacen")));
-  documento.PonArticulo(ATexto(parte.Campo("Componente")));
+  documento.PonAlmacen(ToNumber(parte.Campo("Almacen")));
+  documento.PonArticulo(ToText(parte.Campo("Componente")));
   documento.PonCantidad(cantidad());
-  documento.PonCosto(ANumero(producto.Campo("costo")));
+  documento.PonCosto(ToNumber(producto.Campo("costo")));
   return Aplica(documento);
 }
 
@@ -133,10 +133,10 @@ void Produccion::EnsambleKit(const std::string& articulo, std::int32_t n_almacen
   double total = 0;
   for (; !partes->Eof(); partes->MoveNext()) {
     const auto producto = datos.Consulta(EntreApostrofos("SELECT kit, costo FROM prods WHERE articulo = '",
-                                                         ATexto(partes->Campo("Componente"))),
+                                                         ToText(partes->Campo("Componente"))),
                                          sesion.conexion);
     total += AplicaComponente(*documento, *partes, *producto, [&] {
-      return Divide(ANumero(partes->Campo("Cantidad")), ANumero(receta->Campo("Minimo"))) * n_cantidad;
+      return Divide(ToNumber(partes->Campo("Cantidad")), ToNumber(receta->Campo("Minimo"))) * n_cantidad;
     });
   }
   AplicaKit(*documento, kKitEnsamble, kEntrada, n_op, n_almacen, articulo, n_cantidad, total);
@@ -181,14 +181,14 @@ void Produccion::DesensambleKit(const std::string& articulo, double n_cantidad, 
   while (!partes->Eof()) {
     const auto producto =
         datos.Consulta(EntreApostrofos("SELECT articulo, kit, costo FROM prods WHERE articulo = '",
-                                       ATexto(partes->Campo("Componente"))),
+                                       ToText(partes->Campo("Componente"))),
                        sesion.conexion);
     const auto cantidad = [&] {
-      return Divide(ANumero(partes->Campo("Cantidad")) * n_cantidad, ANumero(receta->Campo("Minimo")));
+      return Divide(ToNumber(partes->Campo("Cantidad")) * n_cantidad, ToNumber(receta->Campo("Minimo")));
     };
-    if (const Value kit = producto->Campo("kit"); !kit.IsNull() && ABooleano(kit)) {
+    if (const Value kit = producto->Campo("kit"); !kit.IsNull() && ToBool(kit)) {
       const double kits = cantidad();
-      const std::string sub_kit = ATexto(producto->Campo("articulo"));
+      const std::string sub_kit = ToText(producto->Campo("articulo"));
       llamada_propia_ = true;
       Desensamble(sub_kit, kits, n_almacen, n_op);
       // The line is not advanced: a sub-kit is taken apart for as long as its line stays current.

@@ -1,5 +1,5 @@
 // Opening an order in the editor.
-#include "base/formato.h"
+#include "base/format.h"
 #include "base/text.h"
 #include "component/produccion.h"
 #include "orders/frm_op.h"
@@ -53,7 +53,7 @@ void Produccion::AbreOrden(std::int32_t n_op, const MensajesDeApertura& mensajes
     }
     if (!mensajes.confirmada) {
       ventana->PonModo(kConsulta);
-    } else if (TextoDe(registro->Campo("Estado")) == "CO") {
+    } else if (TextOrNothing(registro->Campo("Estado")) == "CO") {
       informa(texto(mensajes.confirmada));
       ventana->PonModo(kConsulta);
     } else {
@@ -61,21 +61,21 @@ void Produccion::AbreOrden(std::int32_t n_op, const MensajesDeApertura& mensajes
     }
 
     const Value ocupado = registro->Campo("Ocupado");
-    if (!ocupado.IsNull() && ANumero(ocupado) != 0 && ventana->Modo() == kModificacion) {
+    if (!ocupado.IsNull() && ToNumber(ocupado) != 0 && ventana->Modo() == kModificacion) {
       const Value usuario = registro->Campo("Usuario");
-      if (!usuario.IsNull() && ATexto(usuario) == sesion.ambiente->UsuarioActual()) {
+      if (!usuario.IsNull() && ToText(usuario) == sesion.ambiente->UsuarioActual()) {
         informa(texto(mensajes.ocupada_propia));
         return;
       }
       const std::string ocupada = texto(mensajes.ocupada_ajena);
-      const std::string quien(Recorta(TextoDe(usuario)));
+      const std::string quien(Trim(TextOrNothing(usuario)));
       informa(ocupada + " " + quien + " " + texto(kFinDeOcupada));
       return;
     }
 
     ventana->PonRegistro(registro);
     ventana->PonOp(n_op);
-    ventana->SetCaption("Orden de fabricación: " + ATexto(registro->Campo("Op")));
+    ventana->SetCaption("Orden de fabricación: " + ToText(registro->Campo("Op")));
     ventana->Show();
   });
 }

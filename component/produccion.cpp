@@ -67,7 +67,7 @@ bool Produccion::CancelaOp(std::int32_t n_op) noexcept {
     const auto partidas = datos.Consulta("SELECT * FROM oppart WHERE op = " + op, sesion.conexion);
     if (orden->Eof()) return;
 
-    if (const Value estado = orden->Campo("Estado"); !estado.IsNull() && ATexto(estado) == "CO") {
+    if (const Value estado = orden->Campo("Estado"); !estado.IsNull() && ToText(estado) == "CO") {
       if (!datos.Pregunta("Esta orden de producción ya fue confirmada, Desea cerrar esta order de producción",
                           kModo))
         return;
@@ -93,7 +93,7 @@ void Produccion::Entrega(std::int32_t n_op) {
   const std::string op = Decimal(n_op);
 
   const auto cuenta = datos.Consulta("SELECT COUNT( * ) FROM oppart WHERE op = " + op, sesion.conexion);
-  const std::int32_t total = RedondeaA32(datos.ValorNumerico(cuenta->Campo(0)));
+  const std::int32_t total = RoundToInt32(datos.ValorNumerico(cuenta->Campo(0)));
   const auto partidas = datos.Consulta(
       "SELECT oppart.articulo, oppart.cantidad, op.almacen "
       "FROM oppart INNER JOIN op USING(op) WHERE op.op = " +
@@ -112,11 +112,11 @@ void Produccion::Entrega(std::int32_t n_op) {
   for (std::int32_t paso = 0; !partidas->Eof(); partidas->MoveNext()) {
     if (paso == std::numeric_limits<std::int32_t>::max()) throw HostError(ErrorNumber::Overflow);
     ++paso;
-    avance().Avanza(paso, "Procesando: " + ATexto(partidas->Campo("Articulo")), "");
-    const std::string articulo = ATexto(partidas->Campo("Articulo"));
-    const std::int32_t almacen = AEntero32(partidas->Campo("Almacen"));
+    avance().Avanza(paso, "Procesando: " + ToText(partidas->Campo("Articulo")), "");
+    const std::string articulo = ToText(partidas->Campo("Articulo"));
+    const std::int32_t almacen = ToInt32(partidas->Campo("Almacen"));
     // Ensamble takes whole kits, so a fractional line is delivered rounded.
-    const std::int32_t cantidad = AEntero32(partidas->Campo("Cantidad"));
+    const std::int32_t cantidad = ToInt32(partidas->Campo("Cantidad"));
     Ensamble(articulo, almacen, cantidad, n_op);
   }
   sesion.ambiente->EjecutaSQL("UPDATE oppart SET terminado = cantidad WHERE op = " + op);

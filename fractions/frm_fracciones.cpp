@@ -7,7 +7,7 @@ namespace zuvi {
 
 frmFracciones::frmFracciones(Modulo& modulo) : VentanaModulo(modulo, "frmFracciones") {
   SetCaption("Captura de fracciones");
-  DesignInside(Dip(760), Dip(520));
+  DesignClientSize(Dip(760), Dip(520));
 
   auto etiqueta = Add<Label>("Label1");
   etiqueta->SetCaption("Código:");
@@ -50,7 +50,7 @@ void frmFracciones::Form_Paint() {
 
 void frmFracciones::txtFields_KeyDown(const KeyEvent& event) {
   Trata("txtFields_KeyDown", [&] {
-    codigo_ = Recorta((*txtFields)(0).Text());
+    codigo_ = Trim((*txtFields)(0).Text());
     if (event.key == key::kEnter) IniciaProceso("FRACCIONES");
   });
 }

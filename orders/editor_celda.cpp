@@ -43,7 +43,7 @@ void EditorCelda::Abre(std::optional<std::int16_t> tecleado, bool solo_consulta)
   const std::int32_t fila = rejilla_.Row(), col = rejilla_.Col();
   if (solo_consulta || col == columna::kArticulo || col > kUltimaEditable) return;
   // A row without a line has nothing to be edited, whatever key asked for it.
-  if (Recorta(rejilla_.TextMatrix(fila, columna::kArticulo) + rejilla_.TextMatrix(fila, columna::kEntrada))
+  if (Trim(rejilla_.TextMatrix(fila, columna::kArticulo) + rejilla_.TextMatrix(fila, columna::kEntrada))
           .empty())
     return;
   Coloca();

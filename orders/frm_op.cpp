@@ -13,7 +13,7 @@ constexpr std::int32_t kEsperaCierre = 10;
 
 /// A field value put behind a text; Null adds nothing.
 std::string Tras(const char* texto, const Value& valor) {
-  return valor.IsNull() ? texto : texto + ATexto(valor);
+  return valor.IsNull() ? texto : texto + ToText(valor);
 }
 
 /// An amount that the order has stored; 0 where a host's orders have no such column.
@@ -25,7 +25,7 @@ double Monto(Recordset& orden, FixedText columna) {
     orden.Campo("Op");  // a row that cannot be read at all is an error
     return 0;
   }
-  return NumeroOCero(monto);
+  return NumberOrZero(monto);
 }
 
 }  // namespace
@@ -56,7 +56,7 @@ void frmOp::Form_Load() {
   constructor_ = Datos().NuevoConstructorSql();
   constructor_->PonConexion(TraeConexion());
   if (const ObjectPtr rutas = Entorno()->ContenedorRutas())
-    constructor_->PonRutas(AObjeto(rutas->Call("PathCollection")));
+    constructor_->PonRutas(ToObject(rutas->Call("PathCollection")));
 
   if (modo_ == kAlta) {
     ValoresDeAlta();
@@ -87,17 +87,17 @@ void frmOp::CargaEncabezado() {
   // What an order lacks must not keep it from being opened and mended.
   Caja(campo::kAlmacen).SetText(Tras("", registro_->Campo("Almacen")));
   // Every save writes these fields: an order must lose neither its purchase's number nor its amount.
-  if (const Value compra = registro_->Campo("ordencompra"); !compra.IsNull() && ANumero(compra) != 0)
-    Caja(campo::kOrdenCompra).SetText(ATexto(compra));
+  if (const Value compra = registro_->Campo("ordencompra"); !compra.IsNull() && ToNumber(compra) != 0)
+    Caja(campo::kOrdenCompra).SetText(ToText(compra));
   if (const double importe = Monto(*registro_, "importe"); importe != 0)
-    Caja(campo::kImporte).SetText(TextoDeNumero(importe));
+    Caja(campo::kImporte).SetText(NumberText(importe));
   const Value emision = registro_->Campo("F_Emision");
-  DTPicker1->SetValue(emision.IsNull() ? Hoy() : AFecha(emision));
+  DTPicker1->SetValue(emision.IsNull() ? Hoy() : ToDate(emision));
   const Value entrega = registro_->Campo("fechaentrega");
-  DTPicker2->SetValue(entrega.IsNull() ? Hoy() : AFecha(entrega));
+  DTPicker2->SetValue(entrega.IsNull() ? Hoy() : ToDate(entrega));
   RichTextBox2->SetText(Datos().ValorTexto(registro_->Campo("Observ")));
   const Value automatico = registro_->Campo("automatico");
-  Check1->SetValue(!automatico.IsNull() && ANumero(automatico) == 1 ? 1 : 0);
+  Check1->SetValue(!automatico.IsNull() && ToNumber(automatico) == 1 ? 1 : 0);
 }
 
 void frmOp::MarcaOcupada() {
@@ -112,7 +112,7 @@ void frmOp::MarcaOcupada() {
 void frmOp::SueltaOcupada() { Entorno()->EjecutaSQL("UPDATE Op SET ocupado = 0 WHERE Op = " + Decimal(op_)); }
 
 void frmOp::CargaPartidas() {
-  partidas_ = Consulta("SELECT * FROM oppart WHERE Op = (" + ATexto(registro_->Campo("Op")) + ")");
+  partidas_ = Consulta("SELECT * FROM oppart WHERE Op = (" + ToText(registro_->Campo("Op")) + ")");
   // An order with more lines than the grid has rows makes it grow.
   for (std::int32_t fila = 1; !partidas_->Eof(); partidas_->MoveNext(), ++fila) {
     fg2->SetTextMatrix(fila, columna::kArticulo, Tras("", partidas_->Campo("Articulo")));
@@ -129,7 +129,7 @@ void frmOp::ValoresDeAlta() {
     const std::int32_t b = Entorno()->DatoFechaB();
     fecha->SetValue(Datos().ComponeFecha(a, b));
   }
-  Caja(campo::kAlmacen).SetText(ATexto(Entorno()->ParametrosEstacion()->Campo("Almacen")));
+  Caja(campo::kAlmacen).SetText(ToText(Entorno()->ParametrosEstacion()->Campo("Almacen")));
 }
 
 void frmOp::AplicaModo() {
@@ -159,7 +159,7 @@ void frmOp::AplicaModo() {
   });
   paso([&] {
     const Value lector = Entorno()->ParametrosEstacion()->Campo("Lector");
-    Check4->SetValue(!lector.IsNull() && ABooleano(lector) ? 1 : 0);
+    Check4->SetValue(!lector.IsNull() && ToBool(lector) ? 1 : 0);
   });
   paso([&] { IniciaProceso("Op001"); });
   paso([&] {

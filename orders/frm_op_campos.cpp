@@ -52,7 +52,7 @@ bool PuedeSerNumero(std::string_view texto) {
 
 void frmOp::ExigeNumero(std::int16_t index) const {
   const std::string& texto = Texto(index);
-  if (!Recorta(texto).empty() && !PuedeSerNumero(texto))
+  if (!Trim(texto).empty() && !PuedeSerNumero(texto))
     throw HostError("\"" + texto + "\" no es un número", ErrorNumber::TypeMismatch);
 }
 
@@ -180,7 +180,7 @@ void frmOp::TraeSegundaClave() {
     const auto fila = Consulta(EntreApostrofos("SELECT * FROM clavesadd WHERE clave = '", clave));
     if (fila->Eof()) return limpia();
     const auto articulo = Consulta(EntreApostrofos("SELECT articulo,descrip FROM prods WHERE articulo = '",
-                                                   ATexto(fila->Campo("Articulo"))));
+                                                   ToText(fila->Campo("Articulo"))));
     Escribe(campo::kArticulo, Datos().ValorTexto(articulo->Campo("Articulo")));
     Escribe(campo::kDescripcion, Datos().ValorTexto(articulo->Campo("descrip")));
     PonDescripcion();

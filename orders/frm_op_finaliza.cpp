@@ -8,9 +8,9 @@ namespace {
 constexpr std::int16_t kPreguntaDeOrdenes = 2;
 
 /// A document is dated in the years a form can mean, and not after its delivery.
-bool FechaValida(const Fecha& documento, const Fecha& entrega) {
+bool FechaValida(const Date& documento, const Date& entrega) {
   const int anio = documento.Civil().anio;
-  return anio >= 1900 && anio <= 2100 && documento.SoloDia().Serie() <= entrega.SoloDia().Serie();
+  return anio >= 1900 && anio <= 2100 && documento.DayOnly().Serial() <= entrega.DayOnly().Serial();
 }
 
 }  // namespace

@@ -101,7 +101,7 @@ bool frmOp::SalvaCambios() {
   return Trata("SalvaCambios", [&] {
     const std::string entrada = fg2->TextMatrix(fg2->Row(), columna::kEntrada);
     // A row that is no line has nothing to be saved.
-    if (Recorta(entrada).empty()) return;
+    if (Trim(entrada).empty()) return;
     ConstructorSql& c = *constructor_;
     c.Limpia();
     c.Tipo("UPDATE");

@@ -107,7 +107,7 @@ class frmOp::Plano {
 void frmOp::CreaControles() {
   SetCaption("Orden de fabricación");
   SetKeyPreview(true);
-  DesignInside(Dip(kAncho), Dip(kAlto));
+  DesignClientSize(Dip(kAncho), Dip(kAlto));
   txtFields = AddArray<TextBox>("txtFields");
   MultiCombo1 = AddArray<MultiCombo>("MultiCombo1");
   Label10 = AddArray<Label>("Label10");

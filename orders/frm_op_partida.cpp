@@ -21,12 +21,12 @@ bool frmOp::PartidaAceptable() {
   // Written so that what is not a number at all is refused too.
   if (!(Datos().ValorNumerico(Texto(campo::kCantidad)) > 0)) return rechaza(236, campo::kCantidad);
 
-  const std::string clave(Recorta(articulo));
+  const std::string clave(Trim(articulo));
   const auto ficha = Consulta(EntreApostrofos("SELECT ubicacion FROM prods WHERE articulo = '", clave));
   // The host's check looks the location up by itself; reading it here fails for an article that has vanished
   // meanwhile.
   ficha->Campo("ubicacion");
-  const std::int16_t almacen = AEntero16(Texto(campo::kAlmacen));
+  const std::int16_t almacen = ToInt16(Texto(campo::kAlmacen));
   return !Datos().UbicacionRestringida(clave, almacen, TraeConexion()) || rechaza(703, campo::kArticulo);
 }
 
@@ -64,7 +64,7 @@ bool frmOp::NuevaPartida() {
     registro_ = Consulta("SELECT * FROM op WHERE (((op) = " + Decimal(op_) + "))");
     const Partida partida = InsertaPartida();
     lista = true;
-    const bool leido = IgualSinCaso(Recorta(partida.articulo), articulo_leido_);
+    const bool leido = EqualsIgnoringCase(Trim(partida.articulo), articulo_leido_);
     costos_[Decimal(partida.entrada)] = {partida.cantidad, leido ? costo_leido_ : 0};
     MuestraPartida(partida);
   });
@@ -105,7 +105,7 @@ void frmOp::PonDescripcion() {
   Trata("PonDescripcion", [&] {
     AccesoDatos& datos = Datos();
     const auto recortado = [&](Recordset& filas, FixedText nombre) {
-      return std::string(Recorta(datos.ValorTexto(filas.Campo(nombre))));
+      return std::string(Trim(datos.ValorTexto(filas.Campo(nombre))));
     };
     const auto lee_articulo = [&] {
       return Consulta(EntreApostrofos("SELECT descrip,unidad,costo_u FROM prods WHERE articulo = '",
@@ -129,8 +129,8 @@ void frmOp::PonDescripcion() {
     if (!ficha->Eof()) {
       Escribe(campo::kDescripcion, recortado(*ficha, "descrip"));
       Escribe(campo::kUnidad, recortado(*ficha, "unidad"));
-      costo_leido_ = NumeroOCero(ficha->Campo("costo_u"));
-      articulo_leido_ = Recorta(Texto(campo::kArticulo));
+      costo_leido_ = NumberOrZero(ficha->Campo("costo_u"));
+      articulo_leido_ = Trim(Texto(campo::kArticulo));
     }
     // One piece per scan, unless a quantity was typed before.
     if (Check4->Value() == 1 && datos.EstaVacio(Texto(campo::kCantidad))) Escribe(campo::kCantidad, "1");

@@ -34,7 +34,7 @@ void frmOp::MuestraPartida(const Partida& partida) {
   if (renglon > renglones) return;
   fg2->SetTextMatrix(renglon, columna::kArticulo, partida.articulo);
   fg2->SetTextMatrix(renglon, columna::kCantidad, ComoSeLeyo(partida.cantidad_tecleada, partida.cantidad));
-  fg2->SetTextMatrix(renglon, columna::kImporte, TextoConMiles(partida.cantidad * partida.precio));
+  fg2->SetTextMatrix(renglon, columna::kImporte, GroupedAmount(partida.cantidad * partida.precio));
   fg2->SetTextMatrix(renglon, columna::kDescripcion, partida.observaciones);
   fg2->SetTextMatrix(renglon, columna::kEntrada, Decimal(partida.entrada));
   fg2->SetRow(renglon);
@@ -45,7 +45,7 @@ bool frmOp::RenglonVacio(std::int32_t renglon) const {
 }
 
 std::string frmOp::ComoSeLeyo(const std::string& texto, double numero) {
-  return texto.find(',') == texto.npos ? texto : TextoDeNumero(numero);
+  return texto.find(',') == texto.npos ? texto : NumberText(numero);
 }
 
 void frmOp::EditaCelda(std::optional<std::int16_t> tecleado) {
@@ -75,7 +75,7 @@ void frmOp::BorraPartida() {
   const std::int32_t renglon = fg2->Row();
   if (renglon < fg2->FixedRows() || RenglonVacio(renglon)) return;
   const std::string entrada = fg2->TextMatrix(renglon, columna::kEntrada);
-  if (Recorta(entrada).empty()) return;
+  if (Trim(entrada).empty()) return;
   Entorno()->EjecutaSQL("DELETE FROM oppart WHERE id_entrada = " + entrada);
   costos_.erase(entrada);
   fg2->RemoveItem(renglon);

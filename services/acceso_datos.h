@@ -47,9 +47,9 @@ class AccesoDatos : public Object {
                                       std::int32_t& documento,
                                       const std::shared_ptr<ConstructorSql>& constructor) = 0;
   /// A date out of `Ambiente::DatoFechaA` and `DatoFechaB`.
-  virtual Fecha ComponeFecha(std::int32_t a, std::int32_t b) = 0;
+  virtual Date ComponeFecha(std::int32_t a, std::int32_t b) = 0;
   /// A date written as an SQL date literal.
-  virtual std::string FechaSQL(const std::shared_ptr<Conexion>& conexion, const Fecha& fecha) = 0;
+  virtual std::string FechaSQL(const std::shared_ptr<Conexion>& conexion, const Date& fecha) = 0;
   /// A number as text of at least that many digits, with leading zeros.
   virtual std::string TextoConCeros(std::int32_t numero, std::int32_t ancho) = 0;
   /// True when the value exists in that column of that table.

@@ -45,7 +45,7 @@ template <>
 class Adapter<Recordset> final : public ByName<Recordset> {
  public:
   using ByName::ByName;
-  bool Eof() override { return ABooleano(late_.Call("EOF")); }
+  bool Eof() override { return ToBool(late_.Call("EOF")); }
   void MoveNext() override { late_.Call("MoveNext"); }
   Value Campo(FixedText nombre) override { return Field({"Item", {}, nombre}); }
   Value Campo(std::int32_t ordinal) override {
@@ -89,10 +89,10 @@ class Adapter<Ambiente> final : public ByName<Ambiente> {
  public:
   using ByName::ByName;
   std::shared_ptr<Conexion> TraeConexion() override {
-    return Como<Conexion>(AObjeto(late_.Call("Conexion")));
+    return Como<Conexion>(ToObject(late_.Call("Conexion")));
   }
-  std::string UsuarioActual() override { return ATexto(late_.Call("UsuarioActual")); }
-  std::string RutaAplicacion() override { return ATexto(late_.Call("RutaAplicacion")); }
+  std::string UsuarioActual() override { return ToText(late_.Call("UsuarioActual")); }
+  std::string RutaAplicacion() override { return ToText(late_.Call("RutaAplicacion")); }
   void EjecutaSQL(const std::string& sql) override {
     if (!late_.TakesByRef("EjecutaSQL", 1)) {
       late_.Call("EjecutaSQL", sql);
@@ -101,15 +101,15 @@ class Adapter<Ambiente> final : public ByName<Ambiente> {
     std::array<Value, 2> args{sql, Value()};
     late_.CallByRef("EjecutaSQL", args, ByRef{1} << 1 | kUnread);
   }
-  std::int32_t DatoFechaA() override { return AEntero32(late_.Call("DatoFechaA")); }
-  std::int32_t DatoFechaB() override { return AEntero32(late_.Call("DatoFechaB")); }
+  std::int32_t DatoFechaA() override { return ToInt32(late_.Call("DatoFechaA")); }
+  std::int32_t DatoFechaB() override { return ToInt32(late_.Call("DatoFechaB")); }
   Value DatoDocumento() override { return late_.Call("DatoDocumento"); }
   std::shared_ptr<Recordset> ParametrosEstacion() override {
-    return Como<Recordset>(AObjeto(late_.Call("ParametrosEstacion")));
+    return Como<Recordset>(ToObject(late_.Call("ParametrosEstacion")));
   }
   ObjectPtr ContenedorRutas() override {
     const Value contenedor = late_.Call("ContenedorRutas");
-    return contenedor.IsEmpty() || contenedor.IsNull() ? nullptr : AObjeto(contenedor);
+    return contenedor.IsEmpty() || contenedor.IsNull() ? nullptr : ToObject(contenedor);
   }
 };
 
@@ -119,48 +119,48 @@ class Adapter<AccesoDatos> final : public ByName<AccesoDatos> {
   using ByName::ByName;
   std::shared_ptr<Recordset> Consulta(const std::string& sql,
                                       const std::shared_ptr<Conexion>& conexion) override {
-    return Como<Recordset>(AObjeto(late_.Call("Consulta", sql, Arg(conexion), true)));
+    return Como<Recordset>(ToObject(late_.Call("Consulta", sql, Arg(conexion), true)));
   }
-  double ValorNumerico(const Value& valor) override { return ANumero(late_.Call("ValorNumerico", valor)); }
-  std::string ValorTexto(const Value& valor) override { return ATexto(late_.Call("ValorTexto", valor)); }
-  bool EstaVacio(const std::string& texto) override { return ABooleano(late_.Call("EstaVacio", texto)); }
+  double ValorNumerico(const Value& valor) override { return ToNumber(late_.Call("ValorNumerico", valor)); }
+  std::string ValorTexto(const Value& valor) override { return ToText(late_.Call("ValorTexto", valor)); }
+  bool EstaVacio(const std::string& texto) override { return ToBool(late_.Call("EstaVacio", texto)); }
   std::string TextoDeMensaje(std::int32_t numero, const std::shared_ptr<Ambiente>& ambiente) override {
-    return ATexto(late_.Call("TraeMensaje", numero, Arg(ambiente)));
+    return ToText(late_.Call("TraeMensaje", numero, Arg(ambiente)));
   }
   void Mensaje(const std::string& texto, EstiloMensaje estilo,
                const std::shared_ptr<Ambiente>& ambiente) override {
     late_.Call("Mensaje", texto, static_cast<std::int16_t>(estilo), Arg(ambiente));
   }
   bool Pregunta(const std::string& texto, std::int16_t modo) override {
-    return ABooleano(late_.Call("Pregunta", texto, modo));
+    return ToBool(late_.Call("Pregunta", texto, modo));
   }
   std::int32_t SiguienteFolio(const std::string& clave, const std::shared_ptr<Conexion>& conexion,
                               std::int32_t& documento,
                               const std::shared_ptr<ConstructorSql>& constructor) override {
     std::array<Value, 4> args{clave, Arg(conexion), documento, Arg(constructor)};
     const Value folio = late_.CallByRef("SiguienteFolio", args, ByRef{1} << 2);
-    documento = AEntero32(args[2]);
-    return AEntero32(folio);
+    documento = ToInt32(args[2]);
+    return ToInt32(folio);
   }
-  Fecha ComponeFecha(std::int32_t a, std::int32_t b) override {
-    return AFecha(late_.Call("ComponeFecha", a, b));
+  Date ComponeFecha(std::int32_t a, std::int32_t b) override {
+    return ToDate(late_.Call("ComponeFecha", a, b));
   }
-  std::string FechaSQL(const std::shared_ptr<Conexion>& conexion, const Fecha& fecha) override {
-    return ATexto(late_.Call("FechaSQL", Arg(conexion), fecha));
+  std::string FechaSQL(const std::shared_ptr<Conexion>& conexion, const Date& fecha) override {
+    return ToText(late_.Call("FechaSQL", Arg(conexion), fecha));
   }
   std::string TextoConCeros(std::int32_t numero, std::int32_t ancho) override {
-    return ATexto(late_.Call("TextoConCeros", numero, ancho));
+    return ToText(late_.Call("TextoConCeros", numero, ancho));
   }
   bool ExisteClave(const std::string& valor, const std::string& tabla, const std::string& columna,
                    const std::shared_ptr<Conexion>& conexion) override {
-    return ABooleano(late_.Call("ExisteClave", valor, tabla, columna, Arg(conexion), true));
+    return ToBool(late_.Call("ExisteClave", valor, tabla, columna, Arg(conexion), true));
   }
   bool UbicacionRestringida(const std::string& articulo, std::int16_t almacen,
                             const std::shared_ptr<Conexion>& conexion) override {
-    return ABooleano(late_.Call("UbicacionRestringida", articulo, almacen, Arg(conexion)));
+    return ToBool(late_.Call("UbicacionRestringida", articulo, almacen, Arg(conexion)));
   }
   std::shared_ptr<ConstructorSql> NuevoConstructorSql() override {
-    return Como<ConstructorSql>(AObjeto(late_.Call("NuevoConstructorSql")));
+    return Como<ConstructorSql>(ToObject(late_.Call("NuevoConstructorSql")));
   }
   void PreparaVentana(const ObjectPtr& ventana, const std::shared_ptr<Ambiente>& ambiente) override {
     late_.Call("PreparaVentana", Arg(ventana), Arg(ambiente), "");
@@ -169,15 +169,15 @@ class Adapter<AccesoDatos> final : public ByName<AccesoDatos> {
     late_.Call("LiberaVentana", Arg(ventana), Arg(ambiente), "frmMaster");
   }
   std::string FormateaCampo(const ObjectPtr& caja, const std::shared_ptr<Ambiente>& ambiente) override {
-    return ATexto(late_.Call("FormateaCampo", Arg(caja), Arg(ambiente)));
+    return ToText(late_.Call("FormateaCampo", Arg(caja), Arg(ambiente)));
   }
   std::int16_t FiltroMayusculas(const ObjectPtr& caja, std::int16_t caracter) override {
     std::array<Value, 2> args{Arg(caja), caracter};
-    return AEntero16(late_.CallByRef("FiltroMayusculas", args, ByRef{1} << 1));
+    return ToInt16(late_.CallByRef("FiltroMayusculas", args, ByRef{1} << 1));
   }
   std::int16_t FiltroTecla(const ObjectPtr& caja, std::int16_t caracter) override {
     std::array<Value, 3> args{true, Arg(caja), caracter};
-    return AEntero16(late_.CallByRef("FiltroTecla", args, ByRef{1} << 2));
+    return ToInt16(late_.CallByRef("FiltroTecla", args, ByRef{1} << 2));
   }
 };
 
@@ -190,12 +190,12 @@ class Adapter<ControlProcesos> final : public ByName<ControlProcesos> {
                                p.numero, p.texto,       p.nulo,          p.texto2, Arg(p.objeto3)};
     late_.CallByRef("IniciaProceso", args, kAllByRef);
     p.objeto = Conversion<ObjectPtr>::From(args[1]);
-    p.bandera = ABooleano(args[5]);
+    p.bandera = ToBool(args[5]);
   }
   void ConsultaProceso(bool& bandera) override {
     std::array<Value, 1> args{bandera};
     late_.CallByRef("ConsultaProceso", args, kAllByRef);
-    bandera = ABooleano(args[0]);
+    bandera = ToBool(args[0]);
   }
   void CierraProceso(std::int32_t numero) override { late_.Call("CierraProceso", numero); }
   void ImprimeReporte(const std::string& clave, std::int32_t op, const std::shared_ptr<Ambiente>& ambiente,
@@ -213,7 +213,7 @@ class Adapter<DocumentoInventario> final : public ByName<DocumentoInventario> {
   }
   void PonDatoDocumento(const Value& dato) override { late_.Call("PonDatoDocumento", dato); }
   void PonDatoFecha(std::int32_t dato) override { late_.Call("PonDatoFecha", dato); }
-  void PonFecha(const Fecha& fecha) override { late_.Call("PonFecha", fecha); }
+  void PonFecha(const Date& fecha) override { late_.Call("PonFecha", fecha); }
   void PonTipo(const std::string& tipo) override { late_.Call("PonTipo", tipo); }
   void PonConcepto(const std::string& concepto) override { late_.Call("PonConcepto", concepto); }
   void PonOrden(std::int32_t orden) override { late_.Call("PonOrden", orden); }
@@ -226,7 +226,7 @@ class Adapter<DocumentoInventario> final : public ByName<DocumentoInventario> {
   double AplicaMovimiento(std::int32_t& numero) override {
     // What a host leaves in the number is its own affair: one that numbers its movements "M-12" may.
     std::array<Value, 1> args{numero};
-    return ANumero(late_.CallByRef("AplicaMovimiento", args, kAllByRef | kUnread));
+    return ToNumber(late_.CallByRef("AplicaMovimiento", args, kAllByRef | kUnread));
   }
 };
 

@@ -26,7 +26,7 @@ class DocumentoInventario : public Object {
   /// `AccesoDatos::SiguienteFolio` left in its in/out argument (0 when it left none).
   virtual void PonDatoFecha(std::int32_t dato) = 0;
   /// Day of the movement: `AccesoDatos::ComponeFecha` of the environment's two parts.
-  virtual void PonFecha(const Fecha& fecha) = 0;
+  virtual void PonFecha(const Date& fecha) = 0;
   /// `kSalida` or `kEntrada`: whether the lines that follow leave the stock or enter it.
   virtual void PonTipo(const std::string& tipo) = 0;
   /// Why the stock moves: "OP" and "COP" with an order; without one "EN" (components) and "DE" (kit) of an

@@ -33,7 +33,7 @@ frmTurno::frmTurno(Modulo& modulo) : VentanaModulo(modulo, "frmTurno") {
 
 void frmTurno::CreaControles() {
   SetCaption("Turno");
-  DesignInside(Dip(760), Dip(540));
+  DesignClientSize(Dip(760), Dip(540));
   cmbFields = AddArray<ComboBox>("cmbFields");
   cmdButton = AddArray<Button>("cmdButton");
   lblTurno = AddArray<Label>("lblTurno");
@@ -118,7 +118,7 @@ void frmTurno::Form_Load() {
       const auto turno = Consulta(EntreApostrofos("SELECT * FROM turnos WHERE turno = '", turno_));
       for (std::int16_t i = 0; const CampoTurno& campo : kCampos) {
         const Value valor = turno->Campo(campo.leida);
-        (*cmbFields)(i++).SetText(valor.IsNull() ? std::string() : ATexto(valor));
+        (*cmbFields)(i++).SetText(valor.IsNull() ? std::string() : ToText(valor));
       }
     }
     LLenaEmpleados();
@@ -175,7 +175,7 @@ bool frmTurno::SalvaCambios() {
     if (modo_ == kAlta) {
       // The blank after the quote is part of the statement: a key that exists is left to the database.
       const auto existente =
-          Consulta(EntreApostrofos("SELECT * FROM turnos WHERE turno = ' ", Recorta(Texto(kTurno))));
+          Consulta(EntreApostrofos("SELECT * FROM turnos WHERE turno = ' ", Trim(Texto(kTurno))));
       if (!existente->Eof()) {
         Mensaje(832);
         PonFoco((*cmbFields)(kTurno));
@@ -204,7 +204,7 @@ bool frmTurno::SalvaCambios() {
       constructor->Limpia();
       constructor->Tipo("INSERT");
       constructor->AgregaCampo("turnoempleado", "turno", Texto(kTurno));
-      constructor->AgregaCampo("turnoempleado", "empleado", Recorta(miembros(i).Text()));
+      constructor->AgregaCampo("turnoempleado", "empleado", Trim(miembros(i).Text()));
       constructor->Genera("turnoempleado");
       constructor->Ejecuta();
     }

@@ -1,6 +1,6 @@
 #include "shifts/frm_turnos.h"
 
-#include "base/formato.h"
+#include "base/format.h"
 #include "base/text.h"
 #include "shifts/columnas.h"
 #include "shifts/frm_turno.h"
@@ -14,12 +14,12 @@ frmTurnos::frmTurnos(Modulo& modulo) : VentanaModulo(modulo, "frmTurnos") {
   cmdModificar->OnClick = [this] { cmdModificar_Click(); };
   cmdEliminar->OnClick = [this] { cmdEliminar_Click(); };
   Command1->OnClick = [this] { Command1_Click(); };
-  MonthView1->OnDateClick = [this](const Fecha&) { MonthView1_DateClick(); };
+  MonthView1->OnDateClick = [this](const Date&) { MonthView1_DateClick(); };
 }
 
 void frmTurnos::CreaControles() {
   SetCaption("Turnos");
-  DesignInside(Dip(860), Dip(600));
+  DesignClientSize(Dip(860), Dip(600));
 
   lv = AddArray<ListView>("lv");
   AddTo(*lv, "lv", 0).Design({Dip(16), Dip(16), Dip(680), Dip(262)}, anchor::kAcross);
@@ -83,7 +83,7 @@ void frmTurnos::LLenaTurnos() {
     const std::string elegido = turnos.SelectedItem() ? turnos.SelectedItem()->Key() : std::string();
     LlenaLista(turnos, *ProgressBar1, "SELECT COUNT( * ) FROM turnos", "SELECT * FROM turnos ORDER BY turno",
                [](ListItems& items, Recordset& fila) {
-                 const std::string turno = ATexto(fila.Campo("Turno"));
+                 const std::string turno = ToText(fila.Campo("Turno"));
                  ListItem& item = items.Add(ClaveDeItem(turno), turno);
                  item.SetSubItems(1, Campo(fila, "Entrada"));
                  item.SetSubItems(2, Campo(fila, "comida"));
@@ -97,7 +97,7 @@ void frmTurnos::LLenaTurnos() {
 
 void frmTurnos::LLenaHorarios() {
   Trata("LLenaHorarios", [&] {
-    const Fecha fecha = MonthView1->Value();
+    const Date fecha = MonthView1->Value();
     ListView& horarios = Horarios();
     PonColumnas(horarios, {{"id", "id", Dip(70)},
                            {"Empleado", "Empleado"},
@@ -110,11 +110,10 @@ void frmTurnos::LLenaHorarios() {
                                   " AND turno = '" + TurnoSeleccionado() + "'";
     LlenaLista(horarios, *ProgressBar1, "SELECT COUNT( * )" + condicion, "SELECT *" + condicion,
                [](ListItems& items, Recordset& fila) {
-                 const std::string id = ATexto(fila.Campo("Id"));
+                 const std::string id = ToText(fila.Campo("Id"));
                  ListItem& item = items.Add(ClaveDeItem(id), id);
                  // The date format goes over the employee's key: what is no number or date stays as it is.
-                 item.SetSubItems(
-                     1, std::string(Recorta(FormateaComoFecha(fila.Campo("Empleado"), "dd-MM-yyyy"))));
+                 item.SetSubItems(1, std::string(Trim(FormatAsDate(fila.Campo("Empleado"), "dd-MM-yyyy"))));
                  item.SetSubItems(2, Campo(fila, "Fecha"));
                  item.SetSubItems(3, Campo(fila, "HoraEntrada"));
                  item.SetSubItems(4, Campo(fila, "comida"));
@@ -152,7 +151,7 @@ void frmTurnos::cmdEliminar_Click() {
   Trata("cmdEliminar_Click", [&] {
     if (!Turnos().SelectedItem()) return;
     // The one that is asked for, whatever happens to the list meanwhile. Unlike for a modification, trimmed.
-    const std::string turno(Recorta(TurnoSeleccionado()));
+    const std::string turno(Trim(TurnoSeleccionado()));
     constexpr std::int16_t kModo = 1;
     if (!Pregunta(1, kModo)) return;
     for (const char* sql : {"DELETE FROM turnos WHERE turno = '", "DELETE FROM turnoempleado WHERE turno = '",

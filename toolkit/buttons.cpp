@@ -22,7 +22,7 @@ const Label* NeighbouringLabel(const Control& control, bool before) {
 
 }  // namespace
 
-std::string WithoutMark(std::string_view caption) {
+std::string WithoutMnemonic(std::string_view caption) {
   std::string out;
   for (std::size_t i = 0; i < caption.size(); ++i) {
     if (caption[i] == '&' && ++i == caption.size()) break;
@@ -55,11 +55,11 @@ void Captioned::SetCaption(std::string caption) {
 }
 
 std::string Captioned::AccessibleName() const {
-  return caption_.empty() ? Control::AccessibleName() : WithoutMark(caption_);
+  return caption_.empty() ? Control::AccessibleName() : WithoutMnemonic(caption_);
 }
 
-Extent Label::Needs(const TextMeasure& texts) const {
-  const auto width_of = [&](std::string_view text) { return texts.Width(WithoutMark(text), heading_); };
+Extent Label::MinimumSize(const TextMeasure& texts) const {
+  const auto width_of = [&](std::string_view text) { return texts.Width(WithoutMnemonic(text), heading_); };
   const std::int32_t width = std::max(width_of(CaptionText()), width_of(longest_));
   // As many lines as were designed. Words that go to the next one leave room behind them.
   const std::int32_t lines = std::max(1, DesignBounds().height / Dip(16));
@@ -97,9 +97,9 @@ std::string Button::AccessibleName() const {
   return CaptionText().empty() && !ToolTipText().empty() ? ToolTipText() : Captioned::AccessibleName();
 }
 
-Extent Button::Needs(const TextMeasure& texts) const {
+Extent Button::MinimumSize(const TextMeasure& texts) const {
   if (picture_ != Glyph::None) return {};
-  const std::int32_t width = texts.Width(WithoutMark(CaptionText()));
+  const std::int32_t width = texts.Width(WithoutMnemonic(CaptionText()));
   // What grows gets the margin of a button that was designed for its caption.
   const bool fits = width + Dip(10) <= DesignBounds().width;
   return {width + (fits ? Dip(10) : Dip(20)), texts.LineHeight() + Dip(9)};
@@ -135,16 +135,16 @@ void CheckBox::DefaultKey(std::int16_t key, std::int16_t shift) {
 }
 
 std::string CheckBox::AccessibleName() const {
-  if (!CaptionText().empty()) return WithoutMark(CaptionText());
+  if (!CaptionText().empty()) return WithoutMnemonic(CaptionText());
   for (const bool before : {true, false})
-    if (const Label* label = NeighbouringLabel(*this, before)) return WithoutMark(label->Caption());
+    if (const Label* label = NeighbouringLabel(*this, before)) return WithoutMnemonic(label->Caption());
   return {};
 }
 
-Extent CheckBox::Needs(const TextMeasure& texts) const {
+Extent CheckBox::MinimumSize(const TextMeasure& texts) const {
   // The box itself does not grow with the font.
   if (CaptionText().empty()) return {};
-  return {texts.Width(WithoutMark(CaptionText())) + Dip(22), texts.LineHeight() + Dip(2)};
+  return {texts.Width(WithoutMnemonic(CaptionText())) + Dip(22), texts.LineHeight() + Dip(2)};
 }
 
 const MemberTable* CheckBox::Members() const {

@@ -7,7 +7,7 @@
 namespace zuvi {
 
 /// The caption without mnemonic marks.
-std::string WithoutMark(std::string_view caption);
+std::string WithoutMnemonic(std::string_view caption);
 /// A letter in upper case, accented ones of Western European languages included.
 char16_t UpperLetter(char16_t letter);
 /// The mnemonic letter of a caption in upper case; 0 without one.
@@ -40,7 +40,7 @@ class Label final : public Captioned {
   /// The longest text that it has to have room for, where the caption comes later; set while the window is
   /// built. A label that was designed high enough has several lines for it.
   void SetLongest(std::string text) { longest_ = std::move(text); }
-  Extent Needs(const TextMeasure& texts) const override;
+  Extent MinimumSize(const TextMeasure& texts) const override;
   const MemberTable* Members() const override;
 
  private:
@@ -63,7 +63,7 @@ class Button final : public Captioned {
   void SetValue(bool pressed);
   void DefaultKey(std::int16_t key, std::int16_t shift) override;
   std::string AccessibleName() const override;
-  Extent Needs(const TextMeasure& texts) const override;
+  Extent MinimumSize(const TextMeasure& texts) const override;
   const MemberTable* Members() const override;
 
  private:
@@ -82,7 +82,7 @@ class CheckBox final : public Captioned {
   void DefaultKey(std::int16_t key, std::int16_t shift) override;
   /// Its caption may also be a separate label, made directly before or after it.
   std::string AccessibleName() const override;
-  Extent Needs(const TextMeasure& texts) const override;
+  Extent MinimumSize(const TextMeasure& texts) const override;
   const MemberTable* Members() const override;
 
  private:

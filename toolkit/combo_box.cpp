@@ -95,7 +95,7 @@ void ComboBox::DefaultChar(char16_t character) {
   }
 }
 
-Extent ComboBox::Needs(const TextMeasure& texts) const {
+Extent ComboBox::MinimumSize(const TextMeasure& texts) const {
   // What can be typed scrolls; what can only be chosen is to be read.
   std::int32_t widest = 0;
   if (style_ == Style::DropDownList)

@@ -37,7 +37,7 @@ class ComboBox final : public Control {
 
   void DefaultKey(std::int16_t key, std::int16_t shift) override;
   void DefaultChar(char16_t character) override;
-  Extent Needs(const TextMeasure& texts) const override;
+  Extent MinimumSize(const TextMeasure& texts) const override;
   const MemberTable* Members() const override;
 
  private:

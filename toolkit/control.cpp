@@ -95,7 +95,7 @@ std::string Control::AccessibleName() const {
     before = control.get();
   }
   const auto* label = dynamic_cast<const Label*>(before);
-  return label ? WithoutMark(label->Caption()) : std::string();
+  return label ? WithoutMnemonic(label->Caption()) : std::string();
 }
 
 void Control::Mnemonic() {

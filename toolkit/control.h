@@ -64,7 +64,7 @@ class Control : public Object {
   unsigned Anchors() const { return anchors_; }
 
   /// Least room for what it shows in a font; 0 where any will do.
-  virtual Extent Needs(const TextMeasure& /*texts*/) const { return {}; }
+  virtual Extent MinimumSize(const TextMeasure& /*texts*/) const { return {}; }
   /// Whether it can be made smaller than its place where the screen has no room for the whole window: what
   /// scrolls can. Others can along an edge that they are anchored across.
   virtual bool Scrolls() const { return false; }

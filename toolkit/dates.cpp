@@ -7,34 +7,34 @@ namespace {
 
 /// Where `moved` leads from a day; the day itself where the calendar ends.
 template <class Move>
-Fecha Within(const Fecha& date, Move moved) {
+Date Within(const Date& date, Move moved) {
   try {
-    return moved(date.SoloDia());
+    return moved(date.DayOnly());
   } catch (const HostError&) {
-    return date.SoloDia();
+    return date.DayOnly();
   }
 }
 
-Fecha DaysFrom(const Fecha& date, int days) {
-  return Within(date, [days](const Fecha& day) { return day.MasDias(days); });
+Date DaysFrom(const Date& date, int days) {
+  return Within(date, [days](const Date& day) { return day.PlusDays(days); });
 }
 
-Fecha MonthsFrom(const Fecha& date, int months) {
-  return Within(date, [months](const Fecha& day) { return day.MasMeses(months); });
+Date MonthsFrom(const Date& date, int months) {
+  return Within(date, [months](const Date& day) { return day.PlusMonths(months); });
 }
 
 }  // namespace
 
-void DatePicker::SetValue(const Fecha& value) {
+void DatePicker::SetValue(const Date& value) {
   if (value == value_) return;
   value_ = value;
   Changed(Aspect::Value);
   Raise(OnChange);
 }
 
-void DatePicker::UserPicked(const Fecha& day) {
+void DatePicker::UserPicked(const Date& day) {
   // Without another day picked, a time of day that code has set stays.
-  if (!(day.SoloDia() == value_.SoloDia())) SetValue(day.SoloDia());
+  if (!(day.DayOnly() == value_.DayOnly())) SetValue(day.DayOnly());
 }
 
 void DatePicker::DefaultKey(std::int16_t key, std::int16_t /*shift*/) {
@@ -42,7 +42,7 @@ void DatePicker::DefaultKey(std::int16_t key, std::int16_t /*shift*/) {
   if (key == key::kDown) UserPicked(DaysFrom(value_, -1));
 }
 
-Extent DatePicker::Needs(const TextMeasure& texts) const {
+Extent DatePicker::MinimumSize(const TextMeasure& texts) const {
   return {texts.Width("00/00/0000") + Dip(36), texts.BoxHeight()};
 }
 
@@ -53,14 +53,14 @@ const MemberTable* DatePicker::Members() const {
   return &table;
 }
 
-void MonthView::SetValue(const Fecha& value) {
+void MonthView::SetValue(const Date& value) {
   if (value == value_) return;
   value_ = value;
   Changed(Aspect::Value);
 }
 
-void MonthView::UserClicked(const Fecha& day) {
-  const Fecha clicked = day.SoloDia();
+void MonthView::UserClicked(const Date& day) {
+  const Date clicked = day.DayOnly();
   SetValue(clicked);
   Raise(OnDateClick, clicked);
 }
@@ -82,13 +82,13 @@ void MonthView::DefaultKey(std::int16_t key, std::int16_t /*shift*/) {
     case key::kHome:
       return UserClicked(DaysFrom(value_, 1 - value_.Civil().dia));
     case key::kEnd:
-      return UserClicked(value_.FinDeMes());
+      return UserClicked(value_.EndOfMonth());
     default:
       return;
   }
 }
 
-Extent MonthView::Needs(const TextMeasure& texts) const {
+Extent MonthView::MinimumSize(const TextMeasure& texts) const {
   // Seven days; the month, the names of the days, six weeks and today.
   return {7 * (texts.Width("00") + Dip(12)) + Dip(8), 9 * (texts.LineHeight() + Dip(2)) + Dip(8)};
 }

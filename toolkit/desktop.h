@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "base/fecha.h"
+#include "base/date.h"
 
 namespace zuvi {
 
@@ -22,18 +22,18 @@ class Desktop {
 
   /// Shows a plain message box with an OK button, no icon and the component's own title, and waits. Never
   /// throws.
-  virtual void Avisa(const std::string& text) noexcept = 0;
+  virtual void ShowMessage(const std::string& text) noexcept = 0;
   /// Lets pending window events run. Anything may have happened afterwards.
   virtual void PumpEvents() = 0;
   /// The same between the pieces of a long work, however small these are: a screen may let pieces go by, but
   /// keeps answering within a blink.
-  virtual void Breathe() { PumpEvents(); }
+  virtual void PumpIfDue() { PumpEvents(); }
   /// Runs until the window is hidden or closed; `owner`, when given, takes no input meanwhile.
   virtual void RunModal(Form& form, Form* owner) = 0;
   /// Gives a window and its controls native peers and shows it; without a screen nothing happens.
   virtual void Attach(Form& /*form*/) {}
   /// Date and time of this station.
-  virtual Fecha Now() const = 0;
+  virtual Date Now() const = 0;
 
   /// The window whose event is being handled, the newest one of those that are; null between events.
   const Form* Handling() const { return handling_; }

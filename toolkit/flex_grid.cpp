@@ -125,7 +125,7 @@ void FlexGrid::SetRightAligned(std::int32_t col, bool right) {
   Show(Aspect::Columns);
 }
 
-std::int32_t FlexGrid::LeastWidth(std::int32_t col) const {
+std::int32_t FlexGrid::MinimumWidth(std::int32_t col) const {
   return col >= 0 && col < cols_ ? columns_[At(col)].least : 0;
 }
 
@@ -140,11 +140,11 @@ void FlexGrid::Measure(std::int32_t col) {
 }
 
 std::int32_t FlexGrid::ShownWidth(std::int32_t col) const {
-  const std::int32_t own = LeastWidth(col);
+  const std::int32_t own = MinimumWidth(col);
   if (col != stretch_col_ || own == 0) return own;
   std::int32_t room = Width() - chrome_width_;
   for (std::int32_t other = 0; other < cols_; ++other)
-    if (other != col) room -= LeastWidth(other);
+    if (other != col) room -= MinimumWidth(other);
   return std::max(own, room);
 }
 

@@ -74,7 +74,7 @@ class FlexGrid final : public Control {
   /// Width a column is shown with, the stretching one included.
   std::int32_t ShownWidth(std::int32_t col) const;
   /// The least of it: its own, grown with the letters of the font, no heading cut off.
-  std::int32_t LeastWidth(std::int32_t col) const;
+  std::int32_t MinimumWidth(std::int32_t col) const;
   std::int32_t RowHeight() const { return row_height_; }
   void FitTo(const TextMeasure& texts) override;
   bool Scrolls() const override { return true; }

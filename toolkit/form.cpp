@@ -25,7 +25,7 @@ Form::~Form() {
 }
 
 void Form::Publish(std::string name, ObjectPtr object) {
-  names_.emplace(Minusculas(name), published_.size());
+  names_.emplace(ToLower(name), published_.size());
   published_.push_back(std::move(object));
 }
 
@@ -316,7 +316,7 @@ std::int32_t Form::HandleNumber() const { return peer_ ? static_cast<std::int32_
 
 std::optional<MemberId> Form::Find(std::string_view name) {
   if (const auto own = Object::Find(name)) return own;
-  const auto found = names_.find(Minusculas(name));
+  const auto found = names_.find(ToLower(name));
   if (found == names_.end()) return std::nullopt;
   return kFirstControl + static_cast<MemberId>(found->second);
 }
@@ -338,7 +338,7 @@ Value Form::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
   const auto place = static_cast<std::size_t>(id - kFirstControl);
   if (place >= published_.size()) throw HostError(ErrorNumber::NoSuchMember);
   // Those of an array share its name. Whoever looks at another control is not to disturb the typing.
-  const auto typed_in = active_ ? names_.find(Minusculas(active_->Name())) : names_.end();
+  const auto typed_in = active_ ? names_.find(ToLower(active_->Name())) : names_.end();
   if (typed_in != names_.end() && typed_in->second == place) CommitInput();
   const ObjectPtr& object = published_[place];
   // `ventana.lv(0)` asks the array in the same call.
@@ -352,8 +352,8 @@ MemberTable WithFormMembers(MemberTable&& own) {
       .Property<&Form::Visible>("Visible")
       .Property<&Form::Enabled, &Form::SetEnabled>("Enabled")
       .Property<&Form::WindowStateNumber, &Form::SetWindowStateNumber>("WindowState")
-      .Property<&Form::InsideWidth>("ScaleWidth")
-      .Property<&Form::InsideHeight>("ScaleHeight")
+      .Property<&Form::ClientWidth>("ScaleWidth")
+      .Property<&Form::ClientHeight>("ScaleHeight")
       .Property<&Form::ActiveControlObject>("ActiveControl")
       .Property<&Form::HandleNumber>("hWnd")
       .Property<&Form::Handling>("Handling")

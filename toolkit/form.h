@@ -64,11 +64,11 @@ class Form : public Object {
   WindowState State() const { return state_; }
   void SetState(WindowState state);
   /// Size of the client area, in twips; controls follow by their anchors where an AutoResizer is present.
-  std::int32_t InsideWidth() const { return inside_width_; }
-  std::int32_t InsideHeight() const { return inside_height_; }
-  void SetInside(std::int32_t width, std::int32_t height);
+  std::int32_t ClientWidth() const { return client_width_; }
+  std::int32_t ClientHeight() const { return client_height_; }
+  void SetClientSize(std::int32_t width, std::int32_t height);
   /// Size as designed, which is also the smallest one.
-  void DesignInside(std::int32_t width, std::int32_t height);
+  void DesignClientSize(std::int32_t width, std::int32_t height);
   /// The design, grown to what its texts need; as designed until a font is known.
   std::int32_t DesignWidth() const { return across_.Length(); }
   std::int32_t DesignHeight() const { return down_.Length(); }
@@ -206,7 +206,7 @@ class Form : public Object {
   std::shared_ptr<const TextMeasure> texts_;
   Axis across_{design_width_}, down_{design_height_};
   Extent content_{design_width_, design_height_};
-  std::int32_t inside_width_ = Dip(640), inside_height_ = Dip(480);
+  std::int32_t client_width_ = Dip(640), client_height_ = Dip(480);
   std::unique_ptr<Peer> peer_;
 };
 

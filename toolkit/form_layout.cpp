@@ -7,17 +7,17 @@
 
 namespace zuvi {
 
-void Form::DesignInside(std::int32_t width, std::int32_t height) {
+void Form::DesignClientSize(std::int32_t width, std::int32_t height) {
   design_width_ = width;
   design_height_ = height;
   across_ = Axis(width);
   down_ = Axis(height);
-  SetInside(width, height);
+  SetClientSize(width, height);
 }
 
-void Form::SetInside(std::int32_t width, std::int32_t height) {
-  inside_width_ = width;
-  inside_height_ = height;
+void Form::SetClientSize(std::int32_t width, std::int32_t height) {
+  client_width_ = width;
+  client_height_ = height;
   if (peer_) peer_->Update(Aspect::Bounds);
   LayOut();
 }
@@ -31,8 +31,8 @@ bool Form::FollowsItsSize() const {
 void Form::LayOut() {
   const bool follows = FollowsItsSize();
   if (!follows && !texts_) return;
-  const std::int32_t dx = follows ? inside_width_ - DesignWidth() : 0,
-                     dy = follows ? inside_height_ - DesignHeight() : 0;
+  const std::int32_t dx = follows ? client_width_ - DesignWidth() : 0,
+                     dy = follows ? client_height_ - DesignHeight() : 0;
   if (!texts_ && (dx < 0 || dy < 0)) Measure();
   const Axis across = across_.Squeezed(-dx), down = down_.Squeezed(-dy);
   content_ = {across.Length() + std::max(dx, 0), down.Length() + std::max(dy, 0)};
@@ -60,11 +60,11 @@ void Form::Fit() {
   const auto larger = [](std::int32_t inside, std::int32_t design) {
     return inside - design > Dip(2) ? inside - design : 0;
   };
-  const std::int32_t more_width = larger(inside_width_, DesignWidth()),
-                     more_height = larger(inside_height_, DesignHeight());
+  const std::int32_t more_width = larger(client_width_, DesignWidth()),
+                     more_height = larger(client_height_, DesignHeight());
   Measure();
-  inside_width_ = DesignWidth() + more_width;
-  inside_height_ = DesignHeight() + more_height;
+  client_width_ = DesignWidth() + more_width;
+  client_height_ = DesignHeight() + more_height;
   LayOut();
 }
 
@@ -82,15 +82,15 @@ void Form::Measure() {
     const Rect& place = control->DesignBounds();
     // What is hidden has no room of its own: it may lie under what is shown.
     if (!control->Visible() || place.width <= 0 || place.height <= 0) continue;
-    Extent needs = texts_ ? control->Needs(*texts_) : Extent{};
+    Extent needs = texts_ ? control->MinimumSize(*texts_) : Extent{};
     if (const Peer* const peer = control->NativeSide()) {
-      const Extent native = peer->Needs();
+      const Extent native = peer->MinimumSize();
       needs = {std::max(needs.width, native.width), std::max(needs.height, native.height)};
     }
     const auto span = [&](std::int32_t from, std::int32_t extent, std::int32_t need, unsigned edges) {
       const bool stretches = (control->Anchors() & edges) == edges;
-      const std::int32_t least = control->Scrolls() ? kLeastStretched
-                                 : stretches        ? std::max(need, kLeastStretched)
+      const std::int32_t least = control->Scrolls() ? kMinimumStretched
+                                 : stretches        ? std::max(need, kMinimumStretched)
                                                     : std::max(need, extent);
       return AxisSpan{from, extent, need, least};
     };
@@ -102,10 +102,10 @@ void Form::Measure() {
 }
 
 void Form::Resized(std::int32_t width, std::int32_t height) {
-  if (width == inside_width_ && height == inside_height_) return;
+  if (width == client_width_ && height == client_height_) return;
   const auto keep = Keep();
-  inside_width_ = width;
-  inside_height_ = height;
+  client_width_ = width;
+  client_height_ = height;
   LayOut();
   Form_Resize();
 }

@@ -70,7 +70,7 @@ const MemberTable* Timer::Members() const {
 void AutoResizer::SetEnabled(bool enabled) {
   Control::SetEnabled(enabled);
   // The window may have been resized meanwhile.
-  if (enabled && Window()) Window()->SetInside(Window()->InsideWidth(), Window()->InsideHeight());
+  if (enabled && Window()) Window()->SetClientSize(Window()->ClientWidth(), Window()->ClientHeight());
 }
 
 const MemberTable* AutoResizer::Members() const {

@@ -14,7 +14,7 @@ struct AxisSpan {
 };
 
 /// What is left, at least, of a list, or of a control that stretches, when its window is squeezed.
-inline constexpr std::int32_t kLeastStretched = Dip(96);
+inline constexpr std::int32_t kMinimumStretched = Dip(96);
 
 /// One axis of a window, stretched where a control needs more room than it was designed with. All edges that
 /// were at one place stay so, all others keep at least their distance: what did not overlap does not, and

@@ -232,15 +232,15 @@ std::int32_t ListItems::PositionOf(std::size_t slot) {
 }
 
 ObjectPtr ListItems::AddByName(const Value& index, const Value& key, const Value& text) {
-  std::string caption = ATexto(text), name = ATexto(key);
+  std::string caption = ToText(text), name = ToText(key);
   ListItem& item = index.IsEmpty() ? Add(std::move(name), std::move(caption))
-                                   : Insert(AEntero32(index), std::move(name), std::move(caption));
+                                   : Insert(ToInt32(index), std::move(name), std::move(caption));
   return item.shared_from_this();
 }
 
 ObjectPtr ListItems::ItemByName(const Value& which) {
   const auto* key = std::get_if<std::string>(&which.Get());
-  return (key ? (*this)(std::string_view(*key)) : (*this)(AEntero32(which))).shared_from_this();
+  return (key ? (*this)(std::string_view(*key)) : (*this)(ToInt32(which))).shared_from_this();
 }
 
 void ListItems::RemoveByName(const Value& which) {

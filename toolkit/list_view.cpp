@@ -25,9 +25,9 @@ void ColumnHeaders::Clear() {
 
 void ColumnHeaders::AddByName(const Value& index, const Value& key, const Value& caption,
                               const Value& width) {
-  const std::int32_t position = index.IsEmpty() ? Count() + 1 : AEntero32(index);
+  const std::int32_t position = index.IsEmpty() ? Count() + 1 : ToInt32(index);
   if (position < 1 || position > Count() + 1) throw HostError(ErrorNumber::SubscriptOutOfRange);
-  Add(ATexto(key), ATexto(caption), AEntero32(width));
+  Add(ToText(key), ToText(caption), ToInt32(width));
   std::rotate(columns_.begin() + (position - 1), columns_.end() - 1, columns_.end());
   Changed();
 }
@@ -106,7 +106,7 @@ std::vector<std::int32_t> ListView::ColumnWidths(std::int32_t room) const {
   return widths;
 }
 
-Extent ListView::Needs(const TextMeasure& /*texts*/) const {
+Extent ListView::MinimumSize(const TextMeasure& /*texts*/) const {
   constexpr std::int32_t kFrameAndBar = Dip(21);
   std::int32_t width = kFrameAndBar;
   for (const std::int32_t column : ColumnWidths(0)) width += column;

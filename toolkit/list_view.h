@@ -159,7 +159,7 @@ class ListView final : public Control {
   /// What the columns are shown with in so much room: a width of their own that grows with the letters, a
   /// share of what is left for the others; no heading cut off.
   std::vector<std::int32_t> ColumnWidths(std::int32_t room) const;
-  Extent Needs(const TextMeasure& texts) const override;
+  Extent MinimumSize(const TextMeasure& texts) const override;
   void FitTo(const TextMeasure& /*texts*/) override { Changed(Aspect::Columns); }
   bool Scrolls() const override { return true; }
   /// Rows a page is counted with where no native control tells.

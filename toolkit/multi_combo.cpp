@@ -1,6 +1,6 @@
 #include "toolkit/multi_combo.h"
 
-#include "base/formato.h"
+#include "base/format.h"
 #include "toolkit/form.h"
 
 namespace zuvi {
@@ -40,16 +40,16 @@ void MultiCombo::ShowData() {
   const auto self = shared_from_this();
   const ObjectPtr connection = connection_;
   Value statement(row_source_);
-  const ObjectPtr record_set = AObjeto(connection->Call("Execute", std::span(&statement, 1)));
+  const ObjectPtr record_set = ToObject(connection->Call("Execute", std::span(&statement, 1)));
   if (!record_set) throw HostError(ErrorNumber::ObjectNotSet);
   const Step count[] = {{"Fields"}, {"Count"}};
-  const std::int32_t width = AEntero32(record_set->ReadChain(count));
+  const std::int32_t width = ToInt32(record_set->ReadChain(count));
   std::vector<std::string> columns;
-  for (std::int32_t i = 0; i < width; ++i) columns.push_back(TextoDe(OfField(*record_set, i, "Name")));
+  for (std::int32_t i = 0; i < width; ++i) columns.push_back(TextOrNothing(OfField(*record_set, i, "Name")));
   std::vector<std::vector<std::string>> rows;
-  while (rows.size() < kMostRows && !ABooleano(record_set->Call("EOF"))) {
+  while (rows.size() < kMostRows && !ToBool(record_set->Call("EOF"))) {
     auto& row = rows.emplace_back();
-    for (std::int32_t i = 0; i < width; ++i) row.push_back(TextoDe(OfField(*record_set, i, "Value")));
+    for (std::int32_t i = 0; i < width; ++i) row.push_back(TextOrNothing(OfField(*record_set, i, "Value")));
     record_set->Call("MoveNext");
   }
   if (!Window() || Window()->Closed()) return;
@@ -89,7 +89,7 @@ void MultiCombo::Click() {
       ShowData();
     } catch (const HostError& error) {
       // The user's own click: there is no procedure above that would tell.
-      if (Window()) Window()->Screen().Avisa(error.what());
+      if (Window()) Window()->Screen().ShowMessage(error.what());
     }
   }
   if (Window() && !Window()->Closed()) Raise(OnClick);

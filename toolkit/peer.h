@@ -36,7 +36,7 @@ class Peer {
   /// has it afterwards, and whoever listens was told. Handlers run.
   virtual void Commit() {}
   /// Least size that the native control itself asks for; 0 where it does not.
-  virtual Extent Needs() const { return {}; }
+  virtual Extent MinimumSize() const { return {}; }
   /// The native handle; 0 without one.
   virtual std::intptr_t Handle() const { return 0; }
 };

@@ -84,7 +84,7 @@ std::string NameOf(std::string_view mark) {
   const auto end = std::ranges::find_if(mark, [](char c) {
     return !((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'));
   });
-  return Minusculas(mark.substr(0, static_cast<std::size_t>(end - mark.begin())));
+  return ToLower(mark.substr(0, static_cast<std::size_t>(end - mark.begin())));
 }
 
 /// Where a mark that begins before `at` ends; a ">" within quotes does not end it.

@@ -82,7 +82,7 @@ std::optional<std::string> TextBox::Pasting(std::string_view text) {
   const auto window = form->Keep();
   PullSelection();
   // A cell copied from a sheet ends in a line end, and often has blanks around it.
-  const std::u16string line = Utf16(Recorta(text.substr(0, text.find_first_of("\r\n"))));
+  const std::u16string line = Utf16(Trim(text.substr(0, text.find_first_of("\r\n"))));
   std::u16string kept;
   for (const char16_t character : line) {
     const char16_t unit = form->KeyPress(*this, character);

@@ -54,7 +54,7 @@ class TextBox : public Control {
   void DefaultKey(std::int16_t key, std::int16_t shift) override;
   void DefaultChar(char16_t character) override;
   bool WantsKey(std::int16_t key) const override { return multi_line_ && key == key::kEnter; }
-  Extent Needs(const TextMeasure& texts) const override { return {0, texts.BoxHeight()}; }
+  Extent MinimumSize(const TextMeasure& texts) const override { return {0, texts.BoxHeight()}; }
   bool Scrolls() const override { return multi_line_; }
   const MemberTable* Members() const override;
 

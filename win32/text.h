@@ -29,7 +29,7 @@ inline std::string Narrow(std::wstring_view text) {
   return out;
 }
 /// The same up to the text's zero; null is the empty text.
-inline std::string Utf8De(const wchar_t* text) {
+inline std::string Narrow(const wchar_t* text) {
   return text ? Narrow(std::wstring_view(text)) : std::string();
 }
 

@@ -12,7 +12,7 @@ namespace zuvi {
 
 /// The production module at work in one apartment: what its class and its windows share. That is how host
 /// objects are made, the screen, and the two module-wide host objects, which are created on first use and
-/// kept until `Suelta`. (The DLL that it is loaded from is ComModule's.)
+/// kept until `Suelta`. (The DLL that it is loaded from is ComServer's.)
 class Modulo {
  public:
   /// `stack_nearly_spent` tells whether the calling thread should not recurse any further.

@@ -20,7 +20,7 @@ bool ConReporte(Desktop& desktop, const char* origen, const char* procedimiento,
     body();
     return true;
   } catch (...) {
-    ReportaError(desktop, origen, procedimiento, DescripcionActual());
+    ReportaError(desktop, origen, procedimiento, CurrentDescription());
     return false;
   }
 }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/formato.h"
+#include "base/format.h"
 #include "base/text.h"
 
 namespace zuvi {
@@ -73,14 +73,14 @@ void VentanaModulo::LlenaLista(ListView& lista, ProgressBar& barra, const std::s
   for (double n = 1; !fila->Eof(); fila->MoveNext(), ++n) {
     barra.SetValue(n);
     agrega(lista.Items(), *fila);
-    Screen().Breathe();
+    Screen().PumpIfDue();
     if (Closed() || llenados_[&lista] != este) return;
   }
   barra.SetValue(0);
 }
 
 std::string VentanaModulo::Campo(Recordset& fila, FixedText nombre) {
-  return std::string(Recorta(TextoDe(fila.Campo(nombre))));
+  return std::string(Trim(TextOrNothing(fila.Campo(nombre))));
 }
 
 void EnfocaSiHabilitado(Control& control) {

@@ -68,7 +68,7 @@ class VentanaModulo : public Form {
   /// Text of a field without the blanks around it; "" for Null.
   static std::string Campo(Recordset& fila, FixedText nombre);
   /// Today, and the time as "hh:mm:ss", by this station's clock.
-  Fecha Hoy() const { return Screen().Now().SoloDia(); }
+  Date Hoy() const { return Screen().Now().DayOnly(); }
   std::string Hora() const { return Screen().Now().Formatea("hh:mm:ss"); }
 
  private:

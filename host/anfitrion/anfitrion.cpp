@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "host/odbc/odbc_cadena.h"
+#include "host/odbc/odbc_attributes.h"
 #include "host/odbc/ubicacion.h"
 #include "host/shop/folios.h"
 
@@ -15,8 +15,8 @@ namespace {
 bool EsLaMisma(const ObjectPtr& una, const ObjectPtr& otra) {
   if (una == otra) return true;
   try {
-    const std::int32_t marco = AEntero32(una->Call("hWnd"));
-    return marco != 0 && marco == AEntero32(otra->Call("hWnd"));
+    const std::int32_t marco = ToInt32(una->Call("hWnd"));
+    return marco != 0 && marco == ToInt32(otra->Call("hWnd"));
   } catch (const HostError&) {
     return false;
   }
@@ -24,7 +24,7 @@ bool EsLaMisma(const ObjectPtr& una, const ObjectPtr& otra) {
 
 bool EstaVisible(Object& ventana) {
   try {
-    return ABooleano(ventana.Call("Visible"));
+    return ToBool(ventana.Call("Visible"));
   } catch (const HostError&) {
     return false;
   }
@@ -217,7 +217,7 @@ void Anfitrion::LeeVetos(BaseDatos& base) {
   std::set<std::string> vetadas;
   for (const auto filas = base.Consulta("SELECT clave FROM procesos WHERE vetado <> 0"); !filas->Eof();
        filas->MoveNext())
-    vetadas.insert(ATexto(filas->Campo(0)));
+    vetadas.insert(ToText(filas->Campo(0)));
   vetadas_ = std::move(vetadas);
 }
 
@@ -242,7 +242,7 @@ void Anfitrion::AnotaLlamada(const char* operacion, std::initializer_list<Value>
   char separador = ' ';
   for (const Value& argumento : argumentos) {
     texto += separador;
-    texto += argumento.IsNull() ? "Null" : ATexto(argumento);
+    texto += argumento.IsNull() ? "Null" : ToText(argumento);
     separador = ',';
   }
   traza_.Anota(Suceso::Llamada, texto);

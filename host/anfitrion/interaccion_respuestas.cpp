@@ -9,12 +9,12 @@ namespace zuvi::host {
 
 bool EsSi(std::string_view palabra) {
   constexpr std::array<std::string_view, 6> kSi{"si", "sí", "s", "yes", "y", "sÍ"};
-  const std::string minusculas = Minusculas(Recorta(palabra));
+  const std::string minusculas = ToLower(Trim(palabra));
   return std::ranges::find(kSi, minusculas) != kSi.end();
 }
 
 RespuestasInteraccion::RespuestasInteraccion(std::string_view respuestas) {
-  while (!Recorta(respuestas).empty()) {
+  while (!Trim(respuestas).empty()) {
     const auto coma = respuestas.find(',');
     respuestas_.push_back(EsSi(respuestas.substr(0, coma)));
     respuestas.remove_prefix(coma == std::string_view::npos ? respuestas.size() : coma + 1);

@@ -5,7 +5,7 @@
 #include <iostream>
 #include <iterator>
 
-#include "base/reloj.h"
+#include "base/clock.h"
 #include "component/produccion.h"
 #include "host/anfitrion/anfitrion.h"
 #include "host/anfitrion/interaccion_consola.h"
@@ -27,7 +27,7 @@ namespace {
 /// Shows the component's error reports on standard error and counts them.
 class EscritorioConsola final : public Desktop {
  public:
-  void Avisa(const std::string& text) noexcept override {
+  void ShowMessage(const std::string& text) noexcept override {
     ++avisos_;
     std::string limpio = text;
     std::erase(limpio, '\r');
@@ -36,7 +36,7 @@ class EscritorioConsola final : public Desktop {
   // A console has no windows: none is waited for.
   void PumpEvents() override {}
   void RunModal(Form& form, Form* /*owner*/) override { form.Hide(); }
-  Fecha Now() const override { return Fecha::DesdeCivil(Ahora()); }
+  Date Now() const override { return Date::FromCivil(Ahora()); }
   int Avisos() const { return avisos_; }
 
  private:
@@ -123,7 +123,7 @@ Salida Resultado(const Corrida& corrida) {
 bool HayArticulo(Corrida& corrida, const std::string& articulo) {
   host::BaseDatos& base = corrida.Base();
   return !base.Consulta("SELECT articulo FROM prods WHERE articulo = " +
-                        host::Literal(base.TraeMotor(), articulo))
+                        host::Literal(base.GetEngine(), articulo))
               ->Eof();
 }
 

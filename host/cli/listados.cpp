@@ -36,15 +36,15 @@ std::string Escrita(const Value& celda, Forma forma) {
   try {
     return forma(celda);
   } catch (const HostError&) {
-    return TextoDe(celda);
+    return TextOrNothing(celda);
   }
 }
 
 std::string Numero(const Value& celda) {
-  return Escrita(celda, [](const Value& v) { return TextoDeNumero(NumeroDe(v)); });
+  return Escrita(celda, [](const Value& v) { return NumberText(NumeroDe(v)); });
 }
 std::string Cantidad(const Value& celda) {
-  return Escrita(celda, [](const Value& v) { return TextoDeNumero(host::RedondeaCantidad(NumeroDe(v))); });
+  return Escrita(celda, [](const Value& v) { return NumberText(host::RedondeaCantidad(NumeroDe(v))); });
 }
 std::string Importe(const Value& celda) {
   return Escrita(celda, [](const Value& v) { return TextoImporte(Centavos(v)); });
@@ -55,7 +55,7 @@ std::string Dia(const Value& celda) {
 
 std::string EstadoDe(Recordset& orden) {
   const auto marcada = [](const Value& celda) { return Numero(celda) != "0"; };
-  std::string estado = TextoDe(orden.Campo("estado"));
+  std::string estado = TextOrNothing(orden.Campo("estado"));
   if (marcada(orden.Campo("cerrado"))) estado += " cerrada";
   if (marcada(orden.Campo("ocupado"))) estado += " ocupada";
   return estado;
@@ -86,17 +86,17 @@ class Suma {
 
 void EscribeConsulta(std::ostream& salida, BaseDatos& base, const std::string& sql) {
   const auto filas = base.Consulta(sql);
-  const ObjectPtr campos = AObjeto(filas->Call("Fields"));
-  const std::int32_t cuantos = AEntero32(campos->Call("Count"));
+  const ObjectPtr campos = ToObject(filas->Call("Fields"));
+  const std::int32_t cuantos = ToInt32(campos->Call("Count"));
   std::vector<std::string> encabezados;
   for (std::int32_t i = 0; i < cuantos; ++i) {
     std::array<Value, 1> indice{i};
-    encabezados.push_back(ATexto(AObjeto(campos->Call("Item", indice))->Call("Name")));
+    encabezados.push_back(ToText(ToObject(campos->Call("Item", indice))->Call("Name")));
   }
   Tabla tabla(std::move(encabezados));
   for (; !filas->Eof(); filas->MoveNext()) {
     std::vector<std::string> fila;
-    for (std::int32_t i = 0; i < cuantos; ++i) fila.push_back(TextoDe(filas->Campo(i)));
+    for (std::int32_t i = 0; i < cuantos; ++i) fila.push_back(TextOrNothing(filas->Campo(i)));
     tabla.Agrega(std::move(fila));
   }
   tabla.Escribe(salida);
@@ -104,7 +104,7 @@ void EscribeConsulta(std::ostream& salida, BaseDatos& base, const std::string& s
 
 void EscribeExistencias(std::ostream& salida, BaseDatos& base, const std::string& articulo) {
   const std::string condicion =
-      articulo.empty() ? "" : " WHERE existencias.articulo = " + Literal(base.TraeMotor(), articulo);
+      articulo.empty() ? "" : " WHERE existencias.articulo = " + Literal(base.GetEngine(), articulo);
   const auto filas = base.Consulta(
       "SELECT existencias.articulo, prods.descrip, existencias.almacen, existencias.cantidad, prods.unidad, "
       "existencias.valor, prods.costo FROM existencias LEFT JOIN prods ON prods.articulo = "
@@ -114,9 +114,9 @@ void EscribeExistencias(std::ostream& salida, BaseDatos& base, const std::string
   Suma total;
   for (; !filas->Eof(); filas->MoveNext()) {
     total.Agrega([&] { return Centavos(filas->Campo("valor")); });
-    tabla.Agrega({TextoDe(filas->Campo("articulo")), TextoDe(filas->Campo("descrip")),
-                  TextoDe(filas->Campo("almacen")), Numero(filas->Campo("cantidad")),
-                  TextoDe(filas->Campo("unidad")), Cantidad(filas->Campo("costo")),
+    tabla.Agrega({TextOrNothing(filas->Campo("articulo")), TextOrNothing(filas->Campo("descrip")),
+                  TextOrNothing(filas->Campo("almacen")), Numero(filas->Campo("cantidad")),
+                  TextOrNothing(filas->Campo("unidad")), Cantidad(filas->Campo("costo")),
                   Importe(filas->Campo("valor"))});
   }
   tabla.Agrega({total.Nombre("Total"), "", "", "", "", "", total.Texto()});
@@ -128,9 +128,9 @@ void EscribeOrdenes(std::ostream& salida, BaseDatos& base) {
   Tabla tabla({">Orden", "Estado", "Emitida", "Entrega", ">Almacén", "Usuario", ">Partidas", ">Cantidad",
                ">Terminado"});
   for (; !filas->Eof(); filas->MoveNext())
-    tabla.Agrega({TextoDe(filas->Campo("op")), EstadoDe(*filas), Dia(filas->Campo("f_emision")),
-                  Dia(filas->Campo("fechaEntrega")), TextoDe(filas->Campo("almacen")),
-                  TextoDe(filas->Campo("usuario")), Numero(filas->Campo("partidas")),
+    tabla.Agrega({TextOrNothing(filas->Campo("op")), EstadoDe(*filas), Dia(filas->Campo("f_emision")),
+                  Dia(filas->Campo("fechaEntrega")), TextOrNothing(filas->Campo("almacen")),
+                  TextOrNothing(filas->Campo("usuario")), Numero(filas->Campo("partidas")),
                   Numero(filas->Campo("cantidad")), Numero(filas->Campo("terminado"))});
   tabla.Escribe(salida);
 }
@@ -139,25 +139,27 @@ void EscribeOrden(std::ostream& salida, BaseDatos& base, std::int32_t op) {
   const std::string numero = Decimal(op);
   const auto orden = base.Consulta("SELECT * FROM op WHERE op = " + numero);
   if (orden->Eof()) throw HostError(host::DeOrden(op).no_existe);
-  salida << "Orden " << numero << "  " << EstadoDe(*orden) << "  almacén " << TextoDe(orden->Campo("almacen"))
-         << "  emitida " << Dia(orden->Campo("f_emision")) << "  entrega "
-         << Dia(orden->Campo("fechaEntrega")) << "  usuario " << TextoDe(orden->Campo("usuario")) << '\n';
-  if (const std::string observ = TextoDe(orden->Campo("observ")); !observ.empty()) salida << observ << '\n';
+  salida << "Orden " << numero << "  " << EstadoDe(*orden) << "  almacén "
+         << TextOrNothing(orden->Campo("almacen")) << "  emitida " << Dia(orden->Campo("f_emision"))
+         << "  entrega " << Dia(orden->Campo("fechaEntrega")) << "  usuario "
+         << TextOrNothing(orden->Campo("usuario")) << '\n';
+  if (const std::string observ = TextOrNothing(orden->Campo("observ")); !observ.empty())
+    salida << observ << '\n';
   const auto filas = base.Consulta(
       "SELECT oppart.*, prods.descrip FROM oppart LEFT JOIN prods ON prods.articulo = oppart.articulo WHERE "
       "oppart.op = " +
       numero + " ORDER BY oppart.id_entrada");
   Tabla tabla({">Partida", "Artículo", "Descripción", ">Cantidad", ">Terminado", ">Precio", "Observaciones"});
   for (; !filas->Eof(); filas->MoveNext())
-    tabla.Agrega({TextoDe(filas->Campo("id_entrada")), TextoDe(filas->Campo("articulo")),
-                  TextoDe(filas->Campo("descrip")), Numero(filas->Campo("cantidad")),
+    tabla.Agrega({TextOrNothing(filas->Campo("id_entrada")), TextOrNothing(filas->Campo("articulo")),
+                  TextOrNothing(filas->Campo("descrip")), Numero(filas->Campo("cantidad")),
                   Numero(filas->Campo("terminado")), Numero(filas->Campo("precio")),
-                  TextoDe(filas->Campo("observ"))});
+                  TextOrNothing(filas->Campo("observ"))});
   tabla.Escribe(salida);
 }
 
 void EscribeKit(std::ostream& salida, BaseDatos& base, const std::string& articulo) {
-  const std::string literal = Literal(base.TraeMotor(), articulo);
+  const std::string literal = Literal(base.GetEngine(), articulo);
   const auto receta = base.Consulta("SELECT Minimo FROM componen WHERE articulo = " + literal);
   const auto partes = base.Consulta(
       "SELECT comppart.Componente, prods.descrip, comppart.Cantidad, prods.unidad, comppart.Almacen, "
@@ -174,9 +176,9 @@ void EscribeKit(std::ostream& salida, BaseDatos& base, const std::string& articu
       return host::ACentavos(NumeroDe(partes->Campo("Cantidad")) * NumeroDe(partes->Campo("costo")));
     };
     total.Agrega(importe);
-    tabla.Agrega({TextoDe(partes->Campo("Componente")), TextoDe(partes->Campo("descrip")),
-                  Numero(partes->Campo("Cantidad")), TextoDe(partes->Campo("unidad")),
-                  TextoDe(partes->Campo("Almacen")), Cantidad(partes->Campo("costo")),
+    tabla.Agrega({TextOrNothing(partes->Campo("Componente")), TextOrNothing(partes->Campo("descrip")),
+                  Numero(partes->Campo("Cantidad")), TextOrNothing(partes->Campo("unidad")),
+                  TextOrNothing(partes->Campo("Almacen")), Cantidad(partes->Campo("costo")),
                   Escrita(Null{}, [&](const Value&) { return TextoImporte(importe()); })});
   }
   tabla.Agrega({total.Nombre("Total de la receta"), "", "", "", "", "", total.Texto()});
@@ -188,12 +190,13 @@ bool EscribeRevision(std::ostream& salida, BaseDatos& base) {
   Tabla diferencias(
       {"Artículo", ">Almacén", ">Cantidad", ">Según movimientos", ">Valor", ">Según movimientos"});
   for (; !existencias->Eof(); existencias->MoveNext())
-    diferencias.Agrega({TextoDe(existencias->Campo("articulo")), TextoDe(existencias->Campo("almacen")),
+    diferencias.Agrega({TextOrNothing(existencias->Campo("articulo")),
+                        TextOrNothing(existencias->Campo("almacen")),
                         Cantidad(existencias->Campo("cantidad")), Cantidad(existencias->Campo("movida")),
                         Importe(existencias->Campo("valor")), Importe(existencias->Campo("importe"))});
   Tabla costos({"Artículo", ">Costo", ">Promedio"});
   for (const auto filas = host::CostosSinExplicar(base); !filas->Eof(); filas->MoveNext())
-    costos.Agrega({TextoDe(filas->Campo("articulo")), Cantidad(filas->Campo("costo")),
+    costos.Agrega({TextOrNothing(filas->Campo("articulo")), Cantidad(filas->Campo("costo")),
                    Cantidad(filas->Campo("promedio"))});
   const bool cuadra = diferencias.Vacia();
   if (cuadra)
@@ -210,9 +213,9 @@ bool EscribeRevision(std::ostream& salida, BaseDatos& base) {
 void EscribeOcupadas(std::ostream& salida, BaseDatos& base) {
   Tabla tabla({">Orden", "Estado", "Usuario", "Fecha", "Hora"});
   for (const auto filas = host::OrdenesOcupadas(base); !filas->Eof(); filas->MoveNext())
-    tabla.Agrega({TextoDe(filas->Campo("op")), TextoDe(filas->Campo("estado")),
-                  TextoDe(filas->Campo("usuario")), Dia(filas->Campo("usufecha")),
-                  TextoDe(filas->Campo("usuhora"))});
+    tabla.Agrega({TextOrNothing(filas->Campo("op")), TextOrNothing(filas->Campo("estado")),
+                  TextOrNothing(filas->Campo("usuario")), Dia(filas->Campo("usufecha")),
+                  TextOrNothing(filas->Campo("usuhora"))});
   if (tabla.Vacia())
     salida << "No hay órdenes ocupadas\n";
   else

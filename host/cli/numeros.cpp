@@ -25,8 +25,8 @@ void ExigePositiva(double cantidad, const std::string& texto, const char* que) {
 
 std::int32_t Entero(const std::string& texto, const char* que) {
   try {
-    const double numero = NumeroDeTexto(texto);
-    if (numero == static_cast<double>(RedondeaA32(numero))) return RedondeaA32(numero);
+    const double numero = ParseNumber(texto);
+    if (numero == static_cast<double>(RoundToInt32(numero))) return RoundToInt32(numero);
   } catch (const HostError&) {
     // Told below.
   }
@@ -35,7 +35,7 @@ std::int32_t Entero(const std::string& texto, const char* que) {
 
 double Real(const std::string& texto, const char* que) {
   try {
-    if (const double numero = NumeroDeTexto(texto); std::isfinite(numero)) return numero;
+    if (const double numero = ParseNumber(texto); std::isfinite(numero)) return numero;
   } catch (const HostError&) {
     // Told below.
   }

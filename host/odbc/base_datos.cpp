@@ -4,12 +4,12 @@
 #include <optional>
 
 #include "base/members.h"
-#include "host/odbc/compuerta.h"
-#include "host/odbc/odbc_cadena.h"
-#include "host/odbc/odbc_enlace.h"
-#include "host/odbc/odbc_sentencia.h"
-#include "host/odbc/perdida.h"
-#include "host/odbc/recordset_memoria.h"
+#include "host/odbc/connection_lost.h"
+#include "host/odbc/memory_recordset.h"
+#include "host/odbc/odbc_attributes.h"
+#include "host/odbc/odbc_connection.h"
+#include "host/odbc/odbc_statement.h"
+#include "host/odbc/statement_gate.h"
 
 namespace zuvi::host {
 namespace {
@@ -44,7 +44,7 @@ class OdbcDatabase final : public BaseDatos {
         session_(std::in_place, connection_string),
         engine_(session_->connection.GetEngine()) {}
 
-  Motor TraeMotor() const override { return engine_; }
+  Engine GetEngine() const override { return engine_; }
   std::string Archivo() const override { return session_ ? session_->connection.File() : std::string(); }
   std::shared_ptr<Recordset> Consulta(const std::string& sql) override {
     return RowsOf(sql, Run(sql, Checked(sql), [&](Statement& s) { return s.Query(sql); }));
@@ -85,7 +85,7 @@ class OdbcDatabase final : public BaseDatos {
 
   StatementKind Checked(const std::string& sql) const {
     if (read_only_) RequireReading(sql);
-    return Revisa(engine_, sql);
+    return CheckStatement(engine_, sql);
   }
   /// Runs `body` on the one statement handle, with all that a lost connection asks for.
   template <class Body>
@@ -108,7 +108,7 @@ class OdbcDatabase final : public BaseDatos {
   std::string connection_string_;
   const Traza& trace_;
   std::optional<Session> session_;
-  Motor engine_;
+  Engine engine_;
   bool closed_ = false;
   bool read_only_ = false;
   bool was_lost_ = false;
@@ -155,11 +155,11 @@ void OdbcDatabase::Announce(const std::string& sql) const {
 Statement& OdbcDatabase::Ready(StatementKind kind) {
   if (transaction_ == TransactionState::Lost) {
     if (kind == StatementKind::Commit) transaction_ = TransactionState::None;
-    throw ConexionPerdida(
+    throw ConnectionLost(
         "La transacción se perdió con la conexión y se deshizo entera; no se guardó nada de ella.");
   }
   if (!session_ && kind == StatementKind::Commit)
-    throw ConexionPerdida("No hay transacción que confirmar: se perdió con la conexión.");
+    throw ConnectionLost("No hay transacción que confirmar: se perdió con la conexión.");
   if (!session_)
     Reopen();
   else if (transaction_ == TransactionState::None &&
@@ -169,7 +169,7 @@ Statement& OdbcDatabase::Ready(StatementKind kind) {
 }
 
 void OdbcDatabase::BeforeWriting() {
-  if (engine_ == Motor::Sqlite) return session_->connection.RequireFile();
+  if (engine_ == Engine::Sqlite) return session_->connection.RequireFile();
   if (Clock::now() - last_use_ <= kIdle) return;
   try {
     session_->statement.Run("SET @vive = 1");
@@ -182,7 +182,7 @@ void OdbcDatabase::BeforeWriting() {
 
 void OdbcDatabase::Reopen() {
   const auto start = Clock::now();
-  if (reopening_ || start < next_attempt_) throw ConexionPerdida(failure_);
+  if (reopening_ || start < next_attempt_) throw ConnectionLost(failure_);
   const std::shared_ptr<void> on_exit(nullptr, [this](void*) { reopening_ = false; });
   reopening_ = true;
   try {
@@ -196,12 +196,12 @@ void OdbcDatabase::Reopen() {
     was_lost_ = true;
     failure_ = error.what();
     next_attempt_ = Clock::now() + (Clock::now() - start);
-    throw ConexionPerdida(failure_, error.NativeCode());
+    throw ConnectionLost(failure_, error.NativeCode());
   }
 }
 
 void OdbcDatabase::NoteEnd(StatementKind kind) {
-  if (engine_ == Motor::MariaDb) last_use_ = Clock::now();
+  if (engine_ == Engine::MariaDb) last_use_ = Clock::now();
   if (kind == StatementKind::Begin)
     transaction_ = TransactionState::Active;
   else if (kind == StatementKind::Commit || kind == StatementKind::Rollback)
@@ -242,7 +242,7 @@ void OdbcDatabase::HandleFailure(const HostError& error, StatementKind kind, Clo
   } else {
     text += " La consulta no terminó.";
   }
-  throw ConexionPerdida(
+  throw ConnectionLost(
       text + " La conexión se abre de nuevo con lo siguiente que haga." + InParentheses(error),
       error.NativeCode(), in_doubt);
 }
@@ -253,7 +253,7 @@ void OdbcDatabase::OlvidaPerdida() {
 }
 
 std::shared_ptr<Recordset> OdbcDatabase::RowsOf(const std::string& sql, ResultSet result) {
-  auto rows = std::make_shared<RecordsetMemoria>(std::move(result));
+  auto rows = std::make_shared<MemoryRecordset>(std::move(result));
   rows->SetOrigin(sql, std::static_pointer_cast<BaseDatos>(shared_from_this()));
   return rows;
 }

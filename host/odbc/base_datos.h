@@ -14,7 +14,7 @@
 namespace zuvi::host {
 
 /// The engines that the host works with.
-enum class Motor { Sqlite, MariaDb };
+enum class Engine { Sqlite, MariaDb };
 
 /// One open ODBC connection, shaped as an ADO connection for automation clients (members `Execute`, `Close`,
 /// `State`, `ConnectionString`, `BeginTrans`, `CommitTrans`, `RollbackTrans`). Every statement of the host
@@ -22,8 +22,8 @@ enum class Motor { Sqlite, MariaDb };
 /// statement: a text that holds a second one is refused, as is one that reaches files or native code.
 /// Failures are HostError with the database's own description, native code and SQLSTATE.
 ///
-/// Every wait for the database has a limit (host/odbc/limites.h). Once the connection to a server is lost,
-/// the statement fails with ConexionPerdida and none of its handles is used again; the next statement opens a
+/// Every wait for the database has a limit (host/odbc/limits.h). Once the connection to a server is lost,
+/// the statement fails with ConnectionLost and none of its handles is used again; the next statement opens a
 /// new one. Within a transaction nothing is opened: it is lost as a whole, and until its end every statement
 /// fails. Only what changes nothing, a query or a BEGIN, is repeated by itself, and only where the connection
 /// was found cut rather than silent.
@@ -33,7 +33,7 @@ class BaseDatos : public Conexion {
   static std::shared_ptr<BaseDatos> Abre(const std::string& cadena, const Traza& traza);
 
   /// The engine behind the connection, asked once when it is opened.
-  virtual Motor TraeMotor() const = 0;
+  virtual Engine GetEngine() const = 0;
   /// File of a SQLite database by the name that its driver has for it; empty for any other, and while the
   /// connection is lost.
   virtual std::string Archivo() const = 0;
@@ -65,12 +65,12 @@ class BaseDatos : public Conexion {
 class Transaccion {
  public:
   explicit Transaccion(BaseDatos& base) : base_(base) {
-    base_.Ejecuta(base.TraeMotor() == Motor::Sqlite ? "BEGIN IMMEDIATE" : "BEGIN");
+    base_.Ejecuta(base.GetEngine() == Engine::Sqlite ? "BEGIN IMMEDIATE" : "BEGIN");
   }
   Transaccion(const Transaccion&) = delete;
   Transaccion& operator=(const Transaccion&) = delete;
   ~Transaccion();
-  /// Makes it last. Throws HostError; nothing of it is left then, or, by ConexionPerdida, nobody knows.
+  /// Makes it last. Throws HostError; nothing of it is left then, or, by ConnectionLost, nobody knows.
   void Confirma();
   BaseDatos& Base() const { return base_; }
 
@@ -85,10 +85,10 @@ std::shared_ptr<Recordset> NuevoRecordset();
 // The one dialect table: everything that differs between the engines.
 
 /// A date as literal: 'yyyy-mm-dd', with the time of day when there is one.
-std::string LiteralFecha(Motor motor, const Fecha& fecha);
+std::string LiteralFecha(Engine motor, const Date& fecha);
 /// A value as literal: text quoted with the quotes in it doubled (and whatever else the engine needs), NULL
 /// for Null.
-std::string Literal(Motor motor, const Value& valor);
-std::string Literal(Motor motor, const std::string& texto);
+std::string Literal(Engine motor, const Value& valor);
+std::string Literal(Engine motor, const std::string& texto);
 
 }  // namespace zuvi::host

@@ -57,7 +57,7 @@ std::string_view WithoutPrefixes(std::string_view text) {
     if (end == std::string_view::npos || end + 1 == text.size()) break;
     text.remove_prefix(end + 1);
   }
-  return Recorta(text);
+  return Trim(text);
 }
 
 }  // namespace

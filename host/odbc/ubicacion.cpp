@@ -10,8 +10,8 @@
 #endif
 
 #include "base/text.h"
-#include "host/odbc/odbc_cadena.h"
-#include "host/odbc/odbc_controladores.h"
+#include "host/odbc/odbc_attributes.h"
+#include "host/odbc/odbc_drivers.h"
 #include "host/odbc/opciones.h"
 #include "host/system/archivos.h"
 #include "host/system/rutas.h"
@@ -41,7 +41,7 @@ std::string Direccion(const std::string& archivo) {
 
 /// On Windows the driver takes what stands between two percent signs for a variable.
 bool PasaTalCual(const std::string& archivo) {
-  return archivo.find_first_of(";%") == std::string::npos && Recorta(archivo).size() == archivo.size();
+  return archivo.find_first_of(";%") == std::string::npos && Trim(archivo).size() == archivo.size();
 }
 
 }  // namespace
@@ -62,36 +62,36 @@ Ubicacion::Ubicacion(const Opciones& opciones)
   else if (opciones.archivo.empty())
     throw HostError("No se ha indicado la base de datos");
   else {
-    se_busca_ = Motor::Sqlite;
+    se_busca_ = Engine::Sqlite;
     PonArchivo(opciones.archivo);
   }
 }
 
 void Ubicacion::LeeCadena(const std::string& texto) {
-  CadenaOdbc cadena(texto);
+  OdbcAttributes cadena(texto);
   const auto no_se_entiende = [&](const std::string& por_que) {
     throw HostError("No se entiende la cadena de conexión \"" + WithoutPassword(texto) + "\": " + por_que);
   };
-  if (!cadena.Defecto().empty()) no_se_entiende(cadena.Defecto());
-  controlador_ = cadena.Trae("DRIVER");
-  origen_ = cadena.Trae(cadena.Trae("DSN").empty() ? "FILEDSN" : "DSN");
+  if (!cadena.Defect().empty()) no_se_entiende(cadena.Defect());
+  controlador_ = cadena.Get("DRIVER");
+  origen_ = cadena.Get(cadena.Get("DSN").empty() ? "FILEDSN" : "DSN");
   if (controlador_.empty() && origen_.empty()) {
     // Whoever names a server means the one engine that has any.
-    if (cadena.Trae("Server").empty() && cadena.Trae("Socket").empty())
+    if (cadena.Get("Server").empty() && cadena.Get("Socket").empty())
       no_se_entiende("falta Server=…, DRIVER=… o DSN=…");
-    se_busca_ = Motor::MariaDb;
-    cadena.Quita("DRIVER");
+    se_busca_ = Engine::MariaDb;
+    cadena.Remove("DRIVER");
   }
   if (!IsSqlite(controlador_)) {
     // A data source may turn out to be a file: it is not made by opening it.
-    if (!origen_.empty() && controlador_.empty()) cadena.Pon("NoCreat", "1");
-    resto_ = cadena.Texto();
+    if (!origen_.empty() && controlador_.empty()) cadena.Set("NoCreat", "1");
+    resto_ = cadena.Text();
     return;
   }
-  const std::string archivo = cadena.Trae("Database");
+  const std::string archivo = cadena.Get("Database");
   if (archivo.empty()) no_se_entiende("falta el archivo, Database=…");
-  for (const char* nombre : {"DRIVER", "Database", "NoCreat"}) cadena.Quita(nombre);
-  resto_ = cadena.Texto();
+  for (const char* nombre : {"DRIVER", "Database", "NoCreat"}) cadena.Remove(nombre);
+  resto_ = cadena.Text();
   PonArchivo(archivo);
 }
 

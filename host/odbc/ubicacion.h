@@ -56,7 +56,7 @@ class Ubicacion {
   std::string ConControlador() const;
 
   std::string controlador_, origen_;  // as a connection string names them
-  std::optional<Motor> se_busca_;     // the engine whose driver is to be found, where none is named
+  std::optional<Engine> se_busca_;    // the engine whose driver is to be found, where none is named
   std::string resto_;                 // attributes besides driver and file, or the whole string
   std::string archivo_;
   std::string para_controlador_;  // the file as the driver calls it

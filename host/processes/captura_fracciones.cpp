@@ -1,6 +1,6 @@
 #include "host/processes/captura_fracciones.h"
 
-#include "base/reloj.h"
+#include "base/clock.h"
 #include "base/text.h"
 #include "host/processes/paginas.h"
 #include "host/shop/celdas.h"
@@ -18,27 +18,27 @@ struct Articulo {
 
 bool BuscaArticulo(BaseDatos& base, const std::string& clave, Articulo& hallado) {
   const auto fila = base.Consulta("SELECT articulo, descrip, unidad FROM prods WHERE articulo = " +
-                                  Literal(base.TraeMotor(), clave));
+                                  Literal(base.GetEngine(), clave));
   if (fila->Eof()) return false;
-  hallado = {TextoDe(fila->Campo(0)), TextoDe(fila->Campo(1)), TextoDe(fila->Campo(2))};
+  hallado = {TextOrNothing(fila->Campo(0)), TextOrNothing(fila->Campo(1)), TextOrNothing(fila->Campo(2))};
   return true;
 }
 
 bool Busca(BaseDatos& base, const std::string& codigo, Articulo& hallado) {
   if (BuscaArticulo(base, codigo, hallado)) return true;
   const auto segunda =
-      base.Consulta("SELECT Articulo FROM clavesadd WHERE clave = " + Literal(base.TraeMotor(), codigo));
-  return !segunda->Eof() && BuscaArticulo(base, TextoDe(segunda->Campo(0)), hallado);
+      base.Consulta("SELECT Articulo FROM clavesadd WHERE clave = " + Literal(base.GetEngine(), codigo));
+  return !segunda->Eof() && BuscaArticulo(base, TextOrNothing(segunda->Campo(0)), hallado);
 }
 
 void Escribe(BaseDatos& base, const Captura& captura, const Articulo& articulo, const std::string& usuario) {
-  const Motor motor = base.TraeMotor();
+  const Engine motor = base.GetEngine();
   const std::int32_t id = TomaFolios(base, "fracciones");
   base.Ejecuta("INSERT INTO fracciones (id, codigo, articulo, cantidad, fecha, usuario) VALUES (" +
                Decimal(id) + ", " + Literal(motor, captura.codigo) + ", " +
                (articulo.articulo.empty() ? "NULL" : Literal(motor, articulo.articulo)) + ", " +
-               TextoDeNumero(captura.cantidad) + ", " + LiteralFecha(motor, Fecha::DesdeCivil(Ahora())) +
-               ", " + Literal(motor, usuario) + ")");
+               NumberText(captura.cantidad) + ", " + LiteralFecha(motor, Date::FromCivil(Ahora())) + ", " +
+               Literal(motor, usuario) + ")");
 }
 
 /// The newest captures, and above them what became of the one just made.
@@ -55,18 +55,18 @@ std::string Pagina(BaseDatos& base, const std::string& aviso, bool bien) {
   html +=
       "<table>\n<thead><tr><th>Hora</th><th>Código</th><th>Descripción</th><th>Cantidad</th></tr></thead>\n";
   for (; !fila->Eof(); fila->MoveNext()) {
-    const std::string descripcion = TextoDe(fila->Campo(3));
-    html += "<tr><td>" + DiaDe(fila->Campo(0), "hh:mm:ss") + "</td><td>" + Html(TextoDe(fila->Campo(1))) +
-            "</td><td>" +
+    const std::string descripcion = TextOrNothing(fila->Campo(3));
+    html += "<tr><td>" + DiaDe(fila->Campo(0), "hh:mm:ss") + "</td><td>" +
+            Html(TextOrNothing(fila->Campo(1))) + "</td><td>" +
             (descripcion.empty() ? "<span class=\"mal\">desconocido</span>" : Html(descripcion)) +
-            "</td><td>" + TextoDeNumero(NumeroDe(fila->Campo(2))) + " " + Html(TextoDe(fila->Campo(4))) +
+            "</td><td>" + NumberText(NumeroDe(fila->Campo(2))) + " " + Html(TextOrNothing(fila->Campo(4))) +
             "</td></tr>\n";
   }
   return html + "</table>\n" + kFinDePagina;
 }
 
 void Muestra(const ObjectPtr& ventana, const std::string& pagina) {
-  if (const ObjectPtr visor = AObjeto(ventana->Call("wb"))) visor->Put("Html", pagina);
+  if (const ObjectPtr visor = ToObject(ventana->Call("wb"))) visor->Put("Html", pagina);
 }
 
 const ObjectPtr& Ventana(const PeticionProceso& peticion) {
@@ -80,8 +80,8 @@ Captura LeeCaptura(const std::string& texto) {
   const auto marca = texto.find('*');
   if (marca != std::string::npos) {
     try {
-      const double cantidad = NumeroDeTexto(texto.substr(0, marca));
-      const std::string codigo(Recorta(std::string_view(texto).substr(marca + 1)));
+      const double cantidad = ParseNumber(texto.substr(0, marca));
+      const std::string codigo(Trim(std::string_view(texto).substr(marca + 1)));
       if (cantidad > 0 && !codigo.empty()) return {cantidad, codigo};
     } catch (const HostError&) {
       // A code with an asterisk in it.
@@ -96,7 +96,7 @@ void ProcesoFraccionesInicio(Anfitrion& anfitrion, PeticionProceso& peticion) {
 
 void ProcesoFracciones(Anfitrion& anfitrion, PeticionProceso& peticion) {
   const ObjectPtr& ventana = Ventana(peticion);
-  const std::string texto = ATexto(ventana->Call("Codigo"));
+  const std::string texto = ToText(ventana->Call("Codigo"));
   // A bare Enter captures nothing.
   if (texto.empty()) return;
   BaseDatos& base = *anfitrion.Base();
@@ -107,10 +107,10 @@ void ProcesoFracciones(Anfitrion& anfitrion, PeticionProceso& peticion) {
 
   // Written; only now is the field free for the next code.
   Value indice = std::int32_t{0};
-  if (const ObjectPtr campo = AObjeto(ventana->Call("txtFields", std::span(&indice, 1))))
+  if (const ObjectPtr campo = ToObject(ventana->Call("txtFields", std::span(&indice, 1))))
     campo->Put("Text", "");
   const std::string aviso =
-      conocido ? TextoDeNumero(captura.cantidad) + " " + articulo.unidad + " de " + articulo.descripcion
+      conocido ? NumberText(captura.cantidad) + " " + articulo.unidad + " de " + articulo.descripcion
                : "Código desconocido: " + captura.codigo;
   ventana->Put("Estado", conocido ? std::string("ESPERANDO USUARIO") : "CODIGO DESCONOCIDO");
   Muestra(ventana, Pagina(base, aviso, conocido));

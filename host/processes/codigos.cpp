@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "base/reloj.h"
+#include "base/clock.h"
 #include "base/text.h"
 #include "host/processes/paginas.h"
 #include "host/shop/celdas.h"
@@ -46,7 +46,7 @@ std::int32_t GeneraCodigos(BaseDatos& base, std::int32_t op, const std::string& 
   const std::string numero = Decimal(op);
   Transaccion transaccion(base);
   const Value ultimo = base.Consulta("SELECT MAX(consecutivo) FROM codigos WHERE op = " + numero)->Campo(0);
-  std::int32_t consecutivo = ultimo.IsNull() ? 0 : AEntero32(ultimo);
+  std::int32_t consecutivo = ultimo.IsNull() ? 0 : ToInt32(ultimo);
   std::vector<std::vector<Value>> filas;
   const auto faltan = base.Consulta(
       "SELECT oppart.id_entrada, oppart.articulo FROM oppart LEFT JOIN codigos ON codigos.id_entrada = "
@@ -54,9 +54,9 @@ std::int32_t GeneraCodigos(BaseDatos& base, std::int32_t op, const std::string& 
       numero + " AND codigos.codigo IS NULL AND oppart.articulo IS NOT NULL ORDER BY oppart.id_entrada");
   for (; !faltan->Eof(); faltan->MoveNext()) {
     ++consecutivo;
-    filas.push_back({ConCeros(op, 6) + "-" + ConCeros(consecutivo, 3), op, consecutivo,
+    filas.push_back({ZeroPadded(op, 6) + "-" + ZeroPadded(consecutivo, 3), op, consecutivo,
                      faltan->Campo("id_entrada"), faltan->Campo("articulo"), usuario,
-                     Fecha::DesdeCivil(Ahora())});
+                     Date::FromCivil(Ahora())});
   }
   InsertaFilas(base, "codigos", "(codigo, op, consecutivo, id_entrada, articulo, usuario, fecha)", filas);
   transaccion.Confirma();
@@ -73,11 +73,12 @@ std::string PaginaDeCodigos(BaseDatos& base, std::int32_t op) {
     throw HostError("La orden de producción " + Decimal(op) + " no tiene partidas con código");
   std::string html = InicioDePagina("Códigos de la orden " + Decimal(op), kEstiloEtiquetas);
   for (; !filas->Eof(); filas->MoveNext()) {
-    const std::string codigo = TextoDe(filas->Campo("codigo"));
-    html += "<div class=\"etiqueta\"><b>" + Html(TextoDe(filas->Campo("articulo"))) + "</b>" +
-            Html(TextoDe(filas->Campo("descrip"))) + "<br>Orden " + Decimal(op) + ", " +
-            TextoDeNumero(NumeroDe(filas->Campo("cantidad"))) + " " + Html(TextoDe(filas->Campo("unidad"))) +
-            Barras(codigo) + "<div class=\"codigo\">" + codigo + "</div></div>\n";
+    const std::string codigo = TextOrNothing(filas->Campo("codigo"));
+    html += "<div class=\"etiqueta\"><b>" + Html(TextOrNothing(filas->Campo("articulo"))) + "</b>" +
+            Html(TextOrNothing(filas->Campo("descrip"))) + "<br>Orden " + Decimal(op) + ", " +
+            NumberText(NumeroDe(filas->Campo("cantidad"))) + " " +
+            Html(TextOrNothing(filas->Campo("unidad"))) + Barras(codigo) + "<div class=\"codigo\">" + codigo +
+            "</div></div>\n";
   }
   return html + kFinDePagina;
 }

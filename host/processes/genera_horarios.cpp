@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "host/odbc/reintento.h"
+#include "host/odbc/retry.h"
 #include "host/processes/turno_elegido.h"
 #include "host/shop/folios.h"
 
@@ -12,9 +12,9 @@ namespace {
 /// The names under which `turnos.descanso` keeps the days, Sunday first.
 constexpr std::array kDias{"Dimingo", "Lunes", "Martes", "Miercoles", "Jueves", "Viernes", "Sabado"};
 
-const char* DiaDeLaSemana(const Fecha& fecha) {
+const char* DiaDeLaSemana(const Date& fecha) {
   // Day 1 of the calendar, 31-12-1899, was a Sunday.
-  const auto dia = static_cast<std::int64_t>(fecha.SoloDia().Serie()) - 1;
+  const auto dia = static_cast<std::int64_t>(fecha.DayOnly().Serial()) - 1;
   return kDias[static_cast<std::size_t>(((dia % 7) + 7) % 7)];
 }
 
@@ -22,7 +22,7 @@ const char* DiaDeLaSemana(const Fecha& fecha) {
 Value Lee(const ObjectPtr& objeto, std::initializer_list<const char*> camino) {
   Value valor = objeto;
   for (const char* nombre : camino) {
-    const ObjectPtr paso = AObjeto(valor);
+    const ObjectPtr paso = ToObject(valor);
     if (!paso) return {};
     valor = paso->Call(nombre);
   }
@@ -31,7 +31,7 @@ Value Lee(const ObjectPtr& objeto, std::initializer_list<const char*> camino) {
 
 bool SigueAbierta(Object& ventana) {
   // One of another make may not tell.
-  return !ventana.Find("Visible") || ABooleano(ventana.Call("Visible"));
+  return !ventana.Find("Visible") || ToBool(ventana.Call("Visible"));
 }
 
 /// Which members of which shifts; the same part of every statement.
@@ -43,12 +43,12 @@ Alcance AlcanceDe(BaseDatos& base, const std::string& turno) {
   return {
       " FROM turnos INNER JOIN (SELECT DISTINCT turno, empleado FROM turnoempleado WHERE empleado IS NOT "
       "NULL) miembros ON miembros.turno = turnos.turno",
-      turno.empty() ? "" : " AND turnos.turno = " + Literal(base.TraeMotor(), turno)};
+      turno.empty() ? "" : " AND turnos.turno = " + Literal(base.GetEngine(), turno)};
 }
 
 /// Adds what one day lacks; returns how many rows.
-std::int64_t GeneraDia(BaseDatos& base, const Alcance& alcance, std::int32_t cuantos, const Fecha& fecha) {
-  const std::string dia = LiteralFecha(base.TraeMotor(), fecha);
+std::int64_t GeneraDia(BaseDatos& base, const Alcance& alcance, std::int32_t cuantos, const Date& fecha) {
+  const std::string dia = LiteralFecha(base.GetEngine(), fecha);
   return WithRetry([&]() -> std::int64_t {
     Transaccion transaccion(base);
     // Numbers come first: two stations generate one after the other.
@@ -64,7 +64,7 @@ std::int64_t GeneraDia(BaseDatos& base, const Alcance& alcance, std::int32_t cua
         "turnos INNER JOIN horarios ON horarios.turno = turnos.turno AND horarios.fecha = " +
         dia + " WHERE horarios.Empleado IS NOT NULL" + alcance.del_turno +
         ") AND (turnos.descanso IS NULL OR turnos.descanso <> " +
-        Literal(base.TraeMotor(), std::string(DiaDeLaSemana(fecha))) + ")" + alcance.del_turno);
+        Literal(base.GetEngine(), std::string(DiaDeLaSemana(fecha))) + ")" + alcance.del_turno);
     if (nuevos == 0) return 0;
     // Members may have come or gone since they were counted; nobody else takes numbers meanwhile.
     if (nuevos != cuantos) TomaFoliosEn(transaccion, "horarios", static_cast<std::int32_t>(nuevos) - cuantos);
@@ -91,14 +91,14 @@ class EnCurso {
   bool unico_;
 };
 
-std::string DelAl(const Fecha& desde, std::int32_t dias) {
-  return "del " + desde.Formatea("dd-MM-yyyy") + " al " + desde.MasDias(dias - 1).Formatea("dd-MM-yyyy");
+std::string DelAl(const Date& desde, std::int32_t dias) {
+  return "del " + desde.Formatea("dd-MM-yyyy") + " al " + desde.PlusDays(dias - 1).Formatea("dd-MM-yyyy");
 }
 
 /// What the user is told at the end.
 std::string Resumen(const std::string& turno, const Periodo& periodo, const Generados& generados) {
   const std::string de_quien = turno.empty() ? std::string("Todos los turnos") : "Turno " + turno;
-  const std::string nuevos = TextoDeNumero(static_cast<double>(generados.renglones));
+  const std::string nuevos = NumberText(static_cast<double>(generados.renglones));
   if (generados.dias == periodo.dias)
     return de_quien + ", " + DelAl(periodo.desde, periodo.dias) + ": horarios nuevos " + nuevos;
   if (generados.dias == 0)
@@ -109,11 +109,11 @@ std::string Resumen(const std::string& turno, const Periodo& periodo, const Gene
 
 }  // namespace
 
-Periodo PeriodoDe(const std::string& nombre, const Fecha& desde) {
-  const Fecha dia = desde.SoloDia();
+Periodo PeriodoDe(const std::string& nombre, const Date& desde) {
+  const Date dia = desde.DayOnly();
   if (nombre == "Día") return {dia, 1};
   if (nombre == "Semana") return {dia, 7};
-  if (nombre == "Mes") return {dia, static_cast<std::int32_t>(dia.MasMeses(1).Serie() - dia.Serie())};
+  if (nombre == "Mes") return {dia, static_cast<std::int32_t>(dia.PlusMonths(1).Serial() - dia.Serial())};
   throw HostError("No hay un periodo \"" + nombre + "\"");
 }
 
@@ -122,13 +122,13 @@ Generados GeneraHorarios(Anfitrion& anfitrion, const std::string& turno, const P
   // Held: while windows answer, the host may turn to another database.
   const std::shared_ptr<BaseDatos> base = anfitrion.Base();
   const Alcance alcance = AlcanceDe(*base, turno);
-  const std::int32_t cuantos = AEntero32(
+  const std::int32_t cuantos = ToInt32(
       base->Consulta("SELECT COUNT( * )" + alcance.miembros + " WHERE 1 = 1" + alcance.del_turno)->Campo(0));
   Generados generados;
   if (cuantos == 0) return {0, periodo.dias};
   const auto progreso = anfitrion.AbreProgreso(periodo.dias, "Generando horarios", "");
   while (generados.dias < periodo.dias) {
-    const Fecha fecha = periodo.desde.MasDias(generados.dias);
+    const Date fecha = periodo.desde.PlusDays(generados.dias);
     progreso->Avanza(generados.dias + 1, fecha.Formatea("dd-MM-yyyy"), DiaDeLaSemana(fecha));
     if (!anfitrion.Usuario().AtiendeVentanas() || anfitrion.Usuario().Cancelado() || (sigue && !sigue()))
       break;
@@ -149,13 +149,13 @@ void ProcesoHorarios(Anfitrion& anfitrion, PeticionProceso& peticion) {
   }
   // Whatever was cancelled before is no cancellation of this.
   anfitrion.NuevaOperacion();
-  const std::string nombre = ATexto(Lee(ventana, {"Combo1", "Text"}));
+  const std::string nombre = ToText(Lee(ventana, {"Combo1", "Text"}));
   if (nombre.empty()) {
     anfitrion.Mensaje("Elija el periodo: día, semana o mes", EstiloMensaje::Informacion);
     return;
   }
   const std::string turno = TurnoElegido(*ventana);
-  const Periodo periodo = PeriodoDe(nombre, AFecha(Lee(ventana, {"MonthView1", "Value"})));
+  const Periodo periodo = PeriodoDe(nombre, ToDate(Lee(ventana, {"MonthView1", "Value"})));
   if (turno.empty() &&
       !anfitrion.Pregunta("No hay un turno seleccionado. ¿Desea generar los horarios de todos "
                           "los turnos, " +

@@ -9,13 +9,13 @@ namespace zuvi::host {
 
 /// Which days to generate: `dias` of them from `desde` on.
 struct Periodo {
-  Fecha desde;
+  Date desde;
   std::int32_t dias = 0;
 };
 
 /// The days that a name of the period list stands for: "Día" the date itself, "Semana" seven days, "Mes" up
 /// to the day before the same day of the next month. Throws HostError for any other name.
-Periodo PeriodoDe(const std::string& nombre, const Fecha& desde);
+Periodo PeriodoDe(const std::string& nombre, const Date& desde);
 
 /// What a generation came to.
 struct Generados {

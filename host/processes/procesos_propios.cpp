@@ -15,8 +15,8 @@ namespace {
 void PonLista(Object& ventana, std::int16_t campo, const char* filas) {
   if (!ventana.Find("txtFields")) return;
   std::array<Value, 1> indice{campo};
-  const ObjectPtr caja = AObjeto(ventana.Call("txtFields", indice));
-  const ObjectPtr combo = caja && caja->Find("Container") ? AObjeto(caja->Call("Container")) : nullptr;
+  const ObjectPtr caja = ToObject(ventana.Call("txtFields", indice));
+  const ObjectPtr combo = caja && caja->Find("Container") ? ToObject(caja->Call("Container")) : nullptr;
   if (combo && combo->Find("RowSource")) combo->Put("RowSource", filas);
 }
 
@@ -31,7 +31,7 @@ void PonListas(Anfitrion& anfitrion, Object& ventana) {
 }
 
 void GeneraCodigosDe(Anfitrion& anfitrion, Object& ventana) {
-  const std::int32_t op = AEntero32(ventana.Call("Op"));
+  const std::int32_t op = ToInt32(ventana.Call("Op"));
   if (op == 0) throw HostError("La orden no se ha guardado: todavía no hay partidas que codificar");
   BaseDatos& base = *anfitrion.Base();
   const std::int32_t nuevos = GeneraCodigos(base, op, anfitrion.TraeOpciones().usuario);
@@ -39,7 +39,7 @@ void GeneraCodigosDe(Anfitrion& anfitrion, Object& ventana) {
                                             anfitrion.TraeOpciones().reportes);
   // Finishing an order generates codes too; labels that were shown before are shown again only to somebody
   // who looks the order up.
-  const bool consulta = ventana.Find("Modo") && ATexto(ventana.Call("Modo")) == "CONSULTA";
+  const bool consulta = ventana.Find("Modo") && ToText(ventana.Call("Modo")) == "CONSULTA";
   if (nuevos > 0 || consulta) anfitrion.MuestraDocumento(archivo);
 }
 

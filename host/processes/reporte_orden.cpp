@@ -28,12 +28,13 @@ std::string PaginaDeOrden(BaseDatos& base, std::int32_t op) {
   html += Dato("Estado", EstadoEnPalabras(*orden));
   html += Dato("Fecha del documento", DiaDe(orden->Campo("f_emision")));
   html += Dato("Fecha de entrega", DiaDe(orden->Campo("fechaEntrega")));
-  html += Dato("Entregar en almacén",
-               Html(TextoDe(orden->Campo("almacen"))) + " " + Html(TextoDe(orden->Campo("nombre"))));
-  html += Dato("Orden de compra", Html(TextoDe(orden->Campo("ordencompra"))));
-  html += Dato("Elaboró", Html(TextoDe(orden->Campo("usuario"))) + ", " + DiaDe(orden->Campo("usufecha")) +
-                              " " + Html(TextoDe(orden->Campo("usuhora"))));
-  html += Dato("Observaciones", Html(TextoDe(orden->Campo("observ"))));
+  html += Dato("Entregar en almacén", Html(TextOrNothing(orden->Campo("almacen"))) + " " +
+                                          Html(TextOrNothing(orden->Campo("nombre"))));
+  html += Dato("Orden de compra", Html(TextOrNothing(orden->Campo("ordencompra"))));
+  html +=
+      Dato("Elaboró", Html(TextOrNothing(orden->Campo("usuario"))) + ", " + DiaDe(orden->Campo("usufecha")) +
+                          " " + Html(TextOrNothing(orden->Campo("usuhora"))));
+  html += Dato("Observaciones", Html(TextOrNothing(orden->Campo("observ"))));
   html +=
       "</table>\n<table>\n<thead><tr><th>Artículo</th><th>Descripción</th><th>Unidad</th><th "
       "class=\"n\">Cantidad</th><th class=\"n\">Terminado</th><th class=\"n\">Precio</th><th "
@@ -49,12 +50,12 @@ std::string PaginaDeOrden(BaseDatos& base, std::int32_t op) {
     const double piezas = NumeroDe(partidas->Campo("cantidad"));
     const double precio = NumeroDe(partidas->Campo("precio"));
     const std::int64_t linea = ACentavos(piezas * precio);
-    html += "<tr>" + Celda(Html(TextoDe(partidas->Campo("articulo")))) +
-            Celda(Html(TextoDe(partidas->Campo("descrip")))) +
-            Celda(Html(TextoDe(partidas->Campo("unidad")))) + CeldaN(TextoDeNumero(piezas)) +
-            CeldaN(TextoDeNumero(NumeroDe(partidas->Campo("terminado")))) +
+    html += "<tr>" + Celda(Html(TextOrNothing(partidas->Campo("articulo")))) +
+            Celda(Html(TextOrNothing(partidas->Campo("descrip")))) +
+            Celda(Html(TextOrNothing(partidas->Campo("unidad")))) + CeldaN(NumberText(piezas)) +
+            CeldaN(NumberText(NumeroDe(partidas->Campo("terminado")))) +
             CeldaN(TextoImporte(ACentavos(precio))) + CeldaN(TextoImporte(linea)) +
-            Celda(Html(TextoDe(partidas->Campo("observ")))) + "</tr>\n";
+            Celda(Html(TextOrNothing(partidas->Campo("observ")))) + "</tr>\n";
     cantidad += piezas;
     terminado += NumeroDe(partidas->Campo("terminado"));
     importe += linea;
@@ -64,10 +65,10 @@ std::string PaginaDeOrden(BaseDatos& base, std::int32_t op) {
     return std::string("<tr><td colspan=\"6\">") + nombre + "</td>" + CeldaN(TextoImporte(valor)) +
            "<td></td></tr>\n";
   };
-  html += "</tbody>\n<tfoot>\n<tr><td colspan=\"3\">Piezas</td>" + CeldaN(TextoDeNumero(cantidad)) +
-          CeldaN(TextoDeNumero(terminado)) + "<td></td><td></td><td></td></tr>\n" +
-          total("Importe", importe) + total("Impuesto", impuesto) + total("Total", importe + impuesto) +
-          "</tfoot>\n</table>\n" + kFinDePagina;
+  html += "</tbody>\n<tfoot>\n<tr><td colspan=\"3\">Piezas</td>" + CeldaN(NumberText(cantidad)) +
+          CeldaN(NumberText(terminado)) + "<td></td><td></td><td></td></tr>\n" + total("Importe", importe) +
+          total("Impuesto", impuesto) + total("Total", importe + impuesto) + "</tfoot>\n</table>\n" +
+          kFinDePagina;
   return html;
 }
 

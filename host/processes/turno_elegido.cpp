@@ -4,16 +4,16 @@ namespace zuvi::host {
 
 std::string TurnoElegido(Object& ventana) {
   Value indice = std::int32_t{0};
-  const Value elegido = AObjeto(ventana.Call("lv", std::span(&indice, 1)))->Call("SelectedItem");
-  if (!elegido.IsObject() || !AObjeto(elegido)) return {};
+  const Value elegido = ToObject(ventana.Call("lv", std::span(&indice, 1)))->Call("SelectedItem");
+  if (!elegido.IsObject() || !ToObject(elegido)) return {};
   // The list puts a letter before each key.
-  const std::string clave = ATexto(AObjeto(elegido)->Call("Key"));
+  const std::string clave = ToText(ToObject(elegido)->Call("Key"));
   return clave.empty() ? clave : clave.substr(1);
 }
 
 std::string TurnoDeQuienPregunta(const std::vector<ObjectPtr>& ventanas) {
   for (const ObjectPtr& ventana : ventanas) try {
-      if (ABooleano(ventana->Call("Handling")) && ATexto(ventana->Call("Name")) == "frmTurnos")
+      if (ToBool(ventana->Call("Handling")) && ToText(ventana->Call("Name")) == "frmTurnos")
         return TurnoElegido(*ventana);
     } catch (const HostError&) {
       // Of another make: it does not tell.

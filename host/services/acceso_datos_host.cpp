@@ -57,13 +57,13 @@ double AccesoDatosHost::ValorNumerico(const Value& valor) {
   if (valor.IsNull()) return 0;
   if (valor.IsObject()) return ValorNumerico(PlainValue(valor));
   const auto* texto = std::get_if<std::string>(&valor.Get());
-  if (!texto) return ANumero(valor);
+  if (!texto) return ToNumber(valor);
   return EstaVacio(*texto) ? 0 : NumeroEscrito(*texto);
 }
 
 std::string AccesoDatosHost::ValorTexto(const Value& valor) {
   if (valor.IsNull()) return {};
-  return valor.IsObject() ? ValorTexto(PlainValue(valor)) : ATexto(valor);
+  return valor.IsObject() ? ValorTexto(PlainValue(valor)) : ToText(valor);
 }
 
 bool AccesoDatosHost::EstaVacio(const std::string& texto) {
@@ -97,21 +97,21 @@ std::int32_t AccesoDatosHost::SiguienteFolio(const std::string& clave,
   return documento;
 }
 
-Fecha AccesoDatosHost::ComponeFecha(std::int32_t a, std::int32_t b) {
-  return Fecha::DesdeCivil({.anio = a / 10000,
-                            .mes = a / 100 % 100,
-                            .dia = a % 100,
-                            .hora = b / 3600,
-                            .minuto = b / 60 % 60,
-                            .segundo = b % 60});
+Date AccesoDatosHost::ComponeFecha(std::int32_t a, std::int32_t b) {
+  return Date::FromCivil({.anio = a / 10000,
+                          .mes = a / 100 % 100,
+                          .dia = a % 100,
+                          .hora = b / 3600,
+                          .minuto = b / 60 % 60,
+                          .segundo = b % 60});
 }
 
-std::string AccesoDatosHost::FechaSQL(const std::shared_ptr<Conexion>& conexion, const Fecha& fecha) {
-  return LiteralFecha(anfitrion_->BaseDe(conexion).TraeMotor(), fecha);
+std::string AccesoDatosHost::FechaSQL(const std::shared_ptr<Conexion>& conexion, const Date& fecha) {
+  return LiteralFecha(anfitrion_->BaseDe(conexion).GetEngine(), fecha);
 }
 
 std::string AccesoDatosHost::TextoConCeros(std::int32_t numero, std::int32_t ancho) {
-  return ConCeros(numero, static_cast<std::size_t>(std::clamp(ancho, 0, 255)));
+  return ZeroPadded(numero, static_cast<std::size_t>(std::clamp(ancho, 0, 255)));
 }
 
 bool AccesoDatosHost::ExisteClave(const std::string& valor, const std::string& tabla,
@@ -119,7 +119,7 @@ bool AccesoDatosHost::ExisteClave(const std::string& valor, const std::string& t
   anfitrion_->Llamada("ExisteClave", valor, tabla, columna);
   BaseDatos& base = anfitrion_->BaseDe(conexion);
   const bool existe = !base.Consulta("SELECT 1 FROM " + tabla + " WHERE " + columna + " = " +
-                                     Literal(base.TraeMotor(), valor) + " LIMIT 1")
+                                     Literal(base.GetEngine(), valor) + " LIMIT 1")
                            ->Eof();
   no_hallada_ = existe ? "" : valor;
   return existe;
@@ -137,7 +137,7 @@ bool AccesoDatosHost::UbicacionRestringida(const std::string& articulo, std::int
   BaseDatos& base = anfitrion_->BaseDe(conexion);
   return !base.Consulta(
                   "SELECT 1 FROM restricciones INNER JOIN prods USING(ubicacion) WHERE prods.articulo = " +
-                  Literal(base.TraeMotor(), articulo) + " AND restricciones.almacen = " + Decimal(almacen) +
+                  Literal(base.GetEngine(), articulo) + " AND restricciones.almacen = " + Decimal(almacen) +
                   " LIMIT 1")
               ->Eof();
 }

@@ -27,8 +27,8 @@ class AccesoDatosHost final : public AccesoDatos {
                               std::int32_t& documento,
                               const std::shared_ptr<ConstructorSql>& constructor) override;
   /// `a` is yyyymmdd, `b` the seconds since midnight. Throws HostError (TypeMismatch) when they name no time.
-  Fecha ComponeFecha(std::int32_t a, std::int32_t b) override;
-  std::string FechaSQL(const std::shared_ptr<Conexion>& conexion, const Fecha& fecha) override;
+  Date ComponeFecha(std::int32_t a, std::int32_t b) override;
+  std::string FechaSQL(const std::shared_ptr<Conexion>& conexion, const Date& fecha) override;
   /// At most 255 characters wide.
   std::string TextoConCeros(std::int32_t numero, std::int32_t ancho) override;
   /// Whether a row of the table has that value; one that none has is remembered for the message about it.

@@ -1,8 +1,8 @@
 #include "host/services/ambiente_host.h"
 
-#include "base/reloj.h"
+#include "base/clock.h"
 #include "host/anfitrion/interaccion_respuestas.h"
-#include "host/odbc/odbc_cadena.h"
+#include "host/odbc/odbc_attributes.h"
 #include "services/by_name.h"
 
 namespace zuvi::host {
@@ -48,12 +48,12 @@ void AmbienteHost::EjecutaConResultado(const std::string& sql, Value& filas) {
 }
 
 std::int32_t AmbienteHost::DatoFechaA() {
-  const FechaCivil ahora = Ahora();
+  const CivilDate ahora = Ahora();
   return ahora.anio * 10000 + ahora.mes * 100 + ahora.dia;
 }
 
 std::int32_t AmbienteHost::DatoFechaB() {
-  const FechaCivil ahora = Ahora();
+  const CivilDate ahora = Ahora();
   return ahora.hora * 3600 + ahora.minuto * 60 + ahora.segundo;
 }
 
@@ -88,16 +88,16 @@ void AmbienteHost::PonRespuestas(const std::string& respuestas) {
 double AmbienteHost::Existencia(const std::string& articulo, std::int32_t almacen) {
   BaseDatos& base = *anfitrion_->Base();
   const auto fila = base.Consulta("SELECT cantidad FROM existencias WHERE articulo = " +
-                                  Literal(base.TraeMotor(), articulo) + " AND almacen = " + Decimal(almacen));
-  return fila->Eof() ? 0 : ANumero(fila->Campo(0));
+                                  Literal(base.GetEngine(), articulo) + " AND almacen = " + Decimal(almacen));
+  return fila->Eof() ? 0 : ToNumber(fila->Campo(0));
 }
 
 double AmbienteHost::Costo(const std::string& articulo) {
   BaseDatos& base = *anfitrion_->Base();
   const auto fila =
-      base.Consulta("SELECT costo FROM prods WHERE articulo = " + Literal(base.TraeMotor(), articulo));
+      base.Consulta("SELECT costo FROM prods WHERE articulo = " + Literal(base.GetEngine(), articulo));
   if (fila->Eof()) throw HostError("El artículo " + articulo + " no existe");
-  return ANumero(fila->Campo(0));
+  return ToNumber(fila->Campo(0));
 }
 
 }  // namespace zuvi::host

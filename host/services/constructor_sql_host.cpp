@@ -31,9 +31,9 @@ void ConstructorSqlHost::Limpia() {
 }
 
 void ConstructorSqlHost::Tipo(const std::string& tipo) {
-  if (IgualSinCaso(tipo, "INSERT"))
+  if (EqualsIgnoringCase(tipo, "INSERT"))
     instruccion_ = Instruccion::Insert;
-  else if (IgualSinCaso(tipo, "UPDATE"))
+  else if (EqualsIgnoringCase(tipo, "UPDATE"))
     instruccion_ = Instruccion::Update;
   else
     throw HostError("El tipo de la instrucción debe ser INSERT o UPDATE, no \"" + tipo + "\"");
@@ -42,19 +42,19 @@ void ConstructorSqlHost::Tipo(const std::string& tipo) {
 void ConstructorSqlHost::AgregaCampo(const std::string& tabla, const std::string& columna,
                                      const Value& valor) {
   if (columna.empty()) throw HostError("Falta el nombre de la columna");
-  if (!tabla_.empty() && !IgualSinCaso(tabla, tabla_))
+  if (!tabla_.empty() && !EqualsIgnoringCase(tabla, tabla_))
     throw HostError("La columna " + columna + " es de la tabla " + tabla + ", pero la instrucción es de " +
                     tabla_);
   Value plano = PlainValue(valor);
-  if (valor.IsObject() && !plano.IsNull()) plano = ATexto(plano);
+  if (valor.IsObject() && !plano.IsNull()) plano = ToText(plano);
   tabla_ = tabla;
-  campos_.emplace_back(columna, Literal(Base().TraeMotor(), plano));
+  campos_.emplace_back(columna, Literal(Base().GetEngine(), plano));
 }
 
 void ConstructorSqlHost::Genera(const std::string& tabla) {
   if (instruccion_ == Instruccion::Ninguna)
     throw HostError("Falta el tipo de la instrucción (INSERT o UPDATE)");
-  if (!tabla_.empty() && !IgualSinCaso(tabla, tabla_))
+  if (!tabla_.empty() && !EqualsIgnoringCase(tabla, tabla_))
     throw HostError("Las columnas son de la tabla " + tabla_ + ", pero la instrucción es de " + tabla);
   std::string sql;
   if (instruccion_ == Instruccion::Insert) {
@@ -66,7 +66,7 @@ void ConstructorSqlHost::Genera(const std::string& tabla) {
     }
     sql = "INSERT INTO " + tabla + " (" + columnas + ") VALUES (" + valores + ")";
   } else if (!campos_.empty()) {
-    if (Recorta(condicion_).empty()) throw HostError("Un UPDATE de " + tabla + " necesita una condición");
+    if (Trim(condicion_).empty()) throw HostError("Un UPDATE de " + tabla + " necesita una condición");
     for (const auto& [columna, literal] : campos_)
       sql += (sql.empty() ? "UPDATE " + tabla + " SET " : ", ") + columna + " = " + literal;
     sql += " WHERE " + condicion_;

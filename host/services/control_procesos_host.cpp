@@ -45,16 +45,16 @@ void ControlProcesosHost::IniciaProceso(PeticionProceso& peticion) {
 void ControlProcesosHost::IniciaConOnce(Value& clave, Value& objeto, Value& ambiente, Value& dato,
                                         Value& objeto2, Value& bandera, Value& numero, Value& texto,
                                         Value& nulo, Value& texto2, Value& objeto3) {
-  PeticionProceso peticion{.clave = ATexto(clave),
+  PeticionProceso peticion{.clave = ToText(clave),
                            .objeto = Conversion<ObjectPtr>::From(objeto),
                            .ambiente = Conversion<ObjectPtr>::From(ambiente),
                            .dato = dato,
                            .objeto2 = Conversion<ObjectPtr>::From(objeto2),
-                           .bandera = ABooleano(bandera),
-                           .numero = AEntero32(numero),
-                           .texto = ATexto(texto),
+                           .bandera = ToBool(bandera),
+                           .numero = ToInt32(numero),
+                           .texto = ToText(texto),
                            .nulo = nulo,
-                           .texto2 = ATexto(texto2),
+                           .texto2 = ToText(texto2),
                            .objeto3 = Conversion<ObjectPtr>::From(objeto3)};
   IniciaProceso(peticion);
   objeto = Referencia(peticion.objeto);
@@ -75,7 +75,8 @@ void ControlProcesosHost::CierraProceso(std::int32_t numero) { anfitrion_->Llama
 void ControlProcesosHost::ImprimeReporte(const std::string& clave, std::int32_t op,
                                          const std::shared_ptr<Ambiente>&, const ObjectPtr&) {
   anfitrion_->Llamada("ImprimeReporte", clave, op);
-  if (!IgualSinCaso(clave, "ORDENP")) throw HostError("No hay un reporte con la clave \"" + clave + "\"");
+  if (!EqualsIgnoringCase(clave, "ORDENP"))
+    throw HostError("No hay un reporte con la clave \"" + clave + "\"");
   anfitrion_->MuestraDocumento(
       EscribeReporteOrden(*anfitrion_->Base(), op, anfitrion_->TraeOpciones().reportes));
 }
@@ -89,7 +90,7 @@ void ControlProcesosHost::PonGancho(const std::string& clave, const ObjectPtr& o
   anfitrion_->PonGancho(clave, [objeto](PeticionProceso& peticion) {
     std::array<Value, 2> argumentos{Referencia(peticion.objeto), Referencia(peticion.ambiente)};
     const Value veto = objeto->Read(objeto->Find("Ejecuta").value_or(kDefaultMember), argumentos);
-    if (!veto.IsEmpty() && !veto.IsNull()) peticion.bandera = ABooleano(veto);
+    if (!veto.IsEmpty() && !veto.IsNull()) peticion.bandera = ToBool(veto);
   });
 }
 

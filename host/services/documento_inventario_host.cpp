@@ -1,8 +1,8 @@
 #include "host/services/documento_inventario_host.h"
 
 #include "base/text.h"
-#include "host/odbc/perdida.h"
-#include "host/odbc/reintento.h"
+#include "host/odbc/connection_lost.h"
+#include "host/odbc/retry.h"
 #include "host/shop/costo_promedio.h"
 #include "host/shop/valuacion.h"
 #include "services/by_name.h"
@@ -36,9 +36,9 @@ template <class Cuerpo>
 void DiciendoCual(const std::string& id, Cuerpo&& cuerpo) {
   try {
     WithRetry(cuerpo);
-  } catch (const ConexionPerdida& error) {
-    if (!error.EnDuda()) throw;
-    throw ConexionPerdida(
+  } catch (const ConnectionLost& error) {
+    if (!error.InDoubt()) throw;
+    throw ConnectionLost(
         "Movimiento " + id + ": " + error.what() + " Se ve con SELECT * FROM movimientos WHERE id = " + id,
         error.NativeCode(), true);
   }
@@ -67,33 +67,33 @@ double DocumentoInventarioHost::AplicaMovimiento(std::int32_t& numero) {
 
 void DocumentoInventarioHost::Asienta(BaseDatos& base, std::int32_t numero, double cantidad,
                                       std::int64_t importe) const {
-  const Motor motor = base.TraeMotor();
+  const Engine motor = base.GetEngine();
   const bool entra = tipo_ == kEntrada;
   const std::string id = Decimal(numero);
-  const std::string almacen = Decimal(RedondeaA32(almacen_));
+  const std::string almacen = Decimal(RoundToInt32(almacen_));
   const std::string articulo = Literal(motor, articulo_);
-  const std::string cambio = TextoDeNumero(entra ? cantidad : -cantidad);
+  const std::string cambio = NumberText(entra ? cantidad : -cantidad);
   const std::string valor = std::to_string(entra ? importe : -importe);
 
   const auto costo = CostoBajoCandado(base, articulo);
   // The row remembers its last movement. That also makes every UPDATE a change: a server may count rows
   // that stay as they were as not touched.
   const auto tocadas = base.Ejecuta(
-      Junta({"UPDATE existencias SET cantidad = ROUND(cantidad + ", cambio, ", 6), valor = valor + ", valor,
-             ", movimiento = ", id, " WHERE articulo = ", articulo, " AND almacen = ", almacen}));
+      Join({"UPDATE existencias SET cantidad = ROUND(cantidad + ", cambio, ", 6), valor = valor + ", valor,
+            ", movimiento = ", id, " WHERE articulo = ", articulo, " AND almacen = ", almacen}));
   if (tocadas == 0)
-    base.Ejecuta(Junta({"INSERT INTO existencias (articulo, almacen, cantidad, valor, movimiento) VALUES (",
-                        articulo, ", ", almacen, ", ", cambio, ", ", valor, ", ", id, ")"}));
+    base.Ejecuta(Join({"INSERT INTO existencias (articulo, almacen, cantidad, valor, movimiento) VALUES (",
+                       articulo, ", ", almacen, ", ", cambio, ", ", valor, ", ", id, ")"}));
   if (costo && !ExplicaElCosto(*costo, cantidad, importe)) PonCostoPromedio(base, articulo);
-  const std::string valores = Junta(
+  const std::string valores = Join(
       {id, Literal(motor, fecha_), Literal(motor, tipo_), Literal(motor, concepto_), Decimal(orden_),
        Literal(motor, folio_), Decimal(referencia_), Literal(motor, documento_), Literal(motor, usuario_),
-       almacen, articulo, TextoDeNumero(cantidad), TextoDeNumero(costo_), std::to_string(importe)},
+       almacen, articulo, NumberText(cantidad), NumberText(costo_), std::to_string(importe)},
       ", ");
   base.Ejecuta(
-      Junta({"INSERT INTO movimientos (id, fecha, tipo, concepto, orden, folio, referencia, "
-             "documento, usuario, almacen, articulo, cantidad, costo, importe) VALUES (",
-             valores, ")"}));
+      Join({"INSERT INTO movimientos (id, fecha, tipo, concepto, orden, folio, referencia, "
+            "documento, usuario, almacen, articulo, cantidad, costo, importe) VALUES (",
+            valores, ")"}));
 }
 
 }  // namespace zuvi::host

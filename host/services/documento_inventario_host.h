@@ -16,7 +16,7 @@ class DocumentoInventarioHost final : public DocumentoInventario {
   void PonAmbiente(const std::shared_ptr<Ambiente>&) override {}
   void PonDatoDocumento(const Value& dato) override { documento_ = dato; }
   void PonDatoFecha(std::int32_t dato) override { referencia_ = dato; }
-  void PonFecha(const Fecha& fecha) override { fecha_ = fecha.Texto(); }
+  void PonFecha(const Date& fecha) override { fecha_ = fecha.Texto(); }
   void PonTipo(const std::string& tipo) override { tipo_ = tipo; }
   void PonConcepto(const std::string& concepto) override { concepto_ = concepto; }
   void PonOrden(std::int32_t orden) override { orden_ = orden; }
@@ -40,7 +40,7 @@ class DocumentoInventarioHost final : public DocumentoInventario {
   std::shared_ptr<Anfitrion> anfitrion_;
   Value documento_ = Null{};
   std::int32_t referencia_ = 0;
-  std::string fecha_ = Fecha().Texto();
+  std::string fecha_ = Date().Texto();
   std::string tipo_;
   std::string concepto_;
   std::int32_t orden_ = 0;

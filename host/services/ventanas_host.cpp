@@ -88,6 +88,6 @@ const MemberTable* CapturaNumericaHost::Members() const {
 
 void CapturaNumericaHost::Muestra() { SinVentanas(); }
 
-void CapturaNumericaHost::Captura(double numero) { EscribeEn(destino_, TextoDeNumero(numero)); }
+void CapturaNumericaHost::Captura(double numero) { EscribeEn(destino_, NumberText(numero)); }
 
 }  // namespace zuvi::host

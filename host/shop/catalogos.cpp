@@ -16,7 +16,7 @@ constexpr std::array kCatalogos{
 };
 
 /// The text between wildcards, with the wildcards inside it taken literally.
-std::string Patron(Motor motor, const std::string& busqueda) {
+std::string Patron(Engine motor, const std::string& busqueda) {
   std::string patron = "%";
   for (const char c : busqueda) {
     if (c == '%' || c == '_' || c == '!') patron += '!';
@@ -36,7 +36,7 @@ std::string SoloDigitos(const std::string& columna) {
 
 const Catalogo& CatalogoDe(std::string_view titulo) {
   for (const Catalogo& catalogo : kCatalogos)
-    if (IgualSinCaso(catalogo.titulo, titulo)) return catalogo;
+    if (EqualsIgnoringCase(catalogo.titulo, titulo)) return catalogo;
   throw HostError("No hay un catálogo con el título \"" + std::string(titulo) + "\"");
 }
 
@@ -50,9 +50,9 @@ std::shared_ptr<Recordset> BuscaEnCatalogo(BaseDatos& base, const Catalogo& cata
     condicion += (condicion.empty() ? " WHERE " : " AND ") + otra;
   };
   if (catalogo.numerico) exige(SoloDigitos(clave));
-  if (!Recorta(filtro).empty()) exige("(" + filtro + ")");
+  if (!Trim(filtro).empty()) exige("(" + filtro + ")");
   if (!busqueda.empty()) {
-    const std::string como = ") LIKE " + Patron(base.TraeMotor(), busqueda) + " ESCAPE '!'";
+    const std::string como = ") LIKE " + Patron(base.GetEngine(), busqueda) + " ESCAPE '!'";
     exige("(UPPER(" + clave + como + " OR UPPER(" + descripcion + como + ")");
   }
   return base.Consulta("SELECT " + clave + ", " + descripcion + " FROM " + catalogo.tabla + condicion +

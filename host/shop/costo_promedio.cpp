@@ -9,7 +9,7 @@ namespace zuvi::host {
 std::optional<double> CostoBajoCandado(BaseDatos& base, const std::string& articulo) {
   // A SQLite transaction has the whole file locked by now.
   const auto fila = base.Consulta("SELECT costo FROM prods WHERE articulo = " + articulo +
-                                  (base.TraeMotor() == Motor::MariaDb ? " FOR UPDATE" : ""));
+                                  (base.GetEngine() == Engine::MariaDb ? " FOR UPDATE" : ""));
   if (fila->Eof()) return std::nullopt;
   return NumeroDe(fila->Campo(0));
 }

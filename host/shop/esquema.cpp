@@ -2,7 +2,7 @@
 // reads (esquema_examen.cpp).
 #include "host/shop/esquema.h"
 
-#include "base/reloj.h"
+#include "base/clock.h"
 #include "host/shop/celdas.h"
 #include "host/shop/esquema_tablas.h"
 
@@ -13,7 +13,7 @@ namespace {
 /// taken over unseen.
 void CreaFaltantes(BaseDatos& base, const std::set<std::string>& hay) {
   // Binary order with trailing blanks: keys compare the same on every engine.
-  const bool mariadb = base.TraeMotor() == Motor::MariaDb;
+  const bool mariadb = base.GetEngine() == Engine::MariaDb;
   const std::string opciones =
       mariadb ? " ENGINE=InnoDB DEFAULT CHARSET=utf8mb4 COLLATE=utf8mb4_nopad_bin" : "";
   for (const Tabla& tabla : kTablas)
@@ -34,7 +34,7 @@ void QuitaDisparadores(BaseDatos& base) {
     try {
       base.EjecutaEsquema(std::string("DROP TRIGGER IF EXISTS ") + disparador);
     } catch (const HostError& error) {
-      if (base.TraeMotor() == Motor::Sqlite || error.SqlState().starts_with("08")) throw;
+      if (base.GetEngine() == Engine::Sqlite || error.SqlState().starts_with("08")) throw;
     }
   }
 }
@@ -44,7 +44,7 @@ void QuitaDisparadores(BaseDatos& base) {
 class Exclusiva {
  public:
   explicit Exclusiva(BaseDatos& base) : base_(base) {
-    if (base.TraeMotor() == Motor::Sqlite) {
+    if (base.GetEngine() == Engine::Sqlite) {
       base.Ejecuta("BEGIN IMMEDIATE");
     } else if (!TomaCandado()) {
       throw HostError("Otro programa está preparando la base de datos; espere a que termine");
@@ -54,7 +54,7 @@ class Exclusiva {
   Exclusiva& operator=(const Exclusiva&) = delete;
   ~Exclusiva() {
     try {
-      if (base_.TraeMotor() == Motor::MariaDb)
+      if (base_.GetEngine() == Engine::MariaDb)
         base_.Consulta("SELECT RELEASE_LOCK('zuvi_esquema')");
       else if (!confirmada_)
         base_.Ejecuta("ROLLBACK");
@@ -66,7 +66,7 @@ class Exclusiva {
   /// Runs what changes rows, all or nothing, and ends the work.
   template <class Cuerpo>
   void Llena(Cuerpo&& cuerpo) {
-    if (base_.TraeMotor() == Motor::MariaDb) {
+    if (base_.GetEngine() == Engine::MariaDb) {
       Transaccion transaccion(base_);
       cuerpo();
       transaccion.Confirma();
@@ -91,7 +91,7 @@ class Exclusiva {
 
 void Llena(BaseDatos& base, Contenido contenido) {
   if (contenido == Contenido::Tienda)
-    LlenaTienda(base, Fecha::DesdeCivil(Ahora()).SoloDia());
+    LlenaTienda(base, Date::FromCivil(Ahora()).DayOnly());
   else
     LlenaVacia(base);
   InsertaFilas(base, "esquema", "(version)", {{kVersionEsquema}});
@@ -99,14 +99,14 @@ void Llena(BaseDatos& base, Contenido contenido) {
 
 /// A server's connection works in a database of its own choice only if it was given one.
 void ExigeElegida(BaseDatos& base) {
-  if (base.TraeMotor() == Motor::MariaDb && base.Consulta("SELECT DATABASE()")->Campo(0).IsNull())
+  if (base.GetEngine() == Engine::MariaDb && base.Consulta("SELECT DATABASE()")->Campo(0).IsNull())
     throw HostError("La cadena de conexión no dice en qué base de datos: falta Database=…");
 }
 
 /// A file that holds nothing yet is ours: readers and a writer may then work at the same time.
 void PreparaArchivo(BaseDatos& base) {
-  if (base.TraeMotor() != Motor::Sqlite) return;
-  if (ANumero(base.Consulta("SELECT COUNT( * ) FROM sqlite_master")->Campo(0)) != 0) return;
+  if (base.GetEngine() != Engine::Sqlite) return;
+  if (ToNumber(base.Consulta("SELECT COUNT( * ) FROM sqlite_master")->Campo(0)) != 0) return;
   try {
     base.EjecutaEsquema("PRAGMA journal_mode=WAL");
   } catch (const HostError&) {
@@ -174,7 +174,7 @@ void InsertaFilas(BaseDatos& base, const std::string& tabla, const std::string& 
     sql += sql.empty() ? "INSERT INTO " + tabla + " " + columnas + " VALUES (" : ", (";
     const char* separador = "";
     for (const Value& valor : fila) {
-      sql += separador + Literal(base.TraeMotor(), valor);
+      sql += separador + Literal(base.GetEngine(), valor);
       separador = ", ";
     }
     sql += ")";

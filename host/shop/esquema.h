@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "base/fecha.h"
+#include "base/date.h"
 #include "host/odbc/base_datos.h"
 
 namespace zuvi::host {
@@ -59,7 +59,7 @@ std::int32_t ActualizaEsquema(BaseDatos& base);
 void RehaceEsquema(BaseDatos& base, Contenido contenido);
 
 /// Fills empty tables with the example shop as it stands on that day.
-void LlenaTienda(BaseDatos& base, const Fecha& hoy);
+void LlenaTienda(BaseDatos& base, const Date& hoy);
 /// Fills empty tables with what an empty shop needs: concepts, taxes, a currency, a warehouse, a station.
 void LlenaVacia(BaseDatos& base);
 /// Inserts rows into a table; `columnas` is their list between parentheses.

@@ -18,20 +18,20 @@ struct Objeto {
 std::string Lista(BaseDatos& base, bool con_indices) {
   std::string lista;
   for (const Tabla& tabla : kTablas)
-    lista += (lista.empty() ? "" : ", ") + Literal(base.TraeMotor(), std::string(tabla.nombre));
+    lista += (lista.empty() ? "" : ", ") + Literal(base.GetEngine(), std::string(tabla.nombre));
   // SQLite keeps indices and tables under one roof.
   for (const char* indice : kIndices) {
     if (!con_indices) break;
     std::string nombre = indice;
     nombre = nombre.substr(nombre.find("EXISTS ") + 7);
-    lista += ", " + Literal(base.TraeMotor(), nombre.substr(0, nombre.find(' ')));
+    lista += ", " + Literal(base.GetEngine(), nombre.substr(0, nombre.find(' ')));
   }
   return lista;
 }
 
 /// Everything that is called like something of ours, in whatever letters.
 std::vector<Objeto> Homonimos(BaseDatos& base) {
-  const bool sqlite = base.TraeMotor() == Motor::Sqlite;
+  const bool sqlite = base.GetEngine() == Engine::Sqlite;
   const std::string sql =
       sqlite ? "SELECT name, type FROM sqlite_master WHERE LOWER(name) IN (" + Lista(base, true) + ")"
              : "SELECT table_name, table_type FROM information_schema.tables WHERE table_schema = DATABASE() "
@@ -40,8 +40,8 @@ std::vector<Objeto> Homonimos(BaseDatos& base) {
                    Lista(base, false) + ")";
   std::vector<Objeto> objetos;
   for (const auto filas = base.Consulta(sql); !filas->Eof(); filas->MoveNext()) {
-    const std::string tipo = Minusculas(TextoDe(filas->Campo(1)));
-    objetos.push_back({TextoDe(filas->Campo(0)), tipo == "table" || tipo == "base table"});
+    const std::string tipo = ToLower(TextOrNothing(filas->Campo(1)));
+    objetos.push_back({TextOrNothing(filas->Campo(0)), tipo == "table" || tipo == "base table"});
   }
   return objetos;
 }
@@ -50,8 +50,8 @@ std::map<std::string, std::set<std::string>> ColumnasDe(BaseDatos& base,
                                                         const std::set<std::string>& tablas) {
   std::string lista;
   for (const std::string& tabla : tablas)
-    lista += (lista.empty() ? "" : ", ") + Literal(base.TraeMotor(), tabla);
-  const std::string sql = base.TraeMotor() == Motor::Sqlite
+    lista += (lista.empty() ? "" : ", ") + Literal(base.GetEngine(), tabla);
+  const std::string sql = base.GetEngine() == Engine::Sqlite
                               ? "SELECT m.name, c.name FROM sqlite_master AS m JOIN "
                                 "pragma_table_info(m.name) AS c WHERE m.type = "
                                 "'table' AND m.name IN (" +
@@ -62,7 +62,7 @@ std::map<std::string, std::set<std::string>> ColumnasDe(BaseDatos& base,
                                     lista + ")";
   std::map<std::string, std::set<std::string>> columnas;
   for (const auto filas = base.Consulta(sql); !filas->Eof(); filas->MoveNext())
-    columnas[TextoDe(filas->Campo(0))].insert(Minusculas(TextoDe(filas->Campo(1))));
+    columnas[TextOrNothing(filas->Campo(0))].insert(ToLower(TextOrNothing(filas->Campo(1))));
   return columnas;
 }
 
@@ -78,7 +78,7 @@ std::vector<std::string> NombresEn(std::string_view definiciones) {
     if (nivel == 0 && c == ',') {
       empieza = true;
     } else if (empieza && c == ' ' && !nombre.empty()) {
-      if (nombre != "PRIMARY") nombres.push_back(Minusculas(nombre));
+      if (nombre != "PRIMARY") nombres.push_back(ToLower(nombre));
       nombre.clear();
       empieza = false;
     } else if (empieza && c != ' ') {
@@ -112,8 +112,8 @@ std::string TablaConDatos(BaseDatos& base, const std::set<std::string>& tablas) 
 }  // namespace
 
 bool NecesitaVistaOp(BaseDatos& base) {
-  return base.TraeMotor() == Motor::MariaDb &&
-         ANumero(base.Consulta("SELECT @@lower_case_table_names")->Campo(0)) == 0;
+  return base.GetEngine() == Engine::MariaDb &&
+         ToNumber(base.Consulta("SELECT @@lower_case_table_names")->Campo(0)) == 0;
 }
 
 Esquema Examina(BaseDatos& base) {
@@ -128,7 +128,7 @@ Esquema Examina(BaseDatos& base) {
   bool vista_op = false;
   std::string otro;  // called like a table of ours, and no table of ours
   for (const Objeto& objeto : homonimos) {
-    const auto se_llama = [&](const Tabla& tabla) { return IgualSinCaso(objeto.nombre, tabla.nombre); };
+    const auto se_llama = [&](const Tabla& tabla) { return EqualsIgnoringCase(objeto.nombre, tabla.nombre); };
     const auto tabla = std::ranges::find_if(kTablas, se_llama);
     if (tabla == kTablas.end()) continue;  // an index
     if (objeto.tabla && objeto.nombre == tabla->nombre)
@@ -147,7 +147,7 @@ Esquema Examina(BaseDatos& base) {
   const auto fila = base.Consulta("SELECT version FROM esquema ORDER BY version DESC");
   const bool hay_version = !fila->Eof();
   try {
-    if (hay_version) esquema.version = AEntero32(fila->Campo(0));
+    if (hay_version) esquema.version = ToInt32(fila->Campo(0));
   } catch (const HostError&) {
     return es(EstadoEsquema::Ajeno, "esquema");
   }

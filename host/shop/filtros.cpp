@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "base/reloj.h"
+#include "base/clock.h"
 #include "base/text.h"
 #include "base/value.h"
 #include "host/shop/numero_escrito.h"
@@ -22,7 +22,7 @@ bool EsDigito(int c) { return c >= '0' && c <= '9'; }
 std::optional<std::int32_t> Entero(const ObjectPtr& caja, const char* nombre) {
   const auto id = caja->Find(nombre);
   if (!id) return std::nullopt;
-  return AEntero32(caja->Read(*id, {}));
+  return ToInt32(caja->Read(*id, {}));
 }
 
 std::int16_t FiltraNumero(const Caja& caja, std::int16_t c, bool con_signo, std::size_t decimales) {
@@ -41,7 +41,7 @@ std::int16_t FiltraNumero(const Caja& caja, std::int16_t c, bool con_signo, std:
 std::string FormateaNumero(const std::string& texto, std::size_t decimales) {
   std::string numero;
   try {
-    numero = TextoDeNumero(NumeroEscrito(texto));
+    numero = NumberText(NumeroEscrito(texto));
   } catch (const HostError&) {
     return texto;
   }
@@ -71,7 +71,7 @@ std::optional<std::vector<std::string>> Grupos(const std::string& texto) {
 }
 
 std::string FormateaFecha(const std::string& texto) {
-  auto grupos = Grupos(std::string(Recorta(texto)));
+  auto grupos = Grupos(std::string(Trim(texto)));
   if (!grupos) return texto;
   if (grupos->size() == 1 && (grupos->front().size() == 6 || grupos->front().size() == 8)) {
     const std::string todo = grupos->front();
@@ -87,8 +87,7 @@ std::string FormateaFecha(const std::string& texto) {
   // Two digits of a year mean the century of today.
   if ((*grupos)[2].size() <= 2) numeros[2] += Ahora().anio / 100 * 100;
   try {
-    return Fecha::DesdeCivil({.anio = numeros[2], .mes = numeros[1], .dia = numeros[0]})
-        .Formatea("dd-MM-yyyy");
+    return Date::FromCivil({.anio = numeros[2], .mes = numeros[1], .dia = numeros[0]}).Formatea("dd-MM-yyyy");
   } catch (const HostError&) {
     return texto;
   }
@@ -98,7 +97,7 @@ std::string FormateaFecha(const std::string& texto) {
 
 Caja ContenidoDe(const ObjectPtr& caja) {
   if (!caja) throw HostError(ErrorNumber::ObjectNotSet);
-  return {.etiqueta = ATexto(caja->Call("Tag")), .texto = ATexto(caja->Call("Text"))};
+  return {.etiqueta = ToText(caja->Call("Tag")), .texto = ToText(caja->Call("Text"))};
 }
 
 Caja CajaDe(const ObjectPtr& caja) {
@@ -118,7 +117,7 @@ Caja CajaDe(const ObjectPtr& caja) {
 
 std::int16_t Filtra(const Caja& caja, std::int16_t caracter) {
   if (caracter >= 0 && caracter < ' ') return caracter;
-  if (caja.etiqueta == "U") return static_cast<std::int16_t>(Mayuscula(static_cast<char16_t>(caracter)));
+  if (caja.etiqueta == "U") return static_cast<std::int16_t>(UpperCase(static_cast<char16_t>(caracter)));
   if (caja.etiqueta == "N") return FiltraNumero(caja, caracter, false, std::string::npos - 1);
   if (caja.etiqueta == "SD") return FiltraNumero(caja, caracter, false, kDecimales);
   if (caja.etiqueta == "SN") return FiltraNumero(caja, caracter, true, std::string::npos - 1);
@@ -130,8 +129,8 @@ std::int16_t Filtra(const Caja& caja, std::int16_t caracter) {
 }
 
 std::string Formatea(const Caja& caja) {
-  if (Recorta(caja.texto).empty()) return caja.texto;
-  if (caja.etiqueta == "U") return Mayusculas(caja.texto);
+  if (Trim(caja.texto).empty()) return caja.texto;
+  if (caja.etiqueta == "U") return ToUpper(caja.texto);
   if (caja.etiqueta == "N" || caja.etiqueta == "SN") return FormateaNumero(caja.texto, 0);
   if (caja.etiqueta == "SD") return FormateaNumero(caja.texto, 2);
   if (caja.etiqueta == "D") return FormateaFecha(caja.texto);

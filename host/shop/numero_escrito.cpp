@@ -70,11 +70,11 @@ std::string ConPunto(const std::string& texto, std::string_view cifras) {
 }  // namespace
 
 double NumeroEscrito(const std::string& texto) {
-  const std::string_view cifras = Recorta(texto);
+  const std::string_view cifras = Trim(texto);
   if (cifras.empty()) NoEsNumero(texto);
   const std::string numero = ConPunto(texto, cifras);
   try {
-    return NumeroDeTexto(numero);
+    return ParseNumber(numero);
   } catch (const HostError& error) {
     if (error.Number() != ErrorNumber::Overflow) NoEsNumero(texto);
     throw HostError("\"" + texto + "\" es un número demasiado grande", ErrorNumber::Overflow);

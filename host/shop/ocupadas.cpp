@@ -1,6 +1,6 @@
 #include "host/shop/ocupadas.h"
 
-#include "base/reloj.h"
+#include "base/clock.h"
 #include "host/shop/folios.h"
 
 namespace zuvi::host {
@@ -20,16 +20,16 @@ bool LiberaOrden(BaseDatos& base, std::int32_t op, const std::string& usuario) {
   if (base.Ejecuta("UPDATE op SET ocupado = 0 WHERE ocupado <> 0 AND op = " + numero) == 0) return false;
   AnotaEnBitacora(base, id, usuario,
                   "Liberada la orden " + numero + ", guardada por última vez por " +
-                      (ocupante.IsNull() ? "nadie" : ATexto(ocupante)));
+                      (ocupante.IsNull() ? "nadie" : ToText(ocupante)));
   transaccion.Confirma();
   return true;
 }
 
 void AnotaEnBitacora(BaseDatos& base, std::int32_t id, const std::string& usuario,
                      const std::string& suceso) {
-  const Motor motor = base.TraeMotor();
+  const Engine motor = base.GetEngine();
   base.Ejecuta("INSERT INTO bitacora (id, fecha, usuario, suceso) VALUES (" + Decimal(id) + ", " +
-               LiteralFecha(motor, Fecha::DesdeCivil(Ahora())) + ", " + Literal(motor, usuario) + ", " +
+               LiteralFecha(motor, Date::FromCivil(Ahora())) + ", " + Literal(motor, usuario) + ", " +
                Literal(motor, suceso) + ")");
 }
 

@@ -16,7 +16,7 @@ std::shared_ptr<Recordset> ResumenDeOrdenes(BaseDatos& base) {
 }
 
 std::string EstadoEnPalabras(Recordset& orden) {
-  std::string estado = TextoDe(orden.Campo("estado")) == "CO" ? "Confirmada" : "Pendiente";
+  std::string estado = TextOrNothing(orden.Campo("estado")) == "CO" ? "Confirmada" : "Pendiente";
   if (NumeroDe(orden.Campo("cerrado")) != 0) estado += ", cerrada";
   return estado;
 }
@@ -29,8 +29,8 @@ PartidasDeOrden::PartidasDeOrden(BaseDatos& base, std::int32_t op) {
     const double cantidad = NumeroDe(filas->Campo("cantidad"));
     const Value terminado = filas->Campo("terminado");
     if (!terminado.IsNull() && NumeroDe(terminado) == cantidad) continue;
-    por_entregar += "  " + TextoDe(filas->Campo("articulo")) + ": " + TextoDeNumero(NumeroDe(terminado)) +
-                    " de " + TextoDeNumero(cantidad) + "\n";
+    por_entregar += "  " + TextOrNothing(filas->Campo("articulo")) + ": " + NumberText(NumeroDe(terminado)) +
+                    " de " + NumberText(cantidad) + "\n";
   }
 }
 

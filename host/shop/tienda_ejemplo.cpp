@@ -46,8 +46,8 @@ void LlenaArticulos(BaseDatos& base) {
 
 /// The stock and, for each row of it, the movement by which it came in: at cost, so that the average cost is
 /// that of the article.
-void LlenaExistencias(BaseDatos& base, const Fecha& hoy) {
-  const Fecha inicio = hoy.MasDias(-60);
+void LlenaExistencias(BaseDatos& base, const Date& hoy) {
+  const Date inicio = hoy.PlusDays(-60);
   Filas existencias, movimientos;
   std::int32_t id = 0;
   for (const Existencia& e : kExistencias) {
@@ -67,8 +67,8 @@ void LlenaExistencias(BaseDatos& base, const Fecha& hoy) {
 }
 
 /// Orders with their lines, and the numbering in step with them.
-void LlenaOrdenes(BaseDatos& base, const Fecha& hoy) {
-  const auto dia = [&](int dias) { return hoy.MasDias(dias); };
+void LlenaOrdenes(BaseDatos& base, const Date& hoy) {
+  const auto dia = [&](int dias) { return hoy.PlusDays(dias); };
   Filas ordenes, partidas;
   std::int32_t entrada = 0;
   for (const Orden& o : kOrdenes) {
@@ -105,8 +105,8 @@ void LlenaOrdenes(BaseDatos& base, const Fecha& hoy) {
                 {"bitacora", std::int32_t{0}}});
 }
 
-void LlenaTurnos(BaseDatos& base, const Fecha& hoy) {
-  const Fecha manana = hoy.MasDias(1);
+void LlenaTurnos(BaseDatos& base, const Date& hoy) {
+  const Date manana = hoy.PlusDays(1);
   InsertaFilas(base, "empleados", "(empleado, nombre)",
                {{"E01", "Lucía Méndez Ortega"},
                 {"E02", "Raúl Íñiguez Peña"},
@@ -155,7 +155,7 @@ void LlenaVacia(BaseDatos& base) {
   InsertaFilas(base, "parametros", "(estacion, Almacen, Lector)", {{1, 1, 0}});
 }
 
-void LlenaTienda(BaseDatos& base, const Fecha& hoy) {
+void LlenaTienda(BaseDatos& base, const Date& hoy) {
   InsertaFilas(base, "almacen", "(almacen, nombre)",
                {{1, "Tienda"}, {2, "Bodega de materia prima"}, {3, "Taller de repostería"}});
   InsertaFilas(base, "monedas", "(moneda, descrip, Tc, Base)",

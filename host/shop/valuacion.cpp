@@ -34,7 +34,7 @@ std::string TextoImporte(std::int64_t centavos) {
   const std::uint64_t absoluto =
       centavos < 0 ? 0 - static_cast<std::uint64_t>(centavos) : static_cast<std::uint64_t>(centavos);
   return (centavos < 0 ? "-" : "") + std::to_string(absoluto / 100) + "." +
-         ConCeros(static_cast<std::int32_t>(absoluto % 100), 2);
+         ZeroPadded(static_cast<std::int32_t>(absoluto % 100), 2);
 }
 
 bool EsMovimientoDeKit(std::string_view tipo, std::string_view concepto) {

@@ -11,7 +11,7 @@ namespace {
 /// A text member of a box, whoever made it; empty where it has none.
 std::string TextoDeCaja(const ObjectPtr& caja, std::string_view miembro) {
   if (!caja) throw HostError(ErrorNumber::ObjectNotSet);
-  return caja->Find(miembro) ? ATexto(caja->Call(miembro)) : std::string();
+  return caja->Find(miembro) ? ToText(caja->Call(miembro)) : std::string();
 }
 
 }  // namespace
@@ -19,7 +19,7 @@ std::string TextoDeCaja(const ObjectPtr& caja, std::string_view miembro) {
 void BuscaCatalogoVentana::Muestra(const std::string& titulo) {
   escena_.anfitrion->Llamada("BuscaCatalogo", titulo, Filtro());
   const auto ventana = std::make_shared<frmBusca>(escena_, CatalogoDe(titulo), Filtro(),
-                                                  std::string(Recorta(TextoDeCaja(Destino(), "Text"))));
+                                                  std::string(Trim(TextoDeCaja(Destino(), "Text"))));
   ventana->ShowModal(nullptr);
   // Written only now: the box may move the focus on, which the lookup would take away again.
   if (!ventana->Elegida()) return;
@@ -36,7 +36,7 @@ void CapturaNumericaVentana::Muestra() {
   const std::string etiqueta = TextoDeCaja(Destino(), "Tag");
   const bool numerica = etiqueta == "N" || etiqueta == "SD";
   const auto ventana = std::make_shared<frmCaptura>(escena_, numerica ? etiqueta : "SN",
-                                                    std::string(Recorta(TextoDeCaja(Destino(), "Text"))));
+                                                    std::string(Trim(TextoDeCaja(Destino(), "Text"))));
   ventana->ShowModal(nullptr);
   if (ventana->Numero()) Captura(*ventana->Numero());
 }
@@ -64,11 +64,12 @@ FabricaVentanas::FabricaVentanas(std::shared_ptr<Anfitrion> anfitrion, Desktop& 
       otras_(otras) {}
 
 ObjectPtr FabricaVentanas::Crea(std::string_view prog_id) {
-  if (IgualSinCaso(prog_id, BuscaCatalogo::kProgId)) return std::make_shared<BuscaCatalogoVentana>(escena_);
-  if (IgualSinCaso(prog_id, CapturaNumerica::kProgId))
+  if (EqualsIgnoringCase(prog_id, BuscaCatalogo::kProgId))
+    return std::make_shared<BuscaCatalogoVentana>(escena_);
+  if (EqualsIgnoringCase(prog_id, CapturaNumerica::kProgId))
     return std::make_shared<CapturaNumericaVentana>(escena_);
-  if (IgualSinCaso(prog_id, Principal::kProgId)) return std::make_shared<Principal>(escena_);
-  const std::string clase = Minusculas(prog_id);
+  if (EqualsIgnoringCase(prog_id, Principal::kProgId)) return std::make_shared<Principal>(escena_);
+  const std::string clase = ToLower(prog_id);
   const bool propia =
       clase.starts_with("zuviquery.") || clase.starts_with("zuvienviroment.") || clase.starts_with("adodb.");
   return propia ? sin_ventanas_.Crea(prog_id) : otras_.Crea(prog_id);

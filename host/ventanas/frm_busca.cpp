@@ -20,7 +20,7 @@ frmBusca::frmBusca(const Escena& escena, const Catalogo& catalogo, std::string f
       filtro_(std::move(filtro)),
       actual_(std::move(actual)) {
   SetCaption(std::string(catalogo.titulo));
-  DesignInside(Dip(560), Dip(420));
+  DesignClientSize(Dip(560), Dip(420));
   constexpr unsigned kAbajo = anchor::kLeft | anchor::kBottom, kEsquina = anchor::kRight | anchor::kBottom;
 
   Rotulo("&Buscar:", EnDips(12, 16, 56, 20));
@@ -52,9 +52,9 @@ void frmBusca::Busca(const std::string& preferida) {
   renglones.Clear();
   ListItem* elegido = nullptr;
   for (; !filas->Eof() && renglones.Count() < kMaximo; filas->MoveNext()) {
-    ListItem& renglon = renglones.Add("", TextoDe(filas->Campo(0)));
-    renglon.SetSubItems(1, TextoDe(filas->Campo(1)));
-    if (!elegido && IgualSinCaso(renglon.Text(), preferida)) elegido = &renglon;
+    ListItem& renglon = renglones.Add("", TextOrNothing(filas->Campo(0)));
+    renglon.SetSubItems(1, TextOrNothing(filas->Campo(1)));
+    if (!elegido && EqualsIgnoringCase(renglon.Text(), preferida)) elegido = &renglon;
   }
   if (!elegido && renglones.Count() > 0) elegido = &renglones(1);
   lv->Select(elegido);

@@ -15,7 +15,7 @@ frmCaptura::frmCaptura(const Escena& escena, const std::string& etiqueta, const 
   SetCaption("Captura numérica");
   SetSizable(false);
   constexpr std::int32_t kAncho = 2 * kMargen + 4 * kTecla + 3 * (kPaso - kTecla);
-  DesignInside(Dip(kAncho), Dip(kArriba + 4 * kPaso + 44));
+  DesignClientSize(Dip(kAncho), Dip(kArriba + 4 * kPaso + 44));
 
   // With room for larger letters: what it needed more would make the keys below it uneven.
   constexpr std::int32_t kRotulo = 88;
@@ -83,7 +83,7 @@ void frmCaptura::Acepta() {
     numero_ = NumeroEscrito(txtNumero->Text());
   } catch (const HostError& error) {
     ElAnfitrion().Mensaje(
-        Recorta(txtNumero->Text()).empty() ? "Escriba un número." : std::string(error.what()) + ".",
+        Trim(txtNumero->Text()).empty() ? "Escriba un número." : std::string(error.what()) + ".",
         EstiloMensaje::Error);
     txtNumero->SetFocus();
     return;

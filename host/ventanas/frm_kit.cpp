@@ -16,7 +16,7 @@ constexpr const char* kSinAlmacen = "No hay un almacén con ese número.";
 std::optional<std::int32_t> Entero(const std::string& texto) {
   try {
     const double numero = NumeroEscrito(texto);
-    if (const std::int32_t entero = RedondeaA32(numero); entero == numero) return entero;
+    if (const std::int32_t entero = RoundToInt32(numero); entero == numero) return entero;
   } catch (const HostError&) {
     // No number, or too large a one.
   }
@@ -30,7 +30,7 @@ frmKit::frmKit(const Escena& escena, Late& componente)
   SetCaption("Ensamblar y desensamblar kit");
   SetSizable(false);
   SetKeyPreview(true);
-  DesignInside(Dip(520), Dip(236));
+  DesignClientSize(Dip(520), Dip(236));
 
   const auto fila = [this](const char* nombre, const char* rotulo, const char* etiqueta, std::int32_t y,
                            std::int32_t ancho) {
@@ -76,7 +76,7 @@ frmKit::frmKit(const Escena& escena, Late& componente)
 void frmKit::Form_Load() {
   const auto parametros = Base().Consulta("SELECT Almacen FROM parametros WHERE estacion = " +
                                           Decimal(ElAnfitrion().TraeOpciones().estacion));
-  if (!parametros->Eof()) txtAlmacen->SetText(TextoDe(parametros->Campo(0)));
+  if (!parametros->Eof()) txtAlmacen->SetText(TextOrNothing(parametros->Campo(0)));
   txtCantidad->SetText("1");
 }
 
@@ -112,9 +112,9 @@ void frmKit::Ayuda() {
 
 void frmKit::DescribeArticulo() {
   BaseDatos& base = Base();
-  const std::string articulo = Literal(base.TraeMotor(), Recorta(txtArticulo->Text()));
+  const std::string articulo = Literal(base.GetEngine(), Trim(txtArticulo->Text()));
   const auto fila = base.Consulta("SELECT descrip, unidad FROM prods WHERE articulo = " + articulo);
-  lblArticulo->SetCaption(fila->Eof() ? "" : TextoDe(fila->Campo("descrip")));
+  lblArticulo->SetCaption(fila->Eof() ? "" : TextOrNothing(fila->Campo("descrip")));
   const auto almacen = Entero(txtAlmacen->Text());
   if (fila->Eof() || !almacen) {
     lblResultado->SetCaption("");
@@ -123,15 +123,15 @@ void frmKit::DescribeArticulo() {
   const auto existencia = base.Consulta("SELECT cantidad FROM existencias WHERE articulo = " + articulo +
                                         " AND almacen = " + Decimal(*almacen));
   lblResultado->SetCaption(
-      "Existencia en el almacén: " + TextoDeNumero(existencia->Eof() ? 0 : NumeroDe(existencia->Campo(0))) +
-      " " + TextoDe(fila->Campo("unidad")));
+      "Existencia en el almacén: " + NumberText(existencia->Eof() ? 0 : NumeroDe(existencia->Campo(0))) +
+      " " + TextOrNothing(fila->Campo("unidad")));
 }
 
 void frmKit::DescribeAlmacen() {
   const auto almacen = Entero(txtAlmacen->Text());
   const auto fila = Base().Consulta("SELECT nombre FROM almacen WHERE almacen = " +
                                     (almacen ? Decimal(*almacen) : std::string("NULL")));
-  lblAlmacen->SetCaption(fila->Eof() ? "" : TextoDe(fila->Campo(0)));
+  lblAlmacen->SetCaption(fila->Eof() ? "" : TextOrNothing(fila->Campo(0)));
 }
 
 void frmKit::Rechaza(TextBox& caja, const std::string& texto) {
@@ -141,8 +141,8 @@ void frmKit::Rechaza(TextBox& caja, const std::string& texto) {
 
 std::optional<frmKit::Entrada> frmKit::Lee() {
   BaseDatos& base = Base();
-  Entrada entrada{.articulo = std::string(Recorta(txtArticulo->Text()))};
-  const std::string clave = Literal(base.TraeMotor(), entrada.articulo);
+  Entrada entrada{.articulo = std::string(Trim(txtArticulo->Text()))};
+  const std::string clave = Literal(base.GetEngine(), entrada.articulo);
   if (base.Consulta("SELECT articulo FROM prods WHERE articulo = " + clave)->Eof())
     return Rechaza(*txtArticulo, kSinArticulo), std::nullopt;
   // What the workshop makes on the way has components too, without being sold as a kit.
@@ -156,7 +156,7 @@ std::optional<frmKit::Entrada> frmKit::Lee() {
     entrada.cantidad = NumeroEscrito(txtCantidad->Text());
   } catch (const HostError& error) {
     // A blank is told below, as a quantity that is none.
-    if (!Recorta(txtCantidad->Text()).empty())
+    if (!Trim(txtCantidad->Text()).empty())
       return Rechaza(*txtCantidad, std::string(error.what()) + "."), std::nullopt;
   }
   if (entrada.cantidad <= 0)
@@ -189,7 +189,7 @@ void frmKit::Corre(const Entrada& entrada, const char* hecho, const std::functio
   const int movimientos = ElAnfitrion().LoSucedido().movimientos - antes;
   lblResultado->SetCaption(movimientos == 0
                                ? "No se hizo nada: el proceso está vetado o falló. " + existencia
-                               : std::string(hecho) + ": " + TextoDeNumero(entrada.cantidad) + " de " +
+                               : std::string(hecho) + ": " + NumberText(entrada.cantidad) + " de " +
                                      entrada.articulo + ", " + std::to_string(movimientos) +
                                      " movimientos. " + existencia);
   txtArticulo->SetFocus();

@@ -112,9 +112,7 @@ void frmMaster::Haz(const Accion& accion) {
 
 void frmMaster::Dice(const std::string& texto) { lblEstado->SetCaption(texto); }
 
-std::int32_t frmMaster::Orden() const {
-  return lv->SelectedItem() ? AEntero32(lv->SelectedItem()->Text()) : 0;
-}
+std::int32_t frmMaster::Orden() const { return lv->SelectedItem() ? ToInt32(lv->SelectedItem()->Text()) : 0; }
 
 void frmMaster::Actualiza() { Timer1->SetInterval(30); }
 
@@ -123,25 +121,26 @@ void frmMaster::Lee() {
   const auto filas = ResumenDeOrdenes(Base());
   for (; !filas->Eof(); filas->MoveNext()) {
     Renglon r;
-    r.op = AEntero32(filas->Campo("op"));
+    r.op = ToInt32(filas->Campo("op"));
     const std::string estado = EstadoEnPalabras(*filas);
     r.pendiente = estado == "Pendiente";
     r.ocupada = NumeroDe(filas->Campo("ocupado")) != 0;
-    std::string almacen = TextoDe(filas->Campo("almacen"));
-    if (const std::string nombre = TextoDe(filas->Campo("nombre")); !nombre.empty()) almacen += " " + nombre;
-    std::string ocupante = TextoDe(filas->Campo("usuario"));
+    std::string almacen = TextOrNothing(filas->Campo("almacen"));
+    if (const std::string nombre = TextOrNothing(filas->Campo("nombre")); !nombre.empty())
+      almacen += " " + nombre;
+    std::string ocupante = TextOrNothing(filas->Campo("usuario"));
     if (ocupante.empty()) ocupante = "(sin nombre)";
     r.columnas = {estado,
                   DiaDe(filas->Campo("f_emision")),
                   DiaDe(filas->Campo("fechaEntrega")),
                   almacen,
-                  TextoDe(filas->Campo("partidas")),
-                  TextoDeNumero(NumeroDe(filas->Campo("cantidad"))),
-                  TextoDeNumero(NumeroDe(filas->Campo("terminado"))),
+                  TextOrNothing(filas->Campo("partidas")),
+                  NumberText(NumeroDe(filas->Campo("cantidad"))),
+                  NumberText(NumeroDe(filas->Campo("terminado"))),
                   TextoImporte(ACentavos(NumeroDe(filas->Campo("importe")))),
                   r.ocupada ? ocupante : std::string()};
     r.texto = Decimal(r.op);
-    for (const std::string& columna : r.columnas) r.texto += "\n" + Minusculas(columna);
+    for (const std::string& columna : r.columnas) r.texto += "\n" + ToLower(columna);
     renglones_.push_back(std::move(r));
   }
   // The newest orders are what one works on.
@@ -154,7 +153,7 @@ void frmMaster::Lee() {
 
 void frmMaster::Muestra() {
   const std::int32_t elegida = Orden();
-  const std::string busqueda = Minusculas(Recorta(txtBuscar->Text()));
+  const std::string busqueda = ToLower(Trim(txtBuscar->Text()));
   const bool solo_pendientes = chkPendientes->Value() == 1;
   ListItems& lista = lv->Items();
   lista.Clear();

@@ -79,7 +79,7 @@ void frmMaster::Cancela() {
   const std::int32_t op = Orden();
   const std::string orden = DeOrden(op).orden;
   // It asks by itself.
-  const bool cancelada = ABooleano(Componente().Call("CancelaOp", op));
+  const bool cancelada = ToBool(Componente().Call("CancelaOp", op));
   if (Closed()) return;
   Lee();
   Dice(!cancelada             ? DeOrden(op).no_cancelada + "."
@@ -91,13 +91,13 @@ void frmMaster::Libera() {
   const std::int32_t op = Orden();
   const std::string orden = DeOrden(op).orden;
   const auto ocupadas = OrdenesOcupadas(Base());
-  while (!ocupadas->Eof() && AEntero32(ocupadas->Campo("op")) != op) ocupadas->MoveNext();
+  while (!ocupadas->Eof() && ToInt32(ocupadas->Campo("op")) != op) ocupadas->MoveNext();
   if (ocupadas->Eof()) return Dice(DeOrden(op).no_ocupada + ".");
-  const std::string ocupante = TextoDe(ocupadas->Campo("usuario"));
+  const std::string ocupante = TextOrNothing(ocupadas->Campo("usuario"));
   const std::string pregunta = orden + " está marcada como ocupada.\nLa guardó por última vez " +
                                (ocupante.empty() ? std::string("alguien sin nombre") : ocupante) + ", el " +
                                DiaDe(ocupadas->Campo("usufecha")) + " a las " +
-                               TextoDe(ocupadas->Campo("usuhora")) +
+                               TextOrNothing(ocupadas->Campo("usuhora")) +
                                ".\n\nLibérela sólo si nadie la tiene abierta: si no, dos personas la "
                                "cambiarían a la vez.\n¿Liberarla?";
   if (!ElAnfitrion().Pregunta(pregunta)) return;

@@ -35,7 +35,7 @@ constexpr ColumnaDeLista kColumnas[] = {
 void frmMaster::CreaControles() {
   SetCaption("Zuvi: órdenes de producción");
   SetKeyPreview(true);
-  DesignInside(Dip(kAncho), Dip(kAlto));
+  DesignClientSize(Dip(kAncho), Dip(kAlto));
   constexpr unsigned kDerecha = anchor::kTop | anchor::kRight, kAbajo = anchor::kLeft | anchor::kBottom;
 
   Rotulo("&Buscar:", EnDips(kMargen, 16, 56, 20));

@@ -19,7 +19,7 @@ void VentanaHost::MuestraError(const std::string& descripcion) noexcept {
   try {
     escena_.anfitrion->Mensaje(descripcion, EstiloMensaje::Error);
   } catch (...) {
-    Screen().Avisa(descripcion);
+    Screen().ShowMessage(descripcion);
   }
 }
 

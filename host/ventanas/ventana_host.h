@@ -50,7 +50,7 @@ class VentanaHost : public Form {
       body();
       return true;
     } catch (...) {
-      MuestraError(DescripcionActual());
+      MuestraError(CurrentDescription());
       return false;
     }
   }

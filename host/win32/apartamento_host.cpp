@@ -9,7 +9,7 @@
 
 namespace zuvi::host {
 
-ApartamentoHost::ApartamentoHost(ComModule& dll, ClaseRecordset::Crea nuevo,
+ApartamentoHost::ApartamentoHost(ComServer& dll, ClaseRecordset::Crea nuevo,
                                  std::function<void()> al_terminar)
     : servidor_(dll.Source(), dll.Instance(), dll.TypeLibraries()),
       escritorio_(dll.Instance()),

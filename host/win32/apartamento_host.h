@@ -19,7 +19,7 @@ class ApartamentoHost {
  public:
   /// `dll` counts what is published. `nuevo` answers for the class of record sets, `al_terminar` is told when
   /// COM ends the apartment.
-  ApartamentoHost(ComModule& dll, ClaseRecordset::Crea nuevo, std::function<void()> al_terminar);
+  ApartamentoHost(ComServer& dll, ClaseRecordset::Crea nuevo, std::function<void()> al_terminar);
   ApartamentoHost(const ApartamentoHost&) = delete;
   ApartamentoHost& operator=(const ApartamentoHost&) = delete;
 
@@ -34,7 +34,7 @@ class ApartamentoHost {
   /// Makes the objects of the host, which starts when it is first needed.
   FabricaVentanas& Fabrica();
 
-  ComModule servidor_;  // what its own objects are counted in
+  ComServer servidor_;  // what its own objects are counted in
   Win32Desktop escritorio_;
   ProgIdFactory otras_;  // the component
   std::shared_ptr<Anfitrion> anfitrion_;

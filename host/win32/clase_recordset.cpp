@@ -22,7 +22,7 @@ struct ClaseRecordset::Centinela {
   std::function<void()> avisa;
 };
 
-ClaseRecordset::ClaseRecordset(ComModule& servidor, Crea crea, std::function<void()> al_terminar)
+ClaseRecordset::ClaseRecordset(ComServer& servidor, Crea crea, std::function<void()> al_terminar)
     : servidor_(servidor), crea_(std::move(crea)), al_terminar_(std::move(al_terminar)) {}
 
 void ClaseRecordset::Publica() noexcept {

@@ -16,7 +16,7 @@ class ClaseRecordset {
   /// `crea` answers for the class: see `IClassFactory::CreateInstance`. `al_terminar` runs when COM takes the
   /// publication down with the apartment, on its thread.
   using Crea = std::function<HRESULT(IUnknown* exterior, REFIID iid, void** salida)>;
-  ClaseRecordset(ComModule& servidor, Crea crea, std::function<void()> al_terminar);
+  ClaseRecordset(ComServer& servidor, Crea crea, std::function<void()> al_terminar);
   ClaseRecordset(const ClaseRecordset&) = delete;
   ClaseRecordset& operator=(const ClaseRecordset&) = delete;
   ~ClaseRecordset() { Retira(); }
@@ -31,7 +31,7 @@ class ClaseRecordset {
  private:
   struct Centinela;
 
-  ComModule& servidor_;
+  ComServer& servidor_;
   Crea crea_;
   std::function<void()> al_terminar_;
   DWORD registro_ = 0;

@@ -71,7 +71,7 @@ constexpr Lenguaje kLenguajes[] = {
 
 const Lenguaje& LenguajeDe(const std::string& archivo) {
   const auto punto = archivo.find_last_of('.');
-  const std::string extension = punto == std::string::npos ? "" : Minusculas(archivo.substr(punto));
+  const std::string extension = punto == std::string::npos ? "" : ToLower(archivo.substr(punto));
   for (const Lenguaje& lenguaje : kLenguajes)
     if (lenguaje.extension == extension) return lenguaje;
   throw HostError("Un guion termina en .vbs o .js: " + archivo);
@@ -187,7 +187,7 @@ void AtiendeMensajes(unsigned milisegundos) {
   }
 }
 
-ResultadoGuion EjecutaGuion(ComModule& servidor, SalidaPrograma& salida, const std::wstring& archivo,
+ResultadoGuion EjecutaGuion(ComServer& servidor, SalidaPrograma& salida, const std::wstring& archivo,
                             const std::vector<std::string>& argumentos) {
   const std::wstring texto = LeeTexto(archivo);
   const std::string nombre = Narrow(archivo);

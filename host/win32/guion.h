@@ -19,7 +19,7 @@ struct ResultadoGuion {
 /// apartment. The script finds `Ambiente` (the working environment) and `WScript` (Echo, Sleep that pumps
 /// messages, Quit, Arguments, CreateObject, ScriptFullName). What it writes goes to `salida`. Throws
 /// HostError when the file or its engine cannot be had.
-ResultadoGuion EjecutaGuion(ComModule& servidor, SalidaPrograma& salida, const std::wstring& archivo,
+ResultadoGuion EjecutaGuion(ComServer& servidor, SalidaPrograma& salida, const std::wstring& archivo,
                             const std::vector<std::string>& argumentos);
 
 /// Handles pending messages for so many milliseconds.

@@ -40,7 +40,7 @@ std::string ArchivoPropio() {
 }  // namespace
 
 Impresion ImpresionDeWindows() {
-  const std::string impresion = Minusculas(Variable(L"ZUVI_IMPRIME"));
+  const std::string impresion = ToLower(Variable(L"ZUVI_IMPRIME"));
   return impresion == "no" ? Impresion::No : impresion == "imprime" ? Impresion::Imprime : Impresion::Abre;
 }
 
@@ -67,7 +67,7 @@ std::string RutaDeWindows(const std::string& archivo) {
   const bool desde_raiz = archivo.starts_with('/') && !archivo.starts_with("//");
   const UniqueHandle<wchar_t*, &LiberaDelMonton> ruta(convierte && desde_raiz ? convierte(archivo.c_str())
                                                                               : nullptr);
-  return ruta ? Utf8De(ruta.get()) : archivo;
+  return ruta ? Narrow(ruta.get()) : archivo;
 }
 
 }  // namespace
@@ -100,7 +100,7 @@ Opciones OpcionesDeWindows() {
   if (opciones.usuario.empty()) {
     wchar_t usuario[UNLEN + 1] = L"";
     DWORD largo = UNLEN + 1;
-    if (GetUserNameW(usuario, &largo)) opciones.usuario = Utf8De(usuario);
+    if (GetUserNameW(usuario, &largo)) opciones.usuario = Narrow(usuario);
   }
   return opciones;
 }

@@ -76,14 +76,14 @@ const std::array kDeRutina{
 };
 
 const Miembro* MiembroDe(const wchar_t* nombre) {
-  const std::string texto = Utf8De(nombre);
+  const std::string texto = Narrow(nombre);
   const auto hallado =
-      std::ranges::find_if(kMiembros, [&](const Miembro& m) { return IgualSinCaso(m.nombre, texto); });
+      std::ranges::find_if(kMiembros, [&](const Miembro& m) { return EqualsIgnoringCase(m.nombre, texto); });
   return hallado == kMiembros.end() ? nullptr : &*hallado;
 }
 
 /// The member of a record set of ours; null for ADO's others.
-const Member* MiembroPropio(const RecordsetMemoria& propio, DISPID id) {
+const Member* MiembroPropio(const MemoryRecordset& propio, DISPID id) {
   const auto hallado = std::ranges::find(kMiembros, id, &Miembro::id);
   return hallado == kMiembros.end() ? nullptr : propio.Members()->ByName(hallado->nombre);
 }
@@ -176,7 +176,7 @@ STDMETHODIMP RecordsetIndeciso::GetIDsOfNames(REFIID iid, LPOLESTR* nombres, UIN
     }
     if (!miembro) return DISP_E_UNKNOWNNAME;
     ids[0] = miembro->id;
-    return IdsOfParameters(MiembroPropio(RecordsetMemoria(), miembro->id), nombres, cuantos, ids);
+    return IdsOfParameters(MiembroPropio(MemoryRecordset(), miembro->id), nombres, cuantos, ids);
   } catch (...) {
     return CurrentError().code;
   }
@@ -199,7 +199,7 @@ STDMETHODIMP RecordsetIndeciso::Invoke(DISPID miembro, REFIID iid, LCID region, 
         return S_OK;
       case Quien::Propio: {
         HazPropio();
-        const std::shared_ptr<RecordsetMemoria> abierto = propio_;
+        const std::shared_ptr<MemoryRecordset> abierto = propio_;
         const Member* const propio = MiembroPropio(*abierto, miembro);
         if (!propio) return DISP_E_MEMBERNOTFOUND;
         const HRESULT hecho =
@@ -239,7 +239,7 @@ bool RecordsetIndeciso::EsNuestra(const VARIANT& conexion) const {
   IUnknown* const objeto = ObjetoEn(conexion);
   if (!objeto) return false;
   const auto por_nombre = ComPtr<IUnknown>(objeto).As<IDispatch>(IID_IDispatch);
-  return std::dynamic_pointer_cast<BaseDatos>(ObjectDe(por_nombre.get(), servidor_)) != nullptr;
+  return std::dynamic_pointer_cast<BaseDatos>(ObjectOf(por_nombre.get(), servidor_)) != nullptr;
 }
 
 bool RecordsetIndeciso::AbiertoEnElSistema() const {
@@ -286,7 +286,7 @@ bool RecordsetIndeciso::Lee(const Llamada& llamada, VARIANT* resultado) const {
 
 void RecordsetIndeciso::HazPropio() {
   if (propio_) return;
-  propio_ = std::make_shared<RecordsetMemoria>();
+  propio_ = std::make_shared<MemoryRecordset>();
   al_dia_ = false;  // what is set from now on the system's object does not see
   if (puesto_.cursor) propio_->PonCursorType(*puesto_.cursor);
   if (puesto_.bloqueo) propio_->PonLockType(*puesto_.bloqueo);

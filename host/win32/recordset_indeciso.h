@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "automation/handles.h"
-#include "host/odbc/recordset_memoria.h"
+#include "host/odbc/memory_recordset.h"
 #include "host/win32/clase_recordset.h"
 
 namespace zuvi::host {
@@ -18,7 +18,7 @@ namespace zuvi::host {
 class RecordsetIndeciso final : public Counted<IDispatch> {
  public:
   /// `clase` must outlive it.
-  RecordsetIndeciso(ComModule& servidor, ClaseRecordset& clase)
+  RecordsetIndeciso(ComServer& servidor, ClaseRecordset& clase)
       : servidor_(servidor), retiene_(servidor, HoldKind::Object), clase_(clase) {}
 
   STDMETHODIMP QueryInterface(REFIID iid, void** salida) noexcept override;
@@ -56,14 +56,14 @@ class RecordsetIndeciso final : public Counted<IDispatch> {
   HRESULT PideSistema(EXCEPINFO* excepcion);
   HRESULT PonEnSistema(IDispatch* sistema, EXCEPINFO* excepcion) const;
 
-  ComModule& servidor_;
+  ComServer& servidor_;
   ServerHold retiene_;
   ClaseRecordset& clase_;
   Puesto puesto_;
-  std::shared_ptr<RecordsetMemoria> propio_;  // while it is ours
-  ComPtr<IDispatch> sistema_;                 // once it was needed
-  bool al_dia_ = false;                       // the system's object has what was set
-  bool entregado_ = false;                    // somebody talks to the system's object itself
+  std::shared_ptr<MemoryRecordset> propio_;  // while it is ours
+  ComPtr<IDispatch> sistema_;                // once it was needed
+  bool al_dia_ = false;                      // the system's object has what was set
+  bool entregado_ = false;                   // somebody talks to the system's object itself
 };
 
 }  // namespace zuvi::host

@@ -34,7 +34,7 @@ class ServidorHost {
  public:
   explicit ServidorHost(HINSTANCE instancia) : servidor_("ZuviHost", instancia, 2) {}
 
-  ComModule& Automatizacion() { return servidor_; }
+  ComServer& Automatizacion() { return servidor_; }
   /// A new object of a class, published, of the calling thread's apartment.
   ComPtr<IUnknown> Crea(const ClaseHost& clase);
   /// Lets go of the calling apartment's host unless it is in use: its connection is closed, and the next
@@ -46,7 +46,7 @@ class ServidorHost {
   /// Takes the calling apartment's host out unless it is in use; null when there is none to be let go.
   std::shared_ptr<ApartamentoHost> Saca();
 
-  ComModule servidor_;  // class factories are counted here; objects by their apartment
+  ComServer servidor_;  // class factories are counted here; objects by their apartment
   std::mutex candado_;  // of the map alone: nobody is called under it
   std::map<ThreadIdentity, std::shared_ptr<ApartamentoHost>> apartamentos_;
 };

@@ -38,7 +38,7 @@ void WScript::Echo(const Value& a, const Value& b, const Value& c, const Value& 
   for (const Value* valor : {&a, &b, &c, &d}) {
     if (valor->IsEmpty()) continue;
     if (!linea.empty()) linea += ' ';
-    linea += valor->IsNull() ? std::string("Null") : ATexto(*valor);
+    linea += valor->IsNull() ? std::string("Null") : ToText(*valor);
   }
   salida_.Escribe(linea);
 }
@@ -58,13 +58,13 @@ ComPtr<IDispatch> CreaPorNombre(const std::string& prog_id) {
   ComPtr<IDispatch> objeto;
   const HRESULT codigo = CreateByProgId(prog_id, CLSCTX_ALL, IID_IDispatch, objeto.put_void(), clase);
   if (FAILED(codigo))
-    throw HostError(DescripcionDe(ErrorNumber::CannotCreateObject) + ": " + prog_id,
+    throw HostError(DescriptionOf(ErrorNumber::CannotCreateObject) + ": " + prog_id,
                     ErrorNumber::CannotCreateObject, static_cast<std::int32_t>(codigo));
   return objeto;
 }
 
 ObjectPtr WScript::CreateObject(const std::string& prog_id) {
-  return ObjectDe(CreaPorNombre(prog_id).get(), servidor_);
+  return ObjectOf(CreaPorNombre(prog_id).get(), servidor_);
 }
 
 ObjectPtr WScript::Arguments() { return std::make_shared<ArgumentosGuion>(argumentos_); }

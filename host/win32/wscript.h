@@ -13,7 +13,7 @@ namespace zuvi::host {
 /// pumps.
 class WScript final : public Object {
  public:
-  WScript(ComModule& servidor, SalidaPrograma& salida, std::string archivo,
+  WScript(ComServer& servidor, SalidaPrograma& salida, std::string archivo,
           std::vector<std::string> argumentos)
       : servidor_(servidor),
         salida_(salida),
@@ -34,7 +34,7 @@ class WScript final : public Object {
   const MemberTable* Members() const override;
 
  private:
-  ComModule& servidor_;
+  ComServer& servidor_;
   SalidaPrograma& salida_;
   std::string archivo_;
   std::vector<std::string> argumentos_;

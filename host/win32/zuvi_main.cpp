@@ -36,20 +36,20 @@ struct Departamento {
 
 /// Opens the main window and serves this thread's windows until that one is closed. It asks its windows to
 /// close with it.
-int AbrePrincipal(zuvi::ComModule& servidor) {
-  const auto principal = zuvi::ObjectDe(zuvi::host::CreaPorNombre("ZuviQuery.Principal").get(), servidor);
+int AbrePrincipal(zuvi::ComServer& servidor) {
+  const auto principal = zuvi::ObjectOf(zuvi::host::CreaPorNombre("ZuviQuery.Principal").get(), servidor);
   principal->Call("Abre");
   MSG mensaje;
-  while (zuvi::ABooleano(principal->Call("Abierta")) && GetMessageW(&mensaje, nullptr, 0, 0) > 0) {
+  while (zuvi::ToBool(principal->Call("Abierta")) && GetMessageW(&mensaje, nullptr, 0, 0) > 0) {
     TranslateMessage(&mensaje);
     DispatchMessageW(&mensaje);
   }
   return 0;
 }
 
-int CorreGuion(zuvi::ComModule& servidor, zuvi::host::SalidaPrograma& salida, int argc, wchar_t** argv) {
+int CorreGuion(zuvi::ComServer& servidor, zuvi::host::SalidaPrograma& salida, int argc, wchar_t** argv) {
   std::vector<std::string> argumentos;
-  for (int i = 2; i < argc; ++i) argumentos.push_back(zuvi::Utf8De(argv[i]));
+  for (int i = 2; i < argc; ++i) argumentos.push_back(zuvi::Narrow(argv[i]));
   const zuvi::host::ResultadoGuion resultado =
       zuvi::host::EjecutaGuion(servidor, salida, zuvi::host::RutaCompleta(argv[1]), argumentos);
   if (!resultado.error.empty()) salida.EscribeError(resultado.error);
@@ -71,10 +71,10 @@ int wmain(int argc, wchar_t** argv) {
   }
   const Departamento departamento;
   try {
-    zuvi::ComModule servidor("Zuvi", GetModuleHandleW(nullptr), 0);
+    zuvi::ComServer servidor("Zuvi", GetModuleHandleW(nullptr), 0);
     return con_ventana ? AbrePrincipal(servidor) : CorreGuion(servidor, *salida, argc, argv);
   } catch (...) {
-    const std::string error = zuvi::DescripcionActual();
+    const std::string error = zuvi::CurrentDescription();
     if (con_ventana) {
       if (salida.emplace().HayErrores()) salida->EscribeError("Zuvi: " + error);
       zuvi::host::MuestraCaja(error, MB_ICONERROR);

@@ -21,7 +21,7 @@ class Cuenta final : public Object {
   std::string Une(const std::string& a, bool con_b, const ObjectPtr& b) const {
     return a + (con_b ? "+" : "-") + (b ? "objeto" : "nada");
   }
-  void PonElemento(std::int32_t i, const Value& v) { saldo_ = i + ANumero(v); }
+  void PonElemento(std::int32_t i, const Value& v) { saldo_ = i + ToNumber(v); }
   const MemberTable* Members() const override {
     static const MemberTable table =
         MemberTable::Of<Cuenta>()
@@ -55,7 +55,7 @@ TEST_F(Miembros, PropertiesAreFoundInAnyCaseAndConvertTheirValue) {
   EXPECT_EQ(std::make_shared<Object>()->Find("Saldo"), std::nullopt);
   cuenta->Put("saldo", "2.5");
   EXPECT_EQ(cuenta->Call("Saldo"), Value(2.5));
-  EXPECT_EQ(ATexto(Value(cuenta)), "2.5");
+  EXPECT_EQ(ToText(Value(cuenta)), "2.5");
   EXPECT_EQ(Llama("Elemento", {"3"}), Value(30));
   std::vector<Value> escrito{3, "4"};
   cuenta->Write(*cuenta->Find("Elemento"), escrito);

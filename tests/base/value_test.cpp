@@ -4,7 +4,7 @@
 
 #include <limits>
 
-#include "base/fecha.h"
+#include "base/date.h"
 #include "base/members.h"
 #include "base/stack.h"
 #include "base/text.h"
@@ -36,44 +36,44 @@ TEST(Redondeo, GoesToTheEvenNeighbourAndStopsAtTheEdges) {
                                                    {2.4999999999, 2},
                                                    {2147483647.49, 2147483647},
                                                    {-2147483648.5, INT32_MIN}};
-  for (const auto& [number, expected] : cases) EXPECT_EQ(RedondeaA32(number), expected) << number;
+  for (const auto& [number, expected] : cases) EXPECT_EQ(RoundToInt32(number), expected) << number;
   for (const double number : {2147483647.5, -2147483649.0, kInf, -kInf, kNaN})
-    EsperaError(ErrorNumber::Overflow, [&] { RedondeaA32(number); });
-  EXPECT_EQ(RedondeaA16(32767.4), 32767);
-  EXPECT_EQ(RedondeaA16(-32768.5), INT16_MIN);
+    EsperaError(ErrorNumber::Overflow, [&] { RoundToInt32(number); });
+  EXPECT_EQ(RoundToInt16(32767.4), 32767);
+  EXPECT_EQ(RoundToInt16(-32768.5), INT16_MIN);
   for (const double number : {32767.5, -32769.0, kNaN})
-    EsperaError(ErrorNumber::Overflow, [&] { RedondeaA16(number); });
+    EsperaError(ErrorNumber::Overflow, [&] { RoundToInt16(number); });
 }
 
-TEST(NumeroDeTexto, TakesADecimalPointUnderEveryLocaleAndNothingElse) {
+TEST(ParseNumber, TakesADecimalPointUnderEveryLocaleAndNothingElse) {
   const std::pair<std::string_view, double> good[] = {
       {"  12  ", 12},     {"+3.5", 3.5},  {"-.5", -0.5},
       {"1.", 1},          {"1E-2", 0.01}, {"2147483648", 2147483648.0},
       {"5e-324", 5e-324}, {"-1e-400", 0}, {"1.7976931348623157e308", 1.7976931348623157e308}};
-  for (const auto& [text, expected] : good) EXPECT_EQ(NumeroDeTexto(text), expected) << text;
+  for (const auto& [text, expected] : good) EXPECT_EQ(ParseNumber(text), expected) << text;
   for (const std::string_view text :
        {"", " ", "abc", "1,5", "1 5", "0x10", "1e", "--1", "+-1", "+", "1.5.2", "inf", "nan", "5\n", "٣"}) {
     SCOPED_TRACE(text);
-    EsperaError(ErrorNumber::TypeMismatch, [&] { NumeroDeTexto(text); });
+    EsperaError(ErrorNumber::TypeMismatch, [&] { ParseNumber(text); });
   }
-  EsperaError(ErrorNumber::TypeMismatch, [] { NumeroDeTexto(std::string_view("1\0", 2)); });
+  EsperaError(ErrorNumber::TypeMismatch, [] { ParseNumber(std::string_view("1\0", 2)); });
   for (const std::string_view text : {"1e309", "-1e400"})
-    EsperaError(ErrorNumber::Overflow, [&] { NumeroDeTexto(text); });
+    EsperaError(ErrorNumber::Overflow, [&] { ParseNumber(text); });
 }
 
-TEST(TextoDeNumero, HasFifteenDigitsAndAPoint) {
+TEST(NumberText, HasFifteenDigitsAndAPoint) {
   const std::pair<double, const char*> cases[] = {
       {-0.0, "0"},         {-2.5, "-2.5"},  {0.1 + 0.2, "0.3"},     {1.0 / 3, "0.333333333333333"},
       {0.000001, "1E-06"}, {1e15, "1E+15"}, {1.000001, "1.000001"}, {123456789012345, "123456789012345"},
       {kInf, "Inf"},       {kNaN, "NaN"}};
-  for (const auto& [number, expected] : cases) EXPECT_EQ(TextoDeNumero(number), expected);
+  for (const auto& [number, expected] : cases) EXPECT_EQ(NumberText(number), expected);
   // What is written can be read again.
   for (const double number : {0.1, -2.5e-9, 1e22, 5e-324})
-    EXPECT_NEAR(NumeroDeTexto(TextoDeNumero(number)) / number, 1, 1e-14) << number;
+    EXPECT_NEAR(ParseNumber(NumberText(number)) / number, 1, 1e-14) << number;
   EXPECT_EQ(Decimal(INT32_MIN), "-2147483648");
 }
 
-TEST(TextoDeNumero, AmountsHaveThousandsAndTwoDecimals) {
+TEST(NumberText, AmountsHaveThousandsAndTwoDecimals) {
   const std::pair<double, const char*> cases[] = {{0, "0.00"},
                                                   {-0.004, "0.00"},
                                                   {0.005, "0.01"},
@@ -85,7 +85,7 @@ TEST(TextoDeNumero, AmountsHaveThousandsAndTwoDecimals) {
                                                   {1e-300, "0.00"},
                                                   {1e18, "1,000,000,000,000,000,000.00"},
                                                   {kInf, "Inf"}};
-  for (const auto& [number, expected] : cases) EXPECT_EQ(TextoConMiles(number), expected);
+  for (const auto& [number, expected] : cases) EXPECT_EQ(GroupedAmount(number), expected);
 }
 
 TEST(Conversiones, FollowTheRulesOfAutomation) {
@@ -103,20 +103,20 @@ TEST(Conversiones, FollowTheRulesOfAutomation) {
                     {false, 0, false, "False"},
                     {"12", 12, true, "12"},
                     {"0", 0, false, "0"},
-                    {Fecha::DesdeSerie(45931), 45931, true, "2025-10-01"},
+                    {Date::FromSerial(45931), 45931, true, "2025-10-01"},
                     {caja(3), 3, true, "3"}};
   for (const auto& c : good) {
     SCOPED_TRACE(c.text);
-    EXPECT_EQ(ANumero(c.value), c.number);
-    EXPECT_EQ(ABooleano(c.value), c.boolean);
-    EXPECT_EQ(ATexto(c.value), c.text);
-    EXPECT_EQ(AEntero32(c.value), RedondeaA32(c.number));
+    EXPECT_EQ(ToNumber(c.value), c.number);
+    EXPECT_EQ(ToBool(c.value), c.boolean);
+    EXPECT_EQ(ToText(c.value), c.text);
+    EXPECT_EQ(ToInt32(c.value), RoundToInt32(c.number));
   }
-  EXPECT_EQ(AEntero16("3.5"), 4);
-  EXPECT_TRUE(ABooleano("tRUE"));
-  EXPECT_FALSE(ABooleano("FALSE"));
-  EXPECT_EQ(AFecha("2025-10-01"), Fecha::DesdeSerie(45931));
-  EXPECT_EQ(AFecha(45931), Fecha::DesdeSerie(45931));
+  EXPECT_EQ(ToInt16("3.5"), 4);
+  EXPECT_TRUE(ToBool("tRUE"));
+  EXPECT_FALSE(ToBool("FALSE"));
+  EXPECT_EQ(ToDate("2025-10-01"), Date::FromSerial(45931));
+  EXPECT_EQ(ToDate(45931), Date::FromSerial(45931));
 
   struct {
     const char* name;
@@ -130,17 +130,17 @@ TEST(Conversiones, FollowTheRulesOfAutomation) {
                    {"nothing", ObjectPtr(), ErrorNumber::ObjectNotSet}};
   for (const auto& c : bad) {
     SCOPED_TRACE(c.name);
-    EsperaError(c.number, [&] { ANumero(c.value); });
-    EsperaError(c.number, [&] { AEntero16(c.value); });
-    EsperaError(c.number, [&] { ABooleano(c.value); });
-    EsperaError(c.number, [&] { AFecha(c.value); });
-    if (c.value != Value("abc")) EsperaError(c.number, [&] { ATexto(c.value); });
+    EsperaError(c.number, [&] { ToNumber(c.value); });
+    EsperaError(c.number, [&] { ToInt16(c.value); });
+    EsperaError(c.number, [&] { ToBool(c.value); });
+    EsperaError(c.number, [&] { ToDate(c.value); });
+    if (c.value != Value("abc")) EsperaError(c.number, [&] { ToText(c.value); });
   }
-  EsperaError(ErrorNumber::Overflow, [] { AEntero16(40000); });
+  EsperaError(ErrorNumber::Overflow, [] { ToInt16(40000); });
   // An object is a reference or nothing; as an argument that is left out it is nothing too.
-  EXPECT_EQ(AObjeto(ObjectPtr()), nullptr);
+  EXPECT_EQ(ToObject(ObjectPtr()), nullptr);
   for (const Value& value : {Value(), Value(Null{}), Value(0), Value("")})
-    EsperaError(ErrorNumber::TypeMismatch, [&] { AObjeto(value); });
+    EsperaError(ErrorNumber::TypeMismatch, [&] { ToObject(value); });
   EXPECT_EQ(Conversion<ObjectPtr>::From(Value()), nullptr);
 }
 
@@ -153,31 +153,31 @@ TEST(Fechas, SeriesAndCalendarAgreeInBothDirections) {
                                                   {2958465, "9999-12-31"},
                                                   {-657434.5, "0100-01-01 12:00:00"}};
   for (const auto& [serie, texto] : cases) {
-    EXPECT_EQ(Fecha::DesdeSerie(serie).Texto(), texto);
-    EXPECT_EQ(Fecha::DesdeTexto(texto).Serie(), serie) << texto;
+    EXPECT_EQ(Date::FromSerial(serie).Texto(), texto);
+    EXPECT_EQ(Date::FromText(texto).Serial(), serie) << texto;
   }
-  EXPECT_EQ(Fecha::DesdeTexto("2024-02-29T23:59").Texto(), "2024-02-29 23:59:00");
-  EXPECT_EQ(Fecha::DesdeTexto("2024-02-29 23:59:58.75").Texto(), "2024-02-29 23:59:58");
-  EXPECT_EQ(Fecha::DesdeSerie(-1.25).SoloDia(), Fecha::DesdeSerie(-1));
+  EXPECT_EQ(Date::FromText("2024-02-29T23:59").Texto(), "2024-02-29 23:59:00");
+  EXPECT_EQ(Date::FromText("2024-02-29 23:59:58.75").Texto(), "2024-02-29 23:59:58");
+  EXPECT_EQ(Date::FromSerial(-1.25).DayOnly(), Date::FromSerial(-1));
   // Seconds are rounded and may reach the next day, which the last one does not have.
-  EXPECT_EQ(Fecha::DesdeSerie(1.9999999).Formatea("dd hh:mm:ss"), "01 00:00:00");
-  EXPECT_EQ(Fecha::DesdeSerie(-1.9999999).Formatea("dd hh:mm:ss"), "30 00:00:00");
-  EXPECT_EQ(Fecha::DesdeSerie(2958465.9999999).Texto(), "9999-12-31 23:59:59");
-  EXPECT_EQ(Fecha::DesdeTexto("2025-03-04 15:06:07").Formatea("día d, 'dd/MM/yyyy' hh:mm:ss y %s"),
+  EXPECT_EQ(Date::FromSerial(1.9999999).Formatea("dd hh:mm:ss"), "01 00:00:00");
+  EXPECT_EQ(Date::FromSerial(-1.9999999).Formatea("dd hh:mm:ss"), "30 00:00:00");
+  EXPECT_EQ(Date::FromSerial(2958465.9999999).Texto(), "9999-12-31 23:59:59");
+  EXPECT_EQ(Date::FromText("2025-03-04 15:06:07").Formatea("día d, 'dd/MM/yyyy' hh:mm:ss y %s"),
             "día d, '04/03/2025' 15:06:07 y %s");
 }
 
 TEST(Fechas, WhatIsNoDateIsRefused) {
   for (const double serie : {2958466.0, -657435.0, kNaN})
-    EXPECT_THROW(Fecha::DesdeSerie(serie), HostError) << serie;
+    EXPECT_THROW(Date::FromSerial(serie), HostError) << serie;
   for (const char* texto :
        {"", "2023-02-29", "2024-13-01", "20240101ab", "-024-01-01", "0099-12-31", "2024-01-01 24:00",
         "2024-01-01 10:60", "2024-01-01 10", "2024-01-01 10:0", "2024-01-01 10:00:5", "2024-01-01x10:00",
         "2024-01-01 10:00:00.", "2024-01-01 10:00:00.x", "2024-01-01 10:00Z"})
-    EXPECT_THROW(Fecha::DesdeTexto(texto), HostError) << texto;
+    EXPECT_THROW(Date::FromText(texto), HostError) << texto;
   // Of a month or a day the calendar's own types keep but a byte.
-  for (const FechaCivil& c : {FechaCivil{2024, 257, 1}, {2024, 1, 257}, {67560, 1, 1}, {2024, 1, 1, -1}})
-    EXPECT_THROW(Fecha::DesdeCivil(c), HostError) << c.anio << "-" << c.mes << "-" << c.dia;
+  for (const CivilDate& c : {CivilDate{2024, 257, 1}, {2024, 1, 257}, {67560, 1, 1}, {2024, 1, 1, -1}})
+    EXPECT_THROW(Date::FromCivil(c), HostError) << c.anio << "-" << c.mes << "-" << c.dia;
 }
 
 TEST(Dates, MonthsEndWhereTheyEnd) {
@@ -191,12 +191,12 @@ TEST(Dates, MonthsEndWhereTheyEnd) {
       {"2023-12-15", 1, "2024-01-15", "2024-01-31"},   {"1900-02-28", -2, "1899-12-28", "1899-12-31"},
       {"2000-02-29", -12, "1999-02-28", "1999-02-28"}, {"2024-04-30", 13, "2025-05-30", "2025-05-31"}};
   for (const auto& c : cases) {
-    const Fecha moved = Fecha::DesdeTexto(c.from).MasMeses(c.months);
+    const Date moved = Date::FromText(c.from).PlusMonths(c.months);
     EXPECT_EQ(moved.Texto(), c.to) << c.from;
-    EXPECT_EQ(moved.FinDeMes().Texto(), c.end) << c.from;
+    EXPECT_EQ(moved.EndOfMonth().Texto(), c.end) << c.from;
   }
-  EXPECT_THROW(Fecha::DesdeTexto("9999-12-31").MasMeses(1), HostError);
-  EXPECT_THROW(Fecha::DesdeTexto("0100-01-01").MasDias(-1), HostError);
+  EXPECT_THROW(Date::FromText("9999-12-31").PlusMonths(1), HostError);
+  EXPECT_THROW(Date::FromText("0100-01-01").PlusDays(-1), HostError);
 }
 
 TEST(Utf, WhatIsValidGoesBothWays) {
@@ -227,12 +227,12 @@ TEST(Utf, WhatIsBrokenBecomesReplacementAndSparesTheRest) {
 }
 
 TEST(Textos, OnlyBlanksAreTrimmedAndOnlyAsciiFolds) {
-  EXPECT_EQ(Recorta("   "), "");
-  EXPECT_EQ(Recorta("\ta\n"), "\ta\n");
-  EXPECT_EQ(Minusculas("AZ@[Ñ"), "az@[Ñ");
-  EXPECT_FALSE(IgualSinCaso("Ñ", "ñ"));
-  EXPECT_FALSE(IgualSinCaso("a", "a "));
-  EXPECT_FALSE(IgualSinCaso("@", "`"));
+  EXPECT_EQ(Trim("   "), "");
+  EXPECT_EQ(Trim("\ta\n"), "\ta\n");
+  EXPECT_EQ(ToLower("AZ@[Ñ"), "az@[Ñ");
+  EXPECT_FALSE(EqualsIgnoringCase("Ñ", "ñ"));
+  EXPECT_FALSE(EqualsIgnoringCase("a", "a "));
+  EXPECT_FALSE(EqualsIgnoringCase("@", "`"));
 }
 
 TEST(Pila, RecursionStopsAtAShareOfWhateverStackThereIs) {

@@ -117,9 +117,9 @@ class Falso final : public IDispatchEx {
   ~Falso() { --vivos; }
   /// The type library's id where there is one, else every name is a member.
   HRESULT Find(wchar_t* name, DISPID* id) {
-    *id = static_cast<DISPID>(std::hash<std::string>{}(Utf8De(name)) & 0x7FFFFFF) + 1;
+    *id = static_cast<DISPID>(std::hash<std::string>{}(Narrow(name)) & 0x7FFFFFF) + 1;
     if (const HRESULT code = info_ ? info_->GetIDsOfNames(&name, 1, id) : S_OK; FAILED(code)) return code;
-    nombres_[*id] = Utf8De(name);
+    nombres_[*id] = Narrow(name);
     return S_OK;
   }
 
@@ -144,8 +144,8 @@ Tienda::Tienda(Estilo estilo) : estilo_(estilo) {
                                       &__uuidof(::_VentanaProgreso), &__uuidof(::_DocumentoInventario)};
   for (std::size_t clase = 0; clase < std::size(kClases); ++clase) {
     const auto factory = ComPtr<IClassFactory>::Adopt(new ClassFactory(modulo_, [this, clase] {
-      const Value nuevo = Objeto(pruebas::FabricaMemoria(mundo).Crea(Utf8De(kClases[clase])), kTipos[clase]);
-      return Publish(AObjeto(nuevo), modulo_).As<IUnknown>(IID_IUnknown);
+      const Value nuevo = Objeto(pruebas::FabricaMemoria(mundo).Crea(Narrow(kClases[clase])), kTipos[clase]);
+      return Publish(ToObject(nuevo), modulo_).As<IUnknown>(IID_IUnknown);
     }));
     DWORD cookie = 0;
     ::CoRegisterClassObject(ClaseDe(clase), factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie);
@@ -168,7 +168,7 @@ Tienda::Tienda(Estilo estilo) : estilo_(estilo) {
                           {"ocupado", 0},
                           {"usuario", "ANA"},
                           {"almacen", "1"},
-                          {"f_emision", Fecha::DesdeSerie(45000)},
+                          {"f_emision", Date::FromSerial(45000)},
                           {"fechaEntrega", Null{}},
                           {"observ", Null{}},
                           {"automatico", 1},
@@ -198,7 +198,7 @@ Value Tienda::Objeto(ObjectPtr objeto, const IID* tipo) {
 }
 
 ComPtr<IDispatch> Tienda::Ambiente() {
-  return Publish(AObjeto(Objeto(pruebas::AmbienteMemoria(mundo), &__uuidof(::Ambiente))), modulo_);
+  return Publish(ToObject(Objeto(pruebas::AmbienteMemoria(mundo), &__uuidof(::Ambiente))), modulo_);
 }
 
 Value Tienda::Atiende(Object& objeto, const std::string& nombre, const DISPPARAMS& params) {
@@ -206,7 +206,7 @@ Value Tienda::Atiende(Object& objeto, const std::string& nombre, const DISPPARAM
   std::vector<Value> args;
   for (UINT i = params.cArgs; i-- > 0;) {
     crudos.push_back(&params.rgvarg[i]);
-    args.push_back(ValueDe(params.rgvarg[i], modulo_));
+    args.push_back(FromVariant(params.rgvarg[i], modulo_));
   }
   const bool inicia = nombre == "IniciaProceso", ejecuta = nombre == "EjecutaSQL";
   if (inicia || ejecuta) {
@@ -214,9 +214,9 @@ Value Tienda::Atiende(Object& objeto, const std::string& nombre, const DISPPARAM
     for (const VARIANT* crudo : crudos) tipos.push_back(V_VT(crudo));
   }
   if (inicia || nombre == "PreparaVentana" || nombre == "LiberaVentana") {
-    const auto ventana = Publish(AObjeto(args.at(inicia)), modulo_);
+    const auto ventana = Publish(ToObject(args.at(inicia)), modulo_);
     if (inicia) de_parte_de = ventana.As<IUnknown>(IID_IUnknown).get();
-    if (con_ventana) con_ventana(inicia ? ATexto(args[0]) : nombre, ventana);
+    if (con_ventana) con_ventana(inicia ? ToText(args[0]) : nombre, ventana);
   }
   const std::vector<Value> antes = args;
   Value resultado = objeto.Call(nombre, args, kAllByRef);
@@ -225,7 +225,7 @@ Value Tienda::Atiende(Object& objeto, const std::string& nombre, const DISPPARAM
     if (args[i] != antes[i] && V_VT(crudos[i]) != (VT_BYREF | VT_I4)) WriteBack(args[i], *crudos[i], modulo_);
   // What a statement leaves for an answer nobody can convert.
   if (ejecuta && crudos.size() > 1) V_VT(V_VARIANTREF(crudos[1])) = VT_ERROR;
-  const ObjectPtr dado = resultado.IsObject() ? AObjeto(resultado) : nullptr;
+  const ObjectPtr dado = resultado.IsObject() ? ToObject(resultado) : nullptr;
   return dado && !dado->Foreign() ? Objeto(dado) : resultado;
 }
 

@@ -48,7 +48,7 @@ class Tienda {
                                                L"ZuviQuery.VentanaProgreso",
                                                L"ZuviQuery.DocumentoInventario"};
   ComPtr<IDispatch> Ambiente();
-  ComModule& Modulo() { return modulo_; }
+  ComServer& Modulo() { return modulo_; }
   /// Makes the `nth` call fail (from 1), and all after it when `siempre`.
   void Rompe(int nth, Modo modo, bool siempre) { nth_ = nth, modo_ = modo, siempre_ = siempre; }
   std::optional<Modo> Toca();
@@ -73,7 +73,7 @@ class Tienda {
  private:
   Value Objeto(ObjectPtr objeto, const IID* tipo = nullptr);
 
-  ComModule modulo_{"prueba", nullptr, 0};
+  ComServer modulo_{"prueba", nullptr, 0};
   Estilo estilo_;
   std::vector<DWORD> registradas_;
   int nth_ = 0;

@@ -76,19 +76,19 @@ class Automatizacion : public testing::Test {
     EXPECT_TRUE(modulo.Idle());
     EXPECT_EQ(objeto.use_count(), 1);
   }
-  ComModule modulo{"prueba", nullptr, 0};
+  ComServer modulo{"prueba", nullptr, 0};
   ObjectPtr objeto = std::make_shared<Registro>();
   ComPtr<IDispatch> registro = Publish(objeto, modulo);
 };
 
 TEST_F(Automatizacion, LosValoresVanYVuelvenEnTodosLosTipos) {
-  const auto lee = [&](VARIANT v) { return ValueDe(v, modulo); };
+  const auto lee = [&](VARIANT v) { return FromVariant(v, modulo); };
   EXPECT_EQ(lee(V(VT_I8, LONGLONG{1} << 40)), Value(std::ldexp(1.0, 40)));
   EXPECT_EQ(lee(V(VT_UI4, 4000000000u)), Value(4e9));
   EXPECT_EQ(lee(V(VT_I1, CHAR{-5})), Value(std::int16_t{-5}));
   EXPECT_EQ(lee(V(VT_CY, LONGLONG{-12345})), Value(-1.2345));
   EXPECT_EQ(lee(V(VT_BOOL, VARIANT_TRUE)), Value(true));
-  EXPECT_EQ(lee(V(VT_DATE, 2.5)), Value(Fecha::DesdeSerie(2.5)));
+  EXPECT_EQ(lee(V(VT_DATE, 2.5)), Value(Date::FromSerial(2.5)));
   EXPECT_EQ(lee(V(VT_NULL, 0)), Value(Null{}));
   EXPECT_EQ(lee(V(VT_ERROR, SCODE{DISP_E_PARAMNOTFOUND})), Value());
   EXPECT_EQ(lee(V(VT_UNKNOWN, static_cast<IUnknown*>(registro.get()))), Value(objeto));
@@ -106,7 +106,7 @@ TEST_F(Automatizacion, LosValoresVanYVuelvenEnTodosLosTipos) {
     UniqueVariant v;
     try {
       Coerce(n, type, modulo, v.get());
-      return ANumero(ValueDe(v.get(), modulo)) == std::nearbyint(n);
+      return ToNumber(FromVariant(v.get(), modulo)) == std::nearbyint(n);
     } catch (const HostError& error) {
       EXPECT_EQ(error.Number(), ErrorNumber::Overflow);
       return false;
@@ -165,27 +165,27 @@ TEST_F(Automatizacion, LosParentesisAlcanzanElMiembroPorOmision) {
                             nullptr);
   };
   ASSERT_EQ(invoca(kMetodo, {x}), S_OK);
-  EXPECT_EQ(ATexto(ValueDe(r.get(), modulo)), "cien");  // the field's own default
+  EXPECT_EQ(ToText(FromVariant(r.get(), modulo)), "cien");  // the field's own default
   ASSERT_EQ(invoca(DISPATCH_PROPERTYPUT, {V(8), x}), S_OK);
-  EXPECT_EQ(AEntero32(ValueDe(r.get(), modulo)), 8);
+  EXPECT_EQ(ToInt32(FromVariant(r.get(), modulo)), 8);
   EXPECT_EQ(invoca(DISPATCH_PROPERTYPUT, {V(8)}), DISP_E_MEMBERNOTFOUND);
   EXPECT_EQ(invoca(kMetodo, {V(1), x}), DISP_E_BADPARAMCOUNT);
   EXPECT_EQ(invoca(kMetodo, {y}), DISP_E_EXCEPTION);
   EXPECT_EQ(exception.scode, static_cast<HRESULT>(0x800A0009));
-  EXPECT_EQ(Utf8De(UniqueBstr(exception.bstrDescription).get()), "no existe la columna y");
+  EXPECT_EQ(Narrow(UniqueBstr(exception.bstrDescription).get()), "no existe la columna y");
   ::SysFreeString(exception.bstrSource);
 }
 
 TEST_F(Automatizacion, UnObjetoTieneUnaSolaIdentidad) {
   EXPECT_EQ(Publish(objeto, modulo).get(), registro.get());
-  EXPECT_EQ(ObjectDe(registro.get(), modulo), objeto);
+  EXPECT_EQ(ObjectOf(registro.get(), modulo), objeto);
   // For another DLL of ours in the same process it is a stranger, and keeps its identity as one.
-  ComModule otro{"otro", nullptr, 0};
-  ObjectPtr ajeno = ObjectDe(registro.get(), otro);
+  ComServer otro{"otro", nullptr, 0};
+  ObjectPtr ajeno = ObjectOf(registro.get(), otro);
   EXPECT_NE(ajeno, objeto);
   EXPECT_EQ(Publish(ajeno, otro).get(), registro.get());
   std::array<Value, 1> clave{"x"};
-  EXPECT_EQ(ATexto(AObjeto(ajeno->Call("Fields"))->Call("Item", clave)), "cien");
+  EXPECT_EQ(ToText(ToObject(ajeno->Call("Fields"))->Call("Item", clave)), "cien");
   std::array<Value, 2> args{4, "ab"};
   EXPECT_EQ(ajeno->Call("Intercambia", args, kAllByRef), Value(-1));
   EXPECT_EQ(args[0], Value(2));

@@ -18,7 +18,7 @@ LRESULT CALLBACK AlIniciar(int code, WPARAM sender, LPARAM data) {
       std::wstring_view(clase) == L"#32770") {
     wchar_t texto[2048] = {};
     ::GetDlgItemTextW(mensaje.hwnd, 0xFFFF, texto, 2048);
-    Textos().push_back(Utf8De(texto));
+    Textos().push_back(Narrow(texto));
     ::EndDialog(mensaje.hwnd, IDOK);
   }
   return ::CallNextHookEx(nullptr, code, sender, data);
@@ -146,7 +146,7 @@ void Llama(IDispatch* objeto, const wchar_t* nombre, WORD flags, std::span<const
   const UniqueBstr text(exception.bstrDescription), source(exception.bstrSource),
       help(exception.bstrHelpFile);
   r.scode = exception.scode;
-  r.texto = Utf8De(text.get());
+  r.texto = Narrow(text.get());
 }
 
 Texto::operator VARIANT() const { return V(VT_BSTR, texto_.get()); }

@@ -49,7 +49,7 @@ TEST_F(ConHost, LaVentanaDeAvanceTieneSuAspectoYCabeEnCadaEscala) {
             ::GetClassLongPtrW(::FindWindowExW(ventana, nullptr, clase, nullptr), GCLP_WNDPROC)),
         &controles);
     ::GetModuleFileNameW(controles, de, MAX_PATH);
-    EXPECT_NE(std::wstring_view(de).find(L"common-controls_"), std::wstring_view::npos) << Utf8De(de);
+    EXPECT_NE(std::wstring_view(de).find(L"common-controls_"), std::wstring_view::npos) << Narrow(de);
   }
   LONG antes = 0;
   for (const WORD escala : {WORD{96}, WORD{144}, WORD{192}}) {
@@ -69,7 +69,7 @@ TEST_F(ConHost, LaVentanaDeAvanceTieneSuAspectoYCabeEnCadaEscala) {
     const auto partes = PartesDe(ventana);
     EXPECT_GE(partes.size(), 4u);
     for (const Parte& parte : partes) {
-      SCOPED_TRACE(Utf8De(parte.clase.c_str()) + " " + Utf8De(parte.texto.c_str()));
+      SCOPED_TRACE(Narrow(parte.clase.c_str()) + " " + Narrow(parte.texto.c_str()));
       SIZE texto{};
       ::GetTextExtentPoint32W(dc, parte.texto.c_str(), static_cast<int>(parte.texto.size()), &texto);
       EXPECT_LE(texto.cx, parte.lugar.right - parte.lugar.left);

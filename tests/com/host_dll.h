@@ -39,7 +39,7 @@ class EnLugarDeAdo {
   const wchar_t* Verdadero() const { return antes_; }
   /// What it was asked since the last time.
   std::string Toma() const {
-    std::string llamadas = Utf8De(Visto().llamadas);
+    std::string llamadas = Narrow(Visto().llamadas);
     Visto().llamadas[0] = 0;
     return llamadas;
   }

@@ -59,9 +59,9 @@ TEST_F(ConHost, LosNumerosDeLosMiembrosSonLosDeAdo) {
                                L"MoveFirst", L"MoveLast", L"Open", L"CursorLocation", L"State"}) {
     auto* nombre = const_cast<LPOLESTR>(texto);
     DISPID suyo = DISPID_UNKNOWN, nuestro = DISPID_UNKNOWN;
-    EXPECT_EQ(tipo->GetIDsOfNames(&nombre, 1, &suyo), S_OK) << Utf8De(texto);
+    EXPECT_EQ(tipo->GetIDsOfNames(&nombre, 1, &suyo), S_OK) << Narrow(texto);
     EXPECT_EQ(recordset->GetIDsOfNames(IID_NULL, &nombre, 1, 0, &nuestro), S_OK);
-    EXPECT_EQ(nuestro, suyo) << Utf8De(texto);
+    EXPECT_EQ(nuestro, suyo) << Narrow(texto);
   }
 }
 

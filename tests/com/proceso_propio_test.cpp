@@ -95,7 +95,7 @@ TEST_F(ProcesoPropio, LasExcepcionesNoDependenDeLoQueElProgramaHayaCargado) {
     const auto objeto = dll.Crea(clase).As<IDispatch>(IID_IDispatch);
     ASSERT_TRUE(objeto);
     Llama(objeto.get(), miembro, kMetodo, {texto, texto, V(1)}, r);
-    EXPECT_EQ(r.codigo, DISP_E_TYPEMISMATCH) << Utf8De(miembro);
+    EXPECT_EQ(r.codigo, DISP_E_TYPEMISMATCH) << Narrow(miembro);
   };
   // Loaded anew, too: at other addresses, or at those that another file has had.
   for (int vez = 0; vez < 3; ++vez) {

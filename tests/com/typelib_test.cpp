@@ -15,7 +15,7 @@ namespace {
 std::string Guid(REFGUID id) {
   wchar_t text[40];
   ::StringFromGUID2(id, text, 40);
-  return Utf8De(text);
+  return Narrow(text);
 }
 
 /// The name of a type, or of a library.
@@ -23,7 +23,7 @@ template <class Documented, class Index>
 std::string Nombre(Documented* documented, Index index) {
   UniqueBstr name;
   documented->GetDocumentation(index, name.put(), nullptr, nullptr, nullptr);
-  return Utf8De(name.get());
+  return Narrow(name.get());
 }
 
 std::string Tipo(ITypeInfo* info, const TYPEDESC& type) {
@@ -48,7 +48,7 @@ void DescribeFuncion(ITypeInfo* info, const FUNCDESC& f, std::ostream& out) {
   std::vector<BSTR> names(static_cast<std::size_t>(f.cParams) + 1);
   UINT count = 0;
   info->GetNames(f.memid, names.data(), static_cast<UINT>(names.size()), &count);
-  out << "    " << f.memid << " " << kClases.at(f.invkind) << " " << Utf8De(names[0]) << "(";
+  out << "    " << f.memid << " " << kClases.at(f.invkind) << " " << Narrow(names[0]) << "(";
   for (SHORT i = 0; i < f.cParams; ++i) {
     const ELEMDESC& p = f.lprgelemdescParam[i];
     const auto flag = [&](USHORT mask, const char* text) {
@@ -57,7 +57,7 @@ void DescribeFuncion(ITypeInfo* info, const FUNCDESC& f, std::ostream& out) {
     out << (i ? ", " : "") << flag(PARAMFLAG_FIN, "in ") << flag(PARAMFLAG_FOUT, "out ")
         << flag(PARAMFLAG_FOPT, "optional ") << flag(PARAMFLAG_FRETVAL, "retval ")
         << flag(PARAMFLAG_FHASDEFAULT, "default ") << Tipo(info, p.tdesc);
-    if (static_cast<UINT>(i) + 1 < count) out << " " << Utf8De(names[static_cast<std::size_t>(i) + 1]);
+    if (static_cast<UINT>(i) + 1 < count) out << " " << Narrow(names[static_cast<std::size_t>(i) + 1]);
   }
   out << ") " << Tipo(info, f.elemdescFunc.tdesc) << "\n";
   for (const BSTR name : names) ::SysFreeString(name);
@@ -128,11 +128,11 @@ TEST(BibliotecasDeTipos, LosManifiestosNombranCadaUnaDondeEsta) {
     const std::regex biblioteca("<typelib tlbid=\"([^\"]*)\"[^>]*>"), lugar("resourceid=\"([0-9]+)\"");
     std::string todas;
     for (std::sregex_iterator i(manifiesto.begin(), manifiesto.end(), biblioteca), fin; i != fin; ++i) {
-      const std::string elemento = i->str(), guid = Minusculas((*i)[1].str());
+      const std::string elemento = i->str(), guid = ToLower((*i)[1].str());
       std::smatch numero;
       const bool dicho = std::regex_search(elemento, numero, lugar);
       const std::wstring camino = Wide(dll + ".dll" + (dicho ? "\\" + numero[1].str() : ""));
-      const std::string descrita = Minusculas(Describe(camino.c_str()));
+      const std::string descrita = ToLower(Describe(camino.c_str()));
       EXPECT_NE(descrita.substr(0, descrita.find('\n')).find(guid), std::string::npos) << elemento;
       todas += guid;
       ++cuantas;
@@ -140,7 +140,7 @@ TEST(BibliotecasDeTipos, LosManifiestosNombranCadaUnaDondeEsta) {
     // Those that the classes are described by.
     const std::regex clase("<comClass [^>]*tlbid=\"([^\"]*)\"");
     for (std::sregex_iterator i(manifiesto.begin(), manifiesto.end(), clase), fin; i != fin; ++i)
-      EXPECT_NE(todas.find(Minusculas((*i)[1].str())), std::string::npos) << i->str();
+      EXPECT_NE(todas.find(ToLower((*i)[1].str())), std::string::npos) << i->str();
   }
   EXPECT_EQ(cuantas, 3);
 }

@@ -36,8 +36,8 @@ class Ventanas : public ConTienda {
     Respuesta r;
     Sigue(objeto, camino, r);
     if (FAILED(r.codigo)) return "error: " + r.texto;
-    const Value valor = ValueDe(r.valor.get(), tienda->Modulo());
-    return valor.IsObject() && !AObjeto(valor) ? "nada" : ATexto(valor);
+    const Value valor = FromVariant(r.valor.get(), tienda->Modulo());
+    return valor.IsObject() && !ToObject(valor) ? "nada" : ToText(valor);
   }
   HRESULT Codigo(const ComPtr<IDispatch>& objeto, const std::string& camino, const VARIANT* valor = nullptr) {
     Respuesta r;

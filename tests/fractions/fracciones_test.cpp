@@ -24,7 +24,7 @@ TEST_P(Fracciones, CapturaLoQueSeTecleaYSigueEnElCampo) {
   EXPECT_EQ(ventana->State(), WindowState::Maximized);
   EXPECT_EQ(ventana->Estado(), "ESPERANDO USUARIO");
   const auto claves = t.Base().Consulta("SELECT Articulo, clave FROM clavesadd ORDER BY clave");
-  const std::string articulo = ATexto(claves->Campo(0)), clave = ATexto(claves->Campo(1));
+  const std::string articulo = ToText(claves->Campo(0)), clave = ToText(claves->Campo(1));
   ventana->Type(" " + articulo + " ");
   ventana->Press(key::kEnter);
   ventana->Type("2.5*" + clave);
@@ -37,7 +37,7 @@ TEST_P(Fracciones, CapturaLoQueSeTecleaYSigueEnElCampo) {
   ventana->Type("NO EXISTE <b>");
   ventana->Press(key::kEnter);
   EXPECT_EQ(ventana->Estado(), "CODIGO DESCONOCIDO");
-  EXPECT_THAT(ATexto(AObjeto(ventana->Call("wb"))->Call("Html")),
+  EXPECT_THAT(ToText(ToObject(ventana->Call("wb"))->Call("Html")),
               testing::HasSubstr("Código desconocido: NO EXISTE &lt;b&gt;"));
   EXPECT_EQ(t.Numero("SELECT COUNT( * ) FROM fracciones WHERE articulo IS NULL"), 1);
   // A bare Enter starts the process as well, with nothing to capture.

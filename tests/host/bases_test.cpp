@@ -4,7 +4,7 @@
 #include <set>
 
 #include "host/anfitrion/consola.h"
-#include "host/odbc/odbc_cadena.h"
+#include "host/odbc/odbc_attributes.h"
 #include "host/processes/paginas.h"
 #include "host/services/fabrica_anfitrion.h"
 #include "host/shop/revision.h"
@@ -225,7 +225,7 @@ TEST(Bases, EnElServidorTampocoYConCuentasCorrientes) {
              "SELECT CONCAT(LEFT(table_type, 4), ' `', table_name, '`') FROM information_schema.tables WHERE "
              "table_schema = DATABASE()");
          !filas->Eof(); filas->MoveNext())
-      nombres.insert(ATexto(filas->Campo(0)));
+      nombres.insert(ToText(filas->Campo(0)));
     return nombres;
   };
   using Caso = std::tuple<const char*, const char*, int>;
@@ -246,11 +246,11 @@ TEST(Bases, EnElServidorTampocoYConCuentasCorrientes) {
     EXPECT_EQ(hay().size() == 1, al_crear != 0);
   }
   // The shop that the last case made, for one who may only work in it.
-  CadenaOdbc taller(cadena);
-  taller.Pon("User", "taller");
-  taller.Pon("Password", "{p;{a}}b}");
+  OdbcAttributes taller(cadena);
+  taller.Set("User", "taller");
+  taller.Set("Password", "{p;{a}}b}");
   const auto del_taller = [&](const std::string& orden) {
-    return Zuvi("--base '" + taller.Texto() + "' " + orden);
+    return Zuvi("--base '" + taller.Text() + "' " + orden);
   };
   for (const char* orden : {"ensambla CAN-GOURMET 1 4", "desensambla CAN-GOURMET 1 1", "entrega 103",
                             "folio NUEVA", "libera 106", "cancela 108 --si", "revisa"})
@@ -270,7 +270,7 @@ ZUVI_EN_CADA_BASE(Revision);
 
 TEST_P(Revision, HallaLoQueOtroProgramaEscribioPorFuera) {
   BaseDatos& base = tienda.Base();
-  const auto filas = [](const std::shared_ptr<Recordset>& rs) { return AEntero32(rs->Call("RecordCount")); };
+  const auto filas = [](const std::shared_ptr<Recordset>& rs) { return ToInt32(rs->Call("RecordCount")); };
   tienda.produccion->Ensamble("CAN-GOURMET", 1, 7, 0);
   tienda.produccion->Desensamble("TRUFAS", 1.5, 1, 0);
   EXPECT_EQ(filas(ExistenciasSinMovimientos(base)), 0);
@@ -283,7 +283,7 @@ TEST_P(Revision, HallaLoQueOtroProgramaEscribioPorFuera) {
   base.Ejecuta("UPDATE prods SET costo = costo * 1.01 WHERE articulo = 'SIDRA'");
   const auto costos = CostosSinExplicar(base);
   std::vector<std::string> articulos;
-  for (; !costos->Eof(); costos->MoveNext()) articulos.push_back(ATexto(costos->Campo(0)));
+  for (; !costos->Eof(); costos->MoveNext()) articulos.push_back(ToText(costos->Campo(0)));
   EXPECT_THAT(articulos, testing::IsSupersetOf({"HARINA", "SIDRA"}));
 }
 
@@ -319,7 +319,7 @@ TEST(Cadenas, UnArchivoEsUnArchivoYUnaCadenaSeLeeComoOdbc) {
   }
   const auto ambiente = FabricaAnfitrion(AnfitrionEn("DRIVER={MariaDB Unicode};Server=x;PWD={s;}}ecreto}"))
                             .Crea(Ambiente::kProgId);
-  const std::string visible = ATexto(ambiente->Call("CadenaConexion"));
+  const std::string visible = ToText(ambiente->Call("CadenaConexion"));
   EXPECT_THAT(visible, AllOf(HasSubstr("Server=x"), Not(HasSubstr("ecreto"))));
 }
 

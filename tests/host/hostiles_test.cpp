@@ -95,7 +95,7 @@ TEST_P(Hostiles, QuinientosTextosPorCadaCampoYClave) {
         "INSERT INTO canario (n) VALUES (1)", "INSERT INTO componen (articulo, Minimo) VALUES ('HOSTIL', 1)"})
     base.Ejecuta(sql);
   // The bait works: what passes by the gate reaches it.
-  if (base.TraeMotor() == Motor::Sqlite) {
+  if (base.GetEngine() == Engine::Sqlite) {
     base.EjecutaEsquema("SELECT blob_export('z', '" + cebo.En("nuevo") + "'), load_extension('" +
                         cebo.En("lib.so") + "')");
     EXPECT_TRUE(std::filesystem::remove(cebo.En("nuevo")) && std::filesystem::remove(cebo.En("marca")));

@@ -7,8 +7,8 @@
 #include <filesystem>
 
 #include "host/odbc/base_datos.h"
-#include "host/odbc/compuerta.h"
-#include "host/odbc/odbc_cadena.h"
+#include "host/odbc/odbc_attributes.h"
+#include "host/odbc/statement_gate.h"
 #include "tests/support/errores.h"
 
 namespace zuvi::host {
@@ -54,9 +54,9 @@ class Odbc : public testing::TestWithParam<std::string> {
   void Agrega(int n, const std::string& texto = "") {
     base_->Ejecuta("INSERT INTO odbc_t (n, t) VALUES (" + std::to_string(n) + ", " + Cita(texto) + ")");
   }
-  std::string Cita(const Value& valor) { return Literal(base_->TraeMotor(), valor); }
+  std::string Cita(const Value& valor) { return Literal(base_->GetEngine(), valor); }
   Value Uno(const std::string& sql) { return base_->Consulta(sql)->Campo(0); }
-  int Filas() { return AEntero32(Uno("SELECT COUNT( * ) FROM odbc_t")); }
+  int Filas() { return ToInt32(Uno("SELECT COUNT( * ) FROM odbc_t")); }
 
   Traza traza_;
   std::vector<std::string> dicho_;
@@ -64,11 +64,11 @@ class Odbc : public testing::TestWithParam<std::string> {
 };
 
 TEST_P(Odbc, CadaTipoVuelveComoSeGuardo) {
-  const Fecha dia = Fecha::DesdeTexto("2024-02-29");
-  const Fecha momento = Fecha::DesdeTexto("2024-02-29 23:59:58");
+  const Date dia = Date::FromText("2024-02-29");
+  const Date momento = Date::FromText("2024-02-29 23:59:58");
   base_->Ejecuta("INSERT INTO odbc_t VALUES (" + Cita(-7) + ", 5000000000, 300, " + Cita(true) + ", " +
                  Cita(0.1) + ", " + Cita(1234.5) + ", " + Cita("a") + ", " + Cita(Null{}) + ", " +
-                 LiteralFecha(base_->TraeMotor(), dia) + ", " + Cita(momento) + ")");
+                 LiteralFecha(base_->GetEngine(), dia) + ", " + Cita(momento) + ")");
   base_->Ejecuta("INSERT INTO odbc_t (n) VALUES (2147483647)");
   const auto filas = base_->Consulta("SELECT * FROM odbc_t ORDER BY n");
   std::vector<Value> leido;
@@ -138,9 +138,9 @@ TEST_P(Odbc, SoloLecturaLaImponeElMotor) {
 }
 
 TEST(Compuerta, CadaMotorConSusComillasYComentariosYSinAlcanzarArchivos) {
-  const auto pasa = [](Motor motor, std::string_view sql) {
+  const auto pasa = [](Engine motor, std::string_view sql) {
     try {
-      Revisa(motor, sql);
+      CheckStatement(motor, sql);
       return true;
     } catch (const HostError&) {
       return false;
@@ -178,13 +178,13 @@ TEST(Compuerta, CadaMotorConSusComillasYComentariosYSinAlcanzarArchivos) {
                {"EXECUTE IMMEDIATE 'SELECT 1'", false, false},
                {"SELECT /*!50000 1 */", true, false}};
   for (const auto& caso : casos) {
-    EXPECT_EQ(pasa(Motor::Sqlite, caso.sql), caso.sqlite) << caso.sql;
-    EXPECT_EQ(pasa(Motor::MariaDb, caso.sql), caso.mariadb) << caso.sql;
+    EXPECT_EQ(pasa(Engine::Sqlite, caso.sql), caso.sqlite) << caso.sql;
+    EXPECT_EQ(pasa(Engine::MariaDb, caso.sql), caso.mariadb) << caso.sql;
   }
 }
 
 TEST_P(Odbc, ElErrorEsElDeLaBase) {
-  const bool maria = base_->TraeMotor() == Motor::MariaDb;
+  const bool maria = base_->GetEngine() == Engine::MariaDb;
   const HostError error = ErrorDe([&] { base_->Consulta("SELECT * FROM odbc_no_existe"); });
   EXPECT_THAT(error.what(), testing::AllOf(HasSubstr("odbc_no_existe"), testing::Not(HasSubstr("["))));
   EXPECT_EQ(error.NativeCode(), maria ? 1146 : 1);
@@ -211,12 +211,12 @@ TEST_P(Odbc, RecordsetPorNombre) {
 
   // rs("T") is a live field, rs.Fields.Item(0).Value reads the same row.
   std::array<Value, 1> nombre{"T"}, cero{0};
-  const ObjectPtr campo = AObjeto(filas->Read(kDefaultMember, nombre));
-  const ObjectPtr campos = AObjeto(filas->Call("Fields"));
+  const ObjectPtr campo = ToObject(filas->Read(kDefaultMember, nombre));
+  const ObjectPtr campos = ToObject(filas->Call("Fields"));
   EXPECT_EQ(campos->Call("Count"), Value(2));
   std::vector<std::string> visto;
-  for (; !ABooleano(filas->Call("eof")); filas->Call("MoveNext"))
-    visto.push_back(ATexto(Value(AObjeto(campos->Call("Item", cero)))) + ATexto(campo->Call("Value")));
+  for (; !ToBool(filas->Call("eof")); filas->Call("MoveNext"))
+    visto.push_back(ToText(Value(ToObject(campos->Call("Item", cero)))) + ToText(campo->Call("Value")));
   EXPECT_THAT(visto, ElementsAre("1t1", "2t2", "3t3"));
   EXPECT_EQ(campo->Call("Name"), Value("t"));
   EXPECT_EQ(campo->Call("Type"), Value(202));
@@ -244,7 +244,7 @@ TEST_P(Odbc, RecordsetPorNombre) {
 
 TEST_P(Odbc, ConexionPorNombreYTransacciones) {
   std::array<Value, 2> args{"INSERT INTO odbc_t (n) VALUES (1)", Value()};
-  EXPECT_EQ(AObjeto(base_->Call("Execute", args))->Call("State"), Value(0));
+  EXPECT_EQ(ToObject(base_->Call("Execute", args))->Call("State"), Value(0));
   EXPECT_EQ(args[1], Value(1));
   for (const char* fin : {"RollbackTrans", "CommitTrans"}) {
     base_->Call("BeginTrans");
@@ -275,8 +275,8 @@ TEST_P(Odbc, UnaTransaccionAbiertaNoSeVeDesdeOtraConexion) {
   Transaccion abierta(*base_);
   EXPECT_EQ(base_->Ejecuta("DELETE FROM odbc_t"), 1);
   EXPECT_EQ(otra->Consulta("SELECT COUNT( * ) FROM odbc_t")->Campo(0), Value(1));
-  if (base_->TraeMotor() != Motor::Sqlite) return;
-  EXPECT_EQ(ATexto(Uno("PRAGMA synchronous")), "2");
+  if (base_->GetEngine() != Engine::Sqlite) return;
+  EXPECT_EQ(ToText(Uno("PRAGMA synchronous")), "2");
 }
 
 INSTANTIATE_TEST_SUITE_P(Motores, Odbc, testing::ValuesIn(Cadenas()), [](const auto& caso) {
@@ -285,14 +285,14 @@ INSTANTIATE_TEST_SUITE_P(Motores, Odbc, testing::ValuesIn(Cadenas()), [](const a
   return std::string(caso.param.find("ñandú") != std::string::npos ? "MariaDbAncha" : "MariaDb");
 });
 
-TEST(CadenaOdbc, LlavesYCambios) {
-  CadenaOdbc cadena("driver={A;B=}}C} ; Server = x;;PWD={p;{w}};suelto;Charset=latin1");
-  EXPECT_EQ(cadena.Trae("DRIVER"), "A;B=}C");
-  EXPECT_EQ(cadena.Trae("server"), "x");
-  EXPECT_EQ(cadena.Trae("nada"), "");
-  cadena.Pon("CHARSET", "utf8mb4");
-  cadena.Quita("pwd");
-  EXPECT_EQ(cadena.Texto(), "driver={A;B=}}C};Server=x;CHARSET=utf8mb4;");
+TEST(OdbcAttributes, LlavesYCambios) {
+  OdbcAttributes cadena("driver={A;B=}}C} ; Server = x;;PWD={p;{w}};suelto;Charset=latin1");
+  EXPECT_EQ(cadena.Get("DRIVER"), "A;B=}C");
+  EXPECT_EQ(cadena.Get("server"), "x");
+  EXPECT_EQ(cadena.Get("nada"), "");
+  cadena.Set("CHARSET", "utf8mb4");
+  cadena.Remove("pwd");
+  EXPECT_EQ(cadena.Text(), "driver={A;B=}}C};Server=x;CHARSET=utf8mb4;");
 }
 
 }  // namespace

@@ -128,7 +128,7 @@ TEST_P(Servicios, UnMovimientoEsTodoONada) {
 TEST_P(Servicios, LasClavesRarasLleganEnterasOFallanConElErrorDeLaBase) {
   // The component escapes nothing, and the server takes a backslash as its escape.
   const std::string clave =
-      tienda.Base().TraeMotor() == Motor::MariaDb ? "Ñandú \"á\" % _ 🎁" : "Ñandú \"á\" \\ 🎁";
+      tienda.Base().GetEngine() == Engine::MariaDb ? "Ñandú \"á\" % _ 🎁" : "Ñandú \"á\" \\ 🎁";
   tienda.Prod(clave, 2);
   tienda.Prod("K-" + clave, 0, 1);
   tienda.Kit("K-" + clave, 1, {{clave, 1, 1}});
@@ -156,7 +156,7 @@ TEST_P(Servicios, ElConstructorEscribeLiteralesYExigeElOrden) {
   sql.AgregaCampo("op", "op", 501);
   sql.AgregaCampo("op", "observ", "O'Brien; \"ñ\"");
   sql.AgregaCampo("op", "importe", 2.5);
-  sql.AgregaCampo("op", "f_emision", Fecha::DesdeTexto("2026-02-28"));
+  sql.AgregaCampo("op", "f_emision", Date::FromText("2026-02-28"));
   sql.AgregaCampo("op", "usuario", Null{});
   sql.AgregaCampo("op", "ocupado", std::int16_t{1});
   falla("tabla oppart", [&] { sql.AgregaCampo("oppart", "op", 1); });
@@ -234,7 +234,7 @@ TEST_P(Servicios, LaPaginaDeLaOrdenYLaBusqueda) {
   // Keys that a column of numbers takes.
   const auto conceptos = busca.Busca("Conceptos de Op al inventario", "");
   EXPECT_FALSE(conceptos->Eof());
-  for (; !conceptos->Eof(); conceptos->MoveNext()) EXPECT_GT(ANumero(conceptos->Campo(0)), 0);
+  for (; !conceptos->Eof(); conceptos->MoveNext()) EXPECT_GT(ToNumber(conceptos->Campo(0)), 0);
   EXPECT_THAT(ErrorDe([&] { busca.Muestra("Articulos"); }).what(), HasSubstr("no tiene ventanas"));
 }
 
@@ -302,7 +302,7 @@ TEST(Filtros, CadaEtiquetaAdmiteLoSuyoYDaSuForma) {
     EXPECT_EQ(caja->Text() + " " + Formatea(CajaDe(caja)), queda + (" " + std::string(formateado)));
   }
   EXPECT_EQ(Filtra(CajaDe(pon("SN", "15")), '-'), '-');
-  EXPECT_EQ(Mayuscula(0xf7), 0xf7) << "the division sign has no upper case";
+  EXPECT_EQ(UpperCase(0xf7), 0xf7) << "the division sign has no upper case";
   EXPECT_EQ(Formatea({.etiqueta = "U", .texto = "ñandú"}), "ÑANDÚ");
 }
 

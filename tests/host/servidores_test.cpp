@@ -1,4 +1,4 @@
-// Servers that die, freeze, cut and come back, under the command line and under an open editor. Needs
+// Servers that die, freeze, cut and come back, under the command line and under an open editor. MinimumSize
 // ZUVI_MARIADB, in front of which a doorkeeper stands. Every place of every operation takes some minutes:
 // with ZUVI_BARRIDO set all are tried, else one in a few.
 #include <algorithm>
@@ -8,8 +8,8 @@
 #include <fstream>
 #include <memory>
 
-#include "host/odbc/odbc_cadena.h"
-#include "host/odbc/perdida.h"
+#include "host/odbc/connection_lost.h"
+#include "host/odbc/odbc_attributes.h"
 #include "host/ventanas/fabrica_ventanas.h"
 #include "tests/host/portero.h"
 #include "tests/host/procesos.h"
@@ -75,14 +75,14 @@ class Servidores : public testing::Test {
     const std::string servidor = Servidor();
     if (servidor.empty()) GTEST_SKIP() << "ZUVI_MARIADB is not set";
     const Tienda de_nuevo{servidor};
-    CadenaOdbc cadena(servidor);
-    portero = std::make_unique<Portero>(static_cast<std::uint16_t>(std::stoi(cadena.Trae("PORT"))));
-    cadena.Quita("SOCKET");
-    cadena.Pon("PORT", std::to_string(portero->Puerto()));
-    base = cadena.Texto();
+    OdbcAttributes cadena(servidor);
+    portero = std::make_unique<Portero>(static_cast<std::uint16_t>(std::stoi(cadena.Get("PORT"))));
+    cadena.Remove("SOCKET");
+    cadena.Set("PORT", std::to_string(portero->Puerto()));
+    base = cadena.Text();
     directa = BaseDatos::Abre(servidor, traza_);
   }
-  double Numero(const std::string& sql) { return ANumero(directa->Consulta(sql)->Campo(0)); }
+  double Numero(const std::string& sql) { return ToNumber(directa->Consulta(sql)->Campo(0)); }
   /// What stock holds beyond what movements brought: no failure may change it.
   std::pair<double, double> Desvio() {
     const std::string signo = "CASE tipo WHEN 'E' THEN 1 ELSE -1 END";
@@ -229,7 +229,7 @@ TEST_F(Servidores, UnaTransaccionNoSigueEnOtraConexionNiSeRepite) {
     portero->Rompe(Averia::Corte);
     EXPECT_THAT(ErrorDe([&] { b.Ejecuta(anota(902)); }).what(), HasSubstr("se deshizo entero"));
     EXPECT_THAT(ErrorDe([&] { b.Ejecuta(anota(903)); }).what(), HasSubstr("La transacción se perdió"));
-    EXPECT_THROW(b.Consulta("SELECT 1"), ConexionPerdida);
+    EXPECT_THROW(b.Consulta("SELECT 1"), ConnectionLost);
     EXPECT_TRUE(anfitrion->SePerdioConexion());
   }
   EXPECT_EQ(cuenta(), antes);
@@ -244,9 +244,9 @@ TEST_F(Servidores, UnaTransaccionNoSigueEnOtraConexionNiSeRepite) {
   // A transaction of a script's is lost until it ends it, whatever begins meanwhile.
   b.Ejecuta("BEGIN");
   portero->Rompe(Averia::Corte);
-  EXPECT_THROW(b.Ejecuta(anota(906)), ConexionPerdida);
+  EXPECT_THROW(b.Ejecuta(anota(906)), ConnectionLost);
   anfitrion->NuevaOperacion();
-  EXPECT_THROW(b.Ejecuta(anota(907)), ConexionPerdida);
+  EXPECT_THROW(b.Ejecuta(anota(907)), ConnectionLost);
   b.Ejecuta("ROLLBACK");
   EXPECT_EQ(cuenta(), antes);
 
@@ -263,8 +263,8 @@ TEST_F(Servidores, UnaTransaccionNoSigueEnOtraConexionNiSeRepite) {
     try {
       for (const auto& texto : caso.textos) b.Ejecuta(texto);
       ADD_FAILURE();
-    } catch (const ConexionPerdida& error) {
-      EXPECT_TRUE(error.EnDuda());
+    } catch (const ConnectionLost& error) {
+      EXPECT_TRUE(error.InDoubt());
       EXPECT_THAT(error.what(), HasSubstr("No se sabe si"));
     }
     EXPECT_EQ(cuenta(), al_empezar + 1);
@@ -272,7 +272,7 @@ TEST_F(Servidores, UnaTransaccionNoSigueEnOtraConexionNiSeRepite) {
   // A server that is gone is not waited for by every statement.
   portero->Rompe(Averia::Pasmo);
   const auto inicio = Reloj::now();
-  for (int i = 0; i < 200; ++i) EXPECT_THROW(b.Consulta("SELECT 1"), ConexionPerdida);
+  for (int i = 0; i < 200; ++i) EXPECT_THROW(b.Consulta("SELECT 1"), ConnectionLost);
   EXPECT_LT(Reloj::now() - inicio, std::chrono::seconds(8));
   portero->Repara();
   anfitrion->NuevaOperacion();
@@ -317,7 +317,7 @@ TEST(ArchivoSqlite, UnoDanadoOLlenoSeDiceYNoPierdeLoGuardado) {
     llena(*base, 40);
     base->Consulta("PRAGMA max_page_count = 20");
     EXPECT_THAT(ErrorDe([&] { llena(*base, 200); }).what(), HasSubstr("El disco está lleno"));
-    EXPECT_GE(AEntero32(base->Consulta("SELECT COUNT( * ) FROM t")->Campo(0)), 40);
+    EXPECT_GE(ToInt32(base->Consulta("SELECT COUNT( * ) FROM t")->Campo(0)), 40);
   }
   {
     // Away while it is open, and back.

@@ -76,7 +76,7 @@ class Tienda {
   }
 
   BaseDatos& Base() { return *anfitrion->Base(); }
-  std::string Literal(const std::string& texto) { return host::Literal(Base().TraeMotor(), texto); }
+  std::string Literal(const std::string& texto) { return host::Literal(Base().GetEngine(), texto); }
   void Prod(const std::string& articulo, double costo, std::int32_t kit = 0) {
     InsertaFilas(Base(), "prods", "(articulo, costo, kit)", {{articulo, costo, kit}});
   }
@@ -90,7 +90,7 @@ class Tienda {
   }
   double Numero(const std::string& sql) {
     const Value valor = Base().Consulta(sql)->Campo(0);
-    return valor.IsNull() ? 0 : ANumero(valor);
+    return valor.IsNull() ? 0 : ToNumber(valor);
   }
   /// Rows of a query, one text each, columns separated by blanks.
   std::vector<std::string> Filas(const std::string& sql, std::int32_t columnas) {
@@ -98,7 +98,7 @@ class Tienda {
     for (const auto r = Base().Consulta(sql); !r->Eof(); r->MoveNext()) {
       std::string fila;
       for (std::int32_t i = 0; i < columnas; ++i)
-        fila += (i ? " " : "") + (r->Campo(i).IsNull() ? "NULL" : ATexto(r->Campo(i)));
+        fila += (i ? " " : "") + (r->Campo(i).IsNull() ? "NULL" : ToText(r->Campo(i)));
       filas.push_back(fila);
     }
     return filas;

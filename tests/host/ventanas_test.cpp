@@ -204,11 +204,11 @@ TEST_F(Mostrador, LaVentanaPrincipalListaFiltraYConservaLaOrdenElegida) {
   EXPECT_THAT(Rotulo(v, "lblCuenta"), HasSubstr("1 ocupada"));
 
   for (int i = 0; i < 3; ++i) v.Press(key::kDown);
-  EXPECT_EQ(AEntero32(v.Call("Orden")), 107);
+  EXPECT_EQ(ToInt32(v.Call("Orden")), 107);
   v.Type("pendiente");  // in the list: it searches
   EXPECT_THAT(Columna(v, 1), testing::Each("Pendiente"));
   v.Type("zzz");
-  EXPECT_EQ(AEntero32(v.Call("Orden")), 0);
+  EXPECT_EQ(ToInt32(v.Call("Orden")), 0);
   v.Press(key::kF6);
   EXPECT_THAT(Rotulo(v, "lblEstado"), HasSubstr("Elija antes"));
   Control<TextBox>(v, "txtBuscar").SetText("");
@@ -216,10 +216,10 @@ TEST_F(Mostrador, LaVentanaPrincipalListaFiltraYConservaLaOrdenElegida) {
   Base().Ejecuta("DELETE FROM op WHERE op = 108");
   Elige(v, "104");
   v.Press(key::kF5);
-  EXPECT_EQ(AEntero32(v.Call("Orden")), 104);
+  EXPECT_EQ(ToInt32(v.Call("Orden")), 104);
   EXPECT_THAT(Columna(v, 0), Not(Contains("108")));
   v.Unload();
-  EXPECT_FALSE(ABooleano(ventanas.Crea(Principal::kProgId)->Call("Abierta")));
+  EXPECT_FALSE(ToBool(ventanas.Crea(Principal::kProgId)->Call("Abierta")));
 }
 
 TEST_F(Mostrador, OperacionesPorTecla) {
@@ -294,7 +294,7 @@ TEST_F(Mostrador, ElEditorAbreCierraYRefrescaLaLista) {
   Base().Ejecuta("INSERT INTO op (op, estado) VALUES (111, 'PE')");
   Ventana("frmOp").Unload();
   escritorio.Advance(100);
-  EXPECT_EQ(AEntero32(v.Call("Orden")), 111);
+  EXPECT_EQ(ToInt32(v.Call("Orden")), 111);
 
   // A confirmed order opens for viewing; leaving closes what is open, by its own rules.
   Edita(v, "101");

@@ -141,7 +141,7 @@ TEST_F(Apertura, ElEncabezadoYLasLineasSeMuestran) {
 TEST_F(Apertura, CadaControlTieneSuLugarYNombreParaElLectorDePantalla) {
   ASSERT_TRUE(Abre("NuevaOp"));
   for (const std::int32_t mas : {0, Dip(300)}) {
-    v->SetInside(v->DesignWidth() + mas, v->DesignHeight() + mas);
+    v->SetClientSize(v->DesignWidth() + mas, v->DesignHeight() + mas);
     std::set<std::string> nombres;
     std::vector<Rect> puestos;
     for (const auto& control : v->Controls()) {
@@ -153,7 +153,7 @@ TEST_F(Apertura, CadaControlTieneSuLugarYNombreParaElLectorDePantalla) {
         EXPECT_TRUE(nombres.insert(control->AccessibleName()).second);
       }
       EXPECT_TRUE(r.left >= 0 && r.top >= 0 && r.width > 0 && r.height > 0 &&
-                  r.left + r.width <= v->InsideWidth() && r.top + r.height <= v->InsideHeight());
+                  r.left + r.width <= v->ClientWidth() && r.top + r.height <= v->ClientHeight());
       for (const Rect& o : puestos)
         EXPECT_FALSE(r.left < o.left + o.width && o.left < r.left + r.width && r.top < o.top + o.height &&
                      o.top < r.top + r.height);

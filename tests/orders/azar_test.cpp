@@ -95,7 +95,7 @@ class Paseo : public Tienda {
         {6, [this] { azar.De(v->Controls())->DblClick(); }},
         {11, [this] { PulsaCelda(); }},
         {8, [this] { AgregaLinea(); }},
-        {1, [this] { C<DatePicker>("DTPicker1").UserPicked(Fecha::DesdeSerie(46000 + azar(60))); }},
+        {1, [this] { C<DatePicker>("DTPicker1").UserPicked(Date::FromSerial(46000 + azar(60))); }},
         {1, [this] { v->FocusMoved(nullptr); }},
         {1, [this] { escritorio.Advance(azar(20)); }},
         {1, [this] { v->Resized(Dip(700 + azar(600)), Dip(500 + azar(400))); }},
@@ -114,7 +114,7 @@ class Paseo : public Tienda {
     escritorio.Olvida();
     std::set<double> ocupadas;
     for (const auto r = Base().Consulta("SELECT op FROM op WHERE ocupado <> 0"); !r->Eof(); r->MoveNext())
-      ocupadas.insert(ANumero(r->Campo(0)));
+      ocupadas.insert(ToNumber(r->Campo(0)));
     std::set<double> esperadas{kOcupadaDesdeAntes};
     if (v && !v->Closed() && v->Modo() == "MODIFICACION") {
       // Finishing releases the order; without lines its window stays.
@@ -131,11 +131,11 @@ class Paseo : public Tienda {
     for (const auto r =
              Base().Consulta("SELECT id_entrada, cantidad FROM oppart WHERE op = " + Decimal(v->Op()));
          !r->Eof(); r->MoveNext(), ++guardadas) {
-      const auto fila = mostradas.find(ATexto(r->Campo(0)));
-      ASSERT_NE(fila, mostradas.end()) << "falta la partida " << ATexto(r->Campo(0));
+      const auto fila = mostradas.find(ToText(r->Campo(0)));
+      ASSERT_NE(fila, mostradas.end()) << "falta la partida " << ToText(r->Campo(0));
       // A text that is no quantity was reported and does not stay; numbers as texts have 15 digits.
       const double numero = datos_->ValorNumerico(fila->second);
-      ASSERT_NEAR(numero, ANumero(r->Campo(1)), 1e-14 * std::abs(numero));
+      ASSERT_NEAR(numero, ToNumber(r->Campo(1)), 1e-14 * std::abs(numero));
     }
     ASSERT_EQ(guardadas, mostradas.size());
   }

@@ -184,7 +184,7 @@ TEST_F(Campos, TipoDeCambioYVendedor) {
     v->Call("PonTC");
     EXPECT_EQ(F(16).Text(), tc);
     EXPECT_EQ(F(16).Enabled(), moneda != std::string("MXN"));
-    EXPECT_EQ(ATexto(v->Call("TraeVends")), nombre);
+    EXPECT_EQ(ToText(v->Call("TraeVends")), nombre);
   }
 }
 

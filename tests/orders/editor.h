@@ -24,7 +24,7 @@ inline ObjectPtr NuevoPadre(Mundo& mundo) {
 
 struct Mesa {
   Mesa() {
-    t.escritorio.SetNow(Fecha::DesdeTexto("2026-03-05 14:07:09"));
+    t.escritorio.SetNow(Date::FromText("2026-03-05 14:07:09"));
     t.mundo.claves = {"almacen.almacen=9", "almacen.almacen=2", "prods.articulo=MESA"};
     t.mundo.tablas["SELECT ubicacion FROM prods WHERE articulo = 'MESA'"] = {{{"ubicacion", "A1"}}};
     t.mundo.tablas["SELECT descrip,unidad,costo_u FROM prods WHERE articulo = 'MESA'"] = {
@@ -43,8 +43,8 @@ struct Mesa {
               {"ocupado", std::int16_t{0}},
               {"usuario", "ANA"},
               {"almacen", "9"},
-              {"f_emision", Fecha::DesdeTexto("2026-03-01")},
-              {"fechaEntrega", Fecha::DesdeTexto("2026-03-20")},
+              {"f_emision", Date::FromText("2026-03-01")},
+              {"fechaEntrega", Date::FromText("2026-03-20")},
               {"observ", "urge"},
               {"automatico", std::int16_t{1}},
               {"ordencompra", 0.0},

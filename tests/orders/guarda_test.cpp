@@ -8,8 +8,8 @@ class Guarda : public Editor {
  protected:
   void LlenaEncabezado() {
     F(0).SetText("4501");
-    C<DatePicker>("DTPicker1").SetValue(Fecha::DesdeTexto("2026-03-02"));
-    C<DatePicker>("DTPicker2").SetValue(Fecha::DesdeTexto("2026-03-25"));
+    C<DatePicker>("DTPicker1").SetValue(Date::FromText("2026-03-02"));
+    C<DatePicker>("DTPicker2").SetValue(Date::FromText("2026-03-25"));
     F(14).SetText("9");
     C<RichTextBox>("RichTextBox2").SetText("con cuidado");
     Casilla("Check1").SetValue(0);
@@ -76,12 +76,12 @@ TEST_F(Guarda, FinalizarSeDetieneDondeDebe) {
   F(14).SetText("9");
   EXPECT_EQ(intenta(false), "\n" + kAlmacenBueno + kPregunta);
   for (const char* fecha : {"2026-03-21", "1899-12-31", "2101-01-01"}) {
-    dia.SetValue(Fecha::DesdeTexto(fecha));
+    dia.SetValue(Date::FromText(fecha));
     EXPECT_EQ(intenta(true), "\n" + kAlmacenBueno + kPregunta + "Mensaje(mensaje 224, 64, Ambiente)\n")
         << fecha;
     EXPECT_TRUE(dia.HasFocus());
   }
-  dia.SetValue(Fecha::DesdeTexto("2026-03-20 23:00:00"));
+  dia.SetValue(Date::FromText("2026-03-20 23:00:00"));
   F(0).SetText("12abc");
   EXPECT_EQ(intenta(true), "\n" + kAlmacenBueno + kPregunta);
   EXPECT_EQ(Avisos(), std::vector{Informe("Command5_Click", "\"12abc\" no es un número")});
@@ -154,8 +154,7 @@ TEST_F(Guarda, FinalizarConservaElDineroYSumaElCosto) {
     Hecho();
     Finaliza();
     EXPECT_EQ(Veces(Columna("importe", "r8 345.5").substr(0, 34)), 1u);
-    EXPECT_THAT(t.mundo.bitacora,
-                testing::Contains("AgregaCampo(op, costo, r8 " + TextoDeNumero(costo) + ")"));
+    EXPECT_THAT(t.mundo.bitacora, testing::Contains("AgregaCampo(op, costo, r8 " + NumberText(costo) + ")"));
     EXPECT_TRUE(v->Closed());
   }
 }

@@ -158,7 +158,7 @@ class Ajeno final : public Object {
       case CallType::Object:
         return shared_from_this();
       case CallType::Date:
-        return Fecha();
+        return Date();
       case CallType::Boolean:
         return true;
       default:
@@ -204,7 +204,7 @@ void Llama(AccesoDatos& d, const ObjectPtr& o) {
   std::int32_t documento = 0;
   d.SiguienteFolio("Op", conexion, documento, nullptr);
   EXPECT_EQ(documento, 0);
-  d.ComponeFecha(1, 2), d.FechaSQL(conexion, Fecha()), d.TextoConCeros(1, 2);
+  d.ComponeFecha(1, 2), d.FechaSQL(conexion, Date()), d.TextoConCeros(1, 2);
   d.ExisteClave("x", "prods", "articulo", conexion), d.UbicacionRestringida("x", 1, conexion);
   d.NuevoConstructorSql(), d.PreparaVentana(o, ambiente), d.LiberaVentana(o, ambiente);
   d.FormateaCampo(o, ambiente), d.FiltroMayusculas(o, 65), d.FiltroTecla(o, 65);
@@ -221,7 +221,7 @@ void Llama(ConstructorSql& c, const ObjectPtr& o) {
 }
 void Llama(VentanaProgreso& v, const ObjectPtr&) { v.Inicia(1, "x", "y"), v.Avanza(1, "x", ""), v.Cierra(); }
 void Llama(DocumentoInventario& d, const ObjectPtr& o) {
-  d.PonAmbiente(Como<Ambiente>(o)), d.PonDatoDocumento(1), d.PonDatoFecha(1), d.PonFecha(Fecha());
+  d.PonAmbiente(Como<Ambiente>(o)), d.PonDatoDocumento(1), d.PonDatoFecha(1), d.PonFecha(Date());
   d.PonTipo(kSalida), d.PonConcepto("EN"), d.PonOrden(1), d.PonFolio("1"), d.PonUsuario("x");
   d.PonAlmacen(1), d.PonArticulo("x"), d.PonCantidad(1), d.PonCosto(1);
   std::int32_t numero = 0;
@@ -268,7 +268,7 @@ TEST(Contrato, TheAdaptersMakeTheCallsOfTheTableAndNoOthers) {
 std::string Escrito(const Value& valor) {
   if (valor.IsNull()) return "Null";
   if (valor.IsObject()) return "Nothing";
-  return std::holds_alternative<std::string>(valor.Get()) ? '"' + ATexto(valor) + '"' : ATexto(valor);
+  return std::holds_alternative<std::string>(valor.Get()) ? '"' + ToText(valor) + '"' : ToText(valor);
 }
 
 const char* Escrito(CallType tipo) {

@@ -45,7 +45,7 @@ void TrabajaTurnos(Taller& t) {
   t.prod->MuestraTurnos();
   Form& turnos = Ventana(t);
   Control<ListView>(turnos, "lv", 0).UserSelected(1);
-  Control<MonthView>(turnos, "MonthView1").UserClicked(Fecha::DesdeTexto("2026-11-21"));
+  Control<MonthView>(turnos, "MonthView1").UserClicked(Date::FromText("2026-11-21"));
   Control<ComboBox>(turnos, "Combo1").SetListIndex(0);
   Oprime(turnos, "Command1");
   // The user adds the employee on the left and saves; whatever does not save is cancelled.
@@ -90,7 +90,7 @@ TEST(FallasDeTurnos, SeInformanYNadaQueda) {
     std::set<std::string> informaron;
     EnCadaLlamada([&](const Modo& modo, int n) {
       Taller t;
-      t.escritorio.SetNow(Fecha::DesdeTexto("2026-11-21"));
+      t.escritorio.SetNow(Date::FromText("2026-11-21"));
       PonTurnos(t);
       t.mundo.respuestas = {true, true};
       t.mundo.falla = {n, modo.persistente, modo.clase};

@@ -19,7 +19,7 @@ using testing::IsEmpty;
 class Turnos : public testing::TestWithParam<std::string> {
  protected:
   Turnos() {
-    t.escritorio.SetNow(Fecha::DesdeCivil({2026, 11, 16, 9, 30, 0}));  // a Monday
+    t.escritorio.SetNow(Date::FromCivil({2026, 11, 16, 9, 30, 0}));  // a Monday
     t.Base().Ejecuta("DELETE FROM horarios");
     t.anfitrion->TraeTraza().Escucha([this](Suceso suceso, const std::string& texto) {
       if (suceso == Suceso::Sentencia) sentencias.push_back(texto);
@@ -75,7 +75,7 @@ ZUVI_EN_CADA_BASE(Turnos);
 
 TEST_P(Turnos, ListaLosTurnosYElHorarioDelSeleccionado) {
   t.Base().Ejecuta("INSERT INTO turnos (turno, entrada, salida) VALUES (' Noche ', ' 9:00', NULL)");
-  const Fecha dia = Fecha::DesdeCivil({2026, 11, 17});
+  const Date dia = Date::FromCivil({2026, 11, 17});
   InsertaFilas(t.Base(), "horarios", "(id, turno, fecha, Empleado, HoraEntrada, comida, HoraSalida)",
                {{90, "Matutino", dia, "E01", " 6:00", Null{}, "14:00"},
                 {91, "Matutino", dia, "25", "06:00", "10:00", "14:00"}});
@@ -154,10 +154,10 @@ TEST_P(Turnos, GeneraHorariosParaDiaSemanaYMes) {
               ElementsAre("Matutino E01 06:00 10:00 14:00", "Matutino E03 06:00 10:00 14:00"));
   EXPECT_THAT(t.escritorio.Avisos(), IsEmpty());
   // A month that has no such day ends with its last one.
-  EXPECT_EQ(PeriodoDe("Mes", Fecha::DesdeCivil({2027, 1, 31})).dias, 28);
+  EXPECT_EQ(PeriodoDe("Mes", Date::FromCivil({2027, 1, 31})).dias, 28);
   // Without a selection every shift is meant, which is asked before.
   const auto otra = Abre();
-  Control<MonthView>(*otra, "MonthView1").UserClicked(Fecha::DesdeCivil({2027, 1, 4}));
+  Control<MonthView>(*otra, "MonthView1").UserClicked(Date::FromCivil({2027, 1, 4}));
   Control<ComboBox>(*otra, "Combo1").UserChose(0);
   for (const auto& [respuesta, filas] : {std::pair("no", 0), {"si", 3}}) {
     t.anfitrion->PonInteraccion(std::make_unique<RespuestasInteraccion>(respuesta));
@@ -193,13 +193,13 @@ TEST_P(Turnos, MientrasGeneraLasVentanasContestan) {
   EXPECT_EQ(t.Numero("SELECT MAX(id) - MIN(id) + 1 FROM horarios"), 12);
   EXPECT_EQ(t.Numero("SELECT MAX(id) FROM horarios"), folio);
   // What is complete costs no number.
-  const Generados otra_vez = GeneraHorarios(*t.anfitrion, "Matutino", {Fecha::DesdeCivil({2026, 11, 16}), 7});
+  const Generados otra_vez = GeneraHorarios(*t.anfitrion, "Matutino", {Date::FromCivil({2026, 11, 16}), 7});
   EXPECT_EQ(otra_vez.renglones, 0);
   EXPECT_EQ(otra_vez.dias, 7);
   EXPECT_EQ(t.Numero(ultimo), folio);
   // Somebody joins while it runs: from the next day on there is one more, and the numbers still fit.
   int dias = 0;
-  GeneraHorarios(*t.anfitrion, "Matutino", {Fecha::DesdeCivil({2026, 12, 14}), 3}, [&] {
+  GeneraHorarios(*t.anfitrion, "Matutino", {Date::FromCivil({2026, 12, 14}), 3}, [&] {
     if (++dias == 2)
       t.Base().Ejecuta("INSERT INTO turnoempleado (turno, empleado) VALUES ('Matutino', 'E99')");
     return true;

@@ -33,13 +33,13 @@ struct Registros {
     if (const auto* ordinal = std::get_if<std::int32_t>(&indice.Get()))
       return fila.at(static_cast<std::size_t>(*ordinal)).second;
     for (const auto& [columna, valor] : fila)
-      if (IgualSinCaso(columna, ATexto(indice))) return valor;
-    throw HostError("Item cannot be found: " + ATexto(indice));
+      if (EqualsIgnoringCase(columna, ToText(indice))) return valor;
+    throw HostError("Item cannot be found: " + ToText(indice));
   }
 };
 
 /// ADO's record set, with its Fields and Field.
-ObjectPtr RecordsetMemoria(Mundo& m, Filas filas) {
+ObjectPtr MemoryRecordset(Mundo& m, Filas filas) {
   const auto r = std::make_shared<Registros>(Registros{std::move(filas)});
   return Nuevo(m, "Recordset", [&m, r](const std::string& n, Args a) -> Value {
     const bool fin = r->actual >= r->filas.size();
@@ -54,7 +54,7 @@ ObjectPtr RecordsetMemoria(Mundo& m, Filas filas) {
         return Nuevo(m, "Field", [valor = r->Campo(item[0])](const std::string&, Args) { return valor; });
       });
     m.Llama(n, a);
-    if (n == "Open") *r = {m.tablas[ATexto(a[0])]};
+    if (n == "Open") *r = {m.tablas[ToText(a[0])]};
     return {};
   });
 }
@@ -76,7 +76,7 @@ const std::map<std::string, std::pair<std::ptrdiff_t, Value>> kFijos{{"Consulta"
                                                                      {"LiberaVentana", {2, "frmMaster"}}};
 
 /// Capitals.
-std::int16_t Mayuscula(std::int16_t c) {
+std::int16_t UpperCase(std::int16_t c) {
   return c >= 'a' && c <= 'z' ? static_cast<std::int16_t>(c - 32) : c;
 }
 /// Digits, point and minus, and control characters.
@@ -87,19 +87,19 @@ std::int16_t DeNumero(std::int16_t c) {
 
 /// What is asked for all the time is not worth a line of the log.
 std::optional<Value> Callado(const Mundo& m, const std::string& n, Args a) {
-  if (n == "ValorNumerico") return a[0] == Value("") ? 0 : ANumero(a[0]);
-  if (n == "ValorTexto") return a[0].IsNull() ? std::string() : ATexto(a[0]);
-  if (n == "EstaVacio") return Recorta(ATexto(a[0])).empty();
-  if (n == "FechaSQL") return "'" + AFecha(a[1]).Formatea("yyyy-MM-dd") + "'";
+  if (n == "ValorNumerico") return a[0] == Value("") ? 0 : ToNumber(a[0]);
+  if (n == "ValorTexto") return a[0].IsNull() ? std::string() : ToText(a[0]);
+  if (n == "EstaVacio") return Trim(ToText(a[0])).empty();
+  if (n == "FechaSQL") return "'" + ToDate(a[1]).Formatea("yyyy-MM-dd") + "'";
   if (n == "TextoConCeros") {
-    const std::string cifras = Decimal(AEntero32(a[0]));
-    const auto largo = static_cast<std::size_t>(AEntero32(a[1]));
+    const std::string cifras = Decimal(ToInt32(a[0]));
+    const auto largo = static_cast<std::size_t>(ToInt32(a[1]));
     return cifras.size() < largo ? std::string(largo - cifras.size(), '0') + cifras : cifras;
   }
   if (n != "FormateaCampo") return std::nullopt;
-  const ObjectPtr caja = AObjeto(a[0]);
-  const std::string texto = ATexto(caja->Call("Text"));
-  return m.formato ? m.formato(ATexto(caja->Call("Tag")), texto) : texto;
+  const ObjectPtr caja = ToObject(a[0]);
+  const std::string texto = ToText(caja->Call("Text"));
+  return m.formato ? m.formato(ToText(caja->Call("Tag")), texto) : texto;
 }
 
 ObjectPtr AccesoDatosMemoria(Mundo& m) {
@@ -114,11 +114,11 @@ ObjectPtr AccesoDatosMemoria(Mundo& m) {
     if (n == "Consulta") vistos.resize(1);
     m.Llama(n, vistos);
     if (n == "Consulta") {
-      Exige(AObjeto(a[1]) != nullptr, "sin conexión");
-      const auto filas = m.tablas.find(ATexto(a[0]));
-      return RecordsetMemoria(m, filas == m.tablas.end() ? Filas{} : filas->second);
+      Exige(ToObject(a[1]) != nullptr, "sin conexión");
+      const auto filas = m.tablas.find(ToText(a[0]));
+      return MemoryRecordset(m, filas == m.tablas.end() ? Filas{} : filas->second);
     }
-    if (n == "TraeMensaje") return "mensaje " + ATexto(a[0]);
+    if (n == "TraeMensaje") return "mensaje " + ToText(a[0]);
     if (n == "Pregunta") {
       if (m.respuestas.empty()) return false;
       const bool respuesta = m.respuestas.front();
@@ -129,12 +129,12 @@ ObjectPtr AccesoDatosMemoria(Mundo& m) {
       a[2] = 8801;
       return ++folio;
     }
-    if (n == "ComponeFecha") return Fecha::DesdeSerie(AEntero32(a[0]) * 1000 + AEntero32(a[1]));
-    if (n == "ExisteClave") return m.claves.contains(ATexto(a[1]) + "." + ATexto(a[2]) + "=" + ATexto(a[0]));
-    if (n == "UbicacionRestringida") return m.restringidos.contains(ATexto(a[0]));
+    if (n == "ComponeFecha") return Date::FromSerial(ToInt32(a[0]) * 1000 + ToInt32(a[1]));
+    if (n == "ExisteClave") return m.claves.contains(ToText(a[1]) + "." + ToText(a[2]) + "=" + ToText(a[0]));
+    if (n == "UbicacionRestringida") return m.restringidos.contains(ToText(a[0]));
     if (n == "NuevoConstructorSql") return ConstructorMemoria(m);
-    if (n == "FiltroMayusculas") return a[1] = Mayuscula(AEntero16(a[1]));
-    if (n == "FiltroTecla") return a[2] = DeNumero(AEntero16(a[2]));
+    if (n == "FiltroMayusculas") return a[1] = UpperCase(ToInt16(a[1]));
+    if (n == "FiltroTecla") return a[2] = DeNumero(ToInt16(a[2]));
     return {};
   });
 }
@@ -147,9 +147,9 @@ ObjectPtr ControlProcesosMemoria(Mundo& m) {
                  if (n == "ConsultaProceso") a[0] = veto;
                  if (n != "IniciaProceso") return {};
                  PeticionProceso p;
-                 p.clave = clave = ATexto(a[0]);
-                 p.objeto = AObjeto(a[1]);
-                 p.bandera = ABooleano(a[5]);
+                 p.clave = clave = ToText(a[0]);
+                 p.objeto = ToObject(a[1]);
+                 p.bandera = ToBool(a[5]);
                  if (m.proceso) m.proceso(p);
                  a[1] = p.objeto;
                  a[5] = p.bandera;
@@ -169,7 +169,7 @@ ObjectPtr LlenaCaja(Mundo& m, const std::string& nombre) {
   return Nuevo(m, nombre, [&m, nombre, caja = ObjectPtr()](const std::string& n, Args a) mutable -> Value {
     for (std::size_t i = 1; i < a.size(); ++i) Exige(a[i] == Value(""), "los textos de Muestra van vacíos");
     m.Llama(nombre + "." + n, a.first(std::min<std::size_t>(a.size(), 1)));
-    if (n == "PonDestino") caja = AObjeto(a[0]);
+    if (n == "PonDestino") caja = ToObject(a[0]);
     if (n == "Muestra" && m.eleccion) caja->Put("Text", *m.eleccion);
     return {};
   });
@@ -187,7 +187,7 @@ ObjectPtr AmbienteMemoria(Mundo& m, const std::string& nombre) {
       {"DatoDocumento", "DD"}};
   return Nuevo(m, nombre, [&m, nombre, datos](const std::string& n, Args a) -> Value {
     m.Llama(n == "Conexion" ? nombre + "." + n : n, a);
-    if (n == "ParametrosEstacion") return RecordsetMemoria(m, {m.parametros});
+    if (n == "ParametrosEstacion") return MemoryRecordset(m, {m.parametros});
     if (n == "ContenedorRutas" && m.con_rutas)
       // The container of the paths, and the collection in it.
       return Nuevo(m, "Rutas", [&m](const std::string&, Args) {
@@ -203,8 +203,8 @@ ObjectPtr DocumentoMemoria(Mundo& m) {
   return Nuevo(m, nombre,
                [&m, nombre, cantidad = 0.0, costo = 0.0](const std::string& n, Args a) mutable -> Value {
                  m.Llama(nombre + "." + n, a);
-                 if (n == "PonCantidad") m.cantidades.push_back(cantidad = ANumero(a[0]));
-                 if (n == "PonCosto") costo = ANumero(a[0]);
+                 if (n == "PonCantidad") m.cantidades.push_back(cantidad = ToNumber(a[0]));
+                 if (n == "PonCosto") costo = ToNumber(a[0]);
                  if (n != "AplicaMovimiento") return {};
                  // It numbers its movements in its own way.
                  a[0] = "M-99";
@@ -221,7 +221,7 @@ ObjectPtr FabricaMemoria::Crea(std::string_view prog_id) {
   if (prog_id == DocumentoInventario::kProgId) return DocumentoMemoria(mundo_);
   if (prog_id == ConstructorSql::kProgId) return ConstructorMemoria(mundo_);
   if (prog_id == VentanaProgreso::kProgId) return ProgresoMemoria(mundo_);
-  if (prog_id == Recordset::kProgId) return RecordsetMemoria(mundo_, {});
+  if (prog_id == Recordset::kProgId) return MemoryRecordset(mundo_, {});
   if (prog_id == BuscaCatalogo::kProgId) return LlenaCaja(mundo_, "Busca");
   if (prog_id == CapturaNumerica::kProgId) return LlenaCaja(mundo_, "Captura");
   throw HostError(ErrorNumber::CannotCreateObject);

@@ -12,7 +12,7 @@ namespace zuvi::pruebas {
 template <class T>
 T& Control(Form& ventana, const char* nombre, std::optional<std::int32_t> indice = {}) {
   Value i = indice.value_or(0);
-  return dynamic_cast<T&>(*AObjeto(ventana.Call(nombre, std::span(&i, indice ? 1 : 0))));
+  return dynamic_cast<T&>(*ToObject(ventana.Call(nombre, std::span(&i, indice ? 1 : 0))));
 }
 
 /// Counts what the native side of a control is told.

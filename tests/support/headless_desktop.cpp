@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/reloj.h"
+#include "base/clock.h"
 #include "toolkit/form.h"
 #include "toolkit/indicators.h"
 
 namespace zuvi {
 
-void HeadlessDesktop::Avisa(const std::string& text) noexcept {
+void HeadlessDesktop::ShowMessage(const std::string& text) noexcept {
   try {
     avisos_.push_back(text);
   } catch (...) {
@@ -54,7 +54,7 @@ void HeadlessDesktop::Gone(Form& form) {
   form.EndModal();
 }
 
-Fecha HeadlessDesktop::Now() const { return now_ ? *now_ : Fecha::DesdeCivil(Ahora()); }
+Date HeadlessDesktop::Now() const { return now_ ? *now_ : Date::FromCivil(Ahora()); }
 
 void HeadlessDesktop::Advance(std::int32_t milliseconds) {
   while (milliseconds > 0) {

@@ -15,17 +15,17 @@ namespace zuvi {
 /// events run, and its clock moves when told to. For tests and for the command line.
 class HeadlessDesktop final : public Desktop {
  public:
-  void Avisa(const std::string& text) noexcept override;
+  void ShowMessage(const std::string& text) noexcept override;
   void PumpEvents() override;
   /// Runs the next scripted visit of a modal window; without one, or when it is still open afterwards, the
   /// window is closed as a user who walks away would.
   void RunModal(Form& form, Form* owner) override;
   /// This station's clock, unless it was set.
-  Fecha Now() const override;
+  Date Now() const override;
 
   const std::vector<std::string>& Avisos() const { return avisos_; }
   void Olvida() { avisos_.clear(); }
-  void SetNow(const Fecha& now) { now_ = now; }
+  void SetNow(const Date& now) { now_ = now; }
   /// Runs at the next `PumpEvents`, in the order given, one per pump.
   void Post(std::function<void()> event) { events_.push_back(std::move(event)); }
   /// What the user does in the next modal window.
@@ -53,7 +53,7 @@ class HeadlessDesktop final : public Desktop {
   std::vector<std::string> avisos_;
   std::deque<std::function<void()>> events_;
   std::deque<std::function<void(Form&)>> modals_;
-  std::optional<Fecha> now_;
+  std::optional<Date> now_;
 };
 
 }  // namespace zuvi

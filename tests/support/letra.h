@@ -87,7 +87,7 @@ inline std::string LoCortado(const zuvi::Control& control, const Letra& letra) {
   const auto cabe = [&](std::string_view texto, int de_mas, int ancho) {
     return letra.Pixeles(texto) + letra.Puntos(de_mas) <= ancho;
   };
-  const std::string texto = WithoutMark(control.Caption());
+  const std::string texto = WithoutMnemonic(control.Caption());
   const int linea = letra.Linea(), lineas = std::max(1, lugar.Alto() / linea);
   if (dynamic_cast<const Label*>(&control) && !texto.empty())
     return linea <= lugar.Alto() && Renglones(texto, lugar.Ancho(), letra) <= lineas ? "" : texto;
@@ -117,7 +117,7 @@ inline std::string LoCortado(const zuvi::Control& control, const Letra& letra) {
 
 /// Every text of a window can be read in full, over no other control and within the window.
 inline void SeLeeTodo(Form& ventana, const Letra& letra) {
-  const int ancho = letra.Px(ventana.InsideWidth()), alto = letra.Px(ventana.InsideHeight());
+  const int ancho = letra.Px(ventana.ClientWidth()), alto = letra.Px(ventana.ClientHeight());
   std::vector<const zuvi::Control*> antes;
   for (const auto& control : ventana.Controls()) {
     const Lugar lugar = LugarDe(*control, letra);

@@ -62,8 +62,8 @@ std::string Mundo::Bitacora() const {
 
 std::string Mundo::Texto(const Value& valor) {
   if (valor.IsNull()) return "Null";
-  if (!valor.IsObject()) return ATexto(valor);
-  const ObjectPtr objeto = ReferenceOf(AObjeto(valor));
+  if (!valor.IsObject()) return ToText(valor);
+  const ObjectPtr objeto = ReferenceOf(ToObject(valor));
   if (!objeto) return "Nothing";
   if (const auto* con_nombre = dynamic_cast<ConNombre*>(objeto.get())) return con_nombre->Nombre();
   if (const auto* ventana = dynamic_cast<Form*>(objeto.get())) return ventana->Name();
@@ -79,7 +79,7 @@ std::string Mundo::TextoConTipo(const Value& valor) {
     const char* operator()(std::int32_t) const { return "i4 "; }
     const char* operator()(double) const { return "r8 "; }
     const char* operator()(const std::string&) const { return "txt "; }
-    const char* operator()(const Fecha&) const { return "fecha "; }
+    const char* operator()(const Date&) const { return "fecha "; }
     const char* operator()(const ObjectPtr&) const { return ""; }
     const char* operator()(bool) const { return "bool "; }
     const char* operator()(Null) const { return ""; }

@@ -31,7 +31,7 @@ class ProduccionAnotada final : public Produccion {
   void Desensamble(const std::string& articulo, double cantidad, std::int32_t almacen,
                    std::int32_t op) override {
     Mundo& mundo = mundo_;
-    mundo.Anota("{ Desensamble " + articulo + " " + TextoDeNumero(cantidad) + " " + Decimal(almacen) + " " +
+    mundo.Anota("{ Desensamble " + articulo + " " + NumberText(cantidad) + " " + Decimal(almacen) + " " +
                 Decimal(op));
     Produccion::Desensamble(articulo, cantidad, almacen, op);
     mundo.Anota("}");

@@ -75,7 +75,7 @@ TEST_F(Controles, AMultiComboOffersTheRowsOfItsSource) {
   multi.ShowData();
   EXPECT_FALSE(multi.DroppedDown());
   ventana->b->SetEnabled(true);
-  AObjeto(ventana->b->Call("Container"))->Call("ShowData");
+  ToObject(ventana->b->Call("Container"))->Call("ShowData");
   EXPECT_TRUE(multi.DroppedDown());
   EXPECT_THAT(multi.Columns(), ElementsAre("articulo", "descrip"));
   EXPECT_EQ(multi.Rows().size(), 1000u);
@@ -96,7 +96,7 @@ TEST_F(Controles, AMultiComboOffersTheRowsOfItsSource) {
 }
 
 TEST_F(Controles, DatesMoveByTheCalendar) {
-  const auto dia = [](const char* texto) { return Fecha::DesdeTexto(texto); };
+  const auto dia = [](const char* texto) { return Date::FromText(texto); };
   DatePicker& fecha = *ventana->fecha;
   fecha.UserPicked(dia("2024-01-31"));
   EXPECT_THAT(Toma(), IsEmpty());
@@ -149,7 +149,7 @@ TEST_F(Controles, APageIsReadAsText) {
     EXPECT_NO_THROW(PlainTextOfHtml(rota)) << rota;
   std::vector<Value> url{"http://localhost/"};
   visor->Call("Navigate", url);
-  EXPECT_EQ(ATexto(Value(ObjectPtr(visor))), "http://localhost/");
+  EXPECT_EQ(ToText(Value(ObjectPtr(visor))), "http://localhost/");
   EXPECT_EQ(visor->PlainText(), "");
 }
 

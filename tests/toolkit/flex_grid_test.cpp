@@ -139,9 +139,9 @@ TEST_F(Rejillas, CellsAndRows) {
   EXPECT_EQ(Rejilla().Rows(), 7);
   EXPECT_EQ(Rejilla().Call("TextMatrix", celda), Value("2.5"));
   Rejilla().Write(*Rejilla().Find("ColWidth"), ancho);
-  EXPECT_EQ(AEntero32(Rejilla().Call("ColWidth", columna)), 333);
+  EXPECT_EQ(ToInt32(Rejilla().Call("ColWidth", columna)), 333);
   Rejilla().MoveTo(6, 1);
-  EXPECT_EQ(ATexto(Value(ObjectPtr(ventana->rejilla))), "2.5");
+  EXPECT_EQ(ToText(Value(ObjectPtr(ventana->rejilla))), "2.5");
 }
 
 TEST_F(Rejillas, WithoutRedrawNothingShowsUntilTheEnd) {

@@ -133,7 +133,7 @@ TEST_F(Formas, MnemonicsEnterAndEscapeReachTheirControls) {
   EXPECT_FALSE(ventana->Mnemonic(u'y'));  // behind "&&" there is none
   EXPECT_FALSE(ventana->Mnemonic(u'\0'));
   EXPECT_EQ(MnemonicOf("Fin&"), 0);
-  EXPECT_EQ(WithoutMark("A && &B&"), "A & B");
+  EXPECT_EQ(WithoutMnemonic("A && &B&"), "A & B");
 
   int cancelados = 0;
   const auto cancelar = ventana->Add<Button>("cancelar");
@@ -243,7 +243,7 @@ TEST_F(Formas, ATimerThatIsSwitchedOnBeginsItsIntervalAnew) {
 }
 
 TEST_F(Formas, ControlsFollowTheWindowByTheirAnchors) {
-  ventana->DesignInside(Dip(800), Dip(600));
+  ventana->DesignClientSize(Dip(800), Dip(600));
   const auto en = [](std::int32_t x, std::int32_t y, std::int32_t ancho, std::int32_t alto) {
     return Rect{Dip(x), Dip(y), Dip(ancho), Dip(alto)};
   };
@@ -269,7 +269,7 @@ TEST_F(Formas, ControlsFollowTheWindowByTheirAnchors) {
   EXPECT_EQ(ventana->rejilla->Bounds(), en(0, 200, 800, 120));
   crece(-100, -500);
   EXPECT_EQ(ventana->rejilla->Width(), Dip(700));
-  EXPECT_EQ(ventana->rejilla->Height(), kLeastStretched);
+  EXPECT_EQ(ventana->rejilla->Height(), kMinimumStretched);
   EXPECT_EQ(ventana->a->Left(), Dip(20));
   EXPECT_EQ(ventana->a->Height(), Dip(50));
   EXPECT_LT(ventana->a->Width(), Dip(200));
@@ -290,8 +290,8 @@ TEST_F(Formas, AFieldGetsItsRowsInASqueezedWindow) {
   ASSERT_LT(lista.height, entera);
   for (const char* filas : {"SELECT", "", "SELECT"}) {
     ventana->multi->SetRowSource(filas);
-    EXPECT_EQ(ventana->InsideWidth(), ancho);
-    EXPECT_EQ(ventana->InsideHeight(), alto);
+    EXPECT_EQ(ventana->ClientWidth(), ancho);
+    EXPECT_EQ(ventana->ClientHeight(), alto);
     EXPECT_EQ(ventana->lista->Bounds(), lista);
     EXPECT_EQ(ventana->b->Left(), caja.left);
     EXPECT_EQ(ventana->b->Width() < caja.width, *filas != 0);
@@ -324,15 +324,15 @@ TEST_F(Formas, ControlsAreReachedByName) {
   const auto lee = [](const ObjectPtr& objeto, const char* nombre, std::vector<Value> args = {}) {
     return objeto->Call(nombre, args);
   };
-  EXPECT_EQ(lee(AObjeto(lee(ventana, "TXTCAMPOS", {4})), "Text"), Value("4"));
-  const ObjectPtr arreglo = AObjeto(lee(ventana, "txtCampos"));
-  EXPECT_EQ(ATexto(lee(arreglo, "Item", {0})), "0");
-  EXPECT_EQ(AEntero32(lee(arreglo, "Count")), 3);
-  EXPECT_EQ(AEntero32(lee(arreglo, "UBound")), 29);
+  EXPECT_EQ(lee(ToObject(lee(ventana, "TXTCAMPOS", {4})), "Text"), Value("4"));
+  const ObjectPtr arreglo = ToObject(lee(ventana, "txtCampos"));
+  EXPECT_EQ(ToText(lee(arreglo, "Item", {0})), "0");
+  EXPECT_EQ(ToInt32(lee(arreglo, "Count")), 3);
+  EXPECT_EQ(ToInt32(lee(arreglo, "UBound")), 29);
   EsperaError(ErrorNumber::SubscriptOutOfRange, [&] { lee(ventana, "txtCampos", {1}); });
   const ObjectPtr cuarto = (*campos)(4).shared_from_this();
-  EXPECT_EQ(AObjeto(lee(cuarto, "Container")), ventana);
-  EXPECT_EQ(AEntero32(lee(cuarto, "Index")), 4);
+  EXPECT_EQ(ToObject(lee(cuarto, "Container")), ventana);
+  EXPECT_EQ(ToInt32(lee(cuarto, "Index")), 4);
   ventana->boton->Put("Caption", "&Otro");
   EXPECT_EQ(ventana->boton->AccessibleName(), "Otro");
   EsperaError(ErrorNumber::NoSuchMember, [&] { ventana->a->Put("Name", "otro"); });

@@ -129,19 +129,19 @@ TEST_F(Listas, IsUsedByName) {
   const auto lee = [](const ObjectPtr& objeto, const char* nombre, std::vector<Value> args = {}) {
     return objeto->Call(nombre, args);
   };
-  const ObjectPtr filas = AObjeto(lee(ventana->lista, "ListItems"));
-  const ObjectPtr columnas = AObjeto(lee(ventana->lista, "ColumnHeaders"));
+  const ObjectPtr filas = ToObject(lee(ventana->lista, "ListItems"));
+  const ObjectPtr columnas = ToObject(lee(ventana->lista, "ColumnHeaders"));
   lee(columnas, "Add", {Empty{}, "c", "Clave", 1000});
   lee(columnas, "Add", {1, "n", "Nombre"});
   EXPECT_EQ(Lista().Columns().All().front().caption, "Nombre");
-  const ObjectPtr fila = AObjeto(lee(filas, "Add", {Empty{}, "7", "Pan"}));
+  const ObjectPtr fila = ToObject(lee(filas, "Add", {Empty{}, "7", "Pan"}));
   lee(filas, "Add", {1, "8", "Agua"});
   lee(filas, "Add");
-  EXPECT_EQ(AEntero32(lee(filas, "Count")), 3);
+  EXPECT_EQ(ToInt32(lee(filas, "Count")), 3);
   // A text is a key, a number a position.
-  EXPECT_EQ(AObjeto(lee(filas, "Item", {"7"})), fila);
+  EXPECT_EQ(ToObject(lee(filas, "Item", {"7"})), fila);
   std::vector<Value> primera{1}, valor{2, "harina"};
-  EXPECT_EQ(ATexto(filas->Read(kDefaultMember, primera)), "Agua");
+  EXPECT_EQ(ToText(filas->Read(kDefaultMember, primera)), "Agua");
   fila->Write(*fila->Find("SubItems"), valor);
   EXPECT_EQ(lee(fila, "SubItems", {2}), Value("harina"));
   EXPECT_EQ(lee(fila, "SubItems", {1}), Value(""));
@@ -149,16 +149,16 @@ TEST_F(Listas, IsUsedByName) {
   EXPECT_THROW(lee(fila, "SubItems", {0}), HostError);
   EXPECT_THROW(fila->Put("Key", "9"), HostError);
   ventana->lista->Put("SelectedItem", fila);
-  EXPECT_EQ(AObjeto(lee(ventana->lista, "SelectedItem")), fila);
+  EXPECT_EQ(ToObject(lee(ventana->lista, "SelectedItem")), fila);
   lee(filas, "Remove", {2});
-  EXPECT_EQ(AObjeto(lee(ventana->lista, "SelectedItem")), nullptr);
+  EXPECT_EQ(ToObject(lee(ventana->lista, "SelectedItem")), nullptr);
   EXPECT_THROW(ventana->lista->Put("SelectedItem", fila), HostError);
   // Kept by a host longer than the window.
-  const ObjectPtr resto = AObjeto(lee(filas, "Item", {1}));
+  const ObjectPtr resto = ToObject(lee(filas, "Item", {1}));
   ventana->Unload();
   ventana.reset();
-  EXPECT_EQ(ATexto(lee(resto, "Text")), "Agua");
-  EXPECT_EQ(AEntero32(lee(resto, "Index")), 0);
+  EXPECT_EQ(ToText(lee(resto, "Text")), "Agua");
+  EXPECT_EQ(ToInt32(lee(resto, "Index")), 0);
   EXPECT_THROW(lee(filas, "Add"), HostError);
 }
 

@@ -47,7 +47,7 @@ class Ventana : public Form {
  public:
   Ventana(Desktop& desktop, Diario& diario) : Form(desktop, "ventana", nullptr), diario_(&diario) {
     SetKeyPreview(true);
-    DesignInside(Dip(800), Dip(600));
+    DesignClientSize(Dip(800), Dip(600));
     etiqueta = Add<Label>("etiqueta");
     etiqueta->SetCaption("&Primero:");
     a = Pon<TextBox>("a");
@@ -79,7 +79,7 @@ class Ventana : public Form {
     a->OnChange = [d, caja = a.get()] { d->Anota("a.Change", caja->Text()); };
     combo->OnChange = [d] { d->Anota("combo.Change"); };
     fecha->OnChange = [d] { d->Anota("fecha.Change"); };
-    mes->OnDateClick = [d](const Fecha& dia) { d->Anota("mes.DateClick", dia.Texto()); };
+    mes->OnDateClick = [d](const Date& dia) { d->Anota("mes.DateClick", dia.Texto()); };
     lista->OnItemClick = [d](ListItem& item) { d->Anota("lista.ItemClick", item.Key()); };
     rejilla->OnLeaveCell = [this, d] { d->Anota("rejilla.LeaveCell", Celda()); };
     rejilla->OnRowColChange = [this, d] { d->Anota("rejilla.RowColChange", Celda()); };
@@ -92,8 +92,8 @@ class Ventana : public Form {
     for (const char* clave : {"x", "y", "z"}) lista->Items().Add(clave, clave);
     rejilla->SetRows(100);
     rejilla->SetCols(4);
-    mes->SetValue(Fecha::DesdeTexto("2024-01-31"));
-    fecha->SetValue(Fecha::DesdeTexto("2024-01-31 10:30:00"));
+    mes->SetValue(Date::FromText("2024-01-31"));
+    fecha->SetValue(Date::FromText("2024-01-31 10:30:00"));
     diario_->sucesos.clear();
   }
 
@@ -159,10 +159,10 @@ class Conexion final : public Object {
     const std::string nombre = nombres_.at(static_cast<std::size_t>(id) - 1);
     if (nombre == "Execute") {
       diario_.Anota(nombre);
-      if (!ATexto(args[0]).starts_with("SELECT")) throw HostError("no se puede leer");
+      if (!ToText(args[0]).starts_with("SELECT")) throw HostError("no se puede leer");
       fila_ = 0;
     }
-    if (nombre == "Item") codigo_ = AEntero32(args[0]) == 0;
+    if (nombre == "Item") codigo_ = ToInt32(args[0]) == 0;
     if (nombre == "Count") return 2;
     if (nombre == "Name") return codigo_ ? "articulo" : "descrip";
     if (nombre == "Value") return codigo_ ? Value("A" + Decimal(fila_)) : Value(Null{});

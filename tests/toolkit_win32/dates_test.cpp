@@ -68,11 +68,11 @@ TEST(FechasTecleadas, AreInTheModelBeforeAnyCommand) {
       screen.Settle();
       const std::unique_ptr<HeldBack> held =
           told ? nullptr : std::make_unique<HeldBack>(screen.HandleOf(*form));
-      const Fecha before = form->fecha->Value();
+      const Date before = form->fecha->Value();
       screen.Type("3");  // the third of January or the end of March, as the system's dates go
       EXPECT_EQ(form->fecha->Value(), before);  // more digits may follow
       screen.Take();
-      Fecha stored;
+      Date stored;
       screen.diario.al_suceder = [&, wanted = std::string(event)](const std::string& heard) {
         if (heard == wanted) stored = form->fecha->Value();
       };
@@ -114,7 +114,7 @@ TEST_F(FechasNativas, MoveAndTellTheModel) {
   const auto marked = [&] {
     SYSTEMTIME day{};
     screen.Ask(*form->mes, MCM_GETCURSEL, 0, reinterpret_cast<LPARAM>(&day));
-    return Fecha::DesdeCivil({day.wYear, day.wMonth, day.wDay, 0, 0, 0});
+    return Date::FromCivil({day.wYear, day.wMonth, day.wDay, 0, 0, 0});
   };
   EXPECT_EQ(marked().Texto(), "2024-02-07");
   // A place where the calendar shows a kind of thing; of days that of the middle.
@@ -134,7 +134,7 @@ TEST_F(FechasNativas, MoveAndTellTheModel) {
   };
   // What is marked is the value, and each way there tells the model once.
   for (const UINT kind : {MCHT_TITLEBTNNEXT, MCHT_CALENDARDATE, MCHT_TITLEBTNPREV}) {
-    const Fecha before = form->mes->Value();
+    const Date before = form->mes->Value();
     const POINT at = place_of(kind);
     screen.Take();
     screen.Click(*form->mes, at.x, at.y);
@@ -148,7 +148,7 @@ TEST_F(FechasNativas, MoveAndTellTheModel) {
 class Estrecha final : public Form {
  public:
   explicit Estrecha(Desktop& desktop) : Form(desktop, "estrecha", nullptr) {
-    DesignInside(Dip(300), Dip(240));
+    DesignClientSize(Dip(300), Dip(240));
     arriba = Add<TextBox>("arriba");
     arriba->Design({Dip(10), Dip(10), Dip(280), Dip(24)}, anchor::kAcross);
     mes = Add<MonthView>("mes");

@@ -68,7 +68,7 @@ class Letras : public EnPantalla {
   void KeyboardIsInView() {
     RECT inside;
     ::GetClientRect(window, &inside);
-    EXPECT_NEAR(form->InsideWidth() * dpi / 1440, inside.right, 1);
+    EXPECT_NEAR(form->ClientWidth() * dpi / 1440, inside.right, 1);
     ::MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&inside), 2);
     for (zuvi::Control* control :
          std::initializer_list<zuvi::Control*>{form->cancelar.get(), form->a.get()}) {

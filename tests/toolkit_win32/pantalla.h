@@ -22,7 +22,7 @@ namespace zuvi::pruebas {
 class Muestra final : public Ventana {
  public:
   Muestra(Desktop& desktop, Diario& diario) : Ventana(desktop, diario) {
-    DesignInside(Dip(800), Dip(520));
+    DesignClientSize(Dip(800), Dip(520));
     a->SetMaxLength(10);
     b->SetRightAligned(true);
     bloqueada = Pon<TextBox>("bloqueada");

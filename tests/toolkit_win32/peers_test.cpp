@@ -200,7 +200,7 @@ TEST_F(Nativos, RowsComeAndAreChosen) {
   list.Items().Clear();
   for (int i = 0; i < 10'000; ++i) {
     list.Items().Add("f" + std::to_string(i), "fila").SetSubItems(1, "texto");
-    screen.desktop.Breathe();
+    screen.desktop.PumpIfDue();
   }
   screen.Press(VK_DOWN);
   screen.Press(VK_DOWN);
@@ -301,11 +301,11 @@ TEST_F(Nativos, SizeStateScaleAndTitleBar) {
   const RECT before = screen.PlaceOf(native);
   const LONG margin = before.right - screen.PlaceOf(button).right;
   resize(before.right - before.left + 90, before.bottom - before.top + 30);
-  EXPECT_EQ(form->InsideWidth(), form->DesignWidth() + Dip(90));
+  EXPECT_EQ(form->ClientWidth(), form->DesignWidth() + Dip(90));
   EXPECT_EQ(std::ranges::count(screen.Take(), "Resize"), 1);
   EXPECT_EQ(screen.PlaceOf(native).right - screen.PlaceOf(button).right, margin);
   resize(50, 50);
-  EXPECT_EQ(form->InsideWidth(), form->DesignWidth());
+  EXPECT_EQ(form->ClientWidth(), form->DesignWidth());
   form->SetState(WindowState::Minimized);
   screen.Settle();
   EXPECT_TRUE(::IsIconic(native));

@@ -121,7 +121,7 @@ TEST(MensajesDelHilo, ReachTheHostWhileOurLoopsServeIt) {
 TEST(MensajesDelHilo, AClockThatWentOffIsLeftToTheHost) {
   const std::vector<UINT> waiting{kOwn, WM_COMMAND, WM_TIMER, kOwn + 1};
   {
-    native::GuestLoop loop;
+    native::NestedLoop loop;
     MSG first{};
     first.message = waiting.front();
     loop.Serve(first);

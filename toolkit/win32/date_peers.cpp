@@ -8,8 +8,8 @@
 namespace zuvi::native {
 namespace {
 
-SYSTEMTIME SystemTime(const Fecha& date) {
-  const FechaCivil civil = date.Civil();
+SYSTEMTIME SystemTime(const Date& date) {
+  const CivilDate civil = date.Civil();
   SYSTEMTIME time{};
   time.wYear = static_cast<WORD>(civil.anio);
   time.wMonth = static_cast<WORD>(civil.mes);
@@ -17,12 +17,12 @@ SYSTEMTIME SystemTime(const Fecha& date) {
   return time;
 }
 
-Fecha DayOf(const SYSTEMTIME& time) {
-  FechaCivil civil;
+Date DayOf(const SYSTEMTIME& time) {
+  CivilDate civil;
   civil.anio = time.wYear;
   civil.mes = time.wMonth;
   civil.dia = time.wDay;
-  return Fecha::DesdeCivil(civil);
+  return Date::FromCivil(civil);
 }
 
 /// A key with which one goes on entering a date; all others end that.
@@ -133,7 +133,7 @@ class DatePickerPeer final : public NativeControl {
     return result;
   }
 
-  std::optional<Fecha> Shown() const {
+  std::optional<Date> Shown() const {
     SYSTEMTIME time{};
     if (SendPtr(DTM_GETSYSTEMTIME, 0, &time) != GDT_VALID) return std::nullopt;
     return DayOf(time);
@@ -143,7 +143,7 @@ class DatePickerPeer final : public NativeControl {
     const auto day = Shown();
     if (!day || day == shown_) return;
     shown_ = day;
-    if (*day != picker_.Value().SoloDia()) picker_.UserPicked(*day);
+    if (*day != picker_.Value().DayOnly()) picker_.UserPicked(*day);
   }
   void ShowValue() {
     const UpdateGuard echo(*this);
@@ -154,8 +154,8 @@ class DatePickerPeer final : public NativeControl {
   }
 
   DatePicker& picker_;
-  std::optional<Fecha> shown_;  // what the control made of the model's date
-  bool typed_ = false;          // digits that it may not have taken for entered yet
+  std::optional<Date> shown_;  // what the control made of the model's date
+  bool typed_ = false;         // digits that it may not have taken for entered yet
   bool committing_ = false;
 };
 
@@ -171,7 +171,7 @@ class MonthPeer final : public NativeControl {
     NativeControl::Update(aspect);
   }
   /// A whole month and the day of today, as this version of the control draws them.
-  Extent Needs() const override {
+  Extent MinimumSize() const override {
     RECT least{};
     if (!SendPtr(MCM_GETMINREQRECT, 0, &least)) return {};
     const int today = static_cast<int>(Send(MCM_GETMAXTODAYWIDTH));
@@ -224,8 +224,8 @@ class MonthPeer final : public NativeControl {
   /// The mark moves without a day being clicked where the user turns to another month. The value goes along
   /// at once; that a day was picked is told when the control has finished and the button is up.
   void Follow() {
-    const Fecha day = Marked();
-    if (day == month_.Value().SoloDia()) return;
+    const Date day = Marked();
+    if (day == month_.Value().DayOnly()) return;
     month_.SetValue(day);
     moved_ = true;
     PickLater();
@@ -233,12 +233,12 @@ class MonthPeer final : public NativeControl {
   void PickLater() {
     if (moved_) ::PostMessageW(Window(), kMoved, 0, 0);
   }
-  Fecha Marked() {
+  Date Marked() {
     SYSTEMTIME time{};
-    return SendPtr(MCM_GETCURSEL, 0, &time) ? DayOf(time) : month_.Value().SoloDia();
+    return SendPtr(MCM_GETCURSEL, 0, &time) ? DayOf(time) : month_.Value().DayOnly();
   }
   void ShowValue() {
-    if (Marked() == month_.Value().SoloDia()) return;
+    if (Marked() == month_.Value().DayOnly()) return;
     const UpdateGuard echo(*this);
     SYSTEMTIME time = SystemTime(month_.Value());
     SendPtr(MCM_SETCURSEL, 0, &time);

@@ -143,7 +143,7 @@ class GridPeer final : public NativeControl {
   /// Width the columns need, from `first` on.
   std::int32_t WidthOf(std::int32_t first) const {
     std::int32_t width = 0;
-    for (std::int32_t col = first; col < grid_.Cols(); ++col) width += grid_.LeastWidth(col);
+    for (std::int32_t col = first; col < grid_.Cols(); ++col) width += grid_.MinimumWidth(col);
     return width;
   }
 
@@ -151,10 +151,10 @@ class GridPeer final : public NativeControl {
     RECT client;
     ::GetClientRect(Window(), &client);
     std::int32_t room = Parent().Twips(client.right);
-    for (std::int32_t col = 0; col < grid_.FixedCols(); ++col) room -= grid_.LeastWidth(col);
+    for (std::int32_t col = 0; col < grid_.FixedCols(); ++col) room -= grid_.MinimumWidth(col);
     std::int32_t count = 0;
     for (std::int32_t col = grid_.Cols() - 1; col >= grid_.FixedCols(); --col, ++count)
-      if ((room -= grid_.LeastWidth(col)) < 0) break;
+      if ((room -= grid_.MinimumWidth(col)) < 0) break;
     return std::max(count, 1);
   }
 

@@ -144,7 +144,7 @@ class MessageBoxes::Guard {
     ::PostMessageW(button.found, BM_CLICK, 0, 0);
   }
 
-  GuestLoop loop_;
+  NestedLoop loop_;
   HWND owner_;
   Guard* outer_;
   UniqueHook hook_;

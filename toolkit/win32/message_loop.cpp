@@ -4,30 +4,30 @@ namespace zuvi::native {
 namespace {
 
 // A plain pointer: nothing is left to be done at the end of a thread.
-GuestLoop*& Outermost() {
-  thread_local GuestLoop* outermost = nullptr;
+NestedLoop*& Outermost() {
+  thread_local NestedLoop* outermost = nullptr;
   return outermost;
 }
 
 }  // namespace
 
-GuestLoop::GuestLoop() : outermost_(Outermost() ? Outermost() : this) { Outermost() = outermost_; }
+NestedLoop::NestedLoop() : outermost_(Outermost() ? Outermost() : this) { Outermost() = outermost_; }
 
-GuestLoop::~GuestLoop() {
+NestedLoop::~NestedLoop() {
   if (outermost_ != this) return;
   Outermost() = nullptr;
   PutBack();
 }
 
-bool GuestLoop::Standing() { return Outermost() != nullptr; }
+bool NestedLoop::Standing() { return Outermost() != nullptr; }
 
-void GuestLoop::Serve(MSG& message) {
+void NestedLoop::Serve(MSG& message) {
   if (Filtered(message) || Keep(message)) return;
   ::TranslateMessage(&message);
   ::DispatchMessageW(&message);
 }
 
-bool GuestLoop::Keep(const MSG& message) noexcept {
+bool NestedLoop::Keep(const MSG& message) noexcept {
   // Timers come again by themselves, and those with a procedure are to be dispatched; WM_NULL only wakes.
   if (message.hwnd || message.message == WM_NULL || message.message == WM_TIMER || message.message == WM_QUIT)
     return false;
@@ -35,7 +35,7 @@ bool GuestLoop::Keep(const MSG& message) noexcept {
   return true;
 }
 
-void GuestLoop::Store(const MSG& message) noexcept {
+void NestedLoop::Store(const MSG& message) noexcept {
   try {
     kept_.push_back(message);
   } catch (...) {
@@ -43,7 +43,7 @@ void GuestLoop::Store(const MSG& message) noexcept {
   }
 }
 
-void GuestLoop::PutBack() noexcept {
+void NestedLoop::PutBack() noexcept {
   if (kept_.empty()) return;
   // What still waits came later.
   const HWND of_thread = reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1));

@@ -19,12 +19,12 @@ inline void Serve(MSG& message) {
 
 /// Stands while messages are served inside somebody else's loop, to which those of the thread itself, without
 /// a window, belong: what no filter takes of them is put back, in order, when the outermost of these goes.
-class GuestLoop {
+class NestedLoop {
  public:
-  GuestLoop();
-  GuestLoop(const GuestLoop&) = delete;
-  GuestLoop& operator=(const GuestLoop&) = delete;
-  ~GuestLoop();
+  NestedLoop();
+  NestedLoop(const NestedLoop&) = delete;
+  NestedLoop& operator=(const NestedLoop&) = delete;
+  ~NestedLoop();
 
   /// One stands on this thread.
   static bool Standing();
@@ -36,7 +36,7 @@ class GuestLoop {
   void Store(const MSG& message) noexcept;
   void PutBack() noexcept;
 
-  GuestLoop* outermost_;  // itself, unless it stands inside another
+  NestedLoop* outermost_;  // itself, unless it stands inside another
   std::vector<MSG> kept_;
 };
 

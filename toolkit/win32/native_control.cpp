@@ -302,7 +302,7 @@ void NativeControl::KeyDown(const Message& message) {
       ::PostQuitMessage(static_cast<int>(waiting.wParam));
       break;
     }
-    if (GuestLoop::Standing() && Filtered(waiting)) continue;
+    if (NestedLoop::Standing() && Filtered(waiting)) continue;
     characters[count++] = {message.window, kind, waiting.wParam, waiting.lParam};
   }
 

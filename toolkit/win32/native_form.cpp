@@ -167,7 +167,7 @@ void NativeForm::Update(Aspect aspect) {
       break;
     case Aspect::Bounds:
       if (!sizing_) {
-        const RECT frame = FrameOf(Pixels(form_.InsideWidth()), Pixels(form_.InsideHeight()));
+        const RECT frame = FrameOf(Pixels(form_.ClientWidth()), Pixels(form_.ClientHeight()));
         ::SetWindowPos(Window(), nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
                        SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
       }

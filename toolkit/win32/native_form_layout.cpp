@@ -16,7 +16,7 @@ RECT NativeForm::FrameOf(int width, int height) const {
 RECT NativeForm::FirstPlace(int nth) const {
   const HWND front = ::GetForegroundWindow();
   const RECT area = WindowFactory::WorkArea(front);
-  const RECT frame = FrameOf(Pixels(form_.InsideWidth()), Pixels(form_.InsideHeight()));
+  const RECT frame = FrameOf(Pixels(form_.ClientWidth()), Pixels(form_.ClientHeight()));
   const LONG width = std::min(frame.right - frame.left, area.right - area.left);
   const LONG height = std::min(frame.bottom - frame.top, area.bottom - area.top);
   const LONG step = nth * Metric(SM_CYCAPTION);
@@ -36,7 +36,7 @@ RECT NativeForm::FirstPlace(int nth) const {
 void NativeForm::FitNative() {
   for (const auto& control : form_.Controls()) {
     const Peer* const peer = control->NativeSide();
-    const Extent needs = peer ? peer->Needs() : Extent{};
+    const Extent needs = peer ? peer->MinimumSize() : Extent{};
     if (needs.width > control->Width() || needs.height > control->Height()) return form_.Fit();
   }
 }
@@ -58,7 +58,7 @@ void NativeForm::OnSize(WPARAM kind, int width, int height) {
     return;
   }
   form_.SetState(kind == SIZE_MAXIMIZED ? WindowState::Maximized : WindowState::Normal);
-  if (width == Pixels(form_.InsideWidth()) && height == Pixels(form_.InsideHeight())) return;
+  if (width == Pixels(form_.ClientWidth()) && height == Pixels(form_.ClientHeight())) return;
   LayOutWithBars();
 }
 
@@ -124,7 +124,7 @@ void NativeForm::PutOnScreen() {
   if (::IsIconic(Window())) return;
   const auto life = life_;
   if (!::IsZoomed(Window())) {
-    const RECT frame = FrameOf(Pixels(form_.InsideWidth()), Pixels(form_.InsideHeight()));
+    const RECT frame = FrameOf(Pixels(form_.ClientWidth()), Pixels(form_.ClientHeight()));
     const RECT area = WindowFactory::WorkArea(Window());
     const LONG width = std::min(frame.right - frame.left, area.right - area.left);
     const LONG height = std::min(frame.bottom - frame.top, area.bottom - area.top);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "base/reloj.h"
+#include "base/clock.h"
 #include "toolkit/win32/message_box.h"
 #include "toolkit/win32/message_loop.h"
 #include "toolkit/win32/native_form.h"
@@ -42,7 +42,7 @@ HWND HandleOf(const Form& form) {
 
 /// What a program that ends meanwhile ends with.
 std::optional<int> ServeUntilGone(const Form& form) {
-  native::GuestLoop loop;
+  native::NestedLoop loop;
   while (form.Visible()) {
     MSG message;
     const BOOL got = ::GetMessageW(&message, nullptr, 0, 0);
@@ -66,11 +66,11 @@ int Win32Desktop::Box(const std::string& text, const wchar_t* title, unsigned st
   }
 }
 
-void Win32Desktop::Avisa(const std::string& text) noexcept { Box(text, L"ZuviProduccion", MB_OK); }
+void Win32Desktop::ShowMessage(const std::string& text) noexcept { Box(text, L"ZuviProduccion", MB_OK); }
 
 void Win32Desktop::PumpEvents() {
   const DWORD start = ::GetTickCount();
-  native::GuestLoop loop;
+  native::NestedLoop loop;
   MSG message;
   while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
     if (message.message == WM_QUIT) {
@@ -84,7 +84,7 @@ void Win32Desktop::PumpEvents() {
   breathed_ = ::GetTickCount();
 }
 
-void Win32Desktop::Breathe() {
+void Win32Desktop::PumpIfDue() {
   if (::GetTickCount() - breathed_ >= kBreath) PumpEvents();
 }
 
@@ -137,6 +137,6 @@ void Win32Desktop::RunModal(Form& form, Form* owner) {
   ::PostQuitMessage(*quit);
 }
 
-Fecha Win32Desktop::Now() const { return Fecha::DesdeCivil(Ahora()); }
+Date Win32Desktop::Now() const { return Date::FromCivil(Ahora()); }
 
 }  // namespace zuvi

@@ -27,14 +27,14 @@ class Win32Desktop : public Desktop {
   /// Shows a message box over the active window; result and `style` are those of the system's MessageBox.
   /// What is typed meanwhile is neither an answer nor lost.
   int Box(const std::string& text, const wchar_t* title, unsigned style) noexcept;
-  void Avisa(const std::string& text) noexcept override;
+  void ShowMessage(const std::string& text) noexcept override;
   void PumpEvents() override;
-  void Breathe() override;
+  void PumpIfDue() override;
   /// Without an owner the window that was in front on this thread is blocked, whoever it belongs to.
   void RunModal(Form& form, Form* owner) override;
   /// Throws HostError when Windows has no window left to give.
   void Attach(Form& form) override;
-  Fecha Now() const override;
+  Date Now() const override;
 
  private:
   HINSTANCE__* instance_;

@@ -1,11 +1,11 @@
-#include "base/reloj.h"
+#include "base/clock.h"
 
 #include <algorithm>
 #include <ctime>
 
 namespace zuvi {
 
-FechaCivil Ahora() {
+CivilDate Ahora() {
   const std::time_t segundos = std::time(nullptr);
   std::tm local{};
 #ifdef _WIN32

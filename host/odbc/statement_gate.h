@@ -13,7 +13,7 @@ enum class StatementKind { Read, Write, Begin, Commit, Rollback };
 /// statement of that engine (a trailing semicolon is allowed), holds a NUL character, at which the database
 /// would end it, or reaches files or native code outside its quotes: `load_extension`, `LOAD DATA`, `INTO
 /// OUTFILE`, `ATTACH` and the like. Returns what kind of statement it is.
-StatementKind Revisa(Motor engine, std::string_view sql);
+StatementKind CheckStatement(Engine engine, std::string_view sql);
 
 /// Throws HostError unless the statement is one that reads, for a session that may not change anything. Goes
 /// beside the engine's own read-only mode, which settings and files of its own are not subject to.

@@ -10,8 +10,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "host/odbc/memory_recordset.h"
 #include "host/odbc/odbc_api.h"
-#include "host/odbc/recordset_memoria.h"
 
 namespace zuvi::host {
 
@@ -20,7 +20,7 @@ namespace zuvi::host {
 /// any value in any column.
 class Statement {
  public:
-  Statement(SQLHANDLE connection, Motor engine, Encoding encoding);
+  Statement(SQLHANDLE connection, Engine engine, Encoding encoding);
   Statement(const Statement&) = delete;
   Statement& operator=(const Statement&) = delete;
   ~Statement();
@@ -58,7 +58,7 @@ class Statement {
   std::string_view AsUtf8(SQLSMALLINT type, std::string_view bytes);
 
   OdbcHandle<SQL_HANDLE_STMT> handle_;
-  Motor engine_;
+  Engine engine_;
   Encoding encoding_;
   mutable bool lost_ = false;
   std::deque<Buffer> bound_;

@@ -9,22 +9,22 @@ namespace zuvi::host {
 
 /// An ODBC connection string taken apart: "DRIVER={…};Server=…;PWD={a;b}". Names are compared without case,
 /// blanks around names and values do not count, and of a name given twice the first one holds.
-class CadenaOdbc {
+class OdbcAttributes {
  public:
-  explicit CadenaOdbc(std::string_view connection_string);
+  explicit OdbcAttributes(std::string_view connection_string);
   /// Value without its braces; empty when there is none.
-  std::string Trae(std::string_view name) const;
+  std::string Get(std::string_view name) const;
   /// Whether the attribute is named, be it without a value.
-  bool Tiene(std::string_view name) const;
+  bool Has(std::string_view name) const;
   /// Sets an attribute in place of the one of that name; the value stands as it is given, braces included.
-  void Pon(std::string_view name, std::string_view value);
-  void Quita(std::string_view name);
+  void Set(std::string_view name, std::string_view value);
+  void Remove(std::string_view name);
   /// The string again: "name=value;" for each attribute.
-  std::string Texto() const;
+  std::string Text() const;
   /// What of the text is no "name=value", in words; empty when all of it was understood.
-  const std::string& Defecto() const { return defect_; }
+  const std::string& Defect() const { return defect_; }
   /// Names of the attributes, in the order of the string.
-  std::vector<std::string> Nombres() const;
+  std::vector<std::string> Names() const;
 
  private:
   std::vector<std::pair<std::string, std::string>> attributes_;  // values as they stand in the string

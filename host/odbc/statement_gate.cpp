@@ -1,7 +1,7 @@
 // Texts are built by joining pieces, keys of users among them: a key must never bring a statement of its own,
 // nor a function that reads files or loads code. The drivers leave those switched on and offer no way to
 // switch them off. What is inside quotes or comments does not count; everything else does.
-#include "host/odbc/compuerta.h"
+#include "host/odbc/statement_gate.h"
 
 #include <algorithm>
 #include <array>
@@ -22,7 +22,7 @@ constexpr std::array<std::string_view, 6> kForbiddenStarts{"attach",    "load", 
 
 template <class List>
 bool IsIn(const List& list, std::string_view word) {
-  return std::ranges::any_of(list, [&](std::string_view one) { return IgualSinCaso(one, word); });
+  return std::ranges::any_of(list, [&](std::string_view one) { return EqualsIgnoringCase(one, word); });
 }
 
 [[noreturn]] void Reject(std::string_view what) {
@@ -42,7 +42,7 @@ bool IsWordCharacter(char c) {
 /// Reads a statement the way its engine does, as far as words, quotes and comments go.
 class Scanner {
  public:
-  Scanner(Motor engine, std::string_view sql) : maria_(engine == Motor::MariaDb), sql_(sql) {}
+  Scanner(Engine engine, std::string_view sql) : maria_(engine == Engine::MariaDb), sql_(sql) {}
 
   void Scan() {
     bool terminated = false;
@@ -127,17 +127,18 @@ class Scanner {
     first_ = false;
     previous_ = name;
     // A table whose reading writes.
-    if (IgualSinCaso(name, "pragma_optimize")) Reject(name);
+    if (EqualsIgnoringCase(name, "pragma_optimize")) Reject(name);
   }
 
   void Word(std::string_view word) {
     if (std::exchange(first_, false)) {
       if (IsIn(kForbiddenStarts, word)) Reject(word);
-      vacuum_ = IgualSinCaso(word, "vacuum");
+      vacuum_ = EqualsIgnoringCase(word, "vacuum");
     }
-    const bool after_into = IgualSinCaso(previous_, "into");
-    if (after_into && (IgualSinCaso(word, "outfile") || IgualSinCaso(word, "dumpfile"))) Reject(word);
-    if (vacuum_ && IgualSinCaso(word, "into")) Reject("vacuum into");
+    const bool after_into = EqualsIgnoringCase(previous_, "into");
+    if (after_into && (EqualsIgnoringCase(word, "outfile") || EqualsIgnoringCase(word, "dumpfile")))
+      Reject(word);
+    if (vacuum_ && EqualsIgnoringCase(word, "into")) Reject("vacuum into");
     Name(word);
   }
 
@@ -163,14 +164,14 @@ class Scanner {
 
 /// Whether `end` ends a text, without regard to case.
 bool EndsWith(std::string_view text, std::string_view end) {
-  return text.size() >= end.size() && IgualSinCaso(text.substr(text.size() - end.size()), end);
+  return text.size() >= end.size() && EqualsIgnoringCase(text.substr(text.size() - end.size()), end);
 }
 
 /// "file" in any case. Steps over four characters at a time, as most are none of its letters.
 bool ContainsFile(std::string_view sql) {
   constexpr std::string_view kFile = "file";
   for (std::size_t end = kFile.size(); end <= sql.size();) {
-    const auto letter = kFile.rfind(Minuscula(sql[end - 1]));
+    const auto letter = kFile.rfind(LowerCase(sql[end - 1]));
     if (letter == std::string_view::npos)
       end += kFile.size();
     else if (letter + 1 < kFile.size())
@@ -185,10 +186,10 @@ bool ContainsFile(std::string_view sql) {
 
 /// Whether one of the characters that only few statements have makes a closer look necessary: every
 /// statement passes here, and most of them must not cost more than this.
-bool Suspicious(Motor engine, std::string_view sql) {
+bool Suspicious(Engine engine, std::string_view sql) {
   if (sql.find(';') != std::string_view::npos) return true;
-  if (engine == Motor::MariaDb && sql.find("/*") != std::string_view::npos) return true;
-  if (engine == Motor::Sqlite && sql.find(kByteOrderMark) != std::string_view::npos) return true;
+  if (engine == Engine::MariaDb && sql.find("/*") != std::string_view::npos) return true;
+  if (engine == Engine::Sqlite && sql.find(kByteOrderMark) != std::string_view::npos) return true;
   for (std::size_t i = sql.find('_'); i != std::string_view::npos; i = sql.find('_', i + 1))
     for (const std::string_view prefix : {"load", "blob", "fts3", "sys", "pragma"})
       if (EndsWith(sql.substr(0, i), prefix)) return true;
@@ -220,7 +221,7 @@ std::string FirstWord(std::string_view sql) {
   sql = WithoutPreamble(sql);
   const auto end = static_cast<std::size_t>(std::ranges::find_if_not(sql, IsWordCharacter) - sql.begin());
   std::string word(sql.substr(0, std::min<std::size_t>(end, 12)));
-  std::ranges::transform(word, word.begin(), Minuscula);
+  std::ranges::transform(word, word.begin(), LowerCase);
   return word;
 }
 
@@ -231,13 +232,13 @@ StatementKind KindOf(std::string_view word, std::string_view sql) {
   if (word == "begin" || word == "start") return StatementKind::Begin;
   if (word == "commit" || word == "end") return StatementKind::Commit;
   // Back to a savepoint, the transaction goes on.
-  if (word == "rollback" && Minusculas(sql).find(" to") == std::string::npos) return StatementKind::Rollback;
+  if (word == "rollback" && ToLower(sql).find(" to") == std::string::npos) return StatementKind::Rollback;
   return StatementKind::Write;
 }
 
 }  // namespace
 
-StatementKind Revisa(Motor engine, std::string_view sql) {
+StatementKind CheckStatement(Engine engine, std::string_view sql) {
   if (sql.find('\0') != std::string_view::npos)
     throw HostError("La instrucción contiene un carácter nulo y no se ejecutó.");
   const std::string word = FirstWord(sql);
@@ -252,7 +253,7 @@ void RequireReading(std::string_view sql) {
   if (word == "pragma") {
     std::string_view rest = WithoutPreamble(sql).substr(word.size());
     rest.remove_prefix(std::min(rest.find_first_not_of(" \t\r\n"), rest.size()));
-    std::string pragma = Minusculas(rest.substr(0, rest.find_first_of(" \t\r\n(=;")));
+    std::string pragma = ToLower(rest.substr(0, rest.find_first_of(" \t\r\n(=;")));
     if (const auto dot = pragma.find('.'); dot != std::string::npos) pragma.erase(0, dot + 1);
     // Those that only tell, with an argument or without.
     constexpr std::array<std::string_view, 10> kTellingPragmas{

@@ -20,7 +20,7 @@ bool IsSqlite(std::string_view name);
 /// Name of the installed driver to use for an engine where none is asked for by name: of SQLite's the one
 /// whose attributes we write or, where it has no name that we know, the first that opens a database of
 /// version 3; of MariaDB's the first. Throws HostError, with what to install, when there is none.
-std::string DriverFor(Motor engine);
+std::string DriverFor(Engine engine);
 
 /// Why nothing could be connected, where the error says that it was for want of a driver or data source:
 /// `driver` as a connection string names it, or the data source `data_source`; both are empty for a driver

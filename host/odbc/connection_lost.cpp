@@ -1,4 +1,4 @@
-#include "host/odbc/perdida.h"
+#include "host/odbc/connection_lost.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,7 @@ namespace zuvi::host {
 namespace {
 
 struct Explanation {
-  Motor engine;
+  Engine engine;
   std::int32_t code;
   std::string_view text;
 };
@@ -18,29 +18,29 @@ constexpr std::string_view kReadOnly = "La conexión o la base es de solo lectur
 constexpr std::string_view kDamaged = "El archivo de la base de datos está dañado o no es una base de datos";
 
 constexpr std::array kExplanations{
-    Explanation{Motor::MariaDb, 1205, kBusy},
-    Explanation{Motor::MariaDb, 1792, kReadOnly},
-    Explanation{Motor::MariaDb, 1290, kReadOnly},
-    Explanation{Motor::MariaDb, 1969,
+    Explanation{Engine::MariaDb, 1205, kBusy},
+    Explanation{Engine::MariaDb, 1792, kReadOnly},
+    Explanation{Engine::MariaDb, 1290, kReadOnly},
+    Explanation{Engine::MariaDb, 1969,
                 "La instrucción tardó más del límite de lectura y el servidor la detuvo"},
-    Explanation{Motor::MariaDb, 3024,
+    Explanation{Engine::MariaDb, 3024,
                 "La instrucción tardó más del límite de lectura y el servidor la detuvo"},
-    Explanation{Motor::MariaDb, 1317, "El servidor detuvo la instrucción"},
-    Explanation{Motor::MariaDb, 1021, "El disco del servidor está lleno"},
-    Explanation{Motor::Sqlite, 5, kBusy},
-    Explanation{Motor::Sqlite, 6, kBusy},
-    Explanation{Motor::Sqlite, 8, kReadOnly},
-    Explanation{Motor::Sqlite, 10, "No se pudo leer o escribir el archivo de la base de datos"},
-    Explanation{Motor::Sqlite, 11, kDamaged},
-    Explanation{Motor::Sqlite, 13, "El disco está lleno; no se guardó"},
-    Explanation{Motor::Sqlite, 14, "No se puede abrir el archivo de la base de datos"},
-    Explanation{Motor::Sqlite, 26, kDamaged},
+    Explanation{Engine::MariaDb, 1317, "El servidor detuvo la instrucción"},
+    Explanation{Engine::MariaDb, 1021, "El disco del servidor está lleno"},
+    Explanation{Engine::Sqlite, 5, kBusy},
+    Explanation{Engine::Sqlite, 6, kBusy},
+    Explanation{Engine::Sqlite, 8, kReadOnly},
+    Explanation{Engine::Sqlite, 10, "No se pudo leer o escribir el archivo de la base de datos"},
+    Explanation{Engine::Sqlite, 11, kDamaged},
+    Explanation{Engine::Sqlite, 13, "El disco está lleno; no se guardó"},
+    Explanation{Engine::Sqlite, 14, "No se puede abrir el archivo de la base de datos"},
+    Explanation{Engine::Sqlite, 26, kDamaged},
 };
 
 }  // namespace
 
-bool IsConnectionLoss(Motor engine, const HostError& error) {
-  if (engine != Motor::MariaDb) return false;
+bool IsConnectionLoss(Engine engine, const HostError& error) {
+  if (engine != Engine::MariaDb) return false;
   const std::string_view state = error.SqlState();
   if (state.starts_with("08") || state == "HYT00" || state == "HYT01") return true;
   const std::int32_t code = error.NativeCode();
@@ -50,7 +50,7 @@ bool IsConnectionLoss(Motor engine, const HostError& error) {
   return code == 1053 || code == 1927 || code == 4031 || (code == 0 && state.empty());
 }
 
-HostError Explained(Motor engine, const HostError& error) {
+HostError Explained(Engine engine, const HostError& error) {
   const auto found = std::ranges::find_if(kExplanations, [&](const Explanation& one) {
     return one.engine == engine && one.code == error.NativeCode();
   });

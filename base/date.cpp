@@ -1,4 +1,4 @@
-#include "base/fecha.h"
+#include "base/date.h"
 
 #include <algorithm>
 #include <chrono>
@@ -27,20 +27,20 @@ int Digits(std::string_view text, std::size_t at, std::size_t count) {
   return result;
 }
 
-ch::year_month_day Dia(const Fecha& fecha) {
-  return kEpoch + ch::days{static_cast<int>(std::trunc(fecha.Serie()))};
+ch::year_month_day Dia(const Date& fecha) {
+  return kEpoch + ch::days{static_cast<int>(std::trunc(fecha.Serial()))};
 }
 
-Fecha DesdeDia(ch::sys_days dia) { return Fecha::DesdeSerie(static_cast<double>((dia - kEpoch).count())); }
+Date DesdeDia(ch::sys_days dia) { return Date::FromSerial(static_cast<double>((dia - kEpoch).count())); }
 
 }  // namespace
 
-Fecha Fecha::DesdeSerie(double dias) {
+Date Date::FromSerial(double dias) {
   if (!(dias > kFirst - 1 && dias < kLast)) throw HostError(ErrorNumber::Overflow);
-  return Fecha(dias);
+  return Date(dias);
 }
 
-Fecha Fecha::DesdeCivil(const FechaCivil& c) {
+Date Date::FromCivil(const CivilDate& c) {
   // The calendar's own types keep only the low byte of a month or a day.
   const bool day_ok = c.mes >= 1 && c.mes <= 12 && c.dia >= 1 && c.dia <= 31;
   const ch::year_month_day day{ch::year{c.anio}, ch::month{static_cast<unsigned>(c.mes)},
@@ -52,12 +52,12 @@ Fecha Fecha::DesdeCivil(const FechaCivil& c) {
   const auto days = static_cast<double>((ch::sys_days{day} - kEpoch).count());
   const double time = (c.hora * 3600 + c.minuto * 60 + c.segundo) / kSecondsPerDay;
   // Before the epoch the fraction still counts forward from midnight while the whole part counts back.
-  return Fecha(days < 0 ? days - time : days + time);
+  return Date(days < 0 ? days - time : days + time);
 }
 
-Fecha Fecha::DesdeTexto(std::string_view iso) {
+Date Date::FromText(std::string_view iso) {
   if (iso.size() < 10 || iso[4] != '-' || iso[7] != '-') throw HostError(ErrorNumber::TypeMismatch);
-  FechaCivil c{.anio = Digits(iso, 0, 4), .mes = Digits(iso, 5, 2), .dia = Digits(iso, 8, 2)};
+  CivilDate c{.anio = Digits(iso, 0, 4), .mes = Digits(iso, 5, 2), .dia = Digits(iso, 8, 2)};
   if (iso.size() > 10) {
     if ((iso[10] != ' ' && iso[10] != 'T') || iso.size() < 16 || iso[13] != ':')
       throw HostError(ErrorNumber::TypeMismatch);
@@ -72,10 +72,10 @@ Fecha Fecha::DesdeTexto(std::string_view iso) {
       c.segundo = Digits(iso, 17, 2);
     }
   }
-  return DesdeCivil(c);
+  return FromCivil(c);
 }
 
-FechaCivil Fecha::Civil() const {
+CivilDate Date::Civil() const {
   double days = std::trunc(dias_);
   double seconds = std::nearbyint(std::abs(dias_ - days) * kSecondsPerDay);
   if (seconds >= kSecondsPerDay && days + 1 >= kLast) {
@@ -94,23 +94,23 @@ FechaCivil Fecha::Civil() const {
           .segundo = s % 60};
 }
 
-Fecha Fecha::SoloDia() const { return Fecha(std::trunc(dias_)); }
+Date Date::DayOnly() const { return Date(std::trunc(dias_)); }
 
-Fecha Fecha::MasDias(std::int32_t dias) const { return DesdeSerie(dias_ + dias); }
+Date Date::PlusDays(std::int32_t dias) const { return FromSerial(dias_ + dias); }
 
-Fecha Fecha::MasMeses(std::int32_t meses) const {
+Date Date::PlusMonths(std::int32_t meses) const {
   const ch::year_month_day desde = Dia(*this);
   const ch::year_month mes = desde.year() / desde.month() + ch::months{meses};
   return DesdeDia(mes / std::min(desde.day(), (mes / ch::last).day()));
 }
 
-Fecha Fecha::FinDeMes() const {
+Date Date::EndOfMonth() const {
   const ch::year_month_day dia = Dia(*this);
   return DesdeDia(dia.year() / dia.month() / ch::last);
 }
 
-std::string Fecha::Formatea(std::string_view patron) const {
-  const FechaCivil c = Civil();
+std::string Date::Formatea(std::string_view patron) const {
+  const CivilDate c = Civil();
   const struct {
     std::string_view mark;
     int value;
@@ -122,7 +122,7 @@ std::string Fecha::Formatea(std::string_view patron) const {
     bool taken = false;
     for (const auto& field : fields) {
       if (!patron.starts_with(field.mark)) continue;
-      out += ConCeros(field.value, field.width);
+      out += ZeroPadded(field.value, field.width);
       patron.remove_prefix(field.mark.size());
       taken = true;
       break;
@@ -134,7 +134,7 @@ std::string Fecha::Formatea(std::string_view patron) const {
   return out;
 }
 
-std::string Fecha::Texto() const {
+std::string Date::Texto() const {
   const bool has_time = dias_ != std::trunc(dias_);
   return Formatea(has_time ? "yyyy-MM-dd hh:mm:ss" : "yyyy-MM-dd");
 }

@@ -1,4 +1,4 @@
-#include "host/odbc/recordset_campos.h"
+#include "host/odbc/recordset_fields.h"
 
 namespace zuvi::host {
 

@@ -1,4 +1,4 @@
-#include "host/odbc/odbc_sentencia.h"
+#include "host/odbc/odbc_statement.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,7 @@
 #include <optional>
 
 #include "base/text.h"
-#include "host/odbc/perdida.h"
+#include "host/odbc/connection_lost.h"
 
 namespace zuvi::host {
 namespace {
@@ -54,7 +54,7 @@ Value ValueOf(std::string_view text, ColumnKind kind) {
       return text;
     case ColumnKind::Date:
       try {
-        return Fecha::DesdeTexto(text);
+        return Date::FromText(text);
       } catch (const HostError&) {
         return text;
       }
@@ -104,7 +104,7 @@ class Statement::CursorGuard {
   Statement& statement_;
 };
 
-Statement::Statement(SQLHANDLE connection, Motor engine, Encoding encoding)
+Statement::Statement(SQLHANDLE connection, Engine engine, Encoding encoding)
     : engine_(engine), encoding_(encoding) {
   host::Check(SQLAllocHandle(SQL_HANDLE_STMT, connection, handle_.Out()), SQL_HANDLE_DBC, connection,
               encoding);
@@ -127,7 +127,7 @@ std::int64_t Statement::Run(std::string_view sql) {
 
 ResultSet Statement::Query(std::string_view sql, std::int64_t* touched) {
   const CursorGuard guard(*this);
-  const bool any = Execute(sql, engine_ == Motor::MariaDb);
+  const bool any = Execute(sql, engine_ == Engine::MariaDb);
   SQLSMALLINT count = 0;
   Check(SQLNumResultCols(handle_.Get(), &count));
   if (touched) *touched = any && count == 0 ? RowsTouched() : 0;
@@ -241,13 +241,14 @@ ColumnKind Statement::KindOf(SQLUSMALLINT column, SQLSMALLINT type) const {
     default:
       break;
   }
-  if (engine_ == Motor::Sqlite) {
+  if (engine_ == Engine::Sqlite) {
     // Its driver takes DECIMAL for a text.
     std::array<SQLCHAR, 16> declared{};
     SQLSMALLINT bytes = 0;
     Check(SQLColAttribute(handle_.Get(), column, SQL_DESC_TYPE_NAME, declared.data(),
                           static_cast<SQLSMALLINT>(declared.size()), &bytes, nullptr));
-    if (IgualSinCaso(std::string_view(reinterpret_cast<const char*>(declared.data())).substr(0, 3), "dec"))
+    if (EqualsIgnoringCase(std::string_view(reinterpret_cast<const char*>(declared.data())).substr(0, 3),
+                           "dec"))
       return ColumnKind::Real;
   }
   return ColumnKind::Text;
@@ -269,7 +270,7 @@ void Statement::Bind(const Columns& columns) {
 SQLSMALLINT Statement::CType(ColumnKind kind) const {
   // Of MariaDB's texts the bytes are taken as they come, which are UTF-8: as UTF-16 its driver converts them
   // slowly, and fails on a text that is cut between surrogates.
-  if (engine_ == Motor::MariaDb)
+  if (engine_ == Engine::MariaDb)
     return kind == ColumnKind::Text || kind == ColumnKind::LongText ? SQL_C_BINARY : SQL_C_CHAR;
   return encoding_ == Encoding::Utf16 ? SQL_C_WCHAR : SQL_C_CHAR;
 }

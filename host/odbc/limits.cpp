@@ -1,4 +1,4 @@
-#include "host/odbc/limites.h"
+#include "host/odbc/limits.h"
 
 #include <cstdlib>
 #include <string>

@@ -1,17 +1,17 @@
-#include "base/formato.h"
+#include "base/format.h"
 
 #include <optional>
 
 namespace zuvi {
 namespace {
 
-std::optional<Fecha> AsDate(const Value& value) {
+std::optional<Date> AsDate(const Value& value) {
   try {
-    return AFecha(value);
+    return ToDate(value);
   } catch (const HostError&) {
   }
   try {
-    return Fecha::DesdeSerie(ANumero(value));
+    return Date::FromSerial(ToNumber(value));
   } catch (const HostError&) {
   }
   return std::nullopt;
@@ -19,10 +19,10 @@ std::optional<Fecha> AsDate(const Value& value) {
 
 }  // namespace
 
-std::string FormateaComoFecha(const Value& value, std::string_view pattern) {
+std::string FormatAsDate(const Value& value, std::string_view pattern) {
   if (value.IsNull() || value.IsEmpty()) return {};
   const auto date = AsDate(value);
-  return date ? date->Formatea(pattern) : ATexto(value);
+  return date ? date->Formatea(pattern) : ToText(value);
 }
 
 }  // namespace zuvi

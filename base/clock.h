@@ -1,10 +1,10 @@
 #pragma once
 
-#include "base/fecha.h"
+#include "base/date.h"
 
 namespace zuvi {
 
 /// Date and time of this station, in its own time zone.
-FechaCivil Ahora();
+CivilDate Ahora();
 
 }  // namespace zuvi

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "host/odbc/base_datos.h"
-#include "host/odbc/limites.h"
+#include "host/odbc/limits.h"
 #include "host/odbc/odbc_api.h"
 
 namespace zuvi::host {
@@ -19,7 +19,7 @@ class OdbcConnection {
   ~OdbcConnection();
 
   SQLHANDLE Get() const { return connection_.Get(); }
-  Motor GetEngine() const { return engine_; }
+  Engine GetEngine() const { return engine_; }
   /// The form of texts that this connection was found to keep whole.
   Encoding TextEncoding() const { return encoding_; }
   /// File of a SQLite database by the name that its driver has for it; empty when it is kept in none.
@@ -36,7 +36,7 @@ class OdbcConnection {
   void Open(const std::string& connection_string);
   Encoding InitialEncoding(const std::string& connection_string) const;
   void Connect(const std::string& connection_string);
-  Motor AskEngine() const;
+  Engine AskEngine() const;
   /// True when a text with more than one byte a character arrives whole in that form.
   bool Preserves(Encoding encoding) const;
   /// False when the form has to be another one, which takes connecting anew.
@@ -47,7 +47,7 @@ class OdbcConnection {
   EnvironmentHandle environment_;
   ConnectionHandle connection_;
   std::string file_;
-  Motor engine_ = Motor::Sqlite;
+  Engine engine_ = Engine::Sqlite;
   Encoding encoding_ = Encoding::Utf16;
 };
 

@@ -1,14 +1,14 @@
-#include "host/odbc/odbc_enlace.h"
+#include "host/odbc/odbc_connection.h"
 
 #include <array>
 #include <charconv>
 #include <filesystem>
 
 #include "base/text.h"
-#include "host/odbc/odbc_cadena.h"
-#include "host/odbc/odbc_controladores.h"
-#include "host/odbc/odbc_sentencia.h"
-#include "host/odbc/perdida.h"
+#include "host/odbc/connection_lost.h"
+#include "host/odbc/odbc_attributes.h"
+#include "host/odbc/odbc_drivers.h"
+#include "host/odbc/odbc_statement.h"
 #include "host/system/rutas.h"
 
 namespace zuvi::host {
@@ -22,40 +22,40 @@ constexpr unsigned kMultiStatements = 1u << 26;
 constexpr unsigned kReconnect = 1u << 22;
 
 /// Adds an attribute that the user may have set otherwise.
-void SetIfMissing(CadenaOdbc& attributes, std::string_view name, int value) {
-  if (attributes.Trae(name).empty()) attributes.Pon(name, std::to_string(value));
+void SetIfMissing(OdbcAttributes& attributes, std::string_view name, int value) {
+  if (attributes.Get(name).empty()) attributes.Set(name, std::to_string(value));
 }
 
 /// The string with what our statements rely on, whatever the user wrote, and the limits where he did not
 /// write any. A string that names no driver may mean either engine; each ignores what is the other's.
 std::string WithSettings(const std::string& connection_string, const Limits& limits) {
-  CadenaOdbc attributes(connection_string);
+  OdbcAttributes attributes(connection_string);
   // In milliseconds; SQLite's driver waits so long twice, once inside the engine and once around it.
   SetIfMissing(attributes, "Timeout", limits.lock * 1000 / 2);
-  if (IsSqlite(attributes.Trae("DRIVER"))) return attributes.Texto();
+  if (IsSqlite(attributes.Get("DRIVER"))) return attributes.Text();
   SetIfMissing(attributes, "CONN_TIMEOUT", limits.connect);
   SetIfMissing(attributes, "READ_TIMEOUT", limits.read);
   SetIfMissing(attributes, "WRITE_TIMEOUT", limits.write);
-  const std::string given = attributes.Trae("OPTION");
+  const std::string given = attributes.Get("OPTION");
   unsigned options = 0;
   std::from_chars(given.data(), given.data() + given.size(), options);
-  attributes.Pon("OPTION", std::to_string((options | kFoundRows) & ~(kMultiStatements | kReconnect)));
-  attributes.Quita("AUTO_RECONNECT");
-  attributes.Pon("CHARSET", "utf8mb4");
-  return attributes.Texto();
+  attributes.Set("OPTION", std::to_string((options | kFoundRows) & ~(kMultiStatements | kReconnect)));
+  attributes.Remove("AUTO_RECONNECT");
+  attributes.Set("CHARSET", "utf8mb4");
+  return attributes.Text();
 }
 
 /// The limit of reading that the string names, else that of the settings.
 int ReadLimitOf(const std::string& connection_string, const Limits& limits) {
-  const std::string given = CadenaOdbc(connection_string).Trae("READ_TIMEOUT");
+  const std::string given = OdbcAttributes(connection_string).Get("READ_TIMEOUT");
   int seconds = limits.read;
   std::from_chars(given.data(), given.data() + given.size(), seconds);
   return seconds;
 }
 
-ConexionPerdida CannotConnect(const HostError& error) {
-  return ConexionPerdida("No se pudo conectar con el servidor de la base de datos" + InParentheses(error),
-                         error.NativeCode());
+ConnectionLost CannotConnect(const HostError& error) {
+  return ConnectionLost("No se pudo conectar con el servidor de la base de datos" + InParentheses(error),
+                        error.NativeCode());
 }
 
 }  // namespace
@@ -80,7 +80,7 @@ void OdbcConnection::Abandon() {
 
 /// The form to connect in, which a driver manager may hold on to for all that follows.
 Encoding OdbcConnection::InitialEncoding(const std::string& connection_string) const {
-  const std::string driver = CadenaOdbc(connection_string).Trae("DRIVER");
+  const std::string driver = OdbcAttributes(connection_string).Get("DRIVER");
   if (IsAscii(connection_string))
     return IsSqlite(driver) || !kPlainTextIntact ? Encoding::Utf16 : Encoding::Utf8;
   if (!IsAscii(driver)) return kPlainTextIntact ? Encoding::Utf8 : Encoding::Utf16;
@@ -123,19 +123,19 @@ void OdbcConnection::Connect(const std::string& connection_string) {
   if (SQL_SUCCEEDED(result)) return;
   const HostError error = Diagnostics(SQL_HANDLE_DBC, connection_.Get(), encoding_);
   // What is not a file of SQLite's is a server's.
-  if (IsSqlite(CadenaOdbc(connection_string).Trae("DRIVER"))) throw Explained(Motor::Sqlite, error);
-  if (!IsConnectionLoss(Motor::MariaDb, error)) throw error;
+  if (IsSqlite(OdbcAttributes(connection_string).Get("DRIVER"))) throw Explained(Engine::Sqlite, error);
+  if (!IsConnectionLoss(Engine::MariaDb, error)) throw error;
   throw CannotConnect(error);
 }
 
-Motor OdbcConnection::AskEngine() const {
+Engine OdbcConnection::AskEngine() const {
   std::array<char16_t, 128> name{};
   SQLSMALLINT bytes = 0;
   Check(SQLGetInfoW(connection_.Get(), SQL_DBMS_NAME, name.data(), sizeof name, &bytes), SQL_HANDLE_DBC,
         connection_.Get(), Encoding::Utf16);
   const std::string engine = Utf8(name.data());
-  if (IsSqlite(engine)) return Motor::Sqlite;
-  if (IgualSinCaso(engine, "MariaDB") || IgualSinCaso(engine, "MySQL")) return Motor::MariaDb;
+  if (IsSqlite(engine)) return Engine::Sqlite;
+  if (EqualsIgnoringCase(engine, "MariaDB") || EqualsIgnoringCase(engine, "MySQL")) return Engine::MariaDb;
   throw HostError("El motor de base de datos \"" + engine + "\" no está admitido: use SQLite o MariaDB.");
 }
 
@@ -143,14 +143,14 @@ bool OdbcConnection::Preserves(Encoding encoding) const {
   try {
     Statement statement(connection_.Get(), engine_, encoding);
     // The last one takes two UTF-16 units: under some locales only those are lost on the way.
-    if (engine_ == Motor::MariaDb) {
+    if (engine_ == Engine::MariaDb) {
       // Fails unless whole. A SET is how everything starts that makes a session ready, so that the work of
       // the application can be told from it in the server's log.
       statement.Run("SET @forma = IF(hex('é€🎂') = 'C3A9E282ACF09F8E82', 1, (SELECT 1 UNION SELECT 2))");
       return true;
     }
     const ResultSet echoed = statement.Query("SELECT hex('é€🎂')");
-    return echoed.cells.size() == 1 && ATexto(echoed.cells[0]) == "C3A9E282ACF09F8E82";
+    return echoed.cells.size() == 1 && ToText(echoed.cells[0]) == "C3A9E282ACF09F8E82";
   } catch (const HostError& error) {
     if (IsConnectionLoss(engine_, error)) throw;
     return false;
@@ -158,7 +158,7 @@ bool OdbcConnection::Preserves(Encoding encoding) const {
 }
 
 bool OdbcConnection::ChooseEncoding() {
-  if (engine_ == Motor::MariaDb) {
+  if (engine_ == Engine::MariaDb) {
     // Its driver converts every UTF-16 text at a cost near that of the statement itself.
     if (encoding_ == Encoding::Utf16 || Preserves(Encoding::Utf8)) return true;
     encoding_ = Encoding::Utf16;
@@ -175,7 +175,7 @@ bool OdbcConnection::ChooseEncoding() {
 
 void OdbcConnection::SetReadOnly() {
   Statement statement(connection_.Get(), engine_, encoding_);
-  statement.Run(engine_ == Motor::MariaDb ? "SET SESSION TRANSACTION READ ONLY" : "PRAGMA query_only=ON");
+  statement.Run(engine_ == Engine::MariaDb ? "SET SESSION TRANSACTION READ ONLY" : "PRAGMA query_only=ON");
 }
 
 void OdbcConnection::RequireFile() const {
@@ -187,7 +187,7 @@ void OdbcConnection::RequireFile() const {
 
 void OdbcConnection::PrepareSession() {
   Statement statement(connection_.Get(), engine_, encoding_);
-  if (engine_ == Motor::MariaDb) {
+  if (engine_ == Engine::MariaDb) {
     // How texts are quoted must not depend on the server's settings.
     statement.Run(
         "SET SESSION sql_mode='STRICT_TRANS_TABLES,ERROR_FOR_DIVISION_BY_ZERO,NO_ENGINE_SUBSTITUTION'");
@@ -200,7 +200,7 @@ void OdbcConnection::PrepareSession() {
   }
   statement.Run("PRAGMA foreign_keys=ON");
   const ResultSet files = statement.Query("PRAGMA database_list");
-  if (files.cells.size() >= 3) file_ = ATexto(files.cells[2]);
+  if (files.cells.size() >= 3) file_ = ToText(files.cells[2]);
   if (file_.empty()) return;  // in memory
   // For this connection; how the file keeps its journal is left as whoever made it has it.
   statement.Run("PRAGMA synchronous=FULL");

@@ -33,10 +33,10 @@ struct ResultSet {
 
 /// Rows read whole, with a current one, shaped as ADO's record set. Members that need an open record set or a
 /// current row throw HostError without one, with ADO's own code and text.
-class RecordsetMemoria final : public Recordset {
+class MemoryRecordset final : public Recordset {
  public:
-  RecordsetMemoria() = default;
-  explicit RecordsetMemoria(ResultSet result) { Fill(std::move(result)); }
+  MemoryRecordset() = default;
+  explicit MemoryRecordset(ResultSet result) { Fill(std::move(result)); }
 
   bool Eof() override;
   bool Bof();

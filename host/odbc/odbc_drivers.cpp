@@ -1,29 +1,29 @@
-#include "host/odbc/odbc_controladores.h"
+#include "host/odbc/odbc_drivers.h"
 
 #include <algorithm>
 #include <array>
 
 #include "base/text.h"
-#include "host/odbc/limites.h"
+#include "host/odbc/connection_lost.h"
+#include "host/odbc/limits.h"
 #include "host/odbc/odbc_api.h"
-#include "host/odbc/odbc_enlace.h"
-#include "host/odbc/perdida.h"
+#include "host/odbc/odbc_connection.h"
 
 namespace zuvi::host {
 namespace {
 
 struct EngineInfo {
-  Motor engine;
+  Engine engine;
   const char* part;  // of a driver's name, in lower case
   const char* name;
   const char* to_install;
   const char* to_omit_it;
 };
 constexpr std::array kEngines{
-    EngineInfo{Motor::Sqlite, "sqlite", "SQLite 3",
+    EngineInfo{Engine::Sqlite, "sqlite", "SQLite 3",
                "en Windows, «SQLite3 ODBC Driver»; en Debian, el paquete libsqliteodbc",
                "indique sólo el nombre del archivo"},
-    EngineInfo{Motor::MariaDb, "mariadb", "MariaDB",
+    EngineInfo{Engine::MariaDb, "mariadb", "MariaDB",
                "en Windows, «MariaDB Connector/ODBC»; en Debian, el paquete odbc-mariadb",
                "quite DRIVER=… y deje Server=…"},
 };
@@ -33,7 +33,7 @@ constexpr std::size_t kMaxLength = 256;
 std::string Bitness() { return Decimal(static_cast<std::int32_t>(sizeof(void*) * 8)) + " bits"; }
 
 bool Contains(std::string_view name, const char* part) {
-  return Minusculas(name).find(part) != std::string::npos;
+  return ToLower(name).find(part) != std::string::npos;
 }
 
 /// False after the last one.
@@ -57,7 +57,7 @@ bool NextDriver(SQLHANDLE environment, SQLUSMALLINT which, std::string& name) {
 /// The smaller, the surer that our attributes are its own. There are others for SQLite that take other ones,
 /// and its maker installs those for version 2 beside the one for version 3.
 int Rank(const std::string& name) {
-  if (IgualSinCaso(name, "SQLite3 ODBC Driver") || IgualSinCaso(name, "SQLite3")) return 0;
+  if (EqualsIgnoringCase(name, "SQLite3 ODBC Driver") || EqualsIgnoringCase(name, "SQLite3")) return 0;
   return Contains(name, "sqlite3") || Contains(name, "sqlite 3") ? 1 : 2;
 }
 
@@ -121,7 +121,7 @@ std::vector<std::string> InstalledDrivers() {
 
 bool IsSqlite(std::string_view name) { return Contains(name, kEngines[0].part); }
 
-std::string DriverFor(Motor engine) {
+std::string DriverFor(Engine engine) {
   const EngineInfo& wanted = *std::ranges::find(kEngines, engine, &EngineInfo::engine);
   const std::vector<std::string> installed = InstalledDrivers();
   std::vector<std::string> names;
@@ -131,7 +131,7 @@ std::string DriverFor(Motor engine) {
     throw HostError(std::string("No hay un controlador ODBC de ") + wanted.name +
                     " instalado para programas de " + Bitness() + " como este. " + WhatToInstall(wanted) +
                     InstalledText(installed));
-  return engine == Motor::Sqlite ? SqliteDriver(names) : names.front();
+  return engine == Engine::Sqlite ? SqliteDriver(names) : names.front();
 }
 
 HostError ExplainMissingDriver(const std::string& driver, const std::string& data_source,
@@ -154,7 +154,7 @@ HostError ExplainMissingDriver(const std::string& driver, const std::string& dat
     return error;
   }
   const bool present =
-      std::ranges::any_of(installed, [&](const auto& one) { return IgualSinCaso(one, driver); });
+      std::ranges::any_of(installed, [&](const auto& one) { return EqualsIgnoringCase(one, driver); });
   if (!present) return NotInstalled(driver, installed, error);
   return with("No se pudo cargar el controlador ODBC «" + driver + "»" + reinstall);
 }

@@ -1,4 +1,4 @@
-#include "host/odbc/odbc_cadena.h"
+#include "host/odbc/odbc_attributes.h"
 
 #include <algorithm>
 #include <array>
@@ -18,11 +18,11 @@ constexpr std::array kUsual{"DRIVER", "DSN",      "FILEDSN", "SERVER",  "DATABAS
 
 template <class List>
 bool IsAnyOf(const List& list, std::string_view name) {
-  return std::ranges::any_of(list, [&](const char* one) { return IgualSinCaso(one, name); });
+  return std::ranges::any_of(list, [&](const char* one) { return EqualsIgnoringCase(one, name); });
 }
 
 bool IsSecret(std::string_view name) {
-  const std::string lower = Minusculas(name);
+  const std::string lower = ToLower(name);
   return std::ranges::any_of(kSecrets,
                              [&](const char* part) { return lower.find(part) != std::string::npos; });
 }
@@ -53,8 +53,8 @@ ParsedValue ReadValue(std::string_view connection_string, std::size_t from) {
         continue;
       }
       ++i;
-      value.complete = Recorta(connection_string.substr(
-                                   i, std::min(connection_string.find(';', i), connection_string.size()) - i))
+      value.complete = Trim(connection_string.substr(
+                                i, std::min(connection_string.find(';', i), connection_string.size()) - i))
                            .empty();
       break;
     }
@@ -65,29 +65,29 @@ ParsedValue ReadValue(std::string_view connection_string, std::size_t from) {
 
 }  // namespace
 
-CadenaOdbc::CadenaOdbc(std::string_view connection_string) {
+OdbcAttributes::OdbcAttributes(std::string_view connection_string) {
   for (std::size_t start = 0; start < connection_string.size();) {
     const std::size_t equals = connection_string.find('=', start);
     const std::size_t cut = std::min(connection_string.find(';', start), connection_string.size());
     if (cut < equals || equals == std::string_view::npos) {
-      if (!Recorta(connection_string.substr(start, cut - start)).empty() && defect_.empty())
+      if (!Trim(connection_string.substr(start, cut - start)).empty() && defect_.empty())
         defect_ = "hay una parte sin «=»";
       start = cut + 1;
       continue;
     }
-    const std::string name(Recorta(connection_string.substr(start, equals - start)));
+    const std::string name(Trim(connection_string.substr(start, equals - start)));
     const ParsedValue value = ReadValue(connection_string, equals + 1);
     if (defect_.empty() && !IsName(name)) defect_ = "hay un valor sin nombre de atributo";
     if (defect_.empty() && !value.complete) defect_ = "las llaves de " + name + " no cierran donde termina";
-    if (!Tiene(name))
-      attributes_.emplace_back(name, Recorta(connection_string.substr(equals + 1, value.end - equals - 1)));
+    if (!Has(name))
+      attributes_.emplace_back(name, Trim(connection_string.substr(equals + 1, value.end - equals - 1)));
     start = value.end + 1;
   }
 }
 
-std::string CadenaOdbc::Trae(std::string_view name) const {
+std::string OdbcAttributes::Get(std::string_view name) const {
   for (const auto& [key, value] : attributes_) {
-    if (!IgualSinCaso(key, name)) continue;
+    if (!EqualsIgnoringCase(key, name)) continue;
     if (value.size() < 2 || value.front() != '{' || value.back() != '}') return value;
     std::string plain;
     for (std::size_t i = 1; i + 1 < value.size(); ++i) {
@@ -99,27 +99,28 @@ std::string CadenaOdbc::Trae(std::string_view name) const {
   return {};
 }
 
-std::vector<std::string> CadenaOdbc::Nombres() const {
+std::vector<std::string> OdbcAttributes::Names() const {
   std::vector<std::string> names;
   for (const auto& [name, value] : attributes_) names.push_back(name);
   return names;
 }
 
-bool CadenaOdbc::Tiene(std::string_view name) const {
-  return std::ranges::any_of(attributes_,
-                             [&](const auto& attribute) { return IgualSinCaso(attribute.first, name); });
+bool OdbcAttributes::Has(std::string_view name) const {
+  return std::ranges::any_of(
+      attributes_, [&](const auto& attribute) { return EqualsIgnoringCase(attribute.first, name); });
 }
 
-void CadenaOdbc::Pon(std::string_view name, std::string_view value) {
-  Quita(name);
+void OdbcAttributes::Set(std::string_view name, std::string_view value) {
+  Remove(name);
   attributes_.emplace_back(name, value);
 }
 
-void CadenaOdbc::Quita(std::string_view name) {
-  std::erase_if(attributes_, [&](const auto& attribute) { return IgualSinCaso(attribute.first, name); });
+void OdbcAttributes::Remove(std::string_view name) {
+  std::erase_if(attributes_,
+                [&](const auto& attribute) { return EqualsIgnoringCase(attribute.first, name); });
 }
 
-std::string CadenaOdbc::Texto() const {
+std::string OdbcAttributes::Text() const {
   std::string text;
   for (const auto& [key, value] : attributes_) text += key + "=" + value + ";";
   return text;
@@ -130,7 +131,7 @@ bool LooksLikeConnectionString(std::string_view text) {
   const std::size_t equals = text.find('=');
   if (equals == std::string_view::npos) return false;
   if (text.substr(0, equals).find_first_of("/\\") != std::string_view::npos) return false;
-  const std::vector<std::string> names = CadenaOdbc(text).Nombres();
+  const std::vector<std::string> names = OdbcAttributes(text).Names();
   return !names.empty() &&
          (IsAnyOf(kUsual, names.front()) || std::ranges::any_of(names, [](const std::string& name) {
             return IsAnyOf(kTelltale, name) || IsSecret(name);
@@ -138,14 +139,14 @@ bool LooksLikeConnectionString(std::string_view text) {
 }
 
 std::string WithoutPassword(std::string_view connection_string) {
-  CadenaOdbc attributes(connection_string);
-  if (attributes.Defecto().empty()) {
-    for (const std::string& name : attributes.Nombres())
-      if (IsSecret(name)) attributes.Quita(name);
-    return attributes.Texto();
+  OdbcAttributes attributes(connection_string);
+  if (attributes.Defect().empty()) {
+    for (const std::string& name : attributes.Names())
+      if (IsSecret(name)) attributes.Remove(name);
+    return attributes.Text();
   }
   // Where the string breaks off somewhere, nobody knows where the password ends.
-  const std::string lower = Minusculas(connection_string);
+  const std::string lower = ToLower(connection_string);
   std::size_t cut = std::string::npos;
   for (const char* part : kSecrets) cut = std::min(cut, lower.find(part));
   if (const std::size_t url = lower.find("://"); url != std::string::npos) cut = std::min(cut, url + 3);
