@@ -58,7 +58,7 @@ class ClassFactory final : public Counted<IClassFactory> {
 /// The body of DllGetClassObject once the class is known.
 inline HRESULT GiveFactory(ComServer& server, ClassFactory::Creator create, REFIID iid, void** out) noexcept {
   return Guarded(server.Source(), [&] {
-    const auto factory = ComPtr<IClassFactory>::Adopt(new ClassFactory(server, std::move(create)));
+    const auto factory = NewCounted<IClassFactory, ClassFactory>(server, std::move(create));
     return factory->QueryInterface(iid, out);
   });
 }

@@ -23,7 +23,7 @@ constexpr WORD kRead = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
 /// The error a host tells in its exception record.
 HostError ErrorIn(const EXCEPINFO& info) {
   const HRESULT code = FAILED(info.scode) ? info.scode : HresultOf(static_cast<ErrorNumber>(info.wCode));
-  const HostError standard = HostErrorOf(info.scode == 0 && info.wCode == 0 ? DISP_E_EXCEPTION : code);
+  HostError standard = HostErrorOf(info.scode == 0 && info.wCode == 0 ? DISP_E_EXCEPTION : code);
   if (::SysStringLen(info.bstrDescription) == 0) return standard;
   return HostError(FromBstr(info.bstrDescription), standard.Number(), standard.NativeCode());
 }
@@ -203,13 +203,12 @@ Value ComObject::Read(MemberId id, std::span<Value> args, ByRef by_ref) {
   }
   OutgoingArguments out(args.size());
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (!(by_ref >> i & 1)) {
-      out.AddValue(args[i], server_);
-    } else if (const auto form = Signatures().ArgumentForm(id, i); form.by_ref) {
+    const auto form =
+        by_ref >> i & 1 ? Signatures().ArgumentForm(id, i) : HostSignatures::Form{VT_VARIANT, false};
+    if (form.by_ref)
       out.AddReference(args[i], form.type, server_);
-    } else {
+    else
       out.AddValue(args[i], server_);
-    }
   }
   UniqueVariant result;
   Invoke(dispatch_.get(), id, kRead, out.Params(), &result.get());

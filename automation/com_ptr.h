@@ -57,6 +57,12 @@ class ComPtr {
   T* pointer_ = nullptr;
 };
 
+/// A new object of `Class`, by one of its interfaces. Throws what its constructor throws, and std::bad_alloc.
+template <class Interface, class Class, class... Args>
+ComPtr<Interface> NewCounted(Args&&... args) {
+  return ComPtr<Interface>::Adopt(new Class(std::forward<Args>(args)...));
+}
+
 /// What objects held by COM's counted pointers have in common: they are made with one reference and go with
 /// the last.
 template <class... Interfaces>

@@ -15,7 +15,7 @@ ComPtr<IDispatch> Publish(const ObjectPtr& object, ComServer& server, const Clas
   if (!target) return {};
   if (target != object) return Publish(target, server, ids);
   if (target->published_as) return ComPtr<IDispatch>(static_cast<IDispatch*>(target->published_as));
-  return ComPtr<IDispatch>::Adopt(new PublishedObject<IDispatch>(target, server, ids));
+  return NewCounted<IDispatch, PublishedObject<IDispatch>>(target, server, ids);
 }
 
 ObjectPtr ObjectOf(IDispatch* dispatch, ComServer& server) {

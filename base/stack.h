@@ -16,7 +16,8 @@ struct StackBounds {
 /// its database driver, the unwinding of an error. A quarter, since threads of some programs have little in
 /// all; never less than 96 KiB (a driver that connects anew was seen to take 64), nor more than 256.
 constexpr std::size_t StackReserve(const StackBounds& stack) {
-  return std::clamp<std::size_t>((stack.high - stack.low) / 4, 96 * 1024, 256 * 1024);
+  return std::clamp<std::size_t>((stack.high - stack.low) / 4, std::size_t{96} * 1024,
+                                 std::size_t{256} * 1024);
 }
 
 /// Whether recursion that has come to the address `here` should go no further. A stack that is not known

@@ -22,7 +22,7 @@ const ClassIds& IdsOfProduccion() {
 
 }  // namespace
 
-ProduccionCom::ProduccionCom(std::shared_ptr<Produccion> produccion, ComServer& server)
+ProduccionCom::ProduccionCom(const std::shared_ptr<Produccion>& produccion, ComServer& server)
     : PublishedObject(produccion, server, &IdsOfProduccion()), produccion_(*produccion) {}
 
 ProduccionCom::ProduccionCom(ComServer& server, std::shared_ptr<Apartamento> apartamento)

@@ -32,7 +32,7 @@ class ProduccionCom final : public PublishedObject<::_Produccion> {
   STDMETHODIMP MuestraTurnos() noexcept override;
 
  private:
-  ProduccionCom(std::shared_ptr<Produccion> produccion, ComServer& server);
+  ProduccionCom(const std::shared_ptr<Produccion>& produccion, ComServer& server);
   HRESULT Give(const ObjectPtr& objeto, IDispatch** out) noexcept;
 
   Produccion& produccion_;

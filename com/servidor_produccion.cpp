@@ -11,7 +11,7 @@ namespace {
 /// in use, all of it alike; at the lower end lie the page that makes it grow, the one that never becomes part
 /// of it, and what the program has set aside for the end of the stack.
 StackBounds Pila() {
-  constexpr std::uintptr_t kGuardPages = 2 * 4096;
+  constexpr std::uintptr_t kGuardPages = std::uintptr_t{2} * 4096;
   MEMORY_BASIC_INFORMATION in_use{};
   if (::VirtualQuery(&in_use, &in_use, sizeof in_use) == 0) return {};
   ULONG guarantee = 0;  // no new size: tells the present one

@@ -205,7 +205,7 @@ class frmOp final : public VentanaModulo {  // NOLINT: the window's published na
   std::shared_ptr<Button> Command1, Command2, Command5, Command6;
   std::shared_ptr<FlexGrid> fg2;
   std::shared_ptr<TextBox> txtEdit;
-  std::optional<EditorCelda> editor_;
+  std::unique_ptr<EditorCelda> editor_;
   std::shared_ptr<Timer> Timer1;
   std::shared_ptr<AutoResizer> AutoResizer1;
 };

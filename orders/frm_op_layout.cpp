@@ -182,7 +182,7 @@ void frmOp::CreaPartidas(Plano& plano) {
   // A text that is put into a box without width stays scrolled out of sight when it gets one.
   txtEdit->Design(En(0, 0, 120, kAltoCampo));
   txtEdit->SetVisible(false);
-  editor_.emplace(ElModulo(), *fg2, *txtEdit);
+  editor_ = std::make_unique<EditorCelda>(ElModulo(), *fg2, *txtEdit);
 }
 
 void frmOp::CreaPie(Plano& plano) {

@@ -13,7 +13,7 @@ packages_of() { # group
       echo cmake ninja-build googletest g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools \
         libutfcpp-dev wine wine64 libwine libwine-dev xvfb unixodbc libsqliteodbc odbc-mariadb ;;
     # The version is fixed: another one formats differently.
-    format) echo clang-format-14 clang-tidy-14 ;;
+    format) echo clang-format-14 clang-tidy-16 ;;
     wine32) echo debootstrap ;;
     screenshots) echo xvfb imagemagick xdotool fonts-dejavu-core ;;
     *) die "grupo de paquetes desconocido: $1" ;;

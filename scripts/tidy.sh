@@ -45,9 +45,9 @@ one() { # source
   for where in linux win64; do
     grep -qs "/$1\"" "build/tidy/$where/compile_commands.json" || continue
     if [ "$where" = linux ]; then
-      clang-tidy-14 -p "build/tidy/$where" --quiet --warnings-as-errors='*' "$1" 2>/dev/null
+      clang-tidy-16 -p "build/tidy/$where" --quiet --warnings-as-errors='*' "$1" 2>/dev/null
     else
-      clang-tidy-14 -p "build/tidy/$where" --quiet --warnings-as-errors='*' "${headers[@]}" "$1" 2>/dev/null
+      clang-tidy-16 -p "build/tidy/$where" --quiet --warnings-as-errors='*' "${headers[@]}" "$1" 2>/dev/null
     fi
     return
   done

@@ -65,7 +65,7 @@ std::string frmTurno::MueveSeleccionado(ListView& de, ListView& a) {
     Mensaje(839);
     return {};
   }
-  const std::string clave = elegido->Key();
+  std::string clave = elegido->Key();
   a.Items().Add(clave, elegido->Text()).SetSubItems(kNombre, elegido->SubItems(kNombre));
   return clave;
 }

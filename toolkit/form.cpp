@@ -24,7 +24,7 @@ Form::~Form() {
   }
 }
 
-void Form::Publish(std::string name, ObjectPtr object) {
+void Form::Publish(const std::string& name, ObjectPtr object) {
   names_.emplace(ToLower(name), published_.size());
   published_.push_back(std::move(object));
 }

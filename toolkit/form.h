@@ -100,16 +100,16 @@ class Form : public Object {
 
   // Making controls; to be done while the window is built.
   template <std::derived_from<Control> T>
-  std::shared_ptr<T> Add(std::string name) {
+  std::shared_ptr<T> Add(const std::string& name) {
     auto control = std::make_shared<T>(*this, name, Control::kNoIndex);
     controls_.push_back(control);
-    Publish(std::move(name), control);
+    Publish(name, control);
     return control;
   }
   template <std::derived_from<Control> T>
-  std::shared_ptr<ControlArray<T>> AddArray(std::string name) {
+  std::shared_ptr<ControlArray<T>> AddArray(const std::string& name) {
     auto array = std::make_shared<ControlArray<T>>();
-    Publish(std::move(name), array);
+    Publish(name, array);
     return array;
   }
   /// One more control of an array. `name` is the array's.
@@ -177,7 +177,7 @@ class Form : public Object {
 
  private:
   friend class Control;
-  void Publish(std::string name, ObjectPtr object);
+  void Publish(const std::string& name, ObjectPtr object);
   void Load();
   void LayOut();
   bool FollowsItsSize() const;

@@ -44,12 +44,16 @@ void MultiCombo::ShowData() {
   if (!record_set) throw HostError(ErrorNumber::ObjectNotSet);
   const Step count[] = {{"Fields"}, {"Count"}};
   const std::int32_t width = ToInt32(record_set->ReadChain(count));
-  std::vector<std::string> columns;
-  for (std::int32_t i = 0; i < width; ++i) columns.push_back(TextOrNothing(OfField(*record_set, i, "Name")));
+  const auto of_all_fields = [&](FixedText member) {
+    std::vector<std::string> texts;
+    for (std::int32_t i = 0; i < width; ++i)
+      texts.emplace_back(TextOrNothing(OfField(*record_set, i, member)));
+    return texts;
+  };
+  std::vector<std::string> columns = of_all_fields("Name");
   std::vector<std::vector<std::string>> rows;
   while (rows.size() < kMostRows && !ToBool(record_set->Call("EOF"))) {
-    auto& row = rows.emplace_back();
-    for (std::int32_t i = 0; i < width; ++i) row.push_back(TextOrNothing(OfField(*record_set, i, "Value")));
+    rows.push_back(of_all_fields("Value"));
     record_set->Call("MoveNext");
   }
   if (!Window() || Window()->Closed()) return;

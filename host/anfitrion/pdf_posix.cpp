@@ -2,7 +2,9 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdlib>
@@ -14,16 +16,14 @@
 #include "host/anfitrion/pdf.h"
 #include "host/system/rutas.h"
 
-extern char** environ;
-
 namespace zuvi::host {
 namespace {
 
 /// Runs a program without input and output. False when it cannot be started, fails or overruns its time.
 bool Corre(std::vector<std::string> orden) {
-  std::vector<char*> argumentos;
-  for (std::string& argumento : orden) argumentos.push_back(argumento.data());
-  argumentos.push_back(nullptr);
+  // One more: the null that ends them.
+  std::vector<char*> argumentos(orden.size() + 1);
+  std::ranges::transform(orden, argumentos.begin(), [](std::string& argumento) { return argumento.data(); });
   posix_spawn_file_actions_t acciones;
   posix_spawn_file_actions_init(&acciones);
   for (const int canal : {0, 1, 2})

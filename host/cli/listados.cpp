@@ -95,8 +95,8 @@ void EscribeConsulta(std::ostream& salida, BaseDatos& base, const std::string& s
   }
   Tabla tabla(std::move(encabezados));
   for (; !filas->Eof(); filas->MoveNext()) {
-    std::vector<std::string> fila;
-    for (std::int32_t i = 0; i < cuantos; ++i) fila.push_back(TextOrNothing(filas->Campo(i)));
+    std::vector<std::string> fila(static_cast<std::size_t>(cuantos));
+    for (std::int32_t i = 0; std::string & celda : fila) celda = TextOrNothing(filas->Campo(i++));
     tabla.Agrega(std::move(fila));
   }
   tabla.Escribe(salida);

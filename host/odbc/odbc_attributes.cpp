@@ -122,7 +122,7 @@ void OdbcAttributes::Remove(std::string_view name) {
 
 std::string OdbcAttributes::Text() const {
   std::string text;
-  for (const auto& [key, value] : attributes_) text += key + "=" + value + ";";
+  for (const auto& [key, value] : attributes_) text.append(key).append("=").append(value).append(";");
   return text;
 }
 

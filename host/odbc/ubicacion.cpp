@@ -175,7 +175,7 @@ std::string Ubicacion::Cadena(Modo modo) const {
 }
 
 HostError Ubicacion::Explica(const HostError& dado) const {
-  const HostError error = ExplainMissingDriver(controlador_, origen_, dado);
+  HostError error = ExplainMissingDriver(controlador_, origen_, dado);
   const auto dice = [&](const std::string& texto) {
     return HostError(texto + " (" + error.what() + ")", error.Number(), error.NativeCode(), error.SqlState());
   };

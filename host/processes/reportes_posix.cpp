@@ -20,7 +20,7 @@ Carpeta DelEntorno(const char* nombre) {
 }
 
 Carpeta CasaDelUsuario() {
-  if (const Carpeta casa = DelEntorno("HOME"); !casa.empty()) return casa;
+  if (Carpeta casa = DelEntorno("HOME"); !casa.empty()) return casa;
   const passwd* cuenta = getpwuid(geteuid());
   return cuenta && cuenta->pw_dir ? Carpeta(cuenta->pw_dir) : Carpeta();
 }
@@ -46,7 +46,7 @@ std::optional<Carpeta> Documentos(const Carpeta& casa) {
   const Carpeta configuracion = DelEntorno("XDG_CONFIG_HOME");
   std::ifstream archivo((configuracion.empty() ? casa / ".config" : configuracion) / "user-dirs.dirs");
   for (std::string renglon; std::getline(archivo, renglon);)
-    if (const auto hallada = LeeRenglon(renglon, casa)) return hallada;
+    if (auto hallada = LeeRenglon(renglon, casa)) return hallada;
   return {};
 }
 

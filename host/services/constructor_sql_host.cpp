@@ -68,7 +68,10 @@ void ConstructorSqlHost::Genera(const std::string& tabla) {
   } else if (!campos_.empty()) {
     if (Trim(condicion_).empty()) throw HostError("Un UPDATE de " + tabla + " necesita una condición");
     for (const auto& [columna, literal] : campos_)
-      sql += (sql.empty() ? "UPDATE " + tabla + " SET " : ", ") + columna + " = " + literal;
+      sql.append(sql.empty() ? "UPDATE " + tabla + " SET " : ", ")
+          .append(columna)
+          .append(" = ")
+          .append(literal);
     sql += " WHERE " + condicion_;
   }
   sentencia_ = std::move(sql);

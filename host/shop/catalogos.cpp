@@ -28,7 +28,8 @@ std::string Patron(Engine motor, const std::string& busqueda) {
 /// Digits and nothing else, said in what both engines know.
 std::string SoloDigitos(const std::string& columna) {
   std::string resto = columna;
-  for (char c = '0'; c <= '9'; ++c) resto = "REPLACE(" + resto + ", '" + c + "', '')";
+  for (char c = '0'; c <= '9'; ++c)
+    resto = std::string("REPLACE(").append(resto).append(", '").append(1, c).append("', '')");
   return "(" + columna + " <> '' AND " + resto + " = '')";
 }
 

@@ -171,10 +171,13 @@ void InsertaFilas(BaseDatos& base, const std::string& tabla, const std::string& 
                   const std::vector<std::vector<Value>>& filas) {
   std::string sql;
   for (const auto& fila : filas) {
-    sql += sql.empty() ? "INSERT INTO " + tabla + " " + columnas + " VALUES (" : ", (";
+    if (sql.empty())
+      sql.append("INSERT INTO ").append(tabla).append(" ").append(columnas).append(" VALUES (");
+    else
+      sql += ", (";
     const char* separador = "";
     for (const Value& valor : fila) {
-      sql += separador + Literal(base.GetEngine(), valor);
+      sql.append(separador).append(Literal(base.GetEngine(), valor));
       separador = ", ";
     }
     sql += ")";

@@ -43,7 +43,7 @@ HRESULT ApartamentoHost::CreaRecordset(IUnknown* exterior, REFIID iid, void** sa
   if (exterior || (iid != IID_IUnknown && iid != IID_IDispatch))
     return recordset_.CreaDelSistema(exterior, iid, salida);
   return Guarded(servidor_.Source(), [&] {
-    const auto nuevo = ComPtr<IDispatch>::Adopt(new RecordsetIndeciso(servidor_, recordset_));
+    const auto nuevo = NewCounted<IDispatch, RecordsetIndeciso>(servidor_, recordset_);
     return nuevo->QueryInterface(iid, salida);
   });
 }

@@ -31,11 +31,11 @@ void ClaseRecordset::Publica() noexcept {
   PinImage();
   try {
     const auto centinela = std::make_shared<Centinela>();
-    const auto fabrica = ComPtr<IClassFactory>::Adopt(new ClassFactory(
+    const auto fabrica = NewCounted<IClassFactory, ClassFactory>(
         servidor_,
         ClassFactory::Maker([crea = crea_, centinela](IUnknown* exterior, REFIID iid, void** salida) {
           return crea(exterior, iid, salida);
-        })));
+        }));
     if (FAILED(CoRegisterClassObject(kClsidRecordset, fabrica.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
                                      &registro_))) {
       registro_ = 0;

@@ -153,8 +153,10 @@ class GridPeer final : public NativeControl {
     std::int32_t room = Parent().Twips(client.right);
     for (std::int32_t col = 0; col < grid_.FixedCols(); ++col) room -= grid_.MinimumWidth(col);
     std::int32_t count = 0;
-    for (std::int32_t col = grid_.Cols() - 1; col >= grid_.FixedCols(); --col, ++count)
-      if ((room -= grid_.MinimumWidth(col)) < 0) break;
+    for (std::int32_t col = grid_.Cols() - 1; col >= grid_.FixedCols(); --col, ++count) {
+      room -= grid_.MinimumWidth(col);
+      if (room < 0) break;
+    }
     return std::max(count, 1);
   }
 
