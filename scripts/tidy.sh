@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # clang-tidy, with .clang-tidy, over what changed: every finding is an error.
-#   scripts/tidy.sh            the sources changed last, newest first, for at most ZUVI_TIDY_SECONDS (90)
+#   scripts/tidy.sh            the sources changed last, newest first, for at most ZUVI_TIDY_SECONDS (60)
 #   scripts/tidy.sh --todo     every source that a preset built
 #   scripts/tidy.sh FILE…      these
 # A changed header is looked at through a source that includes it. Wants a configured preset `linux`; the
 # Windows sources are looked at when `win64` is there too.
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
-seconds=${ZUVI_TIDY_SECONDS:-90}
+seconds=${ZUVI_TIDY_SECONDS:-60}
 
 # The compilers' lists of commands without the precompiled header, which is not clang's; and where the Windows
 # compiler has its headers.
