@@ -12,7 +12,7 @@ format_suite() {
 }
 
 # What changed last, under clang-tidy; wants the builds that it looks at.
-tidy_suite() { suite "clang-tidy en lo que cambió" 180 count_status nice bash "$ZUVI_ROOT/scripts/tidy.sh"; }
+tidy_suite() { suite "clang-tidy en lo que cambió" 180 count_status bash "$ZUVI_ROOT/scripts/tidy.sh"; }
 
 # All native tests, run by ctest.
 ctest_suite() { # name preset tests-left-out environment…
