@@ -63,7 +63,10 @@ case ${1:-} in
     mapfile -t files < <(sources)
     seconds=$((24 * 3600))
     ;;
-  *) files=("$@") ;;
+  *)
+    files=("$@")
+    seconds=$((24 * 3600))
+    ;;
 esac
 started=$SECONDS looked=0 bad=0 running=()
 reap() { wait "${running[0]}" || bad=$((bad + 1)); running=("${running[@]:1}"); }
