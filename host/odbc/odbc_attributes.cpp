@@ -101,6 +101,7 @@ std::string OdbcAttributes::Get(std::string_view name) const {
 
 std::vector<std::string> OdbcAttributes::Names() const {
   std::vector<std::string> names;
+  names.reserve(attributes_.size());
   for (const auto& [name, value] : attributes_) names.push_back(name);
   return names;
 }

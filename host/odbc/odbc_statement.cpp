@@ -286,7 +286,7 @@ Value Statement::Cell(std::size_t column, ColumnKind kind) {
 
 Value Statement::LongCell(std::size_t column, ColumnKind kind) {
   const SQLSMALLINT type = bound_[column].type;
-  std::string chunk(64 * 1024, '\0');
+  std::string chunk(std::size_t{64} * 1024, '\0');
   std::string whole;
   for (;;) {
     SQLLEN length = 0;

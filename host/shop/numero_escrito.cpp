@@ -43,7 +43,7 @@ std::string ConPunto(const std::string& texto, std::string_view cifras) {
     cifras.remove_prefix(1);
   }
   const auto ultimo = cifras.find_last_of(kSeparadores);
-  if (cifras.find_first_not_of(std::string(kDigitos) += kSeparadores) != cifras.npos) NoEsNumero(texto);
+  if (cifras.find_first_not_of(std::string(kDigitos).append(kSeparadores)) != cifras.npos) NoEsNumero(texto);
   const std::string_view entero = cifras.substr(0, ultimo), decimales = cifras.substr(ultimo + 1);
   const char marca = cifras[ultimo];
   // One comma alone.
