@@ -61,7 +61,7 @@ std::error_code Reemplaza(const std::filesystem::path& origen, const std::filesy
   const std::wstring de = RutaLarga(origen.wstring()), a = RutaLarga(destino.wstring());
   DWORD codigo = ERROR_SUCCESS;
   // A virus scanner or an index looks at a new file for a moment, and a second writer replaces the same page.
-  for (const DWORD espera : {20, 40, 80, 160, 0}) {
+  for (const DWORD espera : {20u, 40u, 80u, 160u, 0u}) {
     if (MoveFileExW(de.c_str(), a.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) return {};
     codigo = GetLastError();
     if ((codigo != ERROR_SHARING_VIOLATION && codigo != ERROR_ACCESS_DENIED) || EsCarpeta(a)) break;

@@ -25,7 +25,7 @@ std::wstring RutaCompleta(const std::wstring& ruta) {
 }
 
 std::wstring RutaLarga(const std::wstring& ruta) {
-  const std::wstring completa = RutaCompleta(ruta);
+  std::wstring completa = RutaCompleta(ruta);
   if (completa.size() < kCabe || completa.starts_with(kLarga) || completa.starts_with(L"\\\\.\\"))
     return completa;
   if (completa.starts_with(L"\\\\")) return std::wstring(kRed) + completa.substr(2);
