@@ -1,5 +1,7 @@
 #include "toolkit/multi_combo.h"
 
+#include <algorithm>
+
 #include "base/format.h"
 #include "toolkit/form.h"
 
@@ -46,6 +48,8 @@ void MultiCombo::ShowData() {
   const std::int32_t width = ToInt32(record_set->ReadChain(count));
   const auto of_all_fields = [&](FixedText member) {
     std::vector<std::string> texts;
+    // What a host claims to have is not asked of the memory at once.
+    texts.reserve(static_cast<std::size_t>(std::clamp(width, 0, 64)));
     for (std::int32_t i = 0; i < width; ++i)
       texts.emplace_back(TextOrNothing(OfField(*record_set, i, member)));
     return texts;
