@@ -40,15 +40,14 @@ changed() {
   done | awk '!seen[$0]++'
 }
 
+built_by() { grep -qs "/$2\"" "build/tidy/$1/compile_commands.json"; } # preset source
 one() { # source
   local where
   for where in linux win64; do
-    grep -qs "/$1\"" "build/tidy/$where/compile_commands.json" || continue
-    if [ "$where" = linux ]; then
-      clang-tidy-16 -p "build/tidy/$where" --quiet --warnings-as-errors='*' "$1" 2>/dev/null
-    else
-      clang-tidy-16 -p "build/tidy/$where" --quiet --warnings-as-errors='*' "${headers[@]}" "$1" 2>/dev/null
-    fi
+    built_by "$where" "$1" || continue
+    local more=()
+    [ "$where" = linux ] || more=("${headers[@]}")
+    clang-tidy-16 -p "build/tidy/$where" --quiet --warnings-as-errors='*' "${more[@]}" "$1" 2>/dev/null
     return
   done
 }
@@ -72,6 +71,7 @@ started=$SECONDS looked=0 bad=0 running=()
 reap() { wait "${running[0]}" || bad=$((bad + 1)); running=("${running[@]:1}"); }
 for file in "${files[@]}"; do
   if [ $((SECONDS - started)) -ge "$seconds" ]; then break; fi
+  built_by linux "$file" || built_by win64 "$file" || continue
   one "$file" &
   running+=($!)
   looked=$((looked + 1))

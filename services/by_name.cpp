@@ -243,26 +243,32 @@ class Adapter<VentanaProgreso> final : public ByName<VentanaProgreso> {
   void Cierra() override { late_.Call("Cierra"); }
 };
 
-template <>
-class Adapter<BuscaCatalogo> final : public ByName<BuscaCatalogo> {
+/// What shows itself to the user and writes the answer into a text box.
+template <class Service>
+class IntoABox : public ByName<Service> {
  public:
-  using ByName::ByName;
+  using ByName<Service>::ByName;
   void PonAmbiente(const std::shared_ptr<Ambiente>& ambiente) override {
     late_.Call("PonAmbiente", Arg(ambiente));
   }
   void PonDestino(const ObjectPtr& caja) override { late_.Call("PonDestino", Arg(caja)); }
+
+ protected:
+  using ByName<Service>::late_;
+};
+
+template <>
+class Adapter<BuscaCatalogo> final : public IntoABox<BuscaCatalogo> {
+ public:
+  using IntoABox::IntoABox;
   void PonFiltro(const std::string& filtro) override { late_.Call("PonFiltro", filtro); }
   void Muestra(const std::string& titulo) override { late_.Call("Muestra", titulo, "", "", ""); }
 };
 
 template <>
-class Adapter<CapturaNumerica> final : public ByName<CapturaNumerica> {
+class Adapter<CapturaNumerica> final : public IntoABox<CapturaNumerica> {
  public:
-  using ByName::ByName;
-  void PonAmbiente(const std::shared_ptr<Ambiente>& ambiente) override {
-    late_.Call("PonAmbiente", Arg(ambiente));
-  }
-  void PonDestino(const ObjectPtr& caja) override { late_.Call("PonDestino", Arg(caja)); }
+  using IntoABox::IntoABox;
   void Muestra() override { late_.Call("Muestra"); }
 };
 

@@ -53,14 +53,14 @@ void frmMaster::Imprime() {
 
 void frmMaster::Entrega() {
   const std::int32_t op = Orden();
-  const std::string orden = DeOrden(op).orden;
+  const DeOrden dice(op);
   const PartidasDeOrden partidas(Base(), op);
   if (partidas.cuantas == 0) {
-    ElAnfitrion().Mensaje(DeOrden(op).sin_partidas + ".", EstiloMensaje::Error);
+    ElAnfitrion().Mensaje(dice.sin_partidas + ".", EstiloMensaje::Error);
     return;
   }
   if (!ElAnfitrion().Pregunta(partidas.por_entregar.empty()
-                                  ? DeOrden(op).ya_entregada
+                                  ? dice.ya_entregada
                                   : "¿Entregar el producto terminado de la orden " + Decimal(op) + "?"))
     return;
   const int antes = ElAnfitrion().LoSucedido().movimientos;
@@ -72,29 +72,29 @@ void frmMaster::Entrega() {
     return ElAnfitrion().Mensaje(
         "La entrega no terminó (" + cuantos + "). Queda por marcar como terminado:\n" + resto,
         EstiloMensaje::Error);
-  Dice(orden + " se entregó: " + cuantos + ".");
+  Dice(dice.orden + " se entregó: " + cuantos + ".");
 }
 
 void frmMaster::Cancela() {
   const std::int32_t op = Orden();
-  const std::string orden = DeOrden(op).orden;
+  const DeOrden dice(op);
   // It asks by itself.
   const bool cancelada = ToBool(Componente().Call("CancelaOp", op));
   if (Closed()) return;
   Lee();
-  Dice(!cancelada             ? DeOrden(op).no_cancelada + "."
-       : HayOrden(Base(), op) ? orden + " estaba confirmada: quedó cerrada."
-                              : orden + " se canceló.");
+  Dice(!cancelada             ? dice.no_cancelada + "."
+       : HayOrden(Base(), op) ? dice.orden + " estaba confirmada: quedó cerrada."
+                              : dice.orden + " se canceló.");
 }
 
 void frmMaster::Libera() {
   const std::int32_t op = Orden();
-  const std::string orden = DeOrden(op).orden;
+  const DeOrden dice(op);
   const auto ocupadas = OrdenesOcupadas(Base());
   while (!ocupadas->Eof() && ToInt32(ocupadas->Campo("op")) != op) ocupadas->MoveNext();
-  if (ocupadas->Eof()) return Dice(DeOrden(op).no_ocupada + ".");
+  if (ocupadas->Eof()) return Dice(dice.no_ocupada + ".");
   const std::string ocupante = TextOrNothing(ocupadas->Campo("usuario"));
-  const std::string pregunta = orden + " está marcada como ocupada.\nLa guardó por última vez " +
+  const std::string pregunta = dice.orden + " está marcada como ocupada.\nLa guardó por última vez " +
                                (ocupante.empty() ? std::string("alguien sin nombre") : ocupante) + ", el " +
                                DiaDe(ocupadas->Campo("usufecha")) + " a las " +
                                TextOrNothing(ocupadas->Campo("usuhora")) +
@@ -103,7 +103,7 @@ void frmMaster::Libera() {
   if (!ElAnfitrion().Pregunta(pregunta)) return;
   const bool liberada = LiberaOrden(Base(), op, ElAnfitrion().TraeOpciones().usuario);
   Lee();
-  Dice(orden + (liberada ? " quedó libre; se anotó en la bitácora." : " ya estaba libre."));
+  Dice(dice.orden + (liberada ? " quedó libre; se anotó en la bitácora." : " ya estaba libre."));
 }
 
 void frmMaster::Kits() {
